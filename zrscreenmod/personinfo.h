@@ -1,0 +1,94 @@
+// The records that the boundary, the gallery and the tiles share.
+#pragma once
+
+#include "zrscreenmod.h"
+
+#include <QString>
+
+#include <atomic>
+#include <cstddef>
+
+class CPlayWidget;
+
+/// Whether frames arrive for a participant.
+enum : int
+{
+    kStreamNone = 0,    ///< no frames yet
+    kStreamRunning = 2, ///< frames are arriving
+};
+
+/// Play state of a participant's tile, as last reported to the host.
+enum : int
+{
+    kPlayUnknown = 0, ///< never reported
+    kPlayHidden = 1,
+    kPlayShown = 2,
+};
+
+/// One participant. Created and freed by the gallery on the GUI thread, which alone reads and
+/// writes it, with three exceptions: `userID` never changes after creation and may be read from
+/// any thread that pins the record (QZRScreenConfig::pinPerson), and the atomics at the end.
+///
+/// The record's address travels to the host as an opaque value. The order of the fields down to
+/// `iPlayState` is fixed; the module's own state follows them.
+struct tagPersonInfo
+{
+    QString userID;
+    QString userName;
+    int iRoteType = 0; ///< 1 = host, 2 = administrator
+    bool bSelf = false;
+    int iRoleExtra = 0;   ///< the identity of ZRScreen_SetPersonInfo, passed on to the overlay
+    int iVideoWidth = 0;  ///< pixels of the last frame
+    int iVideoHeight = 0; ///< pixels of the last frame
+    bool bMute = true;    ///< audio muted; a new participant starts muted
+    CPlayWidget* pWidget = nullptr; ///< the tile, owned by the gallery; null once released
+    void* pUserData = nullptr;      ///< the host's value, handed back and never read
+    bool bLockLook = false;
+    bool bPreview = false;           ///< the host reports the stream open
+    bool bVideoStatusChange = false; ///< set by the first preview report
+    bool bPrePreview = false;        ///< the last preview report changed bPreview
+    bool bAllLook = false;
+    int iStreamStatus = kStreamNone;
+    bool bStreamTypeChanged = false;         ///< a grade was requested and not passed on yet
+    int iStreamType = 0;                     ///< requested stream grade: 2, 3 or 4
+    int iDefType = 0;                        ///< default stream grade
+    int iHostInt = 0;                        ///< the host's int, kept as given
+    qint64 joinTime = 0;                     ///< unique among the participants
+    std::atomic<quint32> dwLastFrameTick{0}; ///< platform::tickMs() of the last frame; any thread
+    bool bSpeaking = false;
+    bool bHandUp = false;
+    int iPlayState = kPlayUnknown; ///< see kPlayHidden, kPlayShown
+
+    // --- The module's own state ---
+    int iVolume = 0;          ///< 0 to 100
+    bool bLocalVideo = false; ///< the local user's own camera picture
+    bool bLocalVideoConfirmed = false;
+    std::atomic<quint64> pendingFrameSize{0}; ///< see QDlgScreen::playFrame
+    std::atomic<bool> badFrameLogged{false};  ///< a refused frame was logged, no good one since
+    std::atomic<int> pins{0};                 ///< threads at work on the record; see PersonPin
+};
+
+typedef tagPersonInfo ST_PersonInfo;
+
+/// What the host holds for a participant. Created and freed by the boundary.
+struct ST_ZRPlayHdl
+{
+    QString userID;
+    QString userName;
+    tagPersonInfo* pPlayData = nullptr; ///< null once the participant is gone
+};
+
+/// Bytes that are probed before a play handle or a participant record is believed.
+constexpr std::size_t kPlayHdlProbeSize = 24;
+constexpr std::size_t kPersonProbeSize = 112;
+
+static_assert(sizeof(ST_ZRPlayHdl) == kPlayHdlProbeSize, "probe size of the play handle");
+static_assert(offsetof(tagPersonInfo, iPlayState) + sizeof(int) <= kPersonProbeSize
+                  && sizeof(tagPersonInfo) >= kPersonProbeSize,
+              "probe size of the participant record");
+
+/// True for a record that stands for a shared screen and not for a person.
+inline bool isShareScreenId(const QString& userId)
+{
+    return userId.contains(QLatin1String("sharescreen_"));
+}

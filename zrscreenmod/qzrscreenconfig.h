@@ -1,0 +1,246 @@
+// The hub: settings, the set of live participants, the subtitle store, the host callbacks, and
+// the signals through which host calls reach the gallery and the panels.
+#pragma once
+
+#include "personinfo.h"
+#include "uimsgcallback.h"
+
+#include <QMap>
+#include <QMutex>
+#include <QObject>
+#include <QPoint>
+#include <QRect>
+#include <QString>
+
+#include <atomic>
+#include <memory>
+#include <set>
+#include <shared_mutex>
+#include <unordered_set>
+
+class QDlgScreen;
+class QWidget;
+
+/// A sentence of the subtitles.
+struct SubtitleRecord
+{
+    int iColorType = 0; ///< index of the avatar colour, as the host gave it
+    QString userName;
+    QString transStr;
+};
+
+/// Keeps a participant record and its tile in memory while it lives: the gallery frees neither as
+/// long as a pin is held. Holding a pin blocks nobody, so a pin may be held while signals are
+/// emitted. Any thread.
+class PersonPin
+{
+public:
+    PersonPin() = default;
+    explicit PersonPin(tagPersonInfo* person)
+        : m_person(person)
+    {
+    } // already counted
+    PersonPin(PersonPin&& other) noexcept
+        : m_person(other.m_person)
+    {
+        other.m_person = nullptr;
+    }
+    PersonPin(const PersonPin&) = delete;
+    PersonPin& operator=(const PersonPin&) = delete;
+    PersonPin& operator=(PersonPin&&) = delete;
+    ~PersonPin()
+    {
+        if (m_person)
+            m_person->pins.fetch_sub(1, std::memory_order_release);
+    }
+    explicit operator bool() const { return m_person != nullptr; }
+    tagPersonInfo* operator->() const { return m_person; }
+
+private:
+    tagPersonInfo* m_person = nullptr;
+};
+
+/// The switches that the host sets. Each is a value of its own that any thread may read or write.
+struct ScreenSettings
+{
+    std::atomic<bool> subtitleOpen{false};
+    std::atomic<bool> voiceActivation{false};
+    std::atomic<bool> extendScreen{false};
+    std::atomic<bool> support9EqualCut{false};
+    std::atomic<bool> support16EqualCut{false};
+    std::atomic<bool> pollingOpen{false};
+    std::atomic<int> pollingPeriodS{10};
+    std::atomic<int> pollingTick{0}; ///< counted by the gallery
+    std::atomic<bool> openLayoutCtrl{false};
+    std::atomic<bool> layoutFollow{false};
+    std::atomic<int> shareIdx{-1};
+    std::atomic<int> speakerIdx{-1};
+    std::atomic<bool> noVideoFilter{false};
+    std::atomic<bool> pauseShare{false};
+};
+
+/// What the gallery publishes for the units below it. GUI thread only.
+struct GalleryState
+{
+    int lastLayoutMode = 0;               ///< the mode of the last arrangement
+    int savedMode = 0;                    ///< the mode to return to from a maximised tile or a pin
+    int displayCount = 0;                 ///< participants in the display list
+    QRect dialogRect;                     ///< of the gallery, in its own pixels
+    bool sharePresent = false;            ///< a shared screen is in the meeting
+    tagPersonInfo* bigPerson = nullptr;   ///< whose tile is the big one of the arrangement
+    tagPersonInfo* sharePerson = nullptr; ///< whose shared screen is shown
+};
+
+/// One object per process. It is created at attach and lives on the GUI thread; releasing the
+/// last screen replaces it by a fresh one.
+class QZRScreenConfig : public QObject
+{
+    Q_OBJECT
+
+public:
+    ~QZRScreenConfig() override;
+
+    /// The hub; created on first use. The pointer is good while the caller keeps a screen alive
+    /// (every export that resolved a screen handle does). Any thread.
+    static QZRScreenConfig* getInstance();
+    /// Deletes the hub. GUI thread.
+    static void destroyInstance();
+    /// Keeps the hub from being deleted while it lives; for calls without a screen handle. Nothing
+    /// may be emitted meanwhile.
+    class Lock
+    {
+    public:
+        Lock();
+        QZRScreenConfig* operator->() const { return getInstance(); }
+
+    private:
+        std::shared_lock<std::shared_mutex> m_lock;
+    };
+
+    ScreenSettings settings;
+    GalleryState gallery;
+
+    // --- Meeting mode ---
+    /// The current meeting mode. Any thread.
+    int curScreenMode() const { return m_iCurMode.load(); }
+    /// Stores the mode and, when it differs, emits notifyCurScreenMode. GUI thread.
+    void setCurScreenMode(int mode);
+
+    // --- Screen size, images, scaling ---
+    /// Re-evaluates the screen test. @return the prefix of all image names. GUI thread.
+    QString getImgPrefix();
+    /// True when the primary screen counts as high-resolution.
+    bool is4K() const { return m_b4K; }
+    /// A base size times `factor` on a high-resolution screen (single precision, truncated), else
+    /// the base size.
+    int scaled(int value, float factor = 2.0F) const;
+
+    // --- Developer switches of the INI file, read once ---
+    bool cacheFrame() const { return m_bCacheFrame; }
+    bool showResolution() const { return m_bShowResolution; }
+    /// Writes a picture into the frame dump folder; one file for each participant and size. Any
+    /// thread.
+    static void dumpFrame(const tagPersonInfo& person, const VantrelRTCVideoFrameQT& frame);
+
+    // --- Live participants; any thread ---
+    void addLivePerson(tagPersonInfo* person);
+    void removeLivePerson(tagPersonInfo* person);
+    [[nodiscard]] bool isLivePerson(const tagPersonInfo* person) const;
+    /// @return an empty pin when the record is not alive; then it must not be touched.
+    [[nodiscard]] PersonPin pinPerson(tagPersonInfo* person) const;
+    /// Reports a tile as shown or hidden: stores the play state and tells the hosts. GUI thread.
+    void setPersonShown(tagPersonInfo* person, bool bShown);
+
+    // --- Host callbacks; GUI thread ---
+    void registerUICallback(CAbsUIMsgCallback* callback);
+    /// @return whether the callback was registered.
+    bool unregisterUICallback(CAbsUIMsgCallback* callback);
+    /// Sends a message to every host, in the order of the callbacks' addresses. A host may register
+    /// and unregister from inside; who is unregistered meanwhile is not called any more.
+    void broadcast(unsigned long dwMsg, unsigned long long wParam, long long lParam);
+    void broadcast(unsigned long dwMsg, const tagPersonInfo* person);
+    /// How many broadcasts are under way: above 0 the GUI thread is inside a host's function.
+    int broadcastDepth() const { return m_iBroadcastDepth; }
+
+    // --- Subtitles; any thread ---
+    void setSubtitleOpen(bool bOpen);
+    void AddOneSubtitle(int iIDSentence, int iColorType, const QString& userName,
+                        const QString& transStr);
+    void clearSubtitles();
+    QMap<int, SubtitleRecord> subtitles() const;
+    /// Modes that leave no room for subtitles: 4 to 9. `mode` below 1 means the current one.
+    bool isModeWithoutSubtitle(int mode) const;
+    /// The current mode shows no subtitles: as above, or 10.
+    bool isSubtitleSuppressed() const;
+
+    // --- Sharing; any thread ---
+    void setShareSponsor(const QString& userId);
+    QString shareSponsor() const;
+
+    /// The gallery; null while there is none. GUI thread. For passing on only: units below the
+    /// gallery ask for what they need with a signal.
+    QDlgScreen* m_pDlgScreen = nullptr;
+
+signals:
+    void notifyClickAudioCtrl(void* pPerson);
+    void notifyClickMore(void* pPerson, int igPosRight);
+    void notifyDisplayOrder(bool bKeepFocusPerson = false);
+    void notifyToolbar(QRect rc, bool bShow);
+    void handleHandup(void* pPerson);
+    void playFrameUpdateUI(void* pPerson, int iWidth, int iHeight);
+    void clickPageCtl(QWidget*);
+    void notifyUpdatePersonInfo(void* pPlayHdl, void* pPerson);
+    void notifyCurScreenMode(int iMode);
+    void notifyAddSubtitle(int iIDidx);
+    void notifyCleanSubtitle();
+    void notifyClickExtPlayWidget(void*);
+    void notifyExtPreview(QString qstrUserID, bool bPreview);
+    void modSignalMove(QRect rc);
+    void modSignalAllLook(void* pPerson, bool bAllLook);
+    void modSignalPreviewMute(void*, bool);
+    void sigSetHideSmallWnd(bool);
+    void modSignalDelPerson(void*);
+    void modSignalLookLock(void* pPerson, bool bLockLook);
+    void modSignalVideoSize(void* pPlayData, int iWidth, int iHeight);
+    void modSignalScreenToolbar(QRect rc, bool bShow);
+    void modSignalAudioMute(void*, bool);
+    void modSignalPersonInfo(void* pPerson, bool bSelf, int iRoleType, QString qstrName,
+                             int iIdentity);
+    void modSignalVolume(void*, int);
+    void modSignalPersonHandup(void*, bool);
+    void modSignalAddPerson(void*);
+    void modSignalFocusByUserID(QString qstrUserID, bool bVolActive = false);
+    void modSignalAddSubtitle();
+    void modSignalSwitchMode(int eType);
+    void sigSwitchExtendScreen(bool, bool);
+    void sigPopSelfShareWnd(bool, bool);
+    void sigSetVoiceActivateUser(QString);
+    void modSignalMoveSpeakTool(QPoint rc);
+    void modSignalmousePressSpeakTool();
+    void modSignalHideSpeakTool(bool bshare);
+    void modSignalShowSpeakTool(bool bshare);
+    void sigMoveSmallWnd(QPoint rc);
+    void sigMousePressSmallWnd();
+    void sigRefreshPlayDlg();
+    void sigOpenLayoutPoll();
+
+private:
+    QZRScreenConfig();
+    void readVersionFile();
+
+    std::atomic<int> m_iCurMode{eLayoutEqualCut};
+    bool m_b4K = false;
+    QString m_qstrImgPrefix;
+    bool m_bCacheFrame = false;
+    bool m_bShowResolution = false;
+
+    mutable std::shared_mutex m_liveLock;
+    std::unordered_set<const tagPersonInfo*> m_setLivePerson;
+
+    std::set<CAbsUIMsgCallback*> m_setUICallback;
+    int m_iBroadcastDepth = 0;
+
+    mutable QMutex m_textLock; ///< guards the two below
+    QMap<int, SubtitleRecord> m_mapSubtitles;
+    QString m_qstrShareSponsor;
+};
