@@ -1,0 +1,56 @@
+# zr_add_rule_test(name sources...): a test of the rules, which needs no display.
+# zr_add_widget_test(name sources...): a test of widgets. It gets an X server of its own, so that
+# what it paints and where the pointer is depend on no desktop; -DZR_TEST_ON_DISPLAY=ON runs it on
+# the display at hand instead.
+include_guard(GLOBAL)
+
+option(ZR_TEST_ON_DISPLAY "Run widget tests on $DISPLAY instead of a virtual display" OFF)
+find_program(ZR_XVFB_RUN xvfb-run)
+if(NOT WIN32 AND NOT ZR_TEST_ON_DISPLAY AND NOT ZR_XVFB_RUN)
+  message(WARNING "xvfb-run was not found: widget tests will run on $DISPLAY")
+endif()
+
+function(_zr_add_test name)
+  add_executable(${name} ${ARGN})
+  zr_project_options(${name})
+  target_link_libraries(${name} PRIVATE Qt5::Test)
+endfunction()
+
+function(_zr_test_properties name timeoutS)
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${timeoutS})
+  if(ZR_SANITIZE MATCHES "address")
+    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
+      "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
+  endif()
+endfunction()
+
+function(zr_add_rule_test name)
+  _zr_add_test(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE zrrules)
+  add_test(NAME ${name} COMMAND ${name})
+  _zr_test_properties(${name} 60)
+endfunction()
+
+function(zr_add_widget_test name)
+  _zr_add_test(${name} ${ARGN})
+  # Object libraries hand on their objects to direct users only, hence both.
+  target_link_libraries(${name} PRIVATE zrscreen_objects zrrules)
+  if(ZR_XVFB_RUN AND NOT ZR_TEST_ON_DISPLAY)
+    # Each test begins its search for a free display at another number: two that start together
+    # must not both find the same one free.
+    get_property(display GLOBAL PROPERTY ZR_TEST_DISPLAY)
+    math(EXPR display "${display} + 10")
+    set_property(GLOBAL PROPERTY ZR_TEST_DISPLAY ${display})
+    add_test(NAME ${name} COMMAND ${ZR_XVFB_RUN} -a -n ${display}
+      -s "-screen 0 1920x1080x24 -nolisten tcp" $<TARGET_FILE:${name}>)
+  else()
+    add_test(NAME ${name} COMMAND ${name})
+  endif()
+  _zr_test_properties(${name} 180)
+  if(NOT WIN32)
+    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
+      QT_QPA_PLATFORM=xcb LIBGL_ALWAYS_SOFTWARE=1)
+  endif()
+endfunction()
+
+set_property(GLOBAL PROPERTY ZR_TEST_DISPLAY 200)
