@@ -60,6 +60,7 @@ struct tagPersonInfo
     int iPlayState = kPlayUnknown; ///< see kPlayHidden, kPlayShown
 
     // --- The module's own state ---
+    quint64 serial = 0;       ///< never reused in the process, as addresses are; fixed at creation
     int iVolume = 0;          ///< 0 to 100
     bool bLocalVideo = false; ///< the local user's own camera picture
     bool bLocalVideoConfirmed = false;

@@ -87,6 +87,7 @@ struct GalleryState
     int displayCount = 0;                 ///< participants in the display list
     QRect dialogRect;                     ///< of the gallery, in its own pixels
     bool sharePresent = false;            ///< a shared screen is in the meeting
+    tagPersonInfo* focusPerson = nullptr; ///< chosen as the speaker, by a user or by the host
     tagPersonInfo* bigPerson = nullptr;   ///< whose tile is the big one of the arrangement
     tagPersonInfo* sharePerson = nullptr; ///< whose shared screen is shown
 };
@@ -138,9 +139,9 @@ public:
     // --- Developer switches of the INI file, read once ---
     bool cacheFrame() const { return m_bCacheFrame; }
     bool showResolution() const { return m_bShowResolution; }
-    /// Writes a picture into the frame dump folder; one file for each participant and size. Any
-    /// thread.
-    static void dumpFrame(const tagPersonInfo& person, const VantrelRTCVideoFrameQT& frame);
+    /// Writes a picture into the frame dump folder; one file for each participant and size, holding
+    /// the last frame. Any thread.
+    void dumpFrame(const tagPersonInfo& person, const VantrelRTCVideoFrameQT& frame) const;
 
     // --- Live participants; any thread ---
     void addLivePerson(tagPersonInfo* person);
@@ -148,6 +149,10 @@ public:
     [[nodiscard]] bool isLivePerson(const tagPersonInfo* person) const;
     /// @return an empty pin when the record is not alive; then it must not be touched.
     [[nodiscard]] PersonPin pinPerson(tagPersonInfo* person) const;
+    /// The name is written on the GUI thread and read there without a lock; other threads ask
+    /// here, with the record pinned.
+    void setPersonName(tagPersonInfo* person, const QString& name);
+    [[nodiscard]] QString personName(const tagPersonInfo& person) const;
     /// Reports a tile as shown or hidden: stores the play state and tells the hosts. GUI thread.
     void setPersonShown(tagPersonInfo* person, bool bShown);
 
@@ -240,7 +245,7 @@ private:
     std::set<CAbsUIMsgCallback*> m_setUICallback;
     int m_iBroadcastDepth = 0;
 
-    mutable QMutex m_textLock; ///< guards the two below
+    mutable QMutex m_textLock; ///< guards the two below and the participants' names
     QMap<int, SubtitleRecord> m_mapSubtitles;
     QString m_qstrShareSponsor;
 };

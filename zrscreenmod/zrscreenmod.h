@@ -209,7 +209,7 @@ ZR_API int ZR_CALL ZRScreen_ExitMeeting(void* hScreen);
 ZR_API void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName,
                                         long long joinTime, int hostInt, void* hostValue);
 
-/// Tells the screen that joining is complete: nothing is arranged before. GUI.
+/// Tells the screen that joining is complete: nothing is arranged before. posted.
 ZR_API int ZR_CALL ZRScreen_JoinMeetingFinish(void* hScreen, bool bFinish);
 
 /// Removes a participant; the play handle is invalid at once, the tile goes on the GUI thread.

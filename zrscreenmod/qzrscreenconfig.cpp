@@ -1,0 +1,258 @@
+#include "qzrscreenconfig.h"
+
+#include "platform.h"
+#include "screenscale.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QThread>
+
+#include <vector>
+
+namespace {
+
+constexpr int kMaxSubtitles = 64;
+
+std::atomic<QZRScreenConfig*> s_instance{nullptr};
+QMutex s_creationLock;
+std::shared_mutex s_lifetimeLock;
+
+/// A text of the host's as part of a file name: no separators, nothing a file system refuses.
+QString fileNamePart(QString text)
+{
+    static const QRegularExpression unsafe(QStringLiteral(R"([\\/:*?"<>|\x00-\x1f])"));
+    return text.replace(unsafe, QStringLiteral("_")).left(100);
+}
+
+} // namespace
+
+QZRScreenConfig::Lock::Lock()
+    : m_lock(s_lifetimeLock)
+{
+}
+
+QZRScreenConfig* QZRScreenConfig::getInstance()
+{
+    if (QZRScreenConfig* hub = s_instance.load(std::memory_order_acquire))
+        return hub;
+    const QMutexLocker locker(&s_creationLock);
+    if (!s_instance.load(std::memory_order_acquire)) {
+        auto* hub = new QZRScreenConfig;
+        if (const QCoreApplication* app = QCoreApplication::instance())
+            hub->moveToThread(app->thread());
+        s_instance.store(hub, std::memory_order_release);
+    }
+    return s_instance.load(std::memory_order_acquire);
+}
+
+void QZRScreenConfig::destroyInstance()
+{
+    const std::unique_lock<std::shared_mutex> lock(s_lifetimeLock);
+    delete s_instance.exchange(nullptr);
+}
+
+QZRScreenConfig::QZRScreenConfig()
+{
+    getImgPrefix();
+    readVersionFile();
+}
+
+QZRScreenConfig::~QZRScreenConfig() = default;
+
+void QZRScreenConfig::readVersionFile()
+{
+    const QSettings file(QCoreApplication::applicationDirPath()
+                             + QStringLiteral("/user_data/sys_ver.ini"),
+                         QSettings::IniFormat);
+    m_bCacheFrame = file.value(QStringLiteral("version/cache_frame"), false).toBool();
+    m_bShowResolution = file.value(QStringLiteral("version/show_resolution"), false).toBool();
+}
+
+void QZRScreenConfig::setCurScreenMode(int mode)
+{
+    if (m_iCurMode.exchange(mode) != mode)
+        emit notifyCurScreenMode(mode);
+}
+
+QString QZRScreenConfig::getImgPrefix()
+{
+    const int width = platform::screenWidthPx();
+    qDebug() << "QZRScreenConfig width:" << width;
+    m_b4K = zr::isHighResolutionScreen(width);
+    m_qstrImgPrefix = m_b4K ? QStringLiteral(":/pic4k/") : QStringLiteral(":/pic/");
+    return m_qstrImgPrefix;
+}
+
+int QZRScreenConfig::scaled(int value, float factor) const
+{
+    return zr::scaledSize(value, factor, m_b4K);
+}
+
+void QZRScreenConfig::dumpFrame(const tagPersonInfo& person,
+                                const VantrelRTCVideoFrameQT& frame) const
+{
+    const QString name = QStringLiteral("(%1)%2_%3x%4.yuv")
+                             .arg(fileNamePart(personName(person)), fileNamePart(person.userID))
+                             .arg(frame.width)
+                             .arg(frame.height);
+    QFile file(QDir(QCoreApplication::applicationDirPath())
+                   .filePath(QStringLiteral("log/tmpFrame/") + name));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return;
+    const qint64 luma = qint64(frame.width) * frame.height;
+    const qint64 chroma = qint64((frame.width + 1) / 2) * ((frame.height + 1) / 2);
+    file.write(reinterpret_cast<const char*>(frame.pData), luma + 2 * chroma);
+}
+
+// --- Live participants -----------------------------------------------------------------------
+
+void QZRScreenConfig::addLivePerson(tagPersonInfo* person)
+{
+    const std::unique_lock<std::shared_mutex> lock(m_liveLock);
+    m_setLivePerson.insert(person);
+}
+
+void QZRScreenConfig::removeLivePerson(tagPersonInfo* person)
+{
+    const std::unique_lock<std::shared_mutex> lock(m_liveLock);
+    m_setLivePerson.erase(person);
+}
+
+bool QZRScreenConfig::isLivePerson(const tagPersonInfo* person) const
+{
+    const std::shared_lock<std::shared_mutex> lock(m_liveLock);
+    return m_setLivePerson.count(person) != 0;
+}
+
+PersonPin QZRScreenConfig::pinPerson(tagPersonInfo* person) const
+{
+    const std::shared_lock<std::shared_mutex> lock(m_liveLock);
+    if (m_setLivePerson.count(person) == 0)
+        return {};
+    person->pins.fetch_add(1, std::memory_order_acquire);
+    return PersonPin(person);
+}
+
+void QZRScreenConfig::setPersonName(tagPersonInfo* person, const QString& name)
+{
+    const QMutexLocker locker(&m_textLock);
+    person->userName = name;
+}
+
+QString QZRScreenConfig::personName(const tagPersonInfo& person) const
+{
+    const QMutexLocker locker(&m_textLock);
+    return person.userName;
+}
+
+void QZRScreenConfig::setPersonShown(tagPersonInfo* person, bool bShown)
+{
+    if (!person)
+        return;
+    person->iPlayState = bShown ? kPlayShown : kPlayHidden;
+    broadcast(bShown ? ZRMSG_VIDEO_SHOWN : ZRMSG_VIDEO_HIDDEN, person);
+}
+
+// --- Host callbacks ---------------------------------------------------------------------------
+
+void QZRScreenConfig::registerUICallback(CAbsUIMsgCallback* callback)
+{
+    m_setUICallback.insert(callback);
+}
+
+bool QZRScreenConfig::unregisterUICallback(CAbsUIMsgCallback* callback)
+{
+    return m_setUICallback.erase(callback) != 0;
+}
+
+void QZRScreenConfig::broadcast(unsigned long dwMsg, unsigned long long wParam, long long lParam)
+{
+    // The host may release or create a screen from inside its function, so the walk is over a copy
+    // and asks again before each call. The hub itself outlives the walk: a release during a
+    // broadcast is carried out later.
+    ++m_iBroadcastDepth;
+    const std::vector<CAbsUIMsgCallback*> callbacks(m_setUICallback.begin(), m_setUICallback.end());
+    for (CAbsUIMsgCallback* callback : callbacks) {
+        if (m_setUICallback.count(callback) != 0)
+            callback->UIMsgNotify(dwMsg, wParam, lParam);
+    }
+    --m_iBroadcastDepth;
+}
+
+void QZRScreenConfig::broadcast(unsigned long dwMsg, const tagPersonInfo* person)
+{
+    broadcast(dwMsg, reinterpret_cast<quintptr>(person),
+              person ? static_cast<long long>(reinterpret_cast<qintptr>(person->pUserData)) : 0);
+}
+
+// --- Subtitles --------------------------------------------------------------------------------
+
+void QZRScreenConfig::setSubtitleOpen(bool bOpen)
+{
+    settings.subtitleOpen = bOpen;
+    clearSubtitles();
+}
+
+void QZRScreenConfig::AddOneSubtitle(int iIDSentence, int iColorType, const QString& userName,
+                                     const QString& transStr)
+{
+    int size = 0;
+    {
+        const QMutexLocker locker(&m_textLock);
+        m_mapSubtitles.insert(iIDSentence, {iColorType, userName, transStr});
+        size = m_mapSubtitles.size();
+    }
+    qDebug() << "mapSubtitles.size:" << size;
+    qDebug() << "iIDSentence:" << iIDSentence << ",iColorType:" << iColorType
+             << ",userName:" << userName << "\ttransStr:" << transStr;
+    emit modSignalAddSubtitle();
+    emit notifyAddSubtitle(iIDSentence);
+    // Trimmed after the signals: a panel may see one sentence more for a moment.
+    const QMutexLocker locker(&m_textLock);
+    while (m_mapSubtitles.size() > kMaxSubtitles)
+        m_mapSubtitles.erase(m_mapSubtitles.begin());
+}
+
+void QZRScreenConfig::clearSubtitles()
+{
+    {
+        const QMutexLocker locker(&m_textLock);
+        m_mapSubtitles.clear();
+    }
+    emit notifyCleanSubtitle();
+}
+
+QMap<int, SubtitleRecord> QZRScreenConfig::subtitles() const
+{
+    const QMutexLocker locker(&m_textLock);
+    return m_mapSubtitles;
+}
+
+bool QZRScreenConfig::isModeWithoutSubtitle(int mode) const
+{
+    const int asked = mode < 1 ? curScreenMode() : mode;
+    return asked >= eLayoutSpeakerTool && asked <= eLayoutSpeaker4;
+}
+
+bool QZRScreenConfig::isSubtitleSuppressed() const
+{
+    return isModeWithoutSubtitle(-1) || curScreenMode() == eLayoutShare;
+}
+
+// --- Sharing ----------------------------------------------------------------------------------
+
+void QZRScreenConfig::setShareSponsor(const QString& userId)
+{
+    const QMutexLocker locker(&m_textLock);
+    m_qstrShareSponsor = userId;
+}
+
+QString QZRScreenConfig::shareSponsor() const
+{
+    const QMutexLocker locker(&m_textLock);
+    return m_qstrShareSponsor;
+}
