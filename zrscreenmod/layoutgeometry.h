@@ -1,0 +1,77 @@
+// Where the tiles of a page go: pure integer arithmetic on the dialog's client area. All lengths
+// are pixels and every division truncates toward zero.
+//
+// Every function takes any arguments: negative sides and counts are taken as 0, sides above
+// kMaxSidePx as kMaxSidePx, and a page outside the list has no tiles.
+#pragma once
+
+#include <QRect>
+#include <QSize>
+
+#include <vector>
+
+namespace zr {
+
+/// The longest side that a widget can have (QWIDGETSIZE_MAX).
+constexpr int kMaxSidePx = (1 << 24) - 1;
+
+/// Stream grades: the resolution class that a tile needs.
+constexpr int kGradeSmall = 2;
+constexpr int kGradeGrid = 3;
+constexpr int kGradeLarge = 4;
+
+/// Tiles per page of the two adaptive galleries, and of the strips beside a speaker.
+constexpr int kEqualCutTiles = 6;
+constexpr int kNineCutTiles = 9;
+constexpr int kStripTiles = 6;
+
+/// One tile of the current page.
+struct TilePlacement
+{
+    int index;  ///< in the display list
+    QRect rect; ///< in the dialog; empty when the dialog is too small to show the tile
+    int grade;  ///< kGradeSmall, kGradeGrid or kGradeLarge
+};
+
+/// What an arrangement depends on.
+struct LayoutInput
+{
+    QSize area;    ///< the dialog's client size
+    int count = 0; ///< participants in the whole display list, not on the page
+    int page = 0;  ///< 0-based
+};
+
+/// Shrinks a size to 16:9. The sides are compared by their truncated quotients w/16 and h/9, and
+/// equal quotients leave the size as it is: 641 x 360 stays 641 x 360. Neither side ever grows.
+[[nodiscard]] QSize fitSize16x9(QSize size);
+
+/// fitSize16x9 of a rectangle, whose top left corner stays.
+[[nodiscard]] QRect fitRect16x9(const QRect& rect);
+
+/// fitSize16x9 of a dialog, centred in it.
+[[nodiscard]] QRect centerRect16x9(QSize dialog);
+
+/// The adaptive gallery: up to six tiles of one size on each page. The shape of the grid follows
+/// the whole list, so that a partly filled last page keeps it.
+[[nodiscard]] std::vector<TilePlacement> equalCutPlacements(const LayoutInput& input);
+
+/// The adaptive gallery with up to nine tiles on each page. With three rows the last one may end
+/// up to two pixels below the dialog.
+[[nodiscard]] std::vector<TilePlacement> nineCutPlacements(const LayoutInput& input);
+
+/// Stream grade of the tiles of a grid, in any meeting mode (`eLayoutType`). Both adaptive
+/// galleries ask by pages of six: only the first page of at most two participants is large.
+[[nodiscard]] int gridStreamType(int mode, int count, int page);
+
+/// Pages that `count` tiles fill; 0 for none.
+[[nodiscard]] int pageCount(int count, int tilesPerPage);
+
+/// The page, or the nearest one that has tiles; 0 when there is none.
+[[nodiscard]] int clampPage(int page, int count, int tilesPerPage);
+
+/// The page to show after a participant has left, for the arrangements with a strip: one back when
+/// the strip's page has just become empty. Other modes keep the page.
+/// @param remaining participants that are left, the large tiles' ones included
+[[nodiscard]] int pageAfterRemoval(int mode, int page, int remaining);
+
+} // namespace zr
