@@ -1,0 +1,266 @@
+#include "guithread.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QEvent>
+#include <QObject>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <exception>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+namespace {
+
+enum class TaskState
+{
+    Pending,
+    Running,
+    Done,
+    Dropped
+};
+
+/// One piece of work that a thread waits for. Guarded by g_lock, except `work`, which belongs to
+/// whoever moved the state out of Pending.
+struct Task
+{
+    explicit Task(std::function<void()>&& w)
+        : work(std::move(w))
+    {
+    }
+    bool ended() const { return state == TaskState::Done || state == TaskState::Dropped; }
+
+    std::function<void()> work;
+    TaskState state = TaskState::Pending;
+    bool succeeded = false;
+    std::condition_variable changed;
+};
+
+using TaskPtr = std::shared_ptr<Task>;
+
+bool runGuarded(const std::function<void()>& work)
+{
+    try {
+        work();
+        return true;
+    } catch (const std::exception& e) {
+        qWarning() << "work of the GUI thread failed:" << e.what();
+    } catch (...) {
+        qWarning() << "work of the GUI thread failed";
+    }
+    return false;
+}
+
+// Only the receiver below ever gets these, so the first user type needs no registration (which
+// Qt would never take back).
+constexpr QEvent::Type kWorkEvent = QEvent::User;
+
+struct WorkEvent : QEvent
+{
+    explicit WorkEvent(TaskPtr t)
+        : QEvent(kWorkEvent)
+        , task(std::move(t))
+    {
+    }
+    explicit WorkEvent(std::function<void()>&& w)
+        : QEvent(kWorkEvent)
+        , work(std::move(w))
+    {
+    }
+    const TaskPtr task;               ///< null for posted work
+    const std::function<void()> work; ///< posted work
+};
+
+void execute(const TaskPtr& task);
+
+/// Lives on the GUI thread; its event queue carries the work.
+class Receiver : public QObject
+{
+public:
+    bool event(QEvent* e) override
+    {
+        if (e->type() != kWorkEvent)
+            return QObject::event(e);
+        const auto* const workEvent = static_cast<WorkEvent*>(e);
+        if (workEvent->task)
+            execute(workEvent->task);
+        else
+            runGuarded(workEvent->work);
+        return true;
+    }
+
+    // Guarded by g_lock.
+    std::deque<TaskPtr> waitedFor;        ///< pending, in the order of arrival
+    int callers = 0;                      ///< threads inside run()
+    std::condition_variable callersGone;  ///< with callers
+    quint64 wakeCount = 0;                ///< counts wake() during a drain
+    std::condition_variable drainWakened; ///< with wakeCount and waitedFor
+};
+
+// Everything here is trivially destructible: a thread that comes late, while the process ends or
+// the module is unloaded, still finds it in order.
+std::mutex g_lock;
+Receiver* g_receiver = nullptr; // guarded by g_lock
+std::atomic<std::thread::id> g_guiThread{std::thread::id()};
+std::atomic<int> g_drainers{0};
+
+void forget(const TaskPtr& task)
+{
+    if (!g_receiver)
+        return;
+    auto& queue = g_receiver->waitedFor;
+    queue.erase(std::remove(queue.begin(), queue.end(), task), queue.end());
+}
+
+void execute(const TaskPtr& task)
+{
+    {
+        const std::lock_guard lock(g_lock);
+        if (task->state != TaskState::Pending)
+            return;
+        task->state = TaskState::Running;
+        forget(task);
+    }
+    const bool succeeded = runGuarded(task->work);
+    // What the work holds goes before its caller, whose variables it may refer to, gets on.
+    task->work = nullptr;
+    const std::lock_guard lock(g_lock);
+    task->succeeded = succeeded;
+    task->state = TaskState::Done;
+    task->changed.notify_all();
+}
+
+} // namespace
+
+void GuiThread::init()
+{
+    const std::lock_guard lock(g_lock);
+    if (g_receiver)
+        return;
+    g_receiver = new Receiver;
+    g_guiThread = std::this_thread::get_id();
+}
+
+void GuiThread::shutdown()
+{
+    std::unique_lock lock(g_lock);
+    Receiver* const receiver = std::exchange(g_receiver, nullptr);
+    if (!receiver)
+        return;
+    for (const TaskPtr& task : receiver->waitedFor) {
+        task->state = TaskState::Dropped;
+        task->changed.notify_all();
+    }
+    receiver->waitedFor.clear();
+    // The callers only need the lock to leave. When the process ends the system may have stopped
+    // them already, so this wait is bounded.
+    constexpr std::chrono::seconds kLeaveTimeout(1);
+    const bool allGone = receiver->callersGone.wait_for(
+        lock, kLeaveTimeout, [receiver] { return receiver->callers == 0; });
+    g_guiThread = std::thread::id();
+    lock.unlock();
+    QCoreApplication::removePostedEvents(receiver);
+    if (allGone)
+        delete receiver;
+    else
+        qWarning() << "a thread still waits for the GUI thread";
+}
+
+bool GuiThread::isCurrent()
+{
+    return g_guiThread.load() == std::this_thread::get_id();
+}
+
+bool GuiThread::run(std::function<void()> work, int timeoutMs)
+{
+    if (isCurrent())
+        return runGuarded(work);
+
+    const auto task = std::make_shared<Task>(std::move(work));
+    std::unique_lock lock(g_lock);
+    Receiver* const receiver = g_receiver;
+    if (!receiver) {
+        lock.unlock();
+        qDebug() << "g_receiver == nullptr failed";
+        return false;
+    }
+    ++receiver->callers;
+    receiver->waitedFor.push_back(task);
+    receiver->drainWakened.notify_all();
+    QCoreApplication::postEvent(receiver, new WorkEvent(task));
+
+    const auto ended = [&task] { return task->ended(); };
+    if (!task->changed.wait_for(lock, std::chrono::milliseconds(timeoutMs), ended)) {
+        if (task->state == TaskState::Pending) {
+            task->state = TaskState::Dropped;
+            forget(task);
+        } else {
+            task->changed.wait(lock, ended);
+        }
+    }
+    const bool ran = task->state == TaskState::Done;
+    if (!ran)
+        task->work = nullptr; // here, on the thread whose variables it may refer to
+    // shutdown() keeps the receiver until the last caller has come past here.
+    if (--receiver->callers == 0)
+        receiver->callersGone.notify_all();
+    lock.unlock();
+    if (!ran)
+        qDebug() << "wait for the GUI thread failed, timeoutMs:" << timeoutMs;
+    return ran && task->succeeded;
+}
+
+void GuiThread::post(std::function<void()> work)
+{
+    const std::lock_guard lock(g_lock);
+    if (g_receiver)
+        QCoreApplication::postEvent(g_receiver, new WorkEvent(std::move(work)));
+}
+
+void GuiThread::drainUntil(const std::function<bool()>& done)
+{
+    if (!isCurrent())
+        return;
+    ++g_drainers;
+    std::unique_lock lock(g_lock);
+    Receiver* const receiver = g_receiver;
+    while (true) {
+        const quint64 wakeCount = receiver->wakeCount;
+        lock.unlock();
+        const bool isDone = done();
+        lock.lock();
+        if (isDone)
+            break;
+        if (!receiver->waitedFor.empty()) {
+            const TaskPtr task = receiver->waitedFor.front();
+            lock.unlock();
+            execute(task);
+            lock.lock();
+            continue;
+        }
+        receiver->drainWakened.wait(lock, [receiver, wakeCount] {
+            return receiver->wakeCount != wakeCount || !receiver->waitedFor.empty();
+        });
+    }
+    lock.unlock();
+    --g_drainers;
+}
+
+void GuiThread::wake()
+{
+    // A read-modify-write, not a load: either it sees the drainer's increment, or the drainer's
+    // increment comes later, reads from this one and so sees what the caller changed before.
+    if (g_drainers.fetch_add(0) == 0)
+        return;
+    const std::lock_guard lock(g_lock);
+    if (!g_receiver)
+        return;
+    ++g_receiver->wakeCount;
+    g_receiver->drainWakened.notify_all();
+}
