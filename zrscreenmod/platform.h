@@ -9,6 +9,8 @@
 
 #include <cstddef>
 
+class QApplication;
+
 namespace platform {
 
 /// Identifies a native window: an X11 window id, or the value of a Win32 HWND. 0 is no window.
@@ -19,38 +21,46 @@ inline NativeWindow toNative(HWND window)
     return reinterpret_cast<NativeWindow>(window);
 }
 
-/// What setThreadPriorityTimeCritical did; the values are the system's own numbers.
+/// What setThreadPriorityTimeCritical did. The values are the system's own numbers: thread
+/// priorities on Windows (higher is sooner), nice values on Linux (lower is sooner).
 struct PriorityChange
 {
-    bool ok;
+    bool ok; ///< the thread has the wanted priority now
     int before;
     int after;
 };
 
-/// Prepares the process for a QApplication (called once, before it is created): on X11 chooses
-/// the xcb platform, or the offscreen one when no display can be opened, unless the environment
-/// names a platform.
-void prepareApplication();
+/// Creates the process's QApplication; the caller owns it. `argc` and `argv` must outlive it. On
+/// X11 it runs on the xcb platform, or draws off screen when no display can be opened, unless
+/// the environment names a platform. The environment is the same afterwards, and so is the
+/// locale but for its character set, which Qt needs. The calling thread becomes the GUI thread.
+[[nodiscard]] QApplication* createApplication(int& argc, char** argv);
 
-/// Keeps the Qt libraries mapped when the module is unloaded: their exit handlers and threads
-/// may outlive it. A no-op on Windows.
+/// Keeps the libraries of Qt, and of the window and drawing system below it, in memory when the
+/// module is unloaded: their exit handlers, threads and thread-local data outlive it. Call it once
+/// they are all loaded, again when more may have come. A no-op on Windows. Any thread.
 void keepQtLoaded();
 
-/// Makes `child` a child of `parent`, at (0, 0); with parent 0 detaches it to the top level.
-/// @return false when the system refuses or the platform has no such windows. GUI thread.
+/// Makes `child` a child of `parent`, at (0, 0), whatever it belonged to before; with parent 0
+/// detaches it to the top level. To move a window from one parent to another, one call is enough,
+/// and better: a window manager may grab a window that is at the top level in between.
+/// @return false when the system refuses or the platform has no such windows; the window then
+/// stays where it was. GUI thread.
 [[nodiscard]] bool setParentWindow(NativeWindow child, NativeWindow parent);
 
-/// Gives a window the style of a plain child that clips its own children. GUI thread.
+/// Gives a window the style of a plain child that clips its own children: no frame, no border.
+/// GUI thread.
 void setChildStyle(NativeWindow window);
 
 /// Places a window in its parent, on top of its siblings, and shows it. Coordinates are the
-/// parent's pixels; the system decides what a size below 1 means (X11: 1). GUI thread.
+/// parent's pixels; the system decides what a size below 1 means (X11: 1). The geometry that Qt
+/// knows, and the resize event of the widget, follow from the event loop. GUI thread.
 void placeWindow(NativeWindow window, const QRect& rect);
 
 /// True when every probed byte of [p, p + size) can be read. The memory is not touched by this
 /// process in a way that could fault. Probes the first and the last byte, and every page between
 /// them when the range is at most 64 KiB long. False for null and for ranges that wrap around.
-/// Any thread.
+/// Another thread may unmap the memory right afterwards. Any thread.
 [[nodiscard]] bool isReadable(const void* p, std::size_t size);
 
 /// Length of the zero-terminated string at `text`, found without touching unreadable memory.
@@ -64,7 +74,10 @@ void placeWindow(NativeWindow window, const QRect& rect);
 [[nodiscard]] int screenWidthPx();
 [[nodiscard]] int screenHeightPx();
 
-/// Raises the calling thread to the highest priority that the system grants without privileges.
+/// Raises the calling thread as far above ordinary threads as the system lets it: time-critical on
+/// Windows, nice -10 on Linux, where a real-time class would let a GUI thread that draws in
+/// software lock out the rest of the machine. Threads that the calling thread starts later inherit
+/// the nice value.
 PriorityChange setThreadPriorityTimeCritical();
 
 } // namespace platform

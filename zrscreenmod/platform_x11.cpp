@@ -1,0 +1,429 @@
+#include "platform.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QDebug>
+#include <QScreen>
+#include <QWindow>
+#include <QX11Info>
+
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <clocale>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <dlfcn.h>
+#include <link.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+// --- X11 ------------------------------------------------------------------------------------
+
+struct FreeDeleter
+{
+    void operator()(void* p) const { std::free(p); }
+};
+template<typename T>
+using Reply = std::unique_ptr<T, FreeDeleter>;
+
+/// Qt's own connection, so that requests made here keep their order with Qt's. Null when Qt does
+/// not draw on X11.
+xcb_connection_t* connection()
+{
+    return QX11Info::isPlatformX11() ? QX11Info::connection() : nullptr;
+}
+
+xcb_window_t toXcb(platform::NativeWindow window)
+{
+    constexpr xcb_window_t kNone = XCB_WINDOW_NONE;
+    // An id that does not fit names no window.
+    return window <= std::numeric_limits<xcb_window_t>::max() ? static_cast<xcb_window_t>(window)
+                                                              : kNone;
+}
+
+/// Waits for the server's verdict. An error stays here: it reaches neither Qt's event loop nor an
+/// Xlib error handler, whose default ends the process.
+bool succeeded(xcb_connection_t* c, xcb_void_cookie_t cookie)
+{
+    const Reply<xcb_generic_error_t> error(xcb_request_check(c, cookie));
+    if (error)
+        qDebug() << "X11 request" << error->major_code << "failed, error:" << error->error_code
+                 << ",resource:" << error->resource_id;
+    return !error;
+}
+
+struct TreePlace
+{
+    xcb_window_t root;
+    xcb_window_t parent;
+};
+
+/// @return false when there is no such window.
+bool findInTree(xcb_connection_t* c, xcb_window_t window, TreePlace* place)
+{
+    xcb_generic_error_t* rawError = nullptr;
+    const Reply<xcb_query_tree_reply_t> reply(
+        xcb_query_tree_reply(c, xcb_query_tree(c, window), &rawError));
+    const Reply<xcb_generic_error_t> error(rawError);
+    if (!reply)
+        return false;
+    *place = {reply->root, reply->parent};
+    return true;
+}
+
+/// Qt's object for a window of this process; null for every other window.
+QWindow* findQtWindow(platform::NativeWindow id)
+{
+    const QWindowList windows = QGuiApplication::allWindows();
+    const auto found = std::find_if(windows.cbegin(), windows.cend(), [id](const QWindow* w) {
+        // Only a window that has been created is asked for its id: winId() would create it.
+        return w->handle() && w->type() != Qt::ForeignWindow && w->winId() == id;
+    });
+    return found == windows.cend() ? nullptr : *found;
+}
+
+constexpr char kContainerProperty[] = "zrNativeContainer";
+
+bool isContainer(const QWindow* window)
+{
+    return window && window->property(kContainerProperty).toBool();
+}
+
+/// Tells Qt which native window its window is in. Qt then places popups and maps to global
+/// coordinates by asking the X server, and shows the window again after a hide without waiting
+/// for a window manager, which has nothing to do with it.
+void setQtParent(QWindow* child, platform::NativeWindow parent)
+{
+    QWindow* const before = child->parent();
+    QWindow* after = nullptr;
+    if (parent != 0) {
+        after = findQtWindow(parent);
+        if (!after) {
+            after = QWindow::fromWinId(parent);
+            after->setProperty(kContainerProperty, true);
+            // The container goes with its child. It must not be the other way round, and a
+            // deferred deletion would never come: the host's loop is not a loop of Qt.
+            QObject::connect(child, &QObject::destroyed, after, [after](QObject* dying) {
+                dying->setParent(nullptr);
+                delete after;
+            });
+        }
+    }
+    child->setParent(after);
+    if (isContainer(before))
+        delete before;
+}
+
+// --- Application ----------------------------------------------------------------------------
+
+/// Sets an environment variable while it lives.
+class ScopedEnvironment
+{
+public:
+    ScopedEnvironment(const char* name, const QByteArray& value)
+        : m_name(name)
+        , m_wasSet(qEnvironmentVariableIsSet(name))
+        , m_before(qgetenv(name))
+    {
+        qputenv(m_name, value);
+    }
+    ~ScopedEnvironment()
+    {
+        if (m_wasSet)
+            qputenv(m_name, m_before);
+        else
+            qunsetenv(m_name);
+    }
+    Q_DISABLE_COPY(ScopedEnvironment)
+
+private:
+    const char* m_name;
+    bool m_wasSet;
+    QByteArray m_before;
+};
+
+/// Qt sets the whole locale from the environment, which would change how the host reads and
+/// writes numbers. Only the character set is left to it.
+class ScopedLocale
+{
+public:
+    ScopedLocale()
+    {
+        for (const int category : kCategories)
+            m_before.emplace_back(std::setlocale(category, nullptr));
+    }
+    ~ScopedLocale()
+    {
+        for (std::size_t i = 0; i < m_before.size(); ++i)
+            std::setlocale(kCategories[i], m_before[i].c_str());
+    }
+    Q_DISABLE_COPY(ScopedLocale)
+
+private:
+    static constexpr int kCategories[] = {LC_COLLATE, LC_MESSAGES, LC_MONETARY, LC_NUMERIC,
+                                          LC_TIME};
+    std::vector<std::string> m_before;
+};
+
+bool displayOpens()
+{
+    xcb_connection_t* const c = xcb_connect(nullptr, nullptr);
+    const bool opens = xcb_connection_has_error(c) == 0;
+    xcb_disconnect(c);
+    return opens;
+}
+
+// --- Loaded objects -------------------------------------------------------------------------
+
+int collectLoadedObject(dl_phdr_info* info, std::size_t, void* names)
+{
+    if (info->dlpi_name && *info->dlpi_name)
+        static_cast<std::vector<std::string>*>(names)->emplace_back(info->dlpi_name);
+    return 0;
+}
+
+/// Qt, what Qt loads as a plugin, X11 and the GL drivers. What these depend on stays with them.
+bool mustStayLoaded(const std::string& path)
+{
+    const std::string name = path.substr(path.rfind('/') + 1);
+    for (const char* prefix : {"libQt5", "libGL", "libEGL", "libOpenGL", "libgallium", "libX11",
+                               "libxcb", "libglib-2.0"}) {
+        if (name.rfind(prefix, 0) == 0)
+            return true;
+    }
+    if (name.find("_dri.so") != std::string::npos)
+        return true;
+    const QStringList pluginFolders = QCoreApplication::libraryPaths();
+    return std::any_of(pluginFolders.cbegin(), pluginFolders.cend(), [&path](const QString& f) {
+        return path.rfind(f.toStdString() + '/', 0) == 0;
+    });
+}
+
+// --- Memory ---------------------------------------------------------------------------------
+
+std::uintptr_t pageSize()
+{
+    static const auto size = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+    return size;
+}
+
+/// Probes the word around an address. The kernel copies the signal set before it looks at `how`,
+/// so it answers EFAULT where the word cannot be read, and EINVAL for the impossible `how` where
+/// it can; either way nothing changes. This is several times cheaper than process_vm_readv and
+/// needs no descriptor. Any other answer (a sandbox's) tells nothing: the word is then believed.
+bool isWordReadable(std::uintptr_t address)
+{
+    constexpr std::uintptr_t kWord = sizeof(std::uint64_t); // the size of the kernel's signal set
+    constexpr int kImpossibleHow = -1;
+    const int savedErrno = errno;
+    // Aligned, a word lies in one page.
+    const long result =
+        syscall(SYS_rt_sigprocmask, kImpossibleHow, address & ~(kWord - 1), nullptr, kWord);
+    const bool faulted = result == -1 && errno == EFAULT;
+    errno = savedErrno;
+    return !faulted;
+}
+
+} // namespace
+
+namespace platform {
+
+QApplication* createApplication(int& argc, char** argv)
+{
+    // Qt ends the process when no platform works, so the last choice is one that always does.
+    constexpr char kVariable[] = "QT_QPA_PLATFORM";
+    QByteArray choice = qgetenv(kVariable);
+    if (!choice.isEmpty())
+        choice += ";offscreen";
+    else
+        choice = displayOpens() ? "xcb;offscreen" : "offscreen";
+    const ScopedEnvironment environment(kVariable, choice);
+    const ScopedLocale locale;
+    return new QApplication(argc, argv);
+}
+
+void keepQtLoaded()
+{
+    // Collected first: the walk holds a lock of the loader.
+    std::vector<std::string> names;
+    dl_iterate_phdr(collectLoadedObject, &names);
+    for (const std::string& name : names) {
+        if (!mustStayLoaded(name))
+            continue;
+        // NODELETE outlives the reference that is given back here.
+        if (void* const handle = dlopen(name.c_str(), RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE))
+            dlclose(handle);
+    }
+}
+
+bool setParentWindow(NativeWindow child, NativeWindow parent)
+{
+    xcb_connection_t* const c = connection();
+    const xcb_window_t childId = toXcb(child);
+    TreePlace childPlace{};
+    if (!c || childId == XCB_WINDOW_NONE || !findInTree(c, childId, &childPlace))
+        return false;
+    const xcb_window_t parentId = parent == 0 ? childPlace.root : toXcb(parent);
+    if (parentId == XCB_WINDOW_NONE || parentId == childId)
+        return false;
+    QWindow* const window = findQtWindow(child);
+    // A window at the top level stays in the frame that a window manager gave it.
+    const bool atTopLevel = parentId == childPlace.parent || (window && !window->parent());
+    if (parent == 0 && atTopLevel)
+        return true;
+    // The server decides, and Qt hears of it only when it has agreed.
+    if (!succeeded(c, xcb_reparent_window_checked(c, childId, parentId, 0, 0)))
+        return false;
+    if (window) {
+        setQtParent(window, parent);
+        // Qt has re-parented it once more, to the position that it remembered.
+        const quint32 origin[] = {0, 0};
+        succeeded(c, xcb_configure_window_checked(
+                         c, childId, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, origin));
+    }
+    return true;
+}
+
+void setChildStyle(NativeWindow window)
+{
+    xcb_connection_t* const c = connection();
+    const xcb_window_t id = toXcb(window);
+    if (!c || id == XCB_WINDOW_NONE)
+        return;
+    // A window inside another one has no frame on X11, and drawing never runs over its children.
+    // What is left of the style is the border, and the wish for no frame should the window ever
+    // come to the top level again.
+    const quint32 noBorder = 0;
+    if (!succeeded(c,
+                   xcb_configure_window_checked(c, id, XCB_CONFIG_WINDOW_BORDER_WIDTH, &noBorder)))
+        return;
+    constexpr char kHintsName[] = "_MOTIF_WM_HINTS";
+    const Reply<xcb_intern_atom_reply_t> hintsAtom(xcb_intern_atom_reply(
+        c, xcb_intern_atom(c, false, sizeof(kHintsName) - 1, kHintsName), nullptr));
+    if (!hintsAtom)
+        return;
+    constexpr quint32 kHasDecorations = 2;
+    const quint32 hints[] = {kHasDecorations, 0, 0, 0, 0}; // flags, functions, decorations, ...
+    succeeded(c, xcb_change_property_checked(c, XCB_PROP_MODE_REPLACE, id, hintsAtom->atom,
+                                             hintsAtom->atom, 32, 5, hints));
+}
+
+void placeWindow(NativeWindow window, const QRect& rect)
+{
+    xcb_connection_t* const c = connection();
+    const xcb_window_t id = toXcb(window);
+    if (!c || id == XCB_WINDOW_NONE)
+        return;
+    // The protocol has 16 bits for each; a size of 0 would be an error.
+    const auto clamped = [](int v, int lowest) {
+        return static_cast<quint32>(std::clamp<int>(v, lowest, std::numeric_limits<qint16>::max()));
+    };
+    constexpr int kLowest = std::numeric_limits<qint16>::min();
+    const quint32 values[] = {clamped(rect.x(), kLowest), clamped(rect.y(), kLowest),
+                              clamped(rect.width(), 1), clamped(rect.height(), 1),
+                              XCB_STACK_MODE_ABOVE};
+    constexpr quint16 kMask = XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH
+                              | XCB_CONFIG_WINDOW_HEIGHT | XCB_CONFIG_WINDOW_STACK_MODE;
+    if (succeeded(c, xcb_configure_window_checked(c, id, kMask, values)))
+        succeeded(c, xcb_map_window_checked(c, id));
+}
+
+bool isReadable(const void* p, std::size_t size)
+{
+    const auto begin = reinterpret_cast<std::uintptr_t>(p);
+    if (begin == 0 || begin + size < begin)
+        return false;
+    if (size == 0)
+        return true;
+    const std::uintptr_t last = begin + size - 1;
+    if (!isWordReadable(begin) || !isWordReadable(last))
+        return false;
+    constexpr std::size_t kProbeEveryPageUpTo = 64 * 1024;
+    if (size > kProbeEveryPageUpTo)
+        return true;
+    const std::uintptr_t page = pageSize();
+    for (std::uintptr_t at = (begin | (page - 1)) + 1; at < last; at += page) {
+        if (!isWordReadable(at))
+            return false;
+    }
+    return true;
+}
+
+qptrdiff readableStringLength(const char* text)
+{
+    if (!text)
+        return -1;
+    const std::uintptr_t page = pageSize();
+    std::size_t length = 0;
+    while (true) {
+        const auto at = reinterpret_cast<std::uintptr_t>(text) + length;
+        if (at < page || !isWordReadable(at))
+            return -1;
+        const std::size_t leftInPage = page - (at & (page - 1));
+        const std::size_t found = strnlen(text + length, leftInPage);
+        length += found;
+        if (found < leftInPage)
+            return static_cast<qptrdiff>(length);
+    }
+}
+
+quint32 tickMs()
+{
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return static_cast<quint32>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+}
+
+namespace {
+
+QSize primaryScreenSizePx()
+{
+    const auto* const app = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
+    const QScreen* const screen = app ? QGuiApplication::primaryScreen() : nullptr;
+    return screen ? screen->geometry().size() * screen->devicePixelRatio() : QSize(0, 0);
+}
+
+} // namespace
+
+int screenWidthPx()
+{
+    return primaryScreenSizePx().width();
+}
+
+int screenHeightPx()
+{
+    return primaryScreenSizePx().height();
+}
+
+PriorityChange setThreadPriorityTimeCritical()
+{
+    // At nice -10 a thread gets nine tenths of a core that it shares with an ordinary one.
+    constexpr int kWantedNice = -10;
+    const auto thread = static_cast<id_t>(syscall(SYS_gettid));
+    const auto niceValue = [thread] { return getpriority(PRIO_PROCESS, thread); };
+    const int before = niceValue();
+    if (before <= kWantedNice)
+        return {true, before, before};
+    if (setpriority(PRIO_PROCESS, thread, kWantedNice) == 0)
+        return {true, before, niceValue()};
+    // The limit is the lowest allowed nice value, counted down from 20.
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NICE, &limit) == 0) {
+        const int lowest = 20 - static_cast<int>(std::min<rlim_t>(limit.rlim_cur, 40));
+        if (lowest < before)
+            setpriority(PRIO_PROCESS, thread, lowest);
+    }
+    return {false, before, niceValue()};
+}
+
+} // namespace platform
