@@ -88,7 +88,7 @@ void playFrameBesideMemcpy(benchmark::State& state)
     {
         const GuiHold hold;
         tile.play(pool.next()); // the one frame whose signal is queued
-        for (auto _ : state) {
+        while (state.KeepRunning()) {
             const std::uint64_t before = allocationsOfThisThread();
             const double seconds = secondsOf([&] {
                 for (int i = 0; i < kFramesPerTurn; ++i)
@@ -144,14 +144,14 @@ void playTinyFrame(benchmark::State& state)
         times.push_back(seconds);
     };
     if (signalled) {
-        for (auto _ : state) {
+        while (state.KeepRunning()) {
             playOnce();
             onGui(drainEvents);
         }
     } else {
         const GuiHold hold;
         tile.play(pool.next());
-        for (auto _ : state)
+        while (state.KeepRunning())
             playOnce();
     }
     const std::chrono::duration<double, std::micro> gui = guiCpuTime() - guiBefore;

@@ -68,7 +68,7 @@ void paintNineTiles(benchmark::State& state)
         playAllOnce(Clock::now());
 
     std::unique_ptr<PaintCounter> counter;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         onGui([&] {
             counter = std::make_unique<PaintCounter>();
             qApp->installEventFilter(counter.get());

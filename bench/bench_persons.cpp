@@ -29,7 +29,7 @@ void addNthPerson(benchmark::State& state)
     });
     std::vector<double> calls;
     std::vector<double> events;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         onGui([&] {
             drainEvents();
             const auto start = Clock::now();
