@@ -1,5 +1,6 @@
 #include "qzrscreenconfig.h"
 
+#include "i420frame.h"
 #include "platform.h"
 #include "screenscale.h"
 
@@ -103,9 +104,8 @@ void QZRScreenConfig::dumpFrame(const tagPersonInfo& person,
                    .filePath(QStringLiteral("log/tmpFrame/") + name));
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return;
-    const qint64 luma = qint64(frame.width) * frame.height;
-    const qint64 chroma = qint64((frame.width + 1) / 2) * ((frame.height + 1) / 2);
-    file.write(reinterpret_cast<const char*>(frame.pData), luma + 2 * chroma);
+    file.write(reinterpret_cast<const char*>(frame.pData),
+               static_cast<qint64>(zr::sourceLayout(frame.width, frame.height).totalBytes()));
 }
 
 // --- Live participants -----------------------------------------------------------------------

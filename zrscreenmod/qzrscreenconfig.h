@@ -17,6 +17,7 @@
 #include <set>
 #include <shared_mutex>
 #include <unordered_set>
+#include <utility>
 
 class QDlgScreen;
 class QWidget;
@@ -47,7 +48,11 @@ public:
     }
     PersonPin(const PersonPin&) = delete;
     PersonPin& operator=(const PersonPin&) = delete;
-    PersonPin& operator=(PersonPin&&) = delete;
+    PersonPin& operator=(PersonPin&& other) noexcept
+    {
+        std::swap(m_person, other.m_person);
+        return *this;
+    }
     ~PersonPin()
     {
         if (m_person)

@@ -1,0 +1,96 @@
+#include "boundary.h"
+
+#include "platform.h"
+
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+namespace boundary {
+
+namespace {
+
+/// Length of a text, 0 for null, -1 with a log line when its memory cannot be read.
+qptrdiff textLength(const char* text)
+{
+    if (!text)
+        return 0;
+    const qptrdiff length = platform::readableStringLength(text);
+    if (length < 0 || length > std::numeric_limits<int>::max() / 4) {
+        qDebug() << "unreadable text refused:" << static_cast<const void*>(text);
+        return -1;
+    }
+    return length;
+}
+
+int span(std::int32_t from, std::int32_t to)
+{
+    constexpr std::int64_t kMaxSide = std::numeric_limits<std::int32_t>::max() / 2;
+    return static_cast<int>(qBound(-kMaxSide, std::int64_t(to) - from, kMaxSide));
+}
+
+} // namespace
+
+std::optional<QString> readUtf8(const char* text)
+{
+    const qptrdiff length = textLength(text);
+    if (length < 0)
+        return std::nullopt;
+    return QString::fromUtf8(text, static_cast<int>(length));
+}
+
+std::optional<QString> readLocal8Bit(const char* text)
+{
+    const qptrdiff length = textLength(text);
+    if (length < 0)
+        return std::nullopt;
+    return QString::fromLocal8Bit(text, static_cast<int>(length));
+}
+
+std::optional<QRect> readRect(const tagRECT* pRect)
+{
+    std::int32_t edges[4]; // left, top, right, bottom on every system
+    if (!platform::isReadable(pRect, sizeof edges)) {
+        qDebug() << "unreadable rectangle refused:" << static_cast<const void*>(pRect);
+        return std::nullopt;
+    }
+    std::memcpy(edges, pRect, sizeof edges);
+    return QRect(edges[0], edges[1], span(edges[0], edges[2]), span(edges[1], edges[3]));
+}
+
+PlayRef resolvePlay(const ScreenRef& screen, void* pPlay)
+{
+    if (!pPlay) {
+        qDebug() << "hPlay == nullptr failed";
+        return {};
+    }
+    PlayRef play;
+    quint64 serial = 0;
+    switch (screen->findPlay(pPlay, &play.person, &serial)) {
+    case PlayHandleState::Valid:
+        break;
+    case PlayHandleState::Deleted:
+        qDebug() << "iter != pScreen->mapHadDelPlay.end() failed";
+        return {};
+    case PlayHandleState::Unreadable:
+        qDebug() << "IsBadReadPtr(pPlay, sizeof(ST_ZRPlayHdl)) failed";
+        return {};
+    case PlayHandleState::Foreign:
+        qDebug() << "hPlay is no play handle of this screen failed";
+        return {};
+    }
+    play.pin = QZRScreenConfig::getInstance()->pinPerson(play.person);
+    // Another participant may have been given the address of the one that is gone.
+    if (!play.pin || play.pin->serial != serial) {
+        qDebug() << "IsBadReadPtr(pPlay->pPlayData, sizeof(ST_PersonInfo)) failed";
+        return {};
+    }
+    return play;
+}
+
+void logException(const char* what)
+{
+    qDebug() << "exception stopped at the boundary:" << what;
+}
+
+} // namespace boundary

@@ -1,0 +1,141 @@
+// What every export does with its arguments before it delegates: check handles, read strings and
+// rectangles, choose the thread, and let no exception out.
+#pragma once
+
+#include "guithread.h"
+#include "qdlgmain.h"
+#include "qdlgscreen.h"
+#include "qzrscreenconfig.h"
+#include "screenhandle.h"
+
+#include <QDebug>
+#include <QThread>
+
+#include <exception>
+#include <optional>
+#include <utility>
+
+namespace boundary {
+
+/// Reads a zero-terminated text of the host's; null is empty. @return nothing, and a log line,
+/// when the memory cannot be read.
+[[nodiscard]] std::optional<QString> readUtf8(const char* text);
+[[nodiscard]] std::optional<QString> readLocal8Bit(const char* text);
+/// Reads a rectangle of the host's; a side that would not fit an int is cut. @return nothing, and
+/// a log line, for null and for memory that cannot be read.
+[[nodiscard]] std::optional<QRect> readRect(const tagRECT* pRect);
+
+/// A checked play handle: the participant, kept in memory.
+struct PlayRef
+{
+    PersonPin pin;
+    tagPersonInfo* person = nullptr;
+};
+/// Checks a play handle of a screen. @return an empty reference, and a log line, for a handle that
+/// is null, deleted, unreadable or foreign, or whose participant is gone.
+[[nodiscard]] PlayRef resolvePlay(const ScreenRef& screen, void* pPlay);
+
+void logException(const char* what);
+
+/// Runs `body`; an exception ends here and gives `failure`.
+template<typename Result, typename Body>
+Result guarded(Result failure, Body&& body) noexcept
+{
+    try {
+        return std::forward<Body>(body)();
+    } catch (const std::exception& e) {
+        logException(e.what());
+    } catch (...) {
+        logException("unknown");
+    }
+    return failure;
+}
+
+/// Runs `body(hub)` on the calling thread, for a valid screen. @return 1, or 0 for an invalid one
+template<typename Body>
+int onHub(void* hScreen, Body&& body) noexcept
+{
+    return guarded(0, [&] {
+        const ScreenRef screen(hScreen);
+        if (!screen)
+            return 0;
+        body(*QZRScreenConfig::getInstance());
+        return 1;
+    });
+}
+
+/// Runs `body(gallery)` on the GUI thread: at once when called there, else queued in order. A
+/// screen that is released meanwhile drops it.
+template<typename Body>
+void postToGallery(void* hScreen, Body body)
+{
+    const auto work = [hScreen, body] {
+        const ScreenRef screen(hScreen);
+        if (screen)
+            body(*screen->m_pDlgMain->gallery());
+    };
+    if (GuiThread::isCurrent())
+        work();
+    else
+        GuiThread::post(work);
+}
+
+/// postToGallery for a valid screen. @return 1, or 0 for an invalid one
+template<typename Body>
+int onGallery(void* hScreen, Body body) noexcept
+{
+    return guarded(0, [&] {
+        if (!IsVaildScreenHandle(hScreen)) {
+            qDebug() << "IsVaildScreenHandle failed";
+            return 0;
+        }
+        postToGallery(hScreen, std::move(body));
+        return 1;
+    });
+}
+
+/// As onGallery, for a participant: `body(gallery, person)`. @return 1, or 0 for an invalid screen
+/// or play handle
+template<typename Body>
+int onPerson(void* hScreen, void* pPlay, Body body) noexcept
+{
+    return guarded(0, [&] {
+        const ScreenRef screen(hScreen);
+        if (!screen)
+            return 0;
+        // The pin is held until the work is queued: the record is freed behind it.
+        const PlayRef play = resolvePlay(screen, pPlay);
+        if (!play.person)
+            return 0;
+        postToGallery(hScreen,
+                      [body, person = play.person](QDlgScreen& gallery) { body(gallery, person); });
+        return 1;
+    });
+}
+
+/// Runs `body(frameDialog)` on the GUI thread and returns its result.
+template<typename Result, typename Body>
+Result askDialog(void* hScreen, Result failure, Body&& body) noexcept
+{
+    return guarded(failure, [&]() -> Result {
+        const ScreenRef screen(hScreen);
+        if (!screen)
+            return failure;
+        Result result = failure;
+        if (!GuiThread::run([&] { result = body(*screen->m_pDlgMain); })) {
+            qDebug() << "the GUI thread does not answer";
+            return failure;
+        }
+        return result;
+    });
+}
+
+/// Runs `body(gallery)` on the GUI thread and returns its result.
+template<typename Result, typename Body>
+Result askGallery(void* hScreen, Result failure, Body&& body) noexcept
+{
+    return askDialog(hScreen, failure,
+                     [&body](QDlgMain& dialog) -> Result { return body(*dialog.gallery()); });
+}
+
+} // namespace boundary

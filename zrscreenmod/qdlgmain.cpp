@@ -1,0 +1,114 @@
+#include "qdlgmain.h"
+
+#include "platform.h"
+#include "qdlgscreen.h"
+#include "qdlgsubtitle2.h"
+#include "qzrscreenconfig.h"
+
+#include <QCloseEvent>
+#include <QDebug>
+#include <QKeyEvent>
+
+namespace {
+
+/// The subtitle panel takes this part of the dialog's width.
+constexpr int kSubtitleShare = 5;
+
+} // namespace
+
+QDlgMain::QDlgMain(QWidget* parent)
+    : QDialog(parent, Qt::CustomizeWindowHint | Qt::FramelessWindowHint)
+{
+    // The dialog constructor turns a flagless window into a dialog, which a window manager would
+    // place; the module's window is a plain one.
+    setWindowFlags(Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
+    setGeometry(0, 0, 200, 200);
+    m_pDlgScreen = new QDlgScreen(this);
+    m_pDlgSubtitle2 = new QDlgSubtitle2(this);
+    setStyleSheet(QStringLiteral("QDlgMain{background: rgb(12,16,23);}"));
+    QZRScreenConfig* hub = QZRScreenConfig::getInstance();
+    connect(hub, &QZRScreenConfig::notifyCurScreenMode, this, &QDlgMain::onHandleScreenMode);
+    hub->m_pDlgScreen = m_pDlgScreen;
+}
+
+QDlgMain::~QDlgMain()
+{
+    qDebug() << "QDlgMain::~QDlgMain()";
+    QZRScreenConfig* hub = QZRScreenConfig::getInstance();
+    if (hub->m_pDlgScreen == m_pDlgScreen)
+        hub->m_pDlgScreen = nullptr;
+    delete m_pDlgScreen;
+    delete m_pDlgSubtitle2;
+}
+
+void QDlgMain::embedInto(HWND hParent)
+{
+    if (hParent && !platform::setParentWindow(winId(), platform::toNative(hParent)))
+        qDebug() << "SetParent failed, hParent:" << hParent;
+}
+
+bool QDlgMain::moveInto(HWND hParent)
+{
+    const platform::NativeWindow own = winId();
+    if (!platform::setParentWindow(own, 0))
+        qDebug() << "SetParent failed, detaching";
+    if (hParent && !platform::setParentWindow(own, platform::toNative(hParent))) {
+        qDebug() << "SetParent failed, hParent:" << hParent;
+        return false;
+    }
+    platform::setChildStyle(own);
+    return true;
+}
+
+void QDlgMain::place(const QRect& rect)
+{
+    platform::placeWindow(winId(), rect);
+}
+
+void QDlgMain::resizeEvent(QResizeEvent* event)
+{
+    QDialog::resizeEvent(event);
+    qDebug() << "m_pDlgScreen->pos:" << m_pDlgScreen->pos();
+    const QZRScreenConfig* hub = QZRScreenConfig::getInstance();
+    const int panelWidth = width() / kSubtitleShare;
+    const bool shown = hub->settings.subtitleOpen && !hub->isSubtitleSuppressed();
+    m_pDlgSubtitle2->setGeometry(width() - panelWidth, 0, panelWidth, height());
+    m_pDlgScreen->setGeometry(0, 0, width() - (shown ? panelWidth : 0), height());
+    m_pDlgSubtitle2->setVisible(shown);
+    qDebug() << "m_pDlgScreen->pos:" << m_pDlgScreen->pos();
+    m_pDlgScreen->show();
+}
+
+void QDlgMain::showSubtitlePanel(bool bShow)
+{
+    const int panelWidth = width() / kSubtitleShare;
+    const bool shown = bShow && !QZRScreenConfig::getInstance()->isSubtitleSuppressed();
+    if (bShow)
+        m_pDlgSubtitle2->setGeometry(width() - panelWidth, 0, panelWidth, height());
+    m_pDlgScreen->setGeometry(0, 0, width() - (shown ? panelWidth : 0), height());
+    m_pDlgSubtitle2->setVisible(shown);
+    m_pDlgScreen->show();
+}
+
+void QDlgMain::onHandleScreenMode(int)
+{
+    QZRScreenConfig* hub = QZRScreenConfig::getInstance();
+    hub->broadcast(ZRMSG_SCREEN_MODE, static_cast<unsigned long long>(hub->curScreenMode()), 0);
+    if (!hub->settings.subtitleOpen)
+        return;
+    const bool suppressed = hub->isSubtitleSuppressed();
+    if (suppressed == m_pDlgSubtitle2->isVisible())
+        showSubtitlePanel(!suppressed);
+}
+
+void QDlgMain::keyPressEvent(QKeyEvent* event)
+{
+    // Escape would close a dialog; the module's window belongs to the host.
+    if (event->key() != Qt::Key_Escape)
+        QDialog::keyPressEvent(event);
+}
+
+void QDlgMain::closeEvent(QCloseEvent* event)
+{
+    event->ignore();
+}

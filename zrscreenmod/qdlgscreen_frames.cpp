@@ -1,0 +1,104 @@
+// The gallery: frames and what they mean for the interface.
+#include "qdlgscreen.h"
+
+#include "cplaywidget.h"
+#include "i420frame.h"
+#include "platform.h"
+#include "qzrscreenconfig.h"
+
+#include <QDebug>
+
+namespace {
+
+/// Both sides of a frame in one value that is never 0 for a valid frame.
+quint64 packedSize(quint32 width, quint32 height)
+{
+    return quint64(width) << 32 | height;
+}
+
+/// True when the picture has a size that the tiles take and memory that can be read.
+bool isPlayable(const VantrelRTCVideoFrameQT& frame)
+{
+    return zr::isFrameSizeValid(frame.width, frame.height)
+           && platform::isReadable(frame.pData,
+                                   zr::sourceLayout(frame.width, frame.height).totalBytes());
+}
+
+} // namespace
+
+bool QDlgScreen::playFrame(void* pPerson, const VantrelRTCVideoFrameQT* frame)
+{
+    if (!pPerson || !frame)
+        return false;
+    QZRScreenConfig& config = hub();
+    const PersonPin person = config.pinPerson(static_cast<tagPersonInfo*>(pPerson));
+    if (!person) {
+        qDebug() << "xxxx playFrame pPerson had del failed";
+        return false;
+    }
+    if (!isPlayable(*frame)) {
+        // A media engine that sends one bad frame tends to send thousands.
+        if (!person->badFrameLogged.exchange(true))
+            qDebug() << "playFrame refused, userID:" << person->userID
+                     << ",pData:" << static_cast<const void*>(frame->pData)
+                     << ",width:" << frame->width << ",height:" << frame->height;
+        return false;
+    }
+    person->badFrameLogged.store(false, std::memory_order_relaxed);
+    if (config.cacheFrame())
+        config.dumpFrame(*person.operator->(), *frame);
+    // A GUI thread that falls behind finds one signal for each participant in its queue, not one
+    // for each frame.
+    const quint64 size = packedSize(frame->width, frame->height);
+    if (person->pendingFrameSize.exchange(size) != size)
+        emit config.playFrameUpdateUI(pPerson, static_cast<int>(frame->width),
+                                      static_cast<int>(frame->height));
+    person->dwLastFrameTick.store(platform::tickMs(), std::memory_order_relaxed);
+    person->pWidget->PlayFrame(*frame);
+    return true;
+}
+
+void QDlgScreen::onPlayFrameUpdateUI(void* pPerson, int iWidth, int iHeight)
+{
+    if (!pPerson)
+        return;
+    tagPersonInfo* person = livePerson(pPerson);
+    if (!person) {
+        if (!hub().isLivePerson(static_cast<tagPersonInfo*>(pPerson)))
+            qDebug() << "xxxxx QDlgScreen::onPlayFrameUpdateUI testDelPerson, pPerson:" << pPerson;
+        return;
+    }
+    person->pendingFrameSize.store(0);
+    const int oldStatus = person->iStreamStatus;
+    bool changed = person->iVideoWidth != iWidth || person->iVideoHeight != iHeight;
+    person->iVideoWidth = iWidth;
+    person->iVideoHeight = iHeight;
+    person->iStreamStatus = kStreamRunning;
+    if (oldStatus != kStreamRunning) {
+        qDebug() << "userID:" << person->userID << ",userName:" << person->userName
+                 << ",bHasStream:true";
+        changed = true;
+    }
+    if (changed)
+        person->pWidget->RefreshPlayInfo();
+    if (!person->bStreamTypeChanged)
+        return;
+    qDebug() << "userName:" << person->userName << ",streamType:" << person->iStreamType;
+    person->bStreamTypeChanged = false;
+    // Last, since the host may delete the participant from inside the message.
+    if (!person->bSelf && !person->userName.isEmpty())
+        switchStream(person, person->iStreamType);
+}
+
+void QDlgScreen::onModVideoSize(void* pPerson, int iWidth, int iHeight)
+{
+    if (tagPersonInfo* person = livePerson(pPerson); person && iWidth > 0 && iHeight > 0)
+        person->pWidget->SetVideoSize(static_cast<unsigned>(iWidth),
+                                      static_cast<unsigned>(iHeight));
+}
+
+void QDlgScreen::onPlayStatusChange(CPlayWidget* tile)
+{
+    if (tile)
+        tile->RefreshPlayInfo();
+}

@@ -1,0 +1,224 @@
+// The gallery: pinned participants, audio, voice activation, and the "more" menu.
+#include "qdlgscreen.h"
+
+#include "cplaywidget.h"
+#include "qzrscreenconfig.h"
+
+#include <QCursor>
+#include <QDebug>
+
+namespace {
+
+constexpr int kMaxVolume = 100;
+
+bool isSpeakerMode(int mode)
+{
+    return mode >= eLayoutSpeakerTool && mode <= eLayoutSpeaker4;
+}
+
+} // namespace
+
+void QDlgScreen::applyLook(tagPersonInfo* person, bool bOn)
+{
+    const int mode = hub().curScreenMode();
+    const bool follow = hub().settings.layoutFollow;
+    m_pShareScreenPerson = nullptr;
+    if (bOn) {
+        for (tagPersonInfo* other : m_vecPerson) {
+            if (other == person || !(other->bAllLook || other->bLockLook))
+                continue;
+            other->bAllLook = false;
+            other->bLockLook = false;
+            other->pWidget->RefreshPlayInfo();
+        }
+        const bool strip = mode >= eLayoutSpeakerRight && mode <= eLayoutSpeakerTop;
+        if (follow)
+            setMeetingMode(eLayoutEqualCut);
+        else if (person != m_pFocusPerson)
+            setFocusPerson(person, strip ? mode : eLayoutSpeakerRight);
+        else
+            setMeetingMode(eLayoutSpeakerRight);
+    } else if (person == m_pMorePerson) {
+        const int saved = m_iLookMode == eLayoutShare ? eLayoutSpeakerRight : m_iLookMode;
+        if (follow)
+            setMeetingMode(eLayoutEqualCut);
+        else if (mode != saved)
+            setMeetingMode(static_cast<eLayoutType>(saved));
+    }
+    m_iLookMode = hub().curScreenMode();
+    person->pWidget->RefreshPlayInfo();
+}
+
+bool QDlgScreen::setAllLook(void* pPerson, bool bAllLook)
+{
+    tagPersonInfo* person = livePerson(pPerson);
+    if (!person)
+        return false;
+    qDebug() << "userName,bAllLock:" << person->userName << bAllLook;
+    person->bAllLook = bAllLook;
+    applyLook(person, bAllLook);
+    return true;
+}
+
+bool QDlgScreen::setLockLookPerson(void* pPerson, bool bLock)
+{
+    tagPersonInfo* person = livePerson(pPerson);
+    if (!person)
+        return false;
+    qDebug() << "userName:" << person->userName << ",bLock:" << bLock;
+    person->bLockLook = bLock;
+    applyLook(person, bLock);
+    return true;
+}
+
+void QDlgScreen::onModAllLook(void* pPerson, bool bAllLook)
+{
+    setAllLook(pPerson, bAllLook);
+}
+
+void QDlgScreen::onModLookLock(void* pPerson, bool bLockLook)
+{
+    setLockLookPerson(pPerson, bLockLook);
+}
+
+void QDlgScreen::onLookToast(bool bAll)
+{
+    if (!hub().settings.extendScreen)
+        hub().broadcast(bAll ? ZRMSG_LOOK_TOAST_ALL : ZRMSG_LOOK_TOAST_NOT_ALL, 0, 0);
+}
+
+// --- Audio ------------------------------------------------------------------------------------
+
+bool QDlgScreen::setMute(void* pPerson, bool bMute)
+{
+    tagPersonInfo* person = livePerson(pPerson);
+    if (!person)
+        return false;
+    const bool changed = person->bMute != bMute;
+    person->bMute = bMute;
+    qDebug() << "setMute,userName:" << person->userName << ",bVolMute" << bMute
+             << ",userID:" << person->userID;
+    if (changed)
+        person->pWidget->RefreshPlayInfo();
+    return changed;
+}
+
+void QDlgScreen::onModAudioMute(void* pPerson, bool bMute)
+{
+    setMute(pPerson, bMute);
+}
+
+void QDlgScreen::onModVolume(void* pPerson, int iVolume)
+{
+    tagPersonInfo* person = livePerson(pPerson);
+    const int volume = qBound(0, iVolume, kMaxVolume);
+    if (!person || person->iVolume == volume)
+        return;
+    person->iVolume = volume;
+    if (!person->bMute)
+        person->pWidget->RefreshPlayInfo();
+}
+
+void QDlgScreen::onModPersonHandup(void* pPerson, bool bHandUp)
+{
+    tagPersonInfo* person = livePerson(pPerson);
+    if (!person || person->bHandUp == bHandUp)
+        return;
+    person->bHandUp = bHandUp;
+    person->pWidget->RefreshPlayInfo();
+}
+
+void QDlgScreen::UpdateUserNetStatus(QString qstrUserID, int dir, bool bIsWeak, int nNetStatus)
+{
+    if (const tagPersonInfo* person = findPerson(qstrUserID))
+        person->pWidget->UpdateNetStatus(dir, bIsWeak, nNetStatus);
+    else
+        qDebug() << "UpdateUserNetStatus, no such userID:" << qstrUserID;
+}
+
+void QDlgScreen::setSpeaking(tagPersonInfo* person, bool bSpeaking)
+{
+    if (person->bSpeaking == bSpeaking)
+        return;
+    person->bSpeaking = bSpeaking;
+    person->pWidget->RefreshPlayInfo();
+    // Where the host dictates who speaks, a change of speaker is a change of the arrangement.
+    if (hub().settings.speakerIdx >= 0 && hub().settings.openLayoutCtrl)
+        scheduleLayout();
+}
+
+void QDlgScreen::OnSetVoiceActivateUser(QString qstrUserID)
+{
+    if (m_pVoicePerson)
+        m_pPreVoicePerson = m_pVoicePerson;
+    const tagPersonInfo* before = m_pVoicePerson;
+    m_pVoicePerson = findPerson(qstrUserID);
+    for (tagPersonInfo* person : m_vecPerson)
+        setSpeaking(person, person == m_pVoicePerson);
+    if (!m_pVoicePerson || m_pVoicePerson == before)
+        return;
+    const int mode = hub().curScreenMode();
+    const bool toolMode = mode == eLayoutSpeakerTool || mode == eLayoutSpeakerTool2;
+    if (!toolMode && (hub().settings.openLayoutCtrl || isSpeakerMode(mode)))
+        scheduleLayout();
+}
+
+void QDlgScreen::setCurrentSpeakingPerson(const QString& userId)
+{
+    m_qstrCurrentSpeaking = userId;
+}
+
+// --- Clicks on the overlay, and the "more" menu -----------------------------------------------
+
+void QDlgScreen::onClickAudioCtl(void* pPerson)
+{
+    const tagPersonInfo* person = livePerson(pPerson);
+    if (pPerson && !person)
+        return; // another gallery's, or gone
+    if (person)
+        qDebug() << "clickAudio userName:" << person->userName
+                 << ",pPerson->bMute:" << person->bMute;
+    hub().broadcast(ZRMSG_CLICK_AUDIO, person);
+}
+
+void QDlgScreen::onClickMore(void* pPerson, int igPosRight)
+{
+    tagPersonInfo* person = livePerson(pPerson);
+    if (!person)
+        return;
+    qDebug() << "role,bself,bLockLook:" << person->iRoteType << person->bSelf << person->bLockLook;
+    m_pMorePerson = person;
+    hub().broadcast(ZRMSG_CLICK_MORE, static_cast<unsigned long long>(igPosRight),
+                    static_cast<long long>(reinterpret_cast<qintptr>(person->pUserData)));
+}
+
+void QDlgScreen::onHandleHandup(void* pPerson)
+{
+    if (const tagPersonInfo* person = livePerson(pPerson))
+        hub().broadcast(ZRMSG_CLICK_HANDUP, person);
+}
+
+void QDlgScreen::testHideMoreMenu()
+{
+    if (!m_pMorePerson)
+        return;
+    if (!livePerson(m_pMorePerson)) {
+        qDebug() << "xxx testDelPerson";
+        m_pMorePerson = nullptr;
+        return;
+    }
+    const CPlayWidget* tile = m_pMorePerson->pWidget;
+    if (tile->isVisible() && tile->rect().contains(tile->mapFromGlobal(QCursor::pos())))
+        return;
+    m_pMorePerson = nullptr;
+    hub().broadcast(ZRMSG_MORE_MENU_CLOSED, 0, 0);
+}
+
+bool QDlgScreen::isMouseOnBtnMore() const
+{
+    for (const tagPersonInfo* person : m_vecCurPersons) {
+        if (person->pWidget->IsMouseOnBtnMore())
+            return true;
+    }
+    return false;
+}

@@ -1,0 +1,289 @@
+// The gallery: who is in the meeting.
+#include "qdlgscreen.h"
+
+#include "cplaywidget.h"
+#include "personorder.h"
+#include "platform.h"
+#include "qzrscreenconfig.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QThread>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace {
+
+/// A retired participant that a thread still works on is looked at again after this time.
+constexpr int kRetireRetryMs = 5;
+
+zr::PersonKey personKey(const tagPersonInfo* person)
+{
+    return {person->bSelf, person->iRoteType, person->joinTime};
+}
+
+quint64 nextSerial()
+{
+    static std::atomic<quint64> last{0};
+    return ++last;
+}
+
+} // namespace
+
+tagPersonInfo* QDlgScreen::livePerson(const void* pPerson) const
+{
+    const auto owned = m_mapOwned.find(pPerson);
+    return owned == m_mapOwned.end() ? nullptr : owned->second.get();
+}
+
+tagPersonInfo* QDlgScreen::findPerson(const QString& userId) const
+{
+    return m_mapByUserId.value(userId, nullptr);
+}
+
+void QDlgScreen::insertByJoinTime(tagPersonInfo* person)
+{
+    const int position = zr::insertPosition(m_vecPerson, person->joinTime, personKey);
+    m_vecPerson.insert(m_vecPerson.begin() + position, person);
+}
+
+tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userName,
+                                     qint64 joinTime, int hostInt, void* pUserData)
+{
+    if (tagPersonInfo* present = findPerson(userId))
+        return present;
+
+    auto record = std::make_unique<tagPersonInfo>();
+    tagPersonInfo* person = record.get();
+    person->serial = nextSerial();
+    person->userID = userId;
+    person->userName = userName;
+    person->joinTime = zr::uniqueJoinTime(m_setJoinTime, joinTime);
+    person->iHostInt = hostInt;
+    person->pUserData = pUserData;
+    person->dwLastFrameTick = platform::tickMs();
+
+    auto* tile = new CPlayWidget(this, false);
+    connect(tile, &CPlayWidget::mouseLDClick, this, &QDlgScreen::onLeftBtnDBClick);
+    connect(tile, &CPlayWidget::notifyPlayStatusChange, this, &QDlgScreen::onPlayStatusChange);
+    connect(tile, &CPlayWidget::mouseLClick, this, &QDlgScreen::onPlayWidgetLBtnClick);
+    tile->SetPersonInfo(person, false);
+    person->pWidget = tile;
+
+    m_mapOwned.emplace(person, std::move(record));
+    m_mapByUserId.insert(userId, person);
+    m_setJoinTime.insert(person->joinTime);
+    hub().addLivePerson(person);
+    insertByJoinTime(person);
+    onModAddPerson(person);
+    return person;
+}
+
+void QDlgScreen::onModAddPerson(void* pPerson)
+{
+    tagPersonInfo* person = livePerson(pPerson);
+    if (!person) {
+        qDebug() << "testDelPerson";
+        return;
+    }
+    if (isShareScreenId(person->userID))
+        enterShare(person);
+    scheduleLayout();
+    testHideMoreMenu();
+    qDebug() << "onModAddPerson finish, userName:" << person->userName
+             << ",pWidget:" << static_cast<void*>(person->pWidget);
+}
+
+void QDlgScreen::enterShare(tagPersonInfo* share)
+{
+    GalleryState& state = hub().gallery;
+    const int mode = hub().curScreenMode();
+    if (!state.sharePresent)
+        m_iModeBeforeShare = mode;
+    state.sharePresent = true;
+    qDebug() << "share screen,userName:" << share->userName << ",userID:" << share->userID
+             << ",LockMode:" << m_iModeBeforeShare;
+    if (!hub().settings.layoutFollow && !hub().settings.pollingOpen)
+        setFocusPerson(share,
+                       mode == eLayoutSpeakerTool2 ? eLayoutSpeakerTool2 : eLayoutSpeakerTool);
+}
+
+void QDlgScreen::leaveShare()
+{
+    const auto isShare = [](const tagPersonInfo* p) { return isShareScreenId(p->userID); };
+    const auto other = std::find_if(m_vecPerson.begin(), m_vecPerson.end(), isShare);
+    if (other != m_vecPerson.end()) {
+        // The meeting still has a share: its arrangement stays.
+        if (hub().curScreenMode() == eLayoutShare && !m_pShareScreenPerson)
+            m_pShareScreenPerson = *other;
+        return;
+    }
+    hub().gallery.sharePresent = false;
+    setMeetingMode(static_cast<eLayoutType>(m_iModeBeforeShare));
+}
+
+bool QDlgScreen::DelPerson(tagPersonInfo* person)
+{
+    if (!person)
+        return true;
+    qDebug() << "DelPerson, userName:" << person->userName << ",userID:" << person->userID;
+    const bool isShare = isShareScreenId(person->userID);
+    const bool wasFocus = person == m_pFocusPerson;
+    // A host that has the stream open must close it; nobody opens the local user's or a share's.
+    if (person->bPreview && !person->bSelf)
+        hub().broadcast(ZRMSG_PERSON_REMOVED, person);
+    if (!livePerson(person))
+        return true; // the host deleted it again from inside the message
+    if (wasFocus && !isShare && person->bLockLook)
+        hub().setCurScreenMode(m_iLookMode);
+    if (m_pMorePerson == person) {
+        m_pMorePerson = nullptr;
+        hub().broadcast(ZRMSG_MORE_MENU_CLOSED, 0, 0);
+    }
+    if (!livePerson(person))
+        return true;
+    forgetPerson(person);
+    retirePerson(person);
+    if (isShare)
+        leaveShare();
+
+    m_iPage =
+        zr::pageAfterRemoval(hub().curScreenMode(), m_iPage, static_cast<int>(m_vecPerson.size()));
+    if (m_vecPerson.empty()) {
+        clearGallery();
+        hub().setCurScreenMode(eLayoutEqualCut);
+    } else {
+        qDebug() << "notifyDisplayOrder";
+        emit hub().notifyDisplayOrder(false);
+    }
+    return true;
+}
+
+void QDlgScreen::onModDelPerson(void* pPerson)
+{
+    if (!pPerson) {
+        qDebug() << "onModDelPerson<=0";
+        return;
+    }
+    // Every gallery hears of it; the participant is one's.
+    if (tagPersonInfo* person = livePerson(pPerson))
+        DelPerson(person);
+}
+
+void QDlgScreen::forgetPerson(const tagPersonInfo* person)
+{
+    for (tagPersonInfo** slot :
+         {&m_pFocusPerson, &m_pAutoFocusPerson, &m_pPreFocusPerson, &m_pSelectedPerson,
+          &m_pShareScreenPerson, &m_pMorePerson, &m_pVoicePerson, &m_pPreVoicePerson,
+          &hub().gallery.focusPerson, &hub().gallery.bigPerson, &hub().gallery.sharePerson}) {
+        if (*slot == person)
+            *slot = nullptr;
+    }
+    const auto remove = [person](std::vector<tagPersonInfo*>& list) {
+        list.erase(std::remove(list.begin(), list.end(), person), list.end());
+    };
+    remove(m_vecPerson);
+    remove(m_vecCurPersons);
+}
+
+void QDlgScreen::retirePerson(tagPersonInfo* person)
+{
+    hub().removeLivePerson(person);
+    m_setJoinTime.erase(person->joinTime);
+    m_mapByUserId.remove(person->userID);
+    const auto owned = m_mapOwned.find(person);
+    CPlayWidget* tile = person->pWidget;
+    tile->disconnect(this);
+    tile->HidePlay();
+    // The record goes behind every event that was queued with its address, and behind the event
+    // that is under way: the deletion may have come from a click on the tile itself.
+    m_vecRetired.push_back({std::move(owned->second), tile});
+    m_mapOwned.erase(owned);
+    QCoreApplication::postEvent(this, new QEvent(kFreeRetiredEvent), Qt::LowEventPriority);
+}
+
+void QDlgScreen::freeRetired()
+{
+    const auto inUse = [](const RetiredPerson& retired) {
+        return retired.record->pins.load(std::memory_order_acquire) > 0;
+    };
+    const auto unused = std::partition(m_vecRetired.begin(), m_vecRetired.end(), inUse);
+    for (auto it = unused; it != m_vecRetired.end(); ++it)
+        delete it->tile;
+    m_vecRetired.erase(unused, m_vecRetired.end());
+    if (!m_vecRetired.empty())
+        QTimer::singleShot(kRetireRetryMs, this, [this] { freeRetired(); });
+}
+
+void QDlgScreen::clearGallery()
+{
+    while (!m_vecPerson.empty()) {
+        tagPersonInfo* person = m_vecPerson.back();
+        forgetPerson(person);
+        retirePerson(person);
+    }
+    hub().gallery.sharePresent = false;
+    hub().gallery.displayCount = 0;
+    m_iPage = 0;
+}
+
+int QDlgScreen::ProcessExitMeeting()
+{
+    qDebug() << "QDlgScreen::ProcessExitMeeting()";
+    if (m_iMuteTimerId != 0)
+        killTimer(m_iMuteTimerId);
+    m_iMuteTimerId = 0;
+    clearGallery();
+    return 1;
+}
+
+void QDlgScreen::setJoinMeetingFinish(bool bFinish)
+{
+    m_bJoinMeetingFinish = bFinish;
+    if (bFinish)
+        emit hub().notifyDisplayOrder(false);
+    for (const tagPersonInfo* person : m_vecCurPersons)
+        qDebug() << "\tsetJoinMeetingFinish userID:" << person->userID
+                 << "\tuserName:" << person->userName << "\t\tjoinTime:" << person->joinTime;
+}
+
+bool QDlgScreen::updatePersonInfo(void* pPerson, bool bSelf, int iRoteType, const QString& name,
+                                  int roleExtra)
+{
+    tagPersonInfo* person = livePerson(pPerson);
+    if (!person) {
+        qDebug() << "testDelPerson";
+        return false;
+    }
+    person->bSelf = bSelf;
+    person->bLocalVideo = bSelf && !isShareScreenId(person->userID);
+    person->iRoteType = iRoteType;
+    person->iRoleExtra = roleExtra;
+    if (!name.isEmpty() && !isShareScreenId(person->userID))
+        hub().setPersonName(person, name);
+    qDebug() << "xxx updatePersonInfo, userName:" << person->userName << ",bSelf:" << bSelf
+             << ",iRoteType:" << iRoteType;
+    person->pWidget->RefreshPlayInfo();
+    m_vecPerson.erase(std::find(m_vecPerson.begin(), m_vecPerson.end(), person));
+    insertByJoinTime(person);
+    qDebug() << "reposPlayWnd, userName:" << person->userName;
+    scheduleLayout();
+    return true;
+}
+
+void QDlgScreen::onModPersonInfo(void* pPerson, bool bSelf, int iRoleType, QString qstrName,
+                                 int iIdentity)
+{
+    if (livePerson(pPerson))
+        updatePersonInfo(pPerson, bSelf, iRoleType, qstrName, iIdentity);
+}
+
+void QDlgScreen::onNotifyUpdateUserInfo(void* pPlayHdl, void* pPerson)
+{
+    const tagPersonInfo* person = livePerson(pPerson);
+    if (!pPlayHdl || !person)
+        return;
+    hub().broadcast(ZRMSG_PERSON_INFO_UPDATED, reinterpret_cast<quintptr>(pPlayHdl),
+                    static_cast<long long>(reinterpret_cast<qintptr>(person->pUserData)));
+}

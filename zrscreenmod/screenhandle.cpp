@@ -1,0 +1,199 @@
+#include "screenhandle.h"
+
+#include "guithread.h"
+#include "platform.h"
+#include "qdlgmain.h"
+#include "qzrscreenconfig.h"
+
+#include <QDebug>
+
+#include <shared_mutex>
+#include <unordered_set>
+#include <vector>
+
+namespace {
+
+std::shared_mutex s_screensLock;
+std::unordered_set<const void*> s_screens; ///< handles that are valid
+/// Screens that were released and are waiting to be destroyed. GUI thread.
+std::vector<ST_ZRScreenHdl*> s_retired;
+
+void destroyScreen(ST_ZRScreenHdl* screen)
+{
+    delete screen->m_pDlgMain;
+    delete screen->m_pCallback;
+    delete screen;
+    const std::shared_lock<std::shared_mutex> lock(s_screensLock);
+    // The settings belong to all screens, so they start afresh when the last one has gone.
+    if (s_screens.empty() && s_retired.empty()) {
+        QZRScreenConfig::destroyInstance();
+        QZRScreenConfig::getInstance();
+    }
+}
+
+void destroyRetired()
+{
+    while (!s_retired.empty()) {
+        ST_ZRScreenHdl* screen = s_retired.back();
+        s_retired.pop_back();
+        destroyScreen(screen);
+    }
+}
+
+/// Destroying a screen under a call or a message of the GUI thread would pull the ground from
+/// under the frames that are still on its stack.
+bool isGuiThreadInside(const ST_ZRScreenHdl& screen)
+{
+    return screen.guiPins > 0 || QZRScreenConfig::getInstance()->broadcastDepth() > 0;
+}
+
+} // namespace
+
+bool CWin32UICallback::UIMsgNotify(unsigned long dwMsg, unsigned long long wParam, long long lParam)
+{
+    qDebug() << "dwMsg:" << dwMsg << ",wParam:" << wParam << ",lParam:" << lParam;
+    if (m_pHandle && m_pHandle->m_hostNotify)
+        m_pHandle->m_hostNotify(dwMsg, wParam, lParam);
+    return true;
+}
+
+// --- Play handles -----------------------------------------------------------------------------
+
+ST_ZRPlayHdl* ST_ZRScreenHdl::issuePlay(const QString& userId, const QString& userName)
+{
+    auto handle = std::make_unique<ST_ZRPlayHdl>();
+    handle->userID = userId;
+    handle->userName = userName;
+    ST_ZRPlayHdl* issued = handle.get();
+    const std::lock_guard<std::mutex> lock(m_playLock);
+    if (mapHadDelPlay.erase(issued) != 0)
+        qDebug() << "iter != pScreen->mapHadDelPlay.end()";
+    m_mapPlay.emplace(issued, IssuedPlay{std::move(handle), 0});
+    return issued;
+}
+
+void ST_ZRScreenHdl::bindPlay(ST_ZRPlayHdl* play, tagPersonInfo* person)
+{
+    const std::lock_guard<std::mutex> lock(m_playLock);
+    play->pPlayData = person;
+    m_mapPlay.at(play).personSerial = person->serial;
+}
+
+bool ST_ZRScreenHdl::deletePlay(void* pPlay)
+{
+    const std::lock_guard<std::mutex> lock(m_playLock);
+    if (m_mapPlay.erase(pPlay) == 0)
+        return false;
+    mapHadDelPlay.emplace(pPlay, pPlay);
+    return true;
+}
+
+PlayHandleState ST_ZRScreenHdl::findPlay(const void* pPlay, tagPersonInfo** person,
+                                         quint64* serial) const
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_playLock);
+        const auto issued = m_mapPlay.find(pPlay);
+        if (issued != m_mapPlay.end()) {
+            *person = issued->second.handle->pPlayData;
+            *serial = issued->second.personSerial;
+            return PlayHandleState::Valid;
+        }
+        if (mapHadDelPlay.count(pPlay) != 0)
+            return PlayHandleState::Deleted;
+    }
+    return platform::isReadable(pPlay, kPlayHdlProbeSize) ? PlayHandleState::Foreign
+                                                          : PlayHandleState::Unreadable;
+}
+
+void ST_ZRScreenHdl::setPlayUserName(const void* pPlay, const QString& userName)
+{
+    const std::lock_guard<std::mutex> lock(m_playLock);
+    const auto issued = m_mapPlay.find(pPlay);
+    if (issued != m_mapPlay.end())
+        issued->second.handle->userName = userName;
+}
+
+// --- Screens ----------------------------------------------------------------------------------
+
+ScreenRef::ScreenRef(void* hScreen)
+{
+    const std::shared_lock<std::shared_mutex> lock(s_screensLock);
+    if (s_screens.count(hScreen) == 0)
+        return;
+    m_screen = static_cast<ST_ZRScreenHdl*>(hScreen);
+    m_screen->pins.fetch_add(1);
+    m_bGuiThread = GuiThread::isCurrent();
+    if (m_bGuiThread)
+        ++m_screen->guiPins;
+}
+
+ScreenRef::~ScreenRef()
+{
+    if (!m_screen)
+        return;
+    if (m_bGuiThread)
+        --m_screen->guiPins;
+    m_screen->pins.fetch_sub(1);
+    if (!m_bGuiThread)
+        GuiThread::wake(); // a release may be waiting for this call
+}
+
+bool IsVaildScreenHandle(const void* hScreen)
+{
+    const std::shared_lock<std::shared_mutex> lock(s_screensLock);
+    return s_screens.count(hScreen) != 0;
+}
+
+ST_ZRScreenHdl* createScreen(HWND hParent, ZRNotify notify)
+{
+    QZRScreenConfig* hub = QZRScreenConfig::getInstance();
+    auto* screen = new ST_ZRScreenHdl;
+    screen->m_hostNotify = notify;
+    screen->m_pCallback = new CWin32UICallback;
+    screen->m_pCallback->m_pHandle = screen;
+    screen->m_hParent = hParent;
+    screen->m_pDlgMain = new QDlgMain(nullptr);
+    screen->m_pDlgMain->embedInto(hParent);
+    screen->m_pDlgMain->show();
+    hub->registerUICallback(screen->m_pCallback);
+    const std::unique_lock<std::shared_mutex> lock(s_screensLock);
+    s_screens.insert(screen);
+    return screen;
+}
+
+void releaseScreen(void* hScreen)
+{
+    {
+        const std::unique_lock<std::shared_mutex> lock(s_screensLock);
+        if (s_screens.erase(hScreen) == 0) {
+            qDebug() << "IsVaildScreenHandle failed";
+            return;
+        }
+    }
+    auto* screen = static_cast<ST_ZRScreenHdl*>(hScreen);
+    QZRScreenConfig::getInstance()->unregisterUICallback(screen->m_pCallback);
+    // From here on no new call finds the screen. Those of other threads may need the GUI thread
+    // to end, so it works for them while it waits.
+    GuiThread::drainUntil([screen] { return screen->pins.load() == screen->guiPins; });
+    if (!isGuiThreadInside(*screen)) {
+        destroyScreen(screen);
+        return;
+    }
+    screen->m_pDlgMain->hide();
+    s_retired.push_back(screen);
+    GuiThread::post(destroyRetired);
+}
+
+void releaseAllScreens()
+{
+    std::vector<void*> left;
+    {
+        const std::shared_lock<std::shared_mutex> lock(s_screensLock);
+        for (const void* screen : s_screens)
+            left.push_back(const_cast<void*>(screen));
+    }
+    for (void* screen : left)
+        releaseScreen(screen);
+    destroyRetired();
+}

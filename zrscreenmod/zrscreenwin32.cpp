@@ -1,0 +1,529 @@
+// The exports of the screen. Each checks and converts its arguments, logs, and delegates.
+#include "boundary.h"
+#include "libraryentry.h"
+#include "platform.h"
+
+using boundary::askDialog;
+using boundary::askGallery;
+using boundary::guarded;
+using boundary::onGallery;
+using boundary::onHub;
+using boundary::onPerson;
+using boundary::readLocal8Bit;
+using boundary::readRect;
+using boundary::readUtf8;
+
+namespace {
+
+QDebug logThread(const char* label, QDebug log)
+{
+    return log << label << static_cast<const void*>(QThread::currentThread());
+}
+
+} // namespace
+
+/// Most exports begin with this line; the label is the export's own.
+#define ZR_LOG_THREAD(label) logThread(label, qDebug())
+
+// --- Life of a screen -------------------------------------------------------------------------
+
+void* ZR_CALL ZRScreen_Init(HWND hParent, ZRNotify notify)
+{
+    ZR_LOG_THREAD("thread:");
+    return guarded<void*>(nullptr, [&]() -> void* {
+        if (notify && !platform::isReadable(reinterpret_cast<const void*>(notify), 1)) {
+            qDebug() << "unreadable notification function refused";
+            return nullptr;
+        }
+        void* screen = nullptr;
+        const bool done = GuiThread::run([&] {
+            screen = createScreen(hParent, notify);
+            const platform::PriorityChange change = platform::setThreadPriorityTimeCritical();
+            qDebug() << "SetThreadPriority,bRet:" << change.ok << ",prePriLevel:" << change.before
+                     << ",curPriLevel:" << change.after;
+        });
+        return done ? screen : nullptr;
+    });
+}
+
+int ZR_CALL ZRScreen_SetParent(void* hScreen, HWND hParent)
+{
+    ZR_LOG_THREAD("current thread:");
+    return askDialog(hScreen, 0, [hParent](QDlgMain& dialog) {
+        dialog.moveInto(hParent);
+        return 1;
+    });
+}
+
+int ZR_CALL ZRScreen_MoveWindow(void* hScreen, tagRECT* pRect, int)
+{
+    ZR_LOG_THREAD("thread:");
+    const auto rect = readRect(pRect);
+    if (!rect)
+        return 0;
+    qDebug() << "rcScreen:" << *rect;
+    return askDialog(hScreen, 0, [&rect](QDlgMain& dialog) {
+        dialog.place(*rect);
+        return 1;
+    });
+}
+
+void ZR_CALL ZRScreen_Release(void* hScreen)
+{
+    ZR_LOG_THREAD("current thread:");
+    if (!hScreen)
+        return;
+    guarded(false, [&] { return GuiThread::run([hScreen] { releaseScreen(hScreen); }); });
+}
+
+int ZR_CALL ZRScreen_ExitMeeting(void* hScreen)
+{
+    return askGallery(hScreen, 0, [](QDlgScreen& gallery) { return gallery.ProcessExitMeeting(); });
+}
+
+// --- Participants -----------------------------------------------------------------------------
+
+void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName, long long joinTime,
+                                 int hostInt, void* hostValue)
+{
+    ZR_LOG_THREAD("thead:");
+    return guarded<void*>(nullptr, [&]() -> void* {
+        const ScreenRef screen(hScreen);
+        const auto id = readUtf8(userId);
+        const auto givenName = readUtf8(userName);
+        if (!screen || !userId || !id || !givenName)
+            return nullptr;
+        const QString name = isShareScreenId(*id) ? QString() : *givenName;
+        ST_ZRPlayHdl* play = screen->issuePlay(*id, name);
+        bool bound = false;
+        // The tile is a widget and must be built on the GUI thread, and the caller gets a handle
+        // that is complete: it waits.
+        const bool ran = GuiThread::run([&] {
+            QDlgScreen* gallery = screen->m_pDlgMain->gallery();
+            tagPersonInfo* person = gallery->AddPerson(*id, name, joinTime, hostInt, hostValue);
+            screen->bindPlay(play, person);
+            bound = true;
+            qDebug() << "before emit update personInfo, userID:" << *id << ",userName:" << name;
+            emit QZRScreenConfig::getInstance()->notifyUpdatePersonInfo(play, person);
+            qDebug() << "after emit update personInfo, userID:" << *id << ",userName:" << name;
+        });
+        if (ran && bound)
+            return play;
+        qDebug() << "ZRScreen_AddPerson failed, userID:" << *id;
+        screen->deletePlay(play);
+        return nullptr;
+    });
+}
+
+int ZR_CALL ZRScreen_JoinMeetingFinish(void* hScreen, bool bFinish)
+{
+    ZR_LOG_THREAD("ZRScreen_JoinMeetingFinish thead:");
+    return onGallery(hScreen,
+                     [bFinish](QDlgScreen& gallery) { gallery.setJoinMeetingFinish(bFinish); });
+}
+
+int ZR_CALL ZRScreen_DelPerson(void* hScreen, void* pPlay, bool)
+{
+    ZR_LOG_THREAD("thread,hPlay:") << pPlay;
+    return guarded(0, [&] {
+        const ScreenRef screen(hScreen);
+        if (!screen)
+            return 0;
+        const boundary::PlayRef play = boundary::resolvePlay(screen, pPlay);
+        // The handle is refused from here on, also by what the host calls from a message of this
+        // very deletion. One whose participant has gone already is only taken back.
+        if (!screen->deletePlay(pPlay))
+            return 0;
+        if (play.person)
+            emit QZRScreenConfig::getInstance()->modSignalDelPerson(play.person);
+        ZR_LOG_THREAD("thread,pPerson:") << static_cast<void*>(play.person);
+        return 1;
+    });
+}
+
+int ZR_CALL ZRScreen_PlayFrame(void* hScreen, void* pPlay, void* pWin32Frame)
+{
+    return guarded(0, [&] {
+        const ScreenRef screen(hScreen);
+        if (!screen) {
+            qDebug() << "IsVaildScreenHandle failed";
+            return 0;
+        }
+        if (!pPlay) {
+            qDebug() << "hPlay == nullptr failed";
+            return 0;
+        }
+        if (!pWin32Frame) {
+            qDebug() << "pWin32Frame == nullptr failed";
+            return 0;
+        }
+        const boundary::PlayRef play = boundary::resolvePlay(screen, pPlay);
+        if (!play.person)
+            return 0;
+        if (!platform::isReadable(pWin32Frame, sizeof(VantrelRTCVideoFrameQT))) {
+            qDebug() << "IsBadReadPtr(pWin32Frame, sizeof(VantrelRTCVideoFrameQT)) failed";
+            return 0;
+        }
+        // A copy: what was checked is what is played, whatever the caller's other threads do.
+        const VantrelRTCVideoFrameQT frame = *static_cast<VantrelRTCVideoFrameQT*>(pWin32Frame);
+        return screen->m_pDlgMain->gallery()->playFrame(play.person, &frame) ? 1 : 0;
+    });
+}
+
+int ZR_CALL ZRScreen_SetPersonInfo(void* hScreen, void* pPlay, bool bSelf, int iRoleType,
+                                   char* name, int iIdentity)
+{
+    ZR_LOG_THREAD("thread:");
+    return guarded(0, [&] {
+        const ScreenRef screen(hScreen);
+        const auto text = readUtf8(name);
+        if (!screen || !text)
+            return 0;
+        const boundary::PlayRef play = boundary::resolvePlay(screen, pPlay);
+        if (!play.person)
+            return 0;
+        screen->setPlayUserName(pPlay, *text);
+        emit QZRScreenConfig::getInstance()->modSignalPersonInfo(play.person, bSelf, iRoleType,
+                                                                 *text, iIdentity);
+        return 1;
+    });
+}
+
+int ZR_CALL ZRScreen_SetMute(void* hScreen, void* pPlay, int bMute)
+{
+    ZR_LOG_THREAD("thread:");
+    return onPerson(hScreen, pPlay, [bMute](QDlgScreen& gallery, tagPersonInfo* person) {
+        gallery.onModAudioMute(person, bMute != 0);
+    });
+}
+
+int ZR_CALL ZRScreen_SetVolume(void* hScreen, void* pPlay, int iVolume)
+{
+    ZR_LOG_THREAD("thread:");
+    return onPerson(hScreen, pPlay, [iVolume](QDlgScreen& gallery, tagPersonInfo* person) {
+        gallery.onModVolume(person, iVolume);
+    });
+}
+
+int ZR_CALL ZRScreen_Preview(void* hScreen, void* pPlay, bool bPreview)
+{
+    ZR_LOG_THREAD("thread:") << ",hPlay:" << pPlay << ",bPreview:" << bPreview;
+    return onPerson(hScreen, pPlay, [bPreview](QDlgScreen& gallery, tagPersonInfo* person) {
+        gallery.onModPreview(person, bPreview);
+    });
+}
+
+int ZR_CALL ZRScreen_SetPersonHandUp(void* hScreen, void* pPlay, bool bHandUp)
+{
+    ZR_LOG_THREAD("thread:");
+    return onPerson(hScreen, pPlay, [bHandUp](QDlgScreen& gallery, tagPersonInfo* person) {
+        gallery.onModPersonHandup(person, bHandUp);
+    });
+}
+
+int ZR_CALL ZRScreen_UpdateUserNetStatus(void* hScreen, const char* userId, int dir, bool bIsWeak,
+                                         int nNetStatus)
+{
+    ZR_LOG_THREAD("thread:");
+    const auto id = readLocal8Bit(userId);
+    if (!id)
+        return 0;
+    return onGallery(hScreen, [id = *id, dir, bIsWeak, nNetStatus](QDlgScreen& gallery) {
+        gallery.UpdateUserNetStatus(id, dir, bIsWeak, nNetStatus);
+    });
+}
+
+// --- Arrangement ------------------------------------------------------------------------------
+
+int ZR_CALL ZRScreen_ChangeLayout(void* hScreen, eLayoutType eType,
+                                  const std::map<int, std::string>& sorting)
+{
+    ZR_LOG_THREAD("thread:");
+    // Queued together: the mode must not overtake the order it belongs to.
+    return onGallery(hScreen, [eType, sorting](QDlgScreen& gallery) {
+        gallery.SetCustomizeSorting(sorting);
+        emit QZRScreenConfig::getInstance()->modSignalSwitchMode(eType);
+    });
+}
+
+int ZR_CALL ZRScreen_GetCurMode(void* hScreen)
+{
+    ZR_LOG_THREAD("thread:");
+    int mode = 0;
+    onHub(hScreen, [&mode](const QZRScreenConfig& hub) { mode = hub.curScreenMode(); });
+    return mode;
+}
+
+int ZR_CALL ZRScreen_ReOrder(void* hScreen, bool bKeepFocusPerson)
+{
+    ZR_LOG_THREAD("thread:");
+    return onHub(hScreen, [bKeepFocusPerson](QZRScreenConfig& hub) {
+        emit hub.notifyDisplayOrder(bKeepFocusPerson);
+    });
+}
+
+int ZR_CALL ZRScreen_FocusByUserID(void* hScreen, char* userId, bool bVolActive)
+{
+    ZR_LOG_THREAD("thread:");
+    const auto id = readLocal8Bit(userId);
+    if (!id)
+        return 0;
+    return onGallery(hScreen, [id = *id, bVolActive](QDlgScreen& gallery) {
+        gallery.onModFocusByUserID(id, bVolActive);
+    });
+}
+
+int ZR_CALL ZRScreen_LockLook(void* hScreen, void* pPlay, int bLock)
+{
+    ZR_LOG_THREAD("thread:");
+    return onPerson(hScreen, pPlay, [bLock](QDlgScreen& gallery, tagPersonInfo* person) {
+        gallery.onModLookLock(person, bLock != 0);
+    });
+}
+
+int ZR_CALL ZRScreen_AllLook(void* hScreen, void* pPlay, int bAll)
+{
+    ZR_LOG_THREAD("thread:");
+    return onPerson(hScreen, pPlay, [bAll](QDlgScreen& gallery, tagPersonInfo* person) {
+        gallery.onModAllLook(person, bAll != 0);
+    });
+}
+
+int ZR_CALL ZRScreen_SetActivateUser(void* hScreen, char* userId)
+{
+    ZR_LOG_THREAD("thread:");
+    const auto id = readLocal8Bit(userId);
+    if (!id)
+        return 0;
+    return onHub(hScreen, [&id](QZRScreenConfig& hub) { emit hub.sigSetVoiceActivateUser(*id); });
+}
+
+int ZR_CALL ZRScreen_SetCurrentSpeakingPerson(void* hScreen, std::string userId)
+{
+    ZR_LOG_THREAD("thread:");
+    return onGallery(hScreen, [userId](QDlgScreen& gallery) {
+        gallery.setCurrentSpeakingPerson(QString::fromStdString(userId));
+    });
+}
+
+int ZR_CALL ZRScreen_SetVoiceActivate(void*, bool bOpen)
+{
+    qDebug() << "xxx setVoiceActivate bOpen:" << bOpen;
+    guarded(0, [bOpen] {
+        QZRScreenConfig::Lock()->settings.voiceActivation = bOpen;
+        return 1;
+    });
+    return 1;
+}
+
+int ZR_CALL ZRScreen_SetSupport9EqualCut(void* hScreen, bool bSupport)
+{
+    ZR_LOG_THREAD("thread:");
+    return onHub(hScreen,
+                 [bSupport](QZRScreenConfig& hub) { hub.settings.support9EqualCut = bSupport; });
+}
+
+int ZR_CALL ZRScreen_SetSupport16EqualCut(void* hScreen, bool bSupport)
+{
+    ZR_LOG_THREAD("thread:");
+    return onHub(hScreen,
+                 [bSupport](QZRScreenConfig& hub) { hub.settings.support16EqualCut = bSupport; });
+}
+
+int ZR_CALL ZRScreen_SetOpenPollingPage(void* hScreen, bool bOpen, int iTickSec)
+{
+    qDebug() << "ZRScreen_SetOpenPollingPage, bOpen:" << bOpen << ", iTickSec:" << iTickSec;
+    return onHub(hScreen, [bOpen, iTickSec](QZRScreenConfig& hub) {
+        hub.settings.pollingOpen = bOpen;
+        hub.settings.pollingPeriodS = qMax(1, iTickSec);
+        hub.settings.pollingTick = 0;
+        emit hub.sigOpenLayoutPoll();
+    });
+}
+
+int ZR_CALL ZRScreen_SetLayoutCtrl(void* hScreen, bool bOpenLayoutCtrl, bool bLayoutFollow,
+                                   int iShareIdx, int iSpeakerIdx, bool bNoVideoFilter)
+{
+    qDebug() << "ZRScreen_SetLayoutCtrl, bOpenLayoutCtrl:" << bOpenLayoutCtrl
+             << ",bLayoutFollow:" << bLayoutFollow << ",iShareIdx:" << iShareIdx
+             << ",iSpeakerIdx:" << iSpeakerIdx << ",bNoVideoFilter:" << bNoVideoFilter;
+    return onHub(hScreen, [=](QZRScreenConfig& hub) {
+        hub.settings.openLayoutCtrl = bOpenLayoutCtrl;
+        hub.settings.layoutFollow = bLayoutFollow;
+        hub.settings.shareIdx = iShareIdx;
+        hub.settings.speakerIdx = iSpeakerIdx;
+        hub.settings.noVideoFilter = bNoVideoFilter;
+        emit hub.notifyDisplayOrder(false);
+    });
+}
+
+int ZR_CALL ZRScreen_SetHideNoCameraWnd(void* hScreen, bool)
+{
+    ZR_LOG_THREAD("thread:");
+    // The filter is switched on with the layout control only; this export always switches it off.
+    return onHub(hScreen, [](QZRScreenConfig& hub) {
+        hub.settings.noVideoFilter = false;
+        emit hub.notifyDisplayOrder(false);
+    });
+}
+
+int ZR_CALL ZRScreen_IsPersonVisible(void* hScreen, char* userId)
+{
+    const auto id = readLocal8Bit(userId);
+    if (!id)
+        return 0;
+    return askGallery(hScreen, 0,
+                      [&id](QDlgScreen& gallery) { return gallery.isPersonVisible(*id) ? 1 : 0; });
+}
+
+// --- Small window, sharing, extended screen ---------------------------------------------------
+
+int ZR_CALL ZRScreen_SetHideSmallWidget(void* hScreen, bool bHide)
+{
+    ZR_LOG_THREAD("thread:");
+    return onHub(hScreen, [bHide](QZRScreenConfig& hub) { emit hub.sigSetHideSmallWnd(bHide); });
+}
+
+int ZR_CALL ZRScreen_ShowSmallWnd(void* hScreen, bool bShow, bool bMute)
+{
+    ZR_LOG_THREAD("thread:");
+    return askGallery(hScreen, 0, [bShow, bMute](QDlgScreen& gallery) {
+        const int result = gallery.showSmallWndWhenRestore(bShow);
+        gallery.muteInvisiblePerson(bMute);
+        return result;
+    });
+}
+
+int ZR_CALL ZRScreen_GetSmallWndID(void* hScreen)
+{
+    return askGallery(hScreen, 0,
+                      [](const QDlgScreen& gallery) { return gallery.GetSmallWndId(); });
+}
+
+int ZR_CALL ZRScreen_IsPersonVisibleInSmallWnd(void* hScreen, char* userId)
+{
+    const auto id = readLocal8Bit(userId);
+    if (!id)
+        return 0;
+    return askGallery(hScreen, 0, [&id](const QDlgScreen& gallery) {
+        return gallery.isPersonVisibleInSmallWnd(*id) ? 1 : 0;
+    });
+}
+
+int ZR_CALL ZRScreen_SetShareSponsor(void* hScreen, std::string userId)
+{
+    ZR_LOG_THREAD("thread:");
+    return onHub(hScreen, [&userId](QZRScreenConfig& hub) {
+        hub.setShareSponsor(QString::fromStdString(userId));
+    });
+}
+
+int ZR_CALL ZRScreen_PopSelfShareWnd(void* hScreen, bool bFloat, bool bMuteVideo)
+{
+    ZR_LOG_THREAD("thread:");
+    return askGallery(hScreen, 0, [bFloat, bMuteVideo](QDlgScreen& gallery) {
+        return gallery.OnPopSelfShareWnd(bFloat, bMuteVideo);
+    });
+}
+
+int ZR_CALL ZRScreen_SetIsCloseWhiteBoard(void* hScreen)
+{
+    ZR_LOG_THREAD("thread:");
+    return onGallery(hScreen, [](QDlgScreen& gallery) { gallery.setCloseWhiteBoard(); });
+}
+
+ZRRect ZR_CALL ZRScreen_GetShareWgtPos(void* hScreen)
+{
+    return askGallery(hScreen, ZRRect{0, 0, -1, -1}, [](QDlgScreen& gallery) {
+        gallery.flushLayout();
+        const QRect rect = gallery.shareRect();
+        return ZRRect{rect.left(), rect.top(), rect.right(), rect.bottom()};
+    });
+}
+
+int ZR_CALL ZRScreen_SetPauseShareWindow(void* hScreen, bool bPause)
+{
+    ZR_LOG_THREAD("thread:");
+    guarded(0, [bPause] {
+        QZRScreenConfig::Lock()->settings.pauseShare = bPause;
+        return 1;
+    });
+    onGallery(hScreen, [](QDlgScreen& gallery) { gallery.refreshShareTiles(); });
+    return 1;
+}
+
+int ZR_CALL ZRScreen_SetExtendScreen(void* hScreen, bool bExtendScreen, bool bDeviceChange)
+{
+    ZR_LOG_THREAD("thread:");
+    return onHub(hScreen, [bExtendScreen, bDeviceChange](QZRScreenConfig& hub) {
+        emit hub.sigSwitchExtendScreen(bExtendScreen, bDeviceChange);
+    });
+}
+
+int ZR_CALL ZRScreen_IsExtendScreen(void)
+{
+    return guarded(0, [] { return QZRScreenConfig::Lock()->settings.extendScreen ? 1 : 0; });
+}
+
+// --- Menus and toolbar ------------------------------------------------------------------------
+
+int ZR_CALL ZRScreen_SetVideoToolbarStatus(void* hScreen, tagRECT* pRect, bool bShow)
+{
+    ZR_LOG_THREAD("thread:");
+    const auto rect = readRect(pRect);
+    if (!rect)
+        return 0;
+    return onHub(hScreen, [&rect, bShow](QZRScreenConfig& hub) {
+        emit hub.modSignalScreenToolbar(*rect, bShow);
+    });
+}
+
+int ZR_CALL ZRScreen_IsMouseOnBtnMore(void* hScreen)
+{
+    // The answer itself is not the result, by design: every valid screen answers 1.
+    return askGallery(hScreen, 0, [](QDlgScreen& gallery) {
+        gallery.isMouseOnBtnMore();
+        return 1;
+    });
+}
+
+int ZR_CALL ZRScreen_ClearMoreMenuPtr(void* hScreen)
+{
+    onGallery(hScreen, [](QDlgScreen& gallery) { gallery.clearMoreMenuPerson(); });
+    return 1;
+}
+
+// --- Subtitles --------------------------------------------------------------------------------
+
+int ZR_CALL ZRScreen_OpenSubtitle(void* hScreen, bool bOpen)
+{
+    ZR_LOG_THREAD("current thread:");
+    return askDialog(hScreen, 0, [bOpen](QDlgMain& dialog) {
+        QZRScreenConfig::getInstance()->setSubtitleOpen(bOpen);
+        qDebug() << "xxx openSubtitle bOpen:" << bOpen;
+        dialog.showSubtitlePanel(bOpen);
+        return 1;
+    });
+}
+
+int ZR_CALL ZRScreen_ClearSubtitles(void* hScreen)
+{
+    ZR_LOG_THREAD("current thread:");
+    return onHub(hScreen, [](QZRScreenConfig& hub) {
+        qDebug() << "ZRScreen_ClearSubtitles";
+        hub.clearSubtitles();
+    });
+}
+
+int ZR_CALL ZRScreen_AddSentence(void* hScreen, int iIDSentence, int iColorType, char* userName,
+                                 char* transStr)
+{
+    ZR_LOG_THREAD("current thread:");
+    const auto name = readLocal8Bit(userName);
+    const auto text = readLocal8Bit(transStr);
+    if (!name || !text)
+        return 0;
+    return onHub(hScreen, [&](QZRScreenConfig& hub) {
+        hub.AddOneSubtitle(iIDSentence, iColorType, *name, *text);
+    });
+}
