@@ -38,6 +38,7 @@ void* ZR_CALL ZRScreen_Init(HWND hParent, ZRNotify notify)
         void* screen = nullptr;
         const bool done = GuiThread::run([&] {
             screen = createScreen(hParent, notify);
+            zr::registerExitTeardown();
             const platform::PriorityChange change = platform::setThreadPriorityTimeCritical();
             qDebug() << "SetThreadPriority,bRet:" << change.ok << ",prePriLevel:" << change.before
                      << ",curPriLevel:" << change.after;
