@@ -1,0 +1,32 @@
+# What is installed, in three components: Runtime (the library), Development (header, CMake package
+# and pkg-config file) and Host (the demonstration host).
+include(CMakePackageConfigHelpers)
+
+set(zrPackageDir ${CMAKE_INSTALL_LIBDIR}/cmake/ZRScreenMod)
+
+install(TARGETS ZRScreenMod EXPORT ZRScreenModTargets
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Runtime
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development)
+install(FILES ${PROJECT_SOURCE_DIR}/zrscreenmod/zrscreenmod.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development)
+install(EXPORT ZRScreenModTargets NAMESPACE ZRScreenMod::
+  DESTINATION ${zrPackageDir} COMPONENT Development)
+
+configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/ZRScreenModConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/package/ZRScreenModConfig.cmake INSTALL_DESTINATION ${zrPackageDir})
+# Below 1.0 a minor version may change the interface.
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/package/ZRScreenModConfigVersion.cmake
+  COMPATIBILITY SameMinorVersion)
+install(FILES
+  ${PROJECT_BINARY_DIR}/package/ZRScreenModConfig.cmake
+  ${PROJECT_BINARY_DIR}/package/ZRScreenModConfigVersion.cmake
+  DESTINATION ${zrPackageDir} COMPONENT Development)
+
+# The prefix is told from where the file lies, so that an installed tree may be moved.
+file(RELATIVE_PATH zrPrefixFromPc
+  /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+configure_file(${CMAKE_CURRENT_LIST_DIR}/ZRScreenMod.pc.in
+  ${PROJECT_BINARY_DIR}/package/ZRScreenMod.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/package/ZRScreenMod.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)

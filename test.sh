@@ -1,0 +1,55 @@
+#!/bin/bash
+# Builds and tests the project. Without an argument: everything but the thread sanitizer.
+#   ./test.sh linux   the tests, built with optimisation
+#   ./test.sh asan    the tests with the address and undefined-behaviour sanitizers
+#   ./test.sh tsan    the tests with the thread sanitizer
+#   ./test.sh lint    clang-format, clang-tidy and the public header
+set -euo pipefail
+cd "$(dirname "$0")"
+
+# Two compilers at once on two cores, and never more than memory allows on many.
+jobs=$(nproc)
+[ "$jobs" -le 16 ] || jobs=16
+
+say() { printf '\n== %s (%d s)\n' "$*" "$SECONDS"; }
+
+build() {
+  say "Building $1"
+  cmake --preset "$1" -DZR_WERROR=ON >"build/$1.log" 2>&1 || { cat "build/$1.log"; return 1; }
+  cmake --build --preset "$1" --parallel "$jobs" >"build/$1.log" 2>&1 \
+    || { tail -n 100 "build/$1.log"; return 1; }
+}
+
+run_tests() {
+  say "Testing $1"
+  # GUI tests wait more than they compute, but each needs a core while it paints.
+  ctest --preset "$1" --parallel "$jobs" --timeout 300
+}
+
+sources() { git ls-files '*.cpp' '*.h'; }
+
+lint() {
+  say "Checking the format"
+  sources | xargs clang-format --dry-run --Werror
+  build linux # clang-tidy needs the compile commands and the generated headers
+  say "Running clang-tidy"
+  run-clang-tidy -quiet -p build/linux -j "$jobs" \
+    "^$PWD/(zrscreenmod|host|tests|bench)/.*\.cpp$" >build/tidy.log 2>&1 \
+    || { grep -E '(warning|error):' build/tidy.log | sort -u; return 1; }
+}
+
+suite() { build "$1"; run_tests "$1"; }
+
+mkdir -p build
+what=${1:-all}
+case $what in
+  all|linux|asan|tsan|lint) ;;
+  *) sed -n '2,6s/^# //p' "$0"; exit 2 ;;
+esac
+
+packaging/install-dependencies.sh
+case $what in
+  all) lint; suite linux; suite linux-asan ;;
+  lint) lint ;;
+  *) suite "${what/#[at]san/linux-$what}" ;;
+esac

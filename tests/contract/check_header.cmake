@@ -1,0 +1,35 @@
+# The public header compiles alone, with every compiler at hand, without Qt and without warnings.
+file(MAKE_DIRECTORY ${WORK_DIR})
+file(WRITE ${WORK_DIR}/alone.cpp "#include \"zrscreenmod.h\"\n")
+file(WRITE ${WORK_DIR}/twice.cpp
+  "#include <windows.h>\n#include \"zrscreenmod.h\"\n#include \"zrscreenmod.h\"\n"
+  "RECT area; HWND window; void* screen = ZRScreen_Init(window, nullptr);\n"
+  "int moved = ZRScreen_MoveWindow(screen, &area, 0);\n")
+
+set(compilers 0)
+foreach(compiler g++ clang++ x86_64-w64-mingw32-g++-posix)
+  find_program(path_${compiler} ${compiler})
+  if(NOT path_${compiler})
+    message(STATUS "${compiler} is not here")
+    continue()
+  endif()
+  set(sources alone.cpp)
+  if(compiler MATCHES "mingw")
+    list(APPEND sources twice.cpp)
+  else()
+    math(EXPR compilers "${compilers} + 1")
+  endif()
+  foreach(standard 17 20)
+    foreach(source IN LISTS sources)
+      execute_process(COMMAND ${path_${compiler}} -std=c++${standard} -fsyntax-only
+        -Wall -Wextra -pedantic -Wconversion -Wshadow -Werror -I${INCLUDE_DIR} ${source}
+        WORKING_DIRECTORY ${WORK_DIR} RESULT_VARIABLE result)
+      if(NOT result EQUAL 0)
+        message(SEND_ERROR "${compiler} -std=c++${standard} ${source}: ${result}")
+      endif()
+    endforeach()
+  endforeach()
+endforeach()
+if(compilers EQUAL 0)
+  message(SEND_ERROR "no compiler was found")
+endif()

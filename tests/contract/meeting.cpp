@@ -1,0 +1,265 @@
+#include "meeting.h"
+
+#include "check.h"
+
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <glib.h>
+#include <unistd.h>
+
+bool pumpUntil(const std::function<bool()>& done, int timeoutMs)
+{
+    const auto deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
+    for (;;) {
+        while (g_main_context_iteration(nullptr, FALSE)) {
+            if (Clock::now() > deadline)
+                break; // a loop that never runs dry must not hide a time-out
+        }
+        if (done())
+            return true;
+        if (Clock::now() > deadline)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+void pump(int timeMs)
+{
+    (void)pumpUntil([] { return false; }, timeMs);
+}
+
+bool isNear(const Rgb& a, const Rgb& b, int tolerance)
+{
+    return std::abs(a.r - b.r) <= tolerance && std::abs(a.g - b.g) <= tolerance
+           && std::abs(a.b - b.b) <= tolerance;
+}
+
+Rgb Yuv::rgb() const
+{
+    const double luma = 255.0 / 219.0 * (y - 16);
+    const double cb = 255.0 / 224.0 * (u - 128);
+    const double cr = 255.0 / 224.0 * (v - 128);
+    const auto toByte = [](double value) {
+        return static_cast<int>(std::clamp(value, 0.0, 255.0) + 0.5);
+    };
+    return {toByte(luma + 1.5748 * cr), toByte(luma - 0.1873 * cb - 0.4681 * cr),
+            toByte(luma + 1.8556 * cb)};
+}
+
+Picture::Picture(uint32_t widthPx, uint32_t heightPx, const Yuv& colour)
+{
+    const size_t luma = size_t{widthPx} * heightPx;
+    const size_t chroma = size_t{(widthPx + 1) / 2} * ((heightPx + 1) / 2);
+    m_bytes.resize(luma, colour.y);
+    m_bytes.resize(luma + chroma, colour.u);
+    m_bytes.resize(luma + 2 * chroma, colour.v);
+    frame.pData = m_bytes.data();
+    frame.width = widthPx;
+    frame.height = heightPx;
+}
+
+Rgb Screenshot::at(int x, int y) const
+{
+    if (x < 0 || y < 0 || x >= widthPx || y >= heightPx)
+        return {-1, -1, -1};
+    return pixels[static_cast<size_t>(y) * static_cast<size_t>(widthPx) + static_cast<size_t>(x)];
+}
+
+NativeWindow::NativeWindow(int widthPx, int heightPx, int x, int y)
+    : m_display(XOpenDisplay(nullptr))
+{
+    REQUIRE(m_display != nullptr);
+    const int screen = DefaultScreen(m_display);
+    m_window = XCreateSimpleWindow(m_display, RootWindow(m_display, screen), x, y,
+                                   static_cast<unsigned>(widthPx), static_cast<unsigned>(heightPx),
+                                   0, 0, WhitePixel(m_display, screen));
+    XMapWindow(m_display, m_window);
+    XSync(m_display, False);
+}
+
+NativeWindow::~NativeWindow()
+{
+    XDestroyWindow(m_display, m_window);
+    XCloseDisplay(m_display);
+}
+
+HWND NativeWindow::hwnd() const
+{
+    return reinterpret_cast<HWND>(static_cast<uintptr_t>(m_window));
+}
+
+Screenshot NativeWindow::grab() const
+{
+    XSync(m_display, False);
+    XWindowAttributes attributes;
+    XGetWindowAttributes(m_display, m_window, &attributes);
+    Screenshot shot;
+    XImage* image = XGetImage(m_display, m_window, 0, 0, static_cast<unsigned>(attributes.width),
+                              static_cast<unsigned>(attributes.height), AllPlanes, ZPixmap);
+    REQUIRE(image != nullptr);
+    shot.widthPx = attributes.width;
+    shot.heightPx = attributes.height;
+    shot.pixels.reserve(static_cast<size_t>(shot.widthPx) * static_cast<size_t>(shot.heightPx));
+    for (int y = 0; y < shot.heightPx; ++y) {
+        for (int x = 0; x < shot.widthPx; ++x) {
+            const unsigned long pixel = XGetPixel(image, x, y);
+            shot.pixels.push_back({static_cast<int>((pixel >> 16) & 0xFF),
+                                   static_cast<int>((pixel >> 8) & 0xFF),
+                                   static_cast<int>(pixel & 0xFF)});
+        }
+    }
+    XDestroyImage(image);
+    return shot;
+}
+
+int NativeWindow::childCount() const
+{
+    Window root = 0;
+    Window parent = 0;
+    Window* children = nullptr;
+    unsigned count = 0;
+    XSync(m_display, False);
+    XQueryTree(m_display, m_window, &root, &parent, &children, &count);
+    if (children)
+        XFree(children);
+    return static_cast<int>(count);
+}
+
+Inbox& Inbox::first()
+{
+    static Inbox inbox(&Inbox::notifyFirst);
+    return inbox;
+}
+
+Inbox& Inbox::second()
+{
+    static Inbox inbox(&Inbox::notifySecond);
+    return inbox;
+}
+
+int Inbox::notifyFirst(unsigned long id, unsigned long long wParam, long long lParam)
+{
+    first().receive(id, wParam, lParam);
+    return 0;
+}
+
+int Inbox::notifySecond(unsigned long id, unsigned long long wParam, long long lParam)
+{
+    second().receive(id, wParam, lParam);
+    return 0;
+}
+
+void Inbox::receive(unsigned long id, unsigned long long wParam, long long lParam)
+{
+    const Message message{id, wParam, lParam, std::this_thread::get_id(), Clock::now()};
+    {
+        const std::lock_guard<std::mutex> lock(m_lock);
+        m_messages.push_back(message);
+    }
+    if (onMessage) {
+        const auto handler = onMessage; // the handler may replace itself
+        handler(message);
+    }
+}
+
+void Inbox::reset()
+{
+    onMessage = nullptr;
+    const std::lock_guard<std::mutex> lock(m_lock);
+    m_messages.clear();
+}
+
+std::vector<Message> Inbox::all() const
+{
+    const std::lock_guard<std::mutex> lock(m_lock);
+    return m_messages;
+}
+
+int Inbox::count(unsigned long id) const
+{
+    const std::vector<Message> messages = all();
+    return static_cast<int>(std::count_if(messages.begin(), messages.end(),
+                                          [=](const Message& m) { return m.id == id; }));
+}
+
+int Inbox::count(unsigned long id, long long lParam) const
+{
+    const std::vector<Message> messages = all();
+    return static_cast<int>(std::count_if(messages.begin(), messages.end(), [=](const Message& m) {
+        return m.id == id && m.lParam == lParam;
+    }));
+}
+
+LogCapture::LogCapture()
+    : m_stderr(dup(STDERR_FILENO))
+{
+    std::string name = "/tmp/zrcontract-XXXXXX";
+    m_file = mkstemp(name.data());
+    REQUIRE(m_file >= 0 && m_stderr >= 0);
+    unlink(name.c_str());
+    std::fflush(stderr);
+    dup2(m_file, STDERR_FILENO);
+}
+
+LogCapture::~LogCapture()
+{
+    std::fflush(stderr);
+    dup2(m_stderr, STDERR_FILENO);
+    close(m_stderr);
+    close(m_file);
+}
+
+std::string LogCapture::take()
+{
+    std::fflush(stderr);
+    std::string log;
+    char buffer[4096];
+    for (;;) {
+        const ssize_t got = pread(m_file, buffer, sizeof buffer, m_readTo);
+        if (got <= 0)
+            return log;
+        log.append(buffer, static_cast<size_t>(got));
+        m_readTo += got;
+    }
+}
+
+Meeting::Meeting(const NativeWindow* parent, int widthPx, int heightPx)
+{
+    inbox.reset();
+    screen = zr.Init(parent ? parent->hwnd() : nullptr, inbox.notify());
+    REQUIRE(screen != nullptr);
+    moveTo(widthPx, heightPx);
+    CHECK_EQUAL(zr.JoinMeetingFinish(screen, true), 1);
+}
+
+Meeting::~Meeting()
+{
+    inbox.reset();
+    if (screen)
+        zr.Release(screen);
+}
+
+void* Meeting::join(int number, const std::string& name)
+{
+    void* const play = zr.AddPerson(screen, text("u" + std::to_string(number)), text(name), number,
+                                    0, hostValue(number));
+    REQUIRE(play != nullptr);
+    CHECK_EQUAL(zr.Preview(screen, play, true), 1);
+    return play;
+}
+
+void Meeting::moveTo(int widthPx, int heightPx)
+{
+    tagRECT area{0, 0, widthPx, heightPx};
+    CHECK_EQUAL(zr.MoveWindow(screen, &area, 0), 1);
+}
+
+bool Meeting::changeMode(int mode)
+{
+    CHECK_EQUAL(zr.ChangeLayout(screen, static_cast<eLayoutType>(mode), {}), 1);
+    return pumpUntil([&] { return zr.GetCurMode(screen) == mode; });
+}

@@ -1,0 +1,176 @@
+// What a host brings along: a native window, an event loop, pictures, and an inbox for messages.
+#pragma once
+
+#include "module.h"
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+struct _XDisplay;
+
+using Clock = std::chrono::steady_clock;
+
+/// Runs the event loop of this thread, the default GLib main context, for a time.
+void pump(int timeMs);
+
+/// Runs the event loop until `done` holds. @return false when it did not within the time.
+[[nodiscard]] bool pumpUntil(const std::function<bool()>& done, int timeoutMs = 5000);
+
+struct Rgb
+{
+    int r;
+    int g;
+    int b;
+};
+
+/// Whether two colours differ by at most `tolerance` in every channel.
+bool isNear(const Rgb& a, const Rgb& b, int tolerance = 6);
+
+/// A colour as a picture carries it: BT.709, limited range.
+struct Yuv
+{
+    uint8_t y;
+    uint8_t u;
+    uint8_t v;
+    [[nodiscard]] Rgb rgb() const;
+};
+
+constexpr Yuv kRed{63, 102, 240};
+constexpr Yuv kGreen{173, 42, 26};
+constexpr Yuv kBlue{32, 240, 118};
+constexpr Yuv kYellow{219, 16, 138};
+constexpr Yuv kMagenta{78, 214, 230};
+constexpr Yuv kCyan{188, 154, 16};
+
+/// An I420 picture of one colour, with the frame record that describes it.
+class Picture
+{
+public:
+    Picture(uint32_t widthPx, uint32_t heightPx, const Yuv& colour);
+    Picture(const Picture&) = delete;
+    Picture& operator=(const Picture&) = delete;
+    VantrelRTCVideoFrameQT frame{};
+
+private:
+    std::vector<uint8_t> m_bytes;
+};
+
+/// A screenshot of a native window with everything in it.
+class Screenshot
+{
+public:
+    [[nodiscard]] Rgb at(int x, int y) const;
+    int widthPx = 0;
+    int heightPx = 0;
+    std::vector<Rgb> pixels;
+};
+
+/// A plain X11 window of the host.
+class NativeWindow
+{
+public:
+    NativeWindow(int widthPx, int heightPx, int x = 0, int y = 0);
+    ~NativeWindow();
+    NativeWindow(const NativeWindow&) = delete;
+    NativeWindow& operator=(const NativeWindow&) = delete;
+
+    [[nodiscard]] HWND hwnd() const;
+    [[nodiscard]] Screenshot grab() const;
+    /// Native windows directly inside this one.
+    [[nodiscard]] int childCount() const;
+
+private:
+    _XDisplay* m_display = nullptr;
+    unsigned long m_window = 0;
+};
+
+struct Message
+{
+    unsigned long id;
+    unsigned long long wParam;
+    long long lParam;
+    std::thread::id thread;
+    Clock::time_point at;
+};
+
+/// Receives the messages of one screen; the interface leaves no room for a context pointer, so
+/// there are two fixed ones, reset for every case.
+class Inbox
+{
+public:
+    static Inbox& first();
+    static Inbox& second();
+
+    [[nodiscard]] ZRNotify notify() const { return m_notify; }
+    void reset();
+    [[nodiscard]] std::vector<Message> all() const;
+    [[nodiscard]] int count(unsigned long id) const;
+    [[nodiscard]] int count(unsigned long id, long long lParam) const;
+    [[nodiscard]] int count() const { return static_cast<int>(all().size()); }
+
+    /// Called with every message after it has been recorded.
+    std::function<void(const Message&)> onMessage;
+
+private:
+    explicit Inbox(ZRNotify notify)
+        : m_notify(notify)
+    {
+    }
+    void receive(unsigned long id, unsigned long long wParam, long long lParam);
+    static int notifyFirst(unsigned long id, unsigned long long wParam, long long lParam);
+    static int notifySecond(unsigned long id, unsigned long long wParam, long long lParam);
+
+    ZRNotify m_notify;
+    mutable std::mutex m_lock;
+    std::vector<Message> m_messages;
+};
+
+/// Collects what the process writes to stderr, where the library's log goes, while it lives.
+class LogCapture
+{
+public:
+    LogCapture();
+    ~LogCapture();
+    LogCapture(const LogCapture&) = delete;
+    LogCapture& operator=(const LogCapture&) = delete;
+    /// What was written since the last call.
+    [[nodiscard]] std::string take();
+
+private:
+    int m_file = -1;
+    int m_stderr = -1;
+    long m_readTo = 0;
+};
+
+/// A host value that messages can be told apart by.
+inline void* hostValue(long long value)
+{
+    return reinterpret_cast<void*>(static_cast<intptr_t>(value));
+}
+
+/// The usual start of a case: the library, a window of 1280 x 720 with a screen in it, joined.
+/// `parent` null makes a screen without a native parent.
+class Meeting
+{
+public:
+    explicit Meeting(const NativeWindow* parent, int widthPx = 1280, int heightPx = 720);
+    ~Meeting();
+    Meeting(const Meeting&) = delete;
+    Meeting& operator=(const Meeting&) = delete;
+
+    /// Adds a participant whose stream is open. The host value is `number`, the id "u<number>" and
+    /// the join time `number` too. @return the play handle
+    void* join(int number, const std::string& name = "P");
+    void moveTo(int widthPx, int heightPx);
+    /// Changes the mode and waits for the message that reports it.
+    [[nodiscard]] bool changeMode(int mode);
+
+    Module zr;
+    Inbox& inbox = Inbox::first();
+    void* screen = nullptr;
+};

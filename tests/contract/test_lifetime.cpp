@@ -1,0 +1,230 @@
+// Loading, using and unloading the library, in every order that a host may do it.
+#include "check.h"
+#include "meeting.h"
+
+#include <cstdlib>
+#include <dirent.h>
+
+namespace {
+
+int threadCount()
+{
+    int count = 0;
+    DIR* tasks = opendir("/proc/self/task");
+    while (const dirent* entry = readdir(tasks))
+        count += entry->d_name[0] != '.' ? 1 : 0;
+    closedir(tasks);
+    return count;
+}
+
+/// A whole meeting of two, up to the moment when both pictures are on the screen.
+void useOnce(const NativeWindow* window)
+{
+    Meeting meeting(window);
+    Picture picture(320, 180, kGreen);
+    void* const ann = meeting.join(1);
+    void* const bob = meeting.join(2);
+    CHECK(pumpUntil([&] {
+        meeting.zr.PlayFrame(meeting.screen, ann, &picture.frame);
+        meeting.zr.PlayFrame(meeting.screen, bob, &picture.frame);
+        return meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 1) > 0
+               && meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 2) > 0;
+    }));
+    pump(150);
+    if (window)
+        CHECK(isNear(window->grab().at(300, 360), kGreen.rgb()));
+    CHECK_EQUAL(meeting.zr.DelPerson(meeting.screen, ann, false), 1);
+    pump(20);
+    CHECK_EQUAL(meeting.zr.ExitMeeting(meeting.screen), 1);
+}
+
+} // namespace
+
+ZR_CASE(lifetime, loadsUsesAndUnloadsRepeatedly)
+{
+    const NativeWindow window(1280, 720);
+    useOnce(&window);
+    CHECK_EQUAL(window.childCount(), 0);
+    const int threadsAfterFirst = threadCount();
+    for (int round = 0; round < 3; ++round)
+        useOnce(&window);
+    CHECK_EQUAL(window.childCount(), 0);
+    CHECK(threadCount() <= threadsAfterFirst);
+}
+
+ZR_CASE(lifetime, unloadsWithoutAScreen)
+{
+    for (int round = 0; round < 2; ++round) {
+        Module zr;
+        CHECK_EQUAL(zr.IsExtendScreen(), 0);
+        zr.Release(nullptr);
+    }
+}
+
+ZR_CASE(lifetime, unloadsWithScreensNotReleased)
+{
+    const NativeWindow window(1280, 720);
+    for (int round = 0; round < 2; ++round) {
+        Meeting meeting(&window);
+        meeting.join(1);
+        REQUIRE(meeting.zr.Init(window.hwnd(), nullptr) != nullptr);
+        CHECK(pumpUntil([&] { return meeting.inbox.count(ZRMSG_VIDEO_SHOWN) > 0; }));
+        meeting.zr.unload();
+        meeting.screen = nullptr;
+        CHECK_EQUAL(window.childCount(), 0);
+        const int before = meeting.inbox.count();
+        pump(50);
+        CHECK_EQUAL(meeting.inbox.count(), before);
+    }
+}
+
+ZR_CASE(lifetime, unloadsWithCallsStillQueued)
+{
+    const NativeWindow window(1280, 720);
+    Meeting meeting(&window);
+    void* const ann = meeting.join(1);
+    Picture picture(320, 180, kRed);
+    std::thread media([&] {
+        for (int i = 0; i < 50; ++i) {
+            meeting.zr.PlayFrame(meeting.screen, ann, &picture.frame);
+            meeting.zr.SetVolume(meeting.screen, ann, i);
+            meeting.zr.ReOrder(meeting.screen, false);
+        }
+    });
+    media.join();
+    meeting.zr.unload();
+    meeting.screen = nullptr;
+    pump(50);
+}
+
+ZR_CASE(lifetime, settingsAreFreshAfterTheLastRelease)
+{
+    const NativeWindow window(1280, 720);
+    Meeting meeting(&window);
+    Module& zr = meeting.zr;
+    REQUIRE(meeting.changeMode(eLayoutGrid9));
+    CHECK_EQUAL(zr.SetSupport9EqualCut(meeting.screen, true), 1);
+    CHECK_EQUAL(zr.SetExtendScreen(meeting.screen, true, false), 1);
+    CHECK(pumpUntil([&] { return zr.IsExtendScreen() == 1; }));
+    zr.Release(meeting.screen);
+    CHECK_EQUAL(zr.GetCurMode(meeting.screen), 0);
+
+    meeting.inbox.reset();
+    meeting.screen = zr.Init(window.hwnd(), meeting.inbox.notify());
+    REQUIRE(meeting.screen != nullptr);
+    CHECK_EQUAL(zr.GetCurMode(meeting.screen), int{eLayoutEqualCut});
+    CHECK_EQUAL(zr.IsExtendScreen(), 0);
+    // Seven in the adaptive gallery: without 9-cut support the seventh is on the next page.
+    meeting.moveTo(1280, 720);
+    zr.JoinMeetingFinish(meeting.screen, true);
+    for (int number = 1; number <= 7; ++number)
+        meeting.join(number);
+    CHECK(pumpUntil([&] { return meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 6) > 0; }));
+    pump(50);
+    CHECK_EQUAL(zr.IsPersonVisible(meeting.screen, text("u6")), 1);
+    CHECK_EQUAL(zr.IsPersonVisible(meeting.screen, text("u7")), 0);
+}
+
+ZR_CASE(lifetime, releasesOneOfTwoScreens)
+{
+    const NativeWindow left(640, 360);
+    const NativeWindow right(640, 360, 700);
+    Meeting meeting(&left, 640, 360);
+    Module& zr = meeting.zr;
+    Inbox& second = Inbox::second();
+    second.reset();
+    void* const other = zr.Init(right.hwnd(), second.notify());
+    REQUIRE(other != nullptr);
+    tagRECT area{0, 0, 640, 360};
+    CHECK_EQUAL(zr.MoveWindow(other, &area, 0), 1);
+    CHECK_EQUAL(zr.JoinMeetingFinish(other, true), 1);
+    meeting.join(1);
+    void* const bob = zr.AddPerson(other, text("u2"), text("Bob"), 2, 0, hostValue(2));
+    REQUIRE(bob != nullptr);
+    CHECK_EQUAL(zr.Preview(other, bob, true), 1);
+    // Messages go to every screen's host.
+    CHECK(pumpUntil([&] {
+        return second.count(ZRMSG_VIDEO_SHOWN, 1) > 0
+               && meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 2) > 0;
+    }));
+
+    zr.Release(meeting.screen);
+    meeting.screen = nullptr;
+    CHECK_EQUAL(left.childCount(), 0);
+    const int firstCount = meeting.inbox.count();
+    second.reset();
+    CHECK_EQUAL(zr.ChangeLayout(other, eLayoutGrid4, {}), 1);
+    CHECK(pumpUntil([&] { return second.count(ZRMSG_SCREEN_MODE) > 0; }));
+    Picture blue(640, 360, kBlue);
+    CHECK(pumpUntil([&] {
+        zr.PlayFrame(other, bob, &blue.frame);
+        return isNear(right.grab().at(160, 60), kBlue.rgb());
+    }));
+    CHECK_EQUAL(meeting.inbox.count(), firstCount);
+    second.reset();
+    zr.Release(other);
+}
+
+ZR_CASE(lifetime, initReusesTheProcessAfterRelease)
+{
+    const NativeWindow window(640, 360);
+    Meeting meeting(&window, 640, 360);
+    for (int round = 0; round < 5; ++round) {
+        meeting.join(1);
+        CHECK(pumpUntil([&] { return meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 1) > 0; }));
+        meeting.zr.Release(meeting.screen);
+        meeting.inbox.reset();
+        pump(20);
+        CHECK_EQUAL(meeting.inbox.count(), 0);
+        CHECK_EQUAL(window.childCount(), 0);
+        meeting.screen = meeting.zr.Init(window.hwnd(), meeting.inbox.notify());
+        REQUIRE(meeting.screen != nullptr);
+        meeting.moveTo(640, 360);
+        meeting.zr.JoinMeetingFinish(meeting.screen, true);
+    }
+}
+
+/// Runs without a display: the screen is drawn off screen and nothing is embedded.
+ZR_CASE(headless, worksWithoutADisplay)
+{
+    REQUIRE(std::getenv("DISPLAY") == nullptr);
+    for (int round = 0; round < 2; ++round)
+        useOnce(nullptr);
+}
+
+/// The process ends with a screen in use: the test passes when it ends cleanly.
+ZR_CASE(exit_loaded, endsWithTheLibraryLoaded)
+{
+    static const NativeWindow window(640, 360);
+    static Meeting meeting(&window, 640, 360);
+    static Picture picture(320, 180, kRed);
+    void* const ann = meeting.join(1);
+    CHECK(pumpUntil([&] {
+        meeting.zr.PlayFrame(meeting.screen, ann, &picture.frame);
+        return meeting.inbox.count(4, 1) > 0;
+    }));
+    meeting.zr.leaveLoaded();
+    meeting.screen = nullptr;
+}
+
+/// As above, while other threads still deliver frames.
+ZR_CASE(exit_busy, endsWhileFramesArrive)
+{
+    static const NativeWindow window(640, 360);
+    static Meeting meeting(&window, 640, 360);
+    void* const ann = meeting.join(1);
+    CHECK(pumpUntil([&] { return meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 1) > 0; }));
+    const auto playFrame = meeting.zr.PlayFrame;
+    void* const screen = meeting.screen;
+    for (int i = 0; i < 2; ++i) {
+        std::thread([=] {
+            // Never destroyed: the thread outlives the statics of the process.
+            auto* const picture = new Picture(320, 180, kRed);
+            for (;;)
+                playFrame(screen, ann, &picture->frame);
+        }).detach();
+    }
+    pump(100);
+    meeting.zr.leaveLoaded();
+    meeting.screen = nullptr;
+}

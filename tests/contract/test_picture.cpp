@@ -1,0 +1,230 @@
+// What is on the screen, looked at from outside: the pixels of the host's own window.
+#include "check.h"
+#include "meeting.h"
+
+#include <array>
+
+namespace {
+
+struct Box
+{
+    int x;
+    int y;
+    int w;
+    int h;
+};
+
+constexpr std::array<Yuv, 6> kColours{kRed, kGreen, kBlue, kYellow, kMagenta, kCyan};
+constexpr int kNameBarPx = 60; ///< at the bottom corners lie the name bar and the "more" button
+
+std::string describe(const Screenshot& shot, int x, int y)
+{
+    const Rgb c = shot.at(x, y);
+    return "(" + std::to_string(x) + "," + std::to_string(y) + ") is rgb(" + std::to_string(c.r)
+           + "," + std::to_string(c.g) + "," + std::to_string(c.b) + ")";
+}
+
+/// Whether a tile is filled with its colour to its edges and not a pixel further; its bottom
+/// corners are left out. @return an empty text, or what is wrong.
+std::string tileFault(const Screenshot& shot, const Box& box, const Yuv& colour)
+{
+    const int right = box.x + box.w - 1;
+    const int bottom = box.y + box.h - 1;
+    const int midX = box.x + box.w / 2;
+    const int midY = box.y + box.h / 2;
+    const Rgb rgb = colour.rgb();
+    const int inside[][2] = {{box.x, box.y},
+                             {right, box.y},
+                             {box.x, midY},
+                             {right, midY},
+                             {midX, bottom},
+                             {midX, box.y},
+                             {box.x, bottom - kNameBarPx},
+                             {right, bottom - kNameBarPx}};
+    for (const auto& p : inside) {
+        if (!isNear(shot.at(p[0], p[1]), rgb, 8))
+            return "inside " + describe(shot, p[0], p[1]);
+    }
+    const int outside[][2] = {
+        {box.x - 1, midY}, {right + 1, midY}, {midX, box.y - 1}, {midX, bottom + 1}};
+    for (const auto& p : outside) {
+        if (isNear(shot.at(p[0], p[1]), rgb, 40))
+            return "outside " + describe(shot, p[0], p[1]);
+    }
+    return {};
+}
+
+/// Participant i has colour i; looks until every tile is right, then reports the first fault.
+void checkTiles(Meeting& meeting, const NativeWindow& window, const std::vector<void*>& plays,
+                const std::vector<Box>& boxes)
+{
+    std::string fault;
+    const bool ok = pumpUntil([&] {
+        for (size_t i = 0; i < plays.size(); ++i) {
+            Picture picture(640, 360, kColours.at(i));
+            CHECK_EQUAL(meeting.zr.PlayFrame(meeting.screen, plays[i], &picture.frame), 1);
+        }
+        pump(30);
+        const Screenshot shot = window.grab();
+        fault.clear();
+        for (size_t i = 0; i < boxes.size() && fault.empty(); ++i) {
+            fault = tileFault(shot, boxes[i], kColours.at(i));
+            if (!fault.empty())
+                fault = "tile " + std::to_string(i) + ": " + fault;
+        }
+        return fault.empty();
+    });
+    CHECK_ROW(ok, std::to_string(plays.size()) + " tiles, " + fault);
+}
+
+} // namespace
+
+ZR_CASE(picture, adaptiveGalleryPlacesOneTwoAndSix)
+{
+    const NativeWindow window(1280, 720);
+    Meeting meeting(&window);
+    std::vector<void*> plays{meeting.join(1)};
+    checkTiles(meeting, window, plays, {{0, 0, 1280, 720}});
+
+    plays.push_back(meeting.join(2));
+    checkTiles(meeting, window, plays, {{0, 180, 639, 359}, {641, 180, 639, 359}});
+
+    while (plays.size() < 6)
+        plays.push_back(meeting.join(static_cast<int>(plays.size()) + 1));
+    // Cells of 425 x 359 hold 425 x 239; the two rows with their gap are centred.
+    checkTiles(meeting, window, plays,
+               {{0, 120, 425, 239},
+                {427, 120, 425, 239},
+                {854, 120, 425, 239},
+                {0, 361, 425, 239},
+                {427, 361, 425, 239},
+                {854, 361, 425, 239}});
+}
+
+ZR_CASE(picture, fixedGridStepsByOnePixel)
+{
+    const NativeWindow window(1280, 720);
+    Meeting meeting(&window);
+    REQUIRE(meeting.changeMode(eLayoutGrid4));
+    std::vector<void*> plays;
+    for (int number = 1; number <= 3; ++number)
+        plays.push_back(meeting.join(number));
+    checkTiles(meeting, window, plays, {{0, 0, 639, 359}, {640, 0, 639, 359}, {0, 360, 639, 359}});
+}
+
+ZR_CASE(picture, pictureIsLetterboxedInItsTile)
+{
+    const NativeWindow window(1280, 720);
+    Meeting meeting(&window);
+    void* const ann = meeting.join(1);
+    // 640 x 640 in 1280 x 720: a centred square of 720, 721 with the rounding rule's extra pixel.
+    Picture square(640, 640, kYellow);
+    Screenshot shot;
+    CHECK(pumpUntil([&] {
+        meeting.zr.PlayFrame(meeting.screen, ann, &square.frame);
+        pump(30);
+        shot = window.grab();
+        return isNear(shot.at(640, 100), kYellow.rgb());
+    }));
+    CHECK(isNear(shot.at(280, 300), kYellow.rgb()));
+    CHECK(isNear(shot.at(998, 300), kYellow.rgb()));
+    CHECK(isNear(shot.at(277, 300), {28, 32, 39}));
+    CHECK(isNear(shot.at(1001, 300), {28, 32, 39}));
+}
+
+ZR_CASE(picture, newestFrameIsShown)
+{
+    const NativeWindow window(640, 360);
+    Meeting meeting(&window, 640, 360);
+    void* const ann = meeting.join(1);
+    Picture red(640, 360, kRed);
+    CHECK(pumpUntil([&] {
+        meeting.zr.PlayFrame(meeting.screen, ann, &red.frame);
+        return isNear(window.grab().at(320, 100), kRed.rgb());
+    }));
+    // A burst from another thread in other sizes; the picture's memory is gone right after.
+    std::thread media([&] {
+        for (uint32_t i = 0; i < 20; ++i) {
+            Picture green(320 + 2 * i, 180 + i, kGreen);
+            meeting.zr.PlayFrame(meeting.screen, ann, &green.frame);
+        }
+        Picture blue(642, 361, kBlue);
+        meeting.zr.PlayFrame(meeting.screen, ann, &blue.frame);
+    });
+    media.join();
+    CHECK(pumpUntil([&] { return isNear(window.grab().at(320, 100), kBlue.rgb()); }));
+}
+
+ZR_CASE(picture, tilePaintsAgainInAnotherWindow)
+{
+    const NativeWindow first(640, 360);
+    const NativeWindow second(640, 360, 700);
+    Meeting meeting(&first, 640, 360);
+    void* const ann = meeting.join(1);
+    const NativeWindow* const homes[] = {&first, &second, &first};
+    const Yuv colours[] = {kRed, kGreen, kBlue};
+    for (size_t i = 0; i < 3; ++i) {
+        if (i > 0) {
+            CHECK_EQUAL(meeting.zr.SetParent(meeting.screen, homes[i]->hwnd()), 1);
+            meeting.moveTo(640, 360);
+        }
+        Picture picture(640, 360, colours[i]);
+        const bool painted = pumpUntil([&] {
+            meeting.zr.PlayFrame(meeting.screen, ann, &picture.frame);
+            pump(20);
+            return isNear(homes[i]->grab().at(320, 100), colours[i].rgb());
+        });
+        CHECK_ROW(painted,
+                  "home " + std::to_string(i) + ": " + describe(homes[i]->grab(), 320, 100));
+        CHECK_EQUAL(homes[i]->childCount(), 1);
+    }
+    CHECK_EQUAL(second.childCount(), 0);
+
+    // A parent that does not exist: reported as done, and the screen lives on without a parent.
+    CHECK_EQUAL(meeting.zr.SetParent(meeting.screen, reinterpret_cast<HWND>(uintptr_t{0x7fffff0})),
+                1);
+    pump(50);
+    CHECK_EQUAL(first.childCount(), 0);
+    CHECK_EQUAL(meeting.zr.SetParent(meeting.screen, second.hwnd()), 1);
+    meeting.moveTo(640, 360);
+    Picture picture(640, 360, kYellow);
+    CHECK(pumpUntil([&] {
+        meeting.zr.PlayFrame(meeting.screen, ann, &picture.frame);
+        pump(20);
+        return isNear(second.grab().at(320, 100), kYellow.rgb());
+    }));
+}
+
+ZR_CASE(picture, oddAndTinySizesAreHarmless)
+{
+    const NativeWindow window(1281, 721);
+    Meeting meeting(&window);
+    void* const ann = meeting.join(1);
+    Picture picture(640, 360, kCyan);
+    constexpr int sizes[][2] = {{1281, 721}, {49, 720}, {50, 50}, {1, 1},
+                                {0, 0},      {-5, -5},  {4, 700}, {641, 359}};
+    for (const auto& size : sizes) {
+        meeting.moveTo(size[0], size[1]);
+        for (int i = 0; i < 3; ++i) {
+            CHECK_EQUAL(meeting.zr.PlayFrame(meeting.screen, ann, &picture.frame), 1);
+            pump(20);
+        }
+    }
+    CHECK(pumpUntil([&] {
+        meeting.zr.PlayFrame(meeting.screen, ann, &picture.frame);
+        pump(20);
+        return isNear(window.grab().at(320, 100), kCyan.rgb());
+    }));
+    CHECK(!isNear(window.grab().at(700, 100), kCyan.rgb(), 40));
+    CHECK_EQUAL(meeting.zr.IsPersonVisible(meeting.screen, text("u1")), 1);
+}
+
+ZR_CASE(picture, screenLiesWhereTheHostPutsIt)
+{
+    const NativeWindow window(1280, 720);
+    Meeting meeting(&window);
+    void* const ann = meeting.join(1);
+    tagRECT area{200, 100, 200 + 640, 100 + 360};
+    CHECK_EQUAL(meeting.zr.MoveWindow(meeting.screen, &area, 0), 1);
+    checkTiles(meeting, window, {ann}, {{200, 100, 640, 360}});
+}
