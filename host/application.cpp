@@ -1,0 +1,226 @@
+#include "application.h"
+
+#include "host_error.h"
+#include "png_file.h"
+
+#include <cstdio>
+#include <random>
+#include <utility>
+
+namespace zrhost {
+
+namespace {
+
+/// The videos of the participants who are there at the start begin within this time.
+constexpr unsigned kArrivalSpreadMs = 700;
+
+} // namespace
+
+Application::Application(Options options, std::vector<ScenarioStep> scenario)
+    : m_options(std::move(options))
+    , m_scenario(std::move(scenario))
+{
+}
+
+Application::~Application()
+{
+    finish();
+}
+
+int Application::run()
+{
+    m_loop.watchTermination([this] { quit(); });
+    if (!m_options.headless) {
+        m_display = openDisplay();
+        (void)window(WindowId::Main);
+    }
+    loadLibrary();
+    Session::Settings settings;
+    settings.seed = m_options.seed;
+    settings.pictureSize = m_options.pictureSize;
+    settings.fps = m_options.fps;
+    m_session = std::make_unique<Session>(m_api, *this, settings);
+    joinMeeting();
+    scheduleScenario();
+    watchInput();
+    if (m_options.durationMs > 0)
+        m_loop.after(m_options.durationMs, [this] { quit(); });
+    m_loop.run();
+    saveFinalScreenshot();
+    finish();
+    return m_status;
+}
+
+void Application::loadLibrary()
+{
+    std::vector<std::string> candidates{m_options.library};
+    if (m_options.library.empty())
+        candidates = libraryCandidates(programFolder());
+    for (const std::string& candidate : candidates) {
+        if (whyUnreadable(candidate).empty()) {
+            m_library = std::make_unique<DynamicLibrary>(candidate);
+            m_api = ScreenApi::resolve([&](const char* name) { return m_library->symbol(name); });
+            return;
+        }
+    }
+    if (!m_options.library.empty())
+        throw HostError("cannot load the library '" + m_options.library
+                        + "': " + whyUnreadable(m_options.library));
+    throw HostError("the library is not there (" + candidates.front()
+                    + "); name it with --library");
+}
+
+void Application::joinMeeting()
+{
+    m_session->openScreen(m_options.headless ? WindowId::None : WindowId::Main);
+    m_api.ChangeLayout(m_session->screen(), static_cast<eLayoutType>(m_options.mode), {});
+    // The division keeps the numbers the same with every standard library.
+    std::mt19937 random(m_options.seed);
+    for (int number = 1; number <= m_options.participantCount(); ++number)
+        m_session->add("user" + std::to_string(number), m_options.nameOf(number),
+                       m_options.sourceOf(number), static_cast<int>(random() % kArrivalSpreadMs));
+    m_api.JoinMeetingFinish(m_session->screen(), true);
+}
+
+void Application::scheduleScenario()
+{
+    for (const ScenarioStep& step : m_scenario)
+        m_loop.after(step.timeMs, [this, &step] {
+            try {
+                step.command.run(*m_session);
+            } catch (const HostError& error) {
+                fail(m_options.scenario + ":" + std::to_string(step.line) + ": " + error.what());
+            }
+        });
+}
+
+void Application::watchInput()
+{
+    m_tolerant = inputIsTerminal();
+    if (!m_tolerant && !m_options.interactive)
+        return;
+    m_loop.watchInput(
+        [this](const std::string& line) {
+            m_typed.push_back(line);
+            runTypedCommands();
+        },
+        [] {}); // the run goes on without its input
+}
+
+void Application::runTypedCommands()
+{
+    while (!m_held && !m_typed.empty()) {
+        const std::string line = std::move(m_typed.front());
+        m_typed.pop_front();
+        runTyped(line);
+    }
+}
+
+void Application::runTyped(const std::string& line)
+{
+    try {
+        const std::vector<std::string> words = splitWords(line);
+        if (!words.empty())
+            bindCommand(words).run(*m_session);
+    } catch (const HostError& error) {
+        fail(error.what());
+    }
+}
+
+void Application::holdCommands(int ms)
+{
+    m_held = true;
+    m_loop.after(ms, [this] {
+        m_held = false;
+        runTypedCommands();
+    });
+}
+
+void Application::saveFinalScreenshot()
+{
+    if (m_options.screenshot.empty() || !m_session->hasScreen())
+        return;
+    try {
+        saveWindow(m_session->parent(), m_options.screenshot);
+        print("saved " + m_options.screenshot);
+    } catch (const HostError& error) {
+        fail(error.what());
+    }
+}
+
+void Application::finish() noexcept
+{
+    if (m_session)
+        m_session->printStatistics();
+    m_session.reset();
+    m_library.reset();
+    m_second.reset();
+    m_main.reset();
+    m_display.reset();
+}
+
+HostWindow& Application::window(WindowId id)
+{
+    if (!m_display)
+        throw HostError("there are no windows with --headless");
+    std::unique_ptr<HostWindow>& window = id == WindowId::Second ? m_second : m_main;
+    if (!window) {
+        HostWindow::Events events;
+        events.resized = [this, id](Size size) {
+            if (m_session)
+                m_session->onWindowResized(id, size);
+        };
+        events.closed = [this] { quit(); };
+        window = m_display->makeWindow(id == WindowId::Second ? "ZRScreenMod (second window)"
+                                                              : "ZRScreenMod",
+                                       m_options.windowSize, std::move(events));
+    }
+    return *window;
+}
+
+HWND Application::nativeWindow(WindowId id)
+{
+    return id == WindowId::None ? nullptr : window(id).handle();
+}
+
+Size Application::windowSize(WindowId id)
+{
+    return id == WindowId::None ? m_options.windowSize : window(id).size();
+}
+
+void Application::resizeWindow(WindowId id, Size size)
+{
+    window(id).resize(size);
+}
+
+void Application::saveWindow(WindowId id, const std::string& file)
+{
+    writePng(window(id).grab(), file);
+}
+
+void Application::print(const std::string& line)
+{
+    std::printf("%s\n", line.c_str());
+    std::fflush(stdout);
+}
+
+void Application::fail(const std::string& line)
+{
+    std::fprintf(stderr, "zrhost: %s\n", line.c_str());
+    if (m_tolerant)
+        return;
+    m_status = 1;
+    quit();
+}
+
+void Application::quit()
+{
+    m_loop.quit();
+}
+
+void Application::post(std::function<void()> task)
+{
+    m_loop.post(std::move(task));
+}
+
+} // namespace zrhost

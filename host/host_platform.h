@@ -1,0 +1,83 @@
+// Services of the operating system that have nothing to do with windows or the event loop. One
+// implementation per system: host_platform_posix.cpp.
+#pragma once
+
+#include "picture.h"
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zrhost {
+
+/// Puts the process into a state in which program arguments, files and the terminal are UTF-8.
+/// Call first in main().
+void useUtf8Text();
+/// Converts UTF-8 to the local 8-bit encoding, as the module's `char*` texts expect it.
+[[nodiscard]] std::string toLocal8Bit(const std::string& utf8);
+
+/// @return why `file` cannot be opened for reading; empty when it can
+[[nodiscard]] std::string whyUnreadable(const std::string& file);
+/// Folder of the running program, without a separator at its end.
+[[nodiscard]] std::string programFolder();
+/// The places where the library may lie, best first, for a program in `folder`.
+[[nodiscard]] std::vector<std::string> libraryCandidates(const std::string& folder);
+
+/// True when the program's input is a terminal that this process may read from.
+[[nodiscard]] bool inputIsTerminal();
+
+/// Gives the calling thread the priority that the process was started with. `ZRScreen_Init`
+/// raises the GUI thread's, and threads and programs that it starts later inherit that.
+/// rememberStartPriority() must have run before.
+void rememberStartPriority();
+void restoreStartPriority();
+
+/// A loaded library; unloaded by the destructor. Use on the GUI thread.
+class DynamicLibrary
+{
+public:
+    /// @throws HostError
+    explicit DynamicLibrary(const std::string& file);
+    ~DynamicLibrary();
+    DynamicLibrary(const DynamicLibrary&) = delete;
+    DynamicLibrary& operator=(const DynamicLibrary&) = delete;
+
+    /// @return null when there is no such symbol
+    [[nodiscard]] void* symbol(const char* name) const;
+
+private:
+    void* m_handle = nullptr;
+};
+
+/// Ends the waiting of another thread.
+class StopSignal
+{
+public:
+    StopSignal();
+    ~StopSignal();
+    StopSignal(const StopSignal&) = delete;
+    StopSignal& operator=(const StopSignal&) = delete;
+
+    /// Any thread. There is no way back.
+    void raise();
+    /// @return false when the signal was raised before the time had come
+    [[nodiscard]] bool sleepUntil(std::chrono::steady_clock::time_point time) const;
+    /// For the system's own waits: readable once raised.
+    [[nodiscard]] int descriptor() const { return m_descriptor; }
+
+private:
+    int m_descriptor = -1;
+};
+
+/// Opens a file or a named pipe. A pipe that nobody writes to does not block the opening.
+/// @param stop must outlive the source @throws HostError
+[[nodiscard]] std::unique_ptr<ByteSource> openFile(const std::string& file, const StopSignal& stop);
+
+/// Starts a program, found like the shell finds it, and reads what it writes to its standard
+/// output. It reads nothing, and is ended when the source is destroyed.
+/// @param arguments the program's name first @throws HostError
+[[nodiscard]] std::unique_ptr<ByteSource> openProgram(const std::vector<std::string>& arguments,
+                                                      const StopSignal& stop);
+
+} // namespace zrhost

@@ -1,0 +1,388 @@
+#include "host_platform.h"
+
+#include "host_error.h"
+#include "zrhost_config.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <clocale>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <langinfo.h>
+#include <poll.h>
+#include <sched.h>
+#include <spawn.h>
+#include <sys/eventfd.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+
+extern char** environ;
+
+namespace zrhost {
+
+namespace {
+
+using std::chrono::steady_clock;
+
+std::string errorText(int error)
+{
+    return std::generic_category().message(error);
+}
+
+/// Owns a file descriptor.
+class Descriptor
+{
+public:
+    Descriptor() = default;
+    explicit Descriptor(int fd)
+        : m_fd(fd)
+    {
+    }
+    ~Descriptor() { reset(); }
+    Descriptor(Descriptor&& other) noexcept
+        : m_fd(std::exchange(other.m_fd, -1))
+    {
+    }
+    Descriptor& operator=(Descriptor&& other) noexcept
+    {
+        reset();
+        m_fd = std::exchange(other.m_fd, -1);
+        return *this;
+    }
+
+    [[nodiscard]] int get() const { return m_fd; }
+    void reset()
+    {
+        if (m_fd >= 0)
+            close(m_fd);
+        m_fd = -1;
+    }
+
+private:
+    int m_fd = -1;
+};
+
+struct Pipe
+{
+    Descriptor read;
+    Descriptor write;
+};
+
+Pipe makePipe()
+{
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0)
+        throw HostError("cannot make a pipe: " + errorText(errno));
+    return {Descriptor(ends[0]), Descriptor(ends[1])};
+}
+
+class FileSource : public ByteSource
+{
+public:
+    FileSource(const std::string& file, const StopSignal& stop)
+        : m_file(open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC))
+        , m_stop(stop)
+    {
+        if (m_file.get() < 0)
+            throw HostError("cannot read '" + file + "': " + errorText(errno));
+    }
+
+    std::size_t read(std::uint8_t* bytes, std::size_t size) override
+    {
+        while (true) {
+            std::array<pollfd, 2> waiting{
+                {{m_stop.descriptor(), POLLIN, 0}, {m_file.get(), POLLIN, 0}}};
+            if (poll(waiting.data(), waiting.size(), -1) < 0 && errno != EINTR)
+                throw HostError("cannot wait for data: " + errorText(errno));
+            if (waiting[0].revents != 0)
+                throw Stopped();
+            const ssize_t got = ::read(m_file.get(), bytes, size);
+            if (got >= 0)
+                return static_cast<std::size_t>(got);
+            if (errno != EINTR && errno != EAGAIN)
+                throw HostError("cannot read: " + errorText(errno));
+        }
+    }
+
+    bool rewind() override { return lseek(m_file.get(), 0, SEEK_SET) == 0; }
+    std::string endProblem() override { return {}; }
+
+private:
+    Descriptor m_file;
+    const StopSignal& m_stop;
+};
+
+class ProgramSource : public ByteSource
+{
+public:
+    ProgramSource(const std::vector<std::string>& arguments, const StopSignal& stop)
+        : m_name(arguments.front())
+        , m_stop(stop)
+    {
+        Pipe output = makePipe();
+        Pipe errors = makePipe();
+        start(arguments, output.write.get(), errors.write.get());
+        m_output = std::move(output.read);
+        m_errors = std::move(errors.read);
+        fcntl(m_errors.get(), F_SETFL, O_NONBLOCK);
+    }
+
+    ~ProgramSource() override
+    {
+        // Without its reader the program ends at its next write; the signals are for one that
+        // does not write.
+        m_output.reset();
+        m_errors.reset();
+        if (m_pid <= 0)
+            return;
+        kill(m_pid, SIGTERM);
+        for (int waits = 0; waits < 50; ++waits) {
+            if (waitpid(m_pid, nullptr, WNOHANG) != 0)
+                return;
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        kill(m_pid, SIGKILL);
+        waitpid(m_pid, nullptr, 0);
+    }
+
+    std::size_t read(std::uint8_t* bytes, std::size_t size) override
+    {
+        while (true) {
+            std::array<pollfd, 3> waiting{{{m_stop.descriptor(), POLLIN, 0},
+                                           {m_output.get(), POLLIN, 0},
+                                           {m_errors.get(), POLLIN, 0}}};
+            if (poll(waiting.data(), waiting.size(), -1) < 0 && errno != EINTR)
+                throw HostError("cannot wait for data: " + errorText(errno));
+            if (waiting[0].revents != 0)
+                throw Stopped();
+            if (waiting[2].revents != 0)
+                takeErrors();
+            if (waiting[1].revents == 0)
+                continue;
+            const ssize_t got = ::read(m_output.get(), bytes, size);
+            if (got >= 0)
+                return static_cast<std::size_t>(got);
+            if (errno != EINTR)
+                throw HostError("cannot read from " + m_name + ": " + errorText(errno));
+        }
+    }
+
+    bool rewind() override { return false; }
+
+    std::string endProblem() override
+    {
+        takeErrors();
+        int status = 0;
+        if (m_pid <= 0 || waitpid(m_pid, &status, 0) != m_pid)
+            return {};
+        m_pid = -1;
+        if (WIFEXITED(status) && WEXITSTATUS(status) == 0)
+            return {};
+        std::string problem = m_name + " failed";
+        if (const std::size_t end = m_firstError.find('\n'); end != 0 && !m_firstError.empty())
+            problem += ": " + m_firstError.substr(0, end);
+        return problem;
+    }
+
+private:
+    void start(const std::vector<std::string>& arguments, int output, int errors)
+    {
+        std::vector<char*> argv;
+        argv.reserve(arguments.size() + 1);
+        for (const std::string& argument : arguments)
+            argv.push_back(const_cast<char*>(argument.c_str()));
+        argv.push_back(nullptr);
+
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+        posix_spawn_file_actions_adddup2(&actions, errors, STDERR_FILENO);
+
+        // A process group of its own: Ctrl-C at the terminal is for the host alone, which then
+        // ends its programs in order.
+        posix_spawnattr_t attributes;
+        posix_spawnattr_init(&attributes);
+        sigset_t defaults;
+        sigemptyset(&defaults);
+        sigaddset(&defaults, SIGPIPE);
+        posix_spawnattr_setsigdefault(&attributes, &defaults);
+        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF);
+
+        const int error =
+            posix_spawnp(&m_pid, argv[0], &actions, &attributes, argv.data(), environ);
+        posix_spawnattr_destroy(&attributes);
+        posix_spawn_file_actions_destroy(&actions);
+        if (error != 0) {
+            m_pid = -1;
+            throw HostError("cannot start " + m_name + ": " + errorText(error));
+        }
+    }
+
+    /// Keeps the first line and drops the rest, so that the program never blocks on its errors.
+    void takeErrors()
+    {
+        constexpr std::size_t kMaxKept = 512;
+        std::array<char, 1024> bytes{};
+        while (m_errors.get() >= 0) {
+            const ssize_t got = ::read(m_errors.get(), bytes.data(), bytes.size());
+            if (got > 0 && m_firstError.size() < kMaxKept)
+                m_firstError.append(bytes.data(), static_cast<std::size_t>(got));
+            else if (got == 0)
+                m_errors.reset(); // closed: poll() ignores a negative descriptor
+            else if (got < 0 && errno != EINTR)
+                return;
+        }
+    }
+
+    std::string m_name;
+    const StopSignal& m_stop;
+    pid_t m_pid = -1;
+    Descriptor m_output;
+    Descriptor m_errors;
+    std::string m_firstError;
+};
+
+int g_startNice = 0;
+
+} // namespace
+
+void useUtf8Text()
+{
+    std::setlocale(LC_ALL, "");
+    if (std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0)
+        return;
+    // The environment too: the module's Qt reads it when it starts.
+    setenv("LC_ALL", "C.UTF-8", 1);
+    std::setlocale(LC_ALL, "");
+}
+
+std::string toLocal8Bit(const std::string& utf8)
+{
+    return utf8; // see useUtf8Text()
+}
+
+std::string whyUnreadable(const std::string& file)
+{
+    struct stat status
+    {
+    };
+    if (stat(file.c_str(), &status) != 0)
+        return errorText(errno);
+    if (S_ISDIR(status.st_mode))
+        return errorText(EISDIR);
+    return access(file.c_str(), R_OK) == 0 ? std::string() : errorText(errno);
+}
+
+std::string programFolder()
+{
+    std::array<char, 4096> path{};
+    const ssize_t size = readlink("/proc/self/exe", path.data(), path.size());
+    const std::string file(path.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
+    const std::size_t slash = file.rfind('/');
+    return slash == std::string::npos ? "." : file.substr(0, slash);
+}
+
+std::vector<std::string> libraryCandidates(const std::string& folder)
+{
+    // Beside the program, in the build tree, and where the install step puts it.
+    return {folder + "/libZRScreenMod.so.0", folder + "/../zrscreenmod/libZRScreenMod.so.0",
+            folder + "/../" ZRHOST_INSTALL_LIBDIR "/libZRScreenMod.so.0"};
+}
+
+bool inputIsTerminal()
+{
+    // Reading the terminal from the background would stop the process.
+    return isatty(STDIN_FILENO) == 1 && tcgetpgrp(STDIN_FILENO) == getpgrp();
+}
+
+void rememberStartPriority()
+{
+    errno = 0;
+    g_startNice = getpriority(PRIO_PROCESS, 0);
+}
+
+void restoreStartPriority()
+{
+    // On Linux both act on the calling thread alone. Lowering a priority needs no privilege, so
+    // there is nothing to report.
+    const sched_param parameters{};
+    sched_setscheduler(0, SCHED_OTHER, &parameters);
+    setpriority(PRIO_PROCESS, 0, g_startNice);
+}
+
+DynamicLibrary::DynamicLibrary(const std::string& file)
+    : m_handle(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL))
+{
+    if (!m_handle) {
+        const char* const reason = dlerror();
+        throw HostError("cannot load the library: " + std::string(reason ? reason : file));
+    }
+}
+
+DynamicLibrary::~DynamicLibrary()
+{
+    dlclose(m_handle);
+}
+
+void* DynamicLibrary::symbol(const char* name) const
+{
+    return dlsym(m_handle, name);
+}
+
+StopSignal::StopSignal()
+    : m_descriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+{
+    if (m_descriptor < 0)
+        throw HostError("cannot make an event: " + errorText(errno));
+}
+
+StopSignal::~StopSignal()
+{
+    close(m_descriptor);
+}
+
+void StopSignal::raise()
+{
+    // Can only fail when the counter is full, and then the signal is raised already.
+    eventfd_write(m_descriptor, 1);
+}
+
+bool StopSignal::sleepUntil(steady_clock::time_point time) const
+{
+    while (true) {
+        using std::chrono::nanoseconds;
+        const auto left = std::max(nanoseconds(time - steady_clock::now()), nanoseconds(0));
+        constexpr long long kNsPerSecond = 1'000'000'000;
+        const timespec timeout{static_cast<time_t>(left.count() / kNsPerSecond),
+                               static_cast<long>(left.count() % kNsPerSecond)};
+        pollfd waiting{m_descriptor, POLLIN, 0};
+        const int ready = ppoll(&waiting, 1, &timeout, nullptr);
+        if (ready > 0)
+            return false;
+        if (ready == 0)
+            return true;
+    }
+}
+
+std::unique_ptr<ByteSource> openFile(const std::string& file, const StopSignal& stop)
+{
+    return std::make_unique<FileSource>(file, stop);
+}
+
+std::unique_ptr<ByteSource> openProgram(const std::vector<std::string>& arguments,
+                                        const StopSignal& stop)
+{
+    return std::make_unique<ProgramSource>(arguments, stop);
+}
+
+} // namespace zrhost

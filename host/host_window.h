@@ -1,0 +1,55 @@
+// The host's native windows. One implementation per system: window_x11.cpp.
+#pragma once
+
+#include "stage.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zrhost {
+
+/// What a window shows: 8-bit RGB, rows without padding.
+struct RgbImage
+{
+    int width = 0;
+    int height = 0;
+    std::vector<std::uint8_t> data;
+};
+
+/// A top-level window. GUI thread; its functions are called from the event loop.
+class HostWindow
+{
+public:
+    struct Events
+    {
+        std::function<void(Size)> resized; ///< after the size has changed
+        std::function<void()> closed;      ///< the user asks to close it; nothing happens by itself
+    };
+
+    virtual ~HostWindow() = default;
+    [[nodiscard]] virtual HWND handle() const = 0;
+    [[nodiscard]] virtual Size size() const = 0;
+    virtual void resize(Size size) = 0;
+    /// Reads the part of the window that lies on the screen, its children included.
+    /// @throws HostError
+    [[nodiscard]] virtual RgbImage grab() const = 0;
+};
+
+/// The connection to the system's windows, served by the event loop of the GUI thread.
+class HostDisplay
+{
+public:
+    virtual ~HostDisplay() = default;
+    /// Makes a window and waits until it is visible. The display must outlive it.
+    /// @param title UTF-8 @throws HostError
+    [[nodiscard]] virtual std::unique_ptr<HostWindow>
+    makeWindow(const std::string& title, Size size, HostWindow::Events events) = 0;
+};
+
+/// Make it before the module is loaded. @throws HostError
+[[nodiscard]] std::unique_ptr<HostDisplay> openDisplay();
+
+} // namespace zrhost

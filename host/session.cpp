@@ -1,0 +1,230 @@
+#include "session.h"
+
+#include "host_error.h"
+#include "messages.h"
+#include "synthetic_picture.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace zrhost {
+
+namespace {
+
+Session* g_session = nullptr;
+
+/// Joining times of the participants lie this far apart.
+constexpr long long kJoinStepMs = 1000;
+
+VantrelRTCVideoFrameQT frameOf(const Picture& picture)
+{
+    VantrelRTCVideoFrameQT frame{};
+    frame.pData = picture.data.data();
+    frame.width = static_cast<std::uint32_t>(picture.width);
+    frame.height = static_cast<std::uint32_t>(picture.height);
+    return frame;
+}
+
+} // namespace
+
+Session::Session(const ScreenApi& api, Stage& stage, const Settings& settings)
+    : m_api(api)
+    , m_stage(stage)
+    , m_settings(settings)
+{
+    g_session = this;
+}
+
+Session::~Session()
+{
+    closeScreen();
+    g_session = nullptr;
+}
+
+void Session::openScreen(WindowId window)
+{
+    if (m_screen)
+        throw HostError("there is a screen already");
+    m_parent = window;
+    m_screen = m_api.Init(m_stage.nativeWindow(window), &Session::notify);
+    if (!m_screen)
+        throw HostError("ZRScreen_Init returned no screen");
+    fillWindow(m_stage.windowSize(window));
+}
+
+void Session::closeScreen()
+{
+    if (!m_screen)
+        return;
+    // The media threads first: no frame may be under way for a participant who is removed.
+    for (const auto& participant : m_people)
+        participant->media.reset();
+    while (!m_people.empty())
+        remove(*m_people.back());
+    m_api.Release(m_screen);
+    m_screen = nullptr;
+}
+
+void* Session::screen() const
+{
+    if (!m_screen)
+        throw HostError("there is no screen (use 'init')");
+    return m_screen;
+}
+
+Participant& Session::add(const std::string& id, const std::string& name, const SourceSpec& source,
+                          int delayMs)
+{
+    const auto taken = [&](const auto& participant) { return participant->id == id; };
+    if (std::any_of(m_people.begin(), m_people.end(), taken))
+        throw HostError("there is a participant '" + id + "' already");
+    source.checkFile();
+
+    auto added = std::make_unique<Participant>();
+    m_idsByNumber.push_back(id);
+    added->number = static_cast<int>(m_idsByNumber.size());
+    added->id = id;
+    added->name = name;
+    added->source = source;
+    std::string idBytes = id;
+    std::string nameBytes = name;
+    added->play =
+        m_api.AddPerson(screen(), idBytes.data(), nameBytes.data(), kJoinStepMs * added->number, 0,
+                        reinterpret_cast<void*>(static_cast<uintptr_t>(added->number)));
+    if (!added->play)
+        throw HostError("ZRScreen_AddPerson returned no participant for '" + id + "'");
+    Participant& participant = *m_people.emplace_back(std::move(added));
+    if (source.kind != SourceKind::None) {
+        m_api.SetMute(m_screen, participant.play, 0);
+        m_api.Preview(m_screen, participant.play, true);
+        startMedia(participant, delayMs);
+    }
+    return participant;
+}
+
+void Session::startMedia(Participant& participant, int delayMs)
+{
+    SyntheticSettings synthetic;
+    synthetic.number = participant.number;
+    synthetic.hue = participantHue(participant.number, m_settings.seed);
+    synthetic.size = m_settings.pictureSize;
+    synthetic.fps = m_settings.fps;
+
+    MediaThread::Work work;
+    work.delayMs = delayMs;
+    work.open = [source = participant.source, synthetic](const StopSignal& stop) {
+        return openSource(source, synthetic, stop);
+    };
+    work.deliver = [playFrame = m_api.PlayFrame, screen = m_screen,
+                    play = participant.play](const Picture& picture) {
+        VantrelRTCVideoFrameQT frame = frameOf(picture);
+        return playFrame(screen, play, &frame) != 0;
+    };
+    work.ended = [this, number = participant.number](const std::string& problem) {
+        m_stage.post([this, number, problem] { onSourceEnded(number, problem); });
+    };
+    participant.media = std::make_unique<MediaThread>(std::move(work));
+}
+
+void Session::onSourceEnded(int number, const std::string& problem)
+{
+    for (const auto& participant : m_people) {
+        if (participant->number != number)
+            continue;
+        const std::string what =
+            "source of " + participant->id + " (" + participant->source.toText() + ")";
+        if (problem.empty())
+            m_stage.print(what + " has ended");
+        else
+            m_stage.fail(what + ": " + problem);
+    }
+}
+
+void Session::remove(Participant& participant)
+{
+    participant.media.reset();
+    m_api.DelPerson(m_screen, participant.play, false);
+    const auto same = [&](const auto& other) { return other.get() == &participant; };
+    m_people.erase(std::find_if(m_people.begin(), m_people.end(), same));
+}
+
+Participant& Session::person(const std::string& name)
+{
+    for (const auto& participant : m_people) {
+        if (participant->id == name)
+            return *participant;
+    }
+    for (const auto& participant : m_people) {
+        if (std::to_string(participant->number) == name || participant->name == name)
+            return *participant;
+    }
+    throw HostError("there is no participant '" + name + "'");
+}
+
+int Session::deliverOne(Participant& participant, Size size)
+{
+    SyntheticSource source(participant.number, participantHue(participant.number, m_settings.seed),
+                           size, m_settings.fps);
+    Picture picture;
+    if (!source.next(picture))
+        return 0;
+    VantrelRTCVideoFrameQT frame = frameOf(picture);
+    return m_api.PlayFrame(screen(), participant.play, &frame);
+}
+
+int Session::publishInfo(const Participant& participant)
+{
+    std::string name = participant.name;
+    return m_api.SetPersonInfo(screen(), participant.play, participant.self, participant.role,
+                               name.data(), participant.identity);
+}
+
+void Session::setParent(WindowId window)
+{
+    m_parent = window;
+    m_api.SetParent(screen(), m_stage.nativeWindow(window));
+    if (window != WindowId::None)
+        fillWindow(m_stage.windowSize(window));
+}
+
+void Session::onWindowResized(WindowId window, Size size)
+{
+    if (m_screen && window == m_parent)
+        fillWindow(size);
+}
+
+void Session::fillWindow(Size size)
+{
+    tagRECT all{};
+    all.right = size.width;
+    all.bottom = size.height;
+    m_api.MoveWindow(m_screen, &all, 0);
+}
+
+void Session::printStatistics()
+{
+    for (const auto& participant : m_people) {
+        if (participant->media)
+            m_stage.print(participant->id + ": " + std::to_string(participant->media->delivered())
+                          + " frames delivered, " + std::to_string(participant->media->refused())
+                          + " refused");
+    }
+}
+
+std::string Session::nameOfHostValue(long long value) const
+{
+    if (value < 1 || value > static_cast<long long>(m_idsByNumber.size()))
+        return {};
+    return m_idsByNumber[static_cast<std::size_t>(value) - 1];
+}
+
+int Session::notify(unsigned long message, unsigned long long wParam, long long lParam)
+{
+    if (g_session)
+        g_session->m_stage.print(describeMessage(message, wParam, lParam, [](long long value) {
+            return g_session->nameOfHostValue(value);
+        }));
+    return 0;
+}
+
+} // namespace zrhost

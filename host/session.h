@@ -1,0 +1,96 @@
+// The meeting as the host sees it: its participants and the screen that shows them.
+#pragma once
+
+#include "media_source.h"
+#include "media_thread.h"
+#include "screen_api.h"
+#include "stage.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zrhost {
+
+struct Participant
+{
+    int number = 0; ///< 1, 2, ... in the order of joining, never used again; also the host value
+    std::string id;
+    std::string name;
+    SourceSpec source;
+    void* play = nullptr; ///< the module's play handle
+    int role = 0;         ///< as in ZRScreen_SetPersonInfo
+    bool self = false;
+    int identity = 0;
+    std::unique_ptr<MediaThread> media; ///< null without a source
+};
+
+/// Everything but the media threads runs on the GUI thread. At most one session exists at a time:
+/// the module's notification function has no argument of the host's own.
+class Session
+{
+public:
+    struct Settings
+    {
+        unsigned seed = 1;
+        Size pictureSize{640, 360}; ///< of synthetic pictures
+        double fps = 25;            ///< of synthetic pictures
+    };
+
+    /// Both references must outlive the session.
+    Session(const ScreenApi& api, Stage& stage, const Settings& settings);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    /// Creates the screen and lets it fill `window`. @throws HostError
+    void openScreen(WindowId window);
+    /// Removes the participants and releases the screen; nothing without a screen.
+    void closeScreen();
+    [[nodiscard]] bool hasScreen() const { return m_screen != nullptr; }
+    /// @throws HostError without a screen
+    [[nodiscard]] void* screen() const;
+
+    /// Adds a participant whose pictures begin after `delayMs`, and reports an open microphone
+    /// and an open stream. @throws HostError for an id that is taken, or an unreadable file
+    Participant& add(const std::string& id, const std::string& name, const SourceSpec& source,
+                     int delayMs = 0);
+    void remove(Participant& participant);
+    /// Finds a participant by id, number or name. @throws HostError
+    [[nodiscard]] Participant& person(const std::string& name);
+    /// Delivers one synthetic picture on the calling thread.
+    [[nodiscard]] int deliverOne(Participant& participant, Size size);
+    /// Reports the participant's role and name as they are now recorded.
+    int publishInfo(const Participant& participant);
+
+    void setParent(WindowId window);
+    [[nodiscard]] WindowId parent() const { return m_parent; }
+    /// The window has another size: the screen fills it again.
+    void onWindowResized(WindowId window, Size size);
+
+    [[nodiscard]] const ScreenApi& api() const { return m_api; }
+    [[nodiscard]] Stage& stage() { return m_stage; }
+    [[nodiscard]] const std::vector<std::unique_ptr<Participant>>& people() const
+    {
+        return m_people;
+    }
+    /// Prints how many pictures each participant delivered.
+    void printStatistics();
+
+private:
+    static int notify(unsigned long message, unsigned long long wParam, long long lParam);
+    void startMedia(Participant& participant, int delayMs);
+    void onSourceEnded(int number, const std::string& problem);
+    void fillWindow(Size size);
+    [[nodiscard]] std::string nameOfHostValue(long long value) const;
+
+    const ScreenApi& m_api;
+    Stage& m_stage;
+    Settings m_settings;
+    void* m_screen = nullptr;
+    WindowId m_parent = WindowId::Main;
+    std::vector<std::unique_ptr<Participant>> m_people;
+    std::vector<std::string> m_idsByNumber; ///< also of those who have left: messages come late
+};
+
+} // namespace zrhost

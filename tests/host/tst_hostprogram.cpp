@@ -1,0 +1,226 @@
+// The built program, started as its users start it: exit status, output, time.
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <csignal>
+
+namespace {
+
+struct Result
+{
+    int status = -1; ///< -1: did not end in time, or crashed
+    QString output;
+    QString errors;
+};
+
+} // namespace
+
+class TestHostProgram : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void failures_data();
+    void failures();
+    void helpListsEverything();
+    void aRunInOrder();
+    void sameSeedSameRun();
+    void typedCommands();
+    void inputIsLeftAlone();
+    void signalsEndTheRun_data();
+    void signalsEndTheRun();
+
+private:
+    void start(QProcess& process, const QStringList& arguments);
+    Result run(const QStringList& arguments, const QByteArray& input = {});
+    QString path(const char* name) const { return m_folder.filePath(QLatin1String(name)); }
+    void write(const char* name, const QByteArray& bytes)
+    {
+        QFile file(path(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+    /// A run without a window on the stand-in module.
+    QStringList headless(const QStringList& more) const
+    {
+        return QStringList{"--headless", "--library", ZRHOST_FAKE_LIBRARY} + more;
+    }
+
+    QTemporaryDir m_folder;
+};
+
+void TestHostProgram::initTestCase()
+{
+    write("empty.y4m", "");
+    write("garbage.mp4", QByteArray(5000, 'x'));
+    write("cut.y4m", "YUV4MPEG2 W2 H2 F50:1\nFRAME\nabcdefFRAME\nab");
+    write("good.y4m", "YUV4MPEG2 W2 H2 F50:1\nFRAME\nabcdef");
+    write("unknown.txt", "0 add alice none\n1 dance alice\n");
+    write("absent.txt", "0 mute alice on\n");
+}
+
+void TestHostProgram::start(QProcess& process, const QStringList& arguments)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("FAKESCREEN_PRINT", "1");
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(ZRHOST_PROGRAM), arguments);
+}
+
+Result TestHostProgram::run(const QStringList& arguments, const QByteArray& input)
+{
+    QProcess process;
+    start(process, arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    Result result;
+    if (!process.waitForFinished(20000)) {
+        process.kill();
+        process.waitForFinished();
+    } else if (process.exitStatus() == QProcess::NormalExit) {
+        result.status = process.exitCode();
+    }
+    result.output = QString::fromUtf8(process.readAllStandardOutput());
+    result.errors = QString::fromUtf8(process.readAllStandardError());
+    return result;
+}
+
+void TestHostProgram::failures_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("line"); // part of the one line on the error output
+    const auto source = [this](const QString& kind, const char* name) {
+        return headless({"--duration", "10", "--source", "1=" + kind + ":" + path(name)});
+    };
+    QTest::newRow("unknown option") << QStringList{"--colour"} << 2 << "unknown option '--colour'";
+    QTest::newRow("wrong value") << QStringList{"--mode", "15"} << 2 << "--mode: '15'";
+    QTest::newRow("no library") << QStringList{"--headless", "--library", "/nonexistent.so"} << 1
+                                << "cannot load the library '/nonexistent.so'";
+    QTest::newRow("not a library") << QStringList{"--headless", "--library", path("garbage.mp4")}
+                                   << 1 << "cannot load the library";
+    QTest::newRow("another library")
+        << QStringList{"--headless", "--library", "/lib/x86_64-linux-gnu/libc.so.6"} << 1
+        << "the library does not export ZRScreen_Init, ";
+    QTest::newRow("source missing") << source("y4m", "nowhere") << 1 << "cannot read";
+    QTest::newRow("source empty") << source("y4m", "empty.y4m") << 1 << "the stream is empty";
+    QTest::newRow("source truncated")
+        << source("y4m", "cut.y4m") << 1 << "truncated frame 2: 2 of 6 bytes";
+    QTest::newRow("source of another kind")
+        << source("y4m", "garbage.mp4") << 1 << "not a YUV4MPEG2 stream";
+    QTest::newRow("video garbage") << source("video", "garbage.mp4") << 1 << "ffmpeg failed: ";
+    QTest::newRow("scenario missing")
+        << headless({"--scenario", path("nowhere")}) << 1 << "cannot read";
+    QTest::newRow("unknown command") << headless({"--scenario", path("unknown.txt")}) << 1
+                                     << "unknown.txt:2: unknown command 'dance'";
+    QTest::newRow("command for nobody") << headless({"--scenario", path("absent.txt")}) << 1
+                                        << "absent.txt:1: there is no participant 'alice'";
+    QTest::newRow("screenshot without window")
+        << headless({"--screenshot", "a.png"}) << 2 << "--screenshot needs a window";
+}
+
+void TestHostProgram::failures()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, line);
+    const Result result = run(arguments);
+    QVERIFY2(result.errors.contains(line), qPrintable(result.errors));
+    QCOMPARE(result.errors.count(QLatin1Char('\n')), 1);
+    QVERIFY(result.errors.startsWith(QLatin1String("zrhost: ")));
+    QTEST(result.status, "status");
+}
+
+void TestHostProgram::helpListsEverything()
+{
+    const Result result = run({"--help"});
+    QCOMPARE(result.status, 0);
+    for (const char* text :
+         {"--scenario FILE", "--source [N=]SOURCE", "video:FILE", "mute WHO on|off",
+          "share pause on|off", "role WHO none|host|admin [IDENTITY]"})
+        QVERIFY2(result.output.contains(QLatin1String(text)), text);
+}
+
+void TestHostProgram::aRunInOrder()
+{
+    write("run.txt", "0.1 add alice y4m:" + path("good.y4m").toUtf8()
+                         + " 李娜\n+0.3 mute alice on\nwait 0.1\nquit\n");
+    const Result result = run(headless({"--mode", "12", "--scenario", path("run.txt")}));
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.status, 0);
+    QStringList calls;
+    for (const QString& line : result.output.split('\n'))
+        if (line.startsWith(QLatin1String("call ")))
+            calls << line.mid(5);
+    QCOMPARE(calls, (QStringList{"Init()", "MoveWindow(0 0 1280 720)", "ChangeLayout(12, )",
+                                 "JoinMeetingFinish(1)", "AddPerson(alice, 李娜, 1000)",
+                                 "SetMute(alice, 0)", "Preview(alice, 1)", "SetMute(alice, 1)",
+                                 "DelPerson(alice)", "Release(0)"}));
+    QVERIFY(result.output.contains("message ZRMSG_VIDEO_SHOWN person=0x10 hostValue=alice"));
+    QVERIFY(QRegularExpression("alice: [1-9]\\d* frames delivered, 0 refused")
+                .match(result.output)
+                .hasMatch());
+}
+
+void TestHostProgram::sameSeedSameRun()
+{
+    const auto frameOrder = [this](const QString& seed) {
+        return run(headless({"--participants", "3", "--duration", "0.2", "--seed", seed})).output;
+    };
+    // The number of frames differs from run to run; everything else does not.
+    const auto calls = [](const QString& output) {
+        return output.split('\n').filter(QStringLiteral("call "));
+    };
+    const QStringList first = calls(frameOrder("5"));
+    QCOMPARE(first.size(), 4 + 3 * 3 + 3 + 1 - 0);
+    QCOMPARE(calls(frameOrder("5")), first);
+}
+
+void TestHostProgram::typedCommands()
+{
+    const Result good = run(headless({"--participants", "0", "--interactive"}),
+                            "# hello\nadd alice none\nwait 0.2\nmute alice on\nquit");
+    QCOMPARE(good.errors, QString());
+    QCOMPARE(good.status, 0);
+    QVERIFY(good.output.contains("call SetMute(alice, 1)"));
+
+    const Result bad = run(headless({"--participants", "0", "--interactive"}), "dance\n");
+    QCOMPARE(bad.errors, QStringLiteral("zrhost: unknown command 'dance'\n"));
+    QCOMPARE(bad.status, 1);
+}
+
+void TestHostProgram::inputIsLeftAlone()
+{
+    // Input that is no terminal is not read, and its end does not end the run.
+    const Result result = run(headless({"--participants", "0", "--duration", "0.3"}), "dance\n");
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.status, 0);
+    QVERIFY(result.output.contains("call Release(0)"));
+}
+
+void TestHostProgram::signalsEndTheRun_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGTERM") << SIGTERM;
+}
+
+void TestHostProgram::signalsEndTheRun()
+{
+    QFETCH(int, number);
+    QProcess process;
+    start(process, headless({"--participants", "2"}));
+    QByteArray output;
+    QTRY_VERIFY((output += process.readAllStandardOutput()).contains("JoinMeetingFinish"));
+    QCOMPARE(kill(pid_t(process.processId()), number), 0);
+    QVERIFY(process.waitForFinished(10000));
+    output += process.readAllStandardOutput();
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+    QVERIFY2(output.contains("call Release(0)"), output.constData());
+}
+
+QTEST_GUILESS_MAIN(TestHostProgram)
+#include "tst_hostprogram.moc"
