@@ -347,12 +347,16 @@ bool isReadable(const void* p, std::size_t size)
     if (size == 0)
         return true;
     const std::uintptr_t last = begin + size - 1;
-    if (!isWordReadable(begin) || !isWordReadable(last))
+    const std::uintptr_t page = pageSize();
+    if (!isWordReadable(begin))
+        return false;
+    if (begin / page == last / page)
+        return true; // what is protected is protected by pages
+    if (!isWordReadable(last))
         return false;
     constexpr std::size_t kProbeEveryPageUpTo = 64 * 1024;
     if (size > kProbeEveryPageUpTo)
         return true;
-    const std::uintptr_t page = pageSize();
     for (std::uintptr_t at = (begin | (page - 1)) + 1; at < last; at += page) {
         if (!isWordReadable(at))
             return false;
