@@ -193,9 +193,20 @@ int collectLoadedObject(dl_phdr_info* info, std::size_t, void* names)
     return 0;
 }
 
+/// The object that holds this code.
+bool isThisModule(const std::string& path)
+{
+    Dl_info self{};
+    return dladdr(reinterpret_cast<const void*>(&collectLoadedObject), &self) != 0
+           && path == self.dli_fname;
+}
+
 /// Qt, what Qt loads as a plugin, X11 and the GL drivers. What these depend on stays with them.
 bool mustStayLoaded(const std::string& path)
 {
+    // Qt also looks for plugins next to the program, where the module may lie.
+    if (isThisModule(path))
+        return false;
     const std::string name = path.substr(path.rfind('/') + 1);
     for (const char* prefix : {"libQt5", "libGL", "libEGL", "libOpenGL", "libgallium", "libX11",
                                "libxcb", "libglib-2.0"}) {
