@@ -13,6 +13,6 @@ cmake --build "$build" --target zr_bench
 log=$build/bench/zr_bench.log
 status=0
 xvfb-run -a -s "-screen 0 1920x1080x24 -nolisten tcp" \
-    "$build/bench/zr_bench" --benchmark_counters_tabular=false "$@" 2>"$log" || status=$?
+    "$build/bench/zr_bench" "$@" 2>"$log" || status=$?
 [ "$status" -eq 0 ] || { echo "status $status; the log is $log" >&2; tail -n 3 "$log" >&2; }
 exit "$status"
