@@ -54,7 +54,7 @@ int record(const char* name, const void* screen, const Args&... args)
 {
     const std::lock_guard<std::mutex> lock(g_mutex);
     std::string call = std::string(name) + "(";
-    const char* separator = "";
+    [[maybe_unused]] const char* separator = ""; // not used without arguments
     ((call += separator + show(args), separator = ", "), ...);
     call += ")";
     if (screen != &g_screen)
@@ -84,6 +84,12 @@ std::vector<std::string> takeFakeFrames()
 {
     const std::lock_guard<std::mutex> lock(g_mutex);
     return std::exchange(g_frames, {});
+}
+
+std::size_t fakeFrameCount()
+{
+    const std::lock_guard<std::mutex> lock(g_mutex);
+    return g_frames.size();
 }
 
 void* fakeExport(const std::string& name)

@@ -10,6 +10,7 @@
 [[nodiscard]] std::vector<std::string> takeFakeCalls();
 /// Size and first byte of each frame since the last look, as "alice 640x360 235".
 [[nodiscard]] std::vector<std::string> takeFakeFrames();
+[[nodiscard]] std::size_t fakeFrameCount();
 /// The stand-in's exports; null for an unknown name.
 [[nodiscard]] void* fakeExport(const std::string& name);
 /// The function that the host gave to ZRScreen_Init.

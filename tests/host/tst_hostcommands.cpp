@@ -39,8 +39,13 @@ public:
     }
     void holdCommands(int ms) override { note("hold " + std::to_string(ms)); }
 
-    /// Runs what media threads have posted. @return whether there was any
-    bool runTasks()
+    bool hasTasks()
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return !m_tasks.empty();
+    }
+    /// Runs what media threads have posted.
+    void runTasks()
     {
         std::vector<std::function<void()>> tasks;
         {
@@ -49,7 +54,6 @@ public:
         }
         for (const auto& task : tasks)
             task();
-        return !tasks.empty();
     }
     QStringList take() { return std::exchange(m_notes, {}); }
 
@@ -269,9 +273,9 @@ void TestHostCommands::framesCarryThePicture()
     run("frame alice 33x17");
     QCOMPARE(takeFakeFrames(), std::vector<std::string>{"alice 33x17 235"});
     run("add carol synthetic@64x36/100");
-    std::vector<std::string> frames;
-    QTRY_VERIFY(!(frames = takeFakeFrames()).empty());
-    QCOMPARE(frames.front(), std::string("carol 64x36 235"));
+    // The condition of QTRY_VERIFY is evaluated more often than it succeeds: it must take nothing.
+    QTRY_VERIFY(fakeFrameCount() > 0);
+    QCOMPARE(takeFakeFrames().front(), std::string("carol 64x36 235"));
 }
 
 void TestHostCommands::theScreenFollowsItsWindow()
@@ -291,7 +295,7 @@ void TestHostCommands::leavingIsOrderly()
 {
     run("add carol synthetic@64x36/200");
     run("add dave synthetic@64x36/200");
-    QTRY_VERIFY(!takeFakeFrames().empty());
+    QTRY_VERIFY(fakeFrameCount() > 0);
     run("delete carol");
     (void)takeFakeFrames();
     QTest::qWait(50);
@@ -318,7 +322,8 @@ void TestHostCommands::sourcesThatEndAreReported()
     file.write("GIF89a, no stream");
     file.close();
     run("add carol \"y4m:" + file.fileName() + "\"");
-    QTRY_VERIFY(m_stage.runTasks());
+    QTRY_VERIFY(m_stage.hasTasks());
+    m_stage.runTasks();
     QCOMPARE(m_stage.take().last(),
              "FAIL source of carol (y4m:" + file.fileName() + "): not a YUV4MPEG2 stream");
 }

@@ -236,8 +236,9 @@ void TestHostMedia::drawingsMove()
         QCOMPARE(first.width, size.width);
         QCOMPARE(first.data.size(), Picture::byteCount(size.width, size.height));
         QCOMPARE(second.data.size(), first.data.size());
-        if (size.width > 1)
-            QVERIFY(first.data != second.data);
+        if (size.width == 1)
+            continue; // nothing but the ball fits
+        QVERIFY(first.data != second.data);
         // The frame line at the edge, white, is there from the first pixel.
         QCOMPARE(int(first.data[0]), 235);
     }

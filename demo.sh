@@ -1,0 +1,85 @@
+#!/bin/bash
+# Builds the module and shows a meeting with it. Arguments go to the demonstration host:
+#     ./demo.sh                              the prepared meeting of six
+#     ./demo.sh --mode 1 --participants 4    a meeting of your own
+#     ./demo.sh --help                       all options and commands
+# Without a display it runs on a virtual one and leaves the picture demo.png.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
+
+preset=linux
+host=build/$preset/host/zrhost
+log=build/demo.log
+footage_package=python3-imageio
+mkdir -p build
+
+# The footage is a video that Debian ships inside a package; the package is unpacked, not installed.
+find_footage() {
+    find build/footage -name cockatoo.mp4 -size +0 -print -quit 2>/dev/null || true
+}
+
+fetch_footage() {
+    mkdir -p build/footage
+    (
+        cd build/footage
+        # A folder that apt's own user cannot write to is no problem worth a warning.
+        download=(apt-get -q -o APT::Sandbox::User="$(id -un)" download "$footage_package")
+        if ! "${download[@]}"; then
+            as_root=()
+            ((EUID == 0)) || as_root=(sudo -n)
+            "${as_root[@]}" apt-get -q update && "${download[@]}"
+        fi
+        dpkg -x "$footage_package"_*.deb .
+    ) >"$log" 2>&1
+}
+
+build() {
+    cmake --preset "$preset" && cmake --build --preset "$preset" --target zrhost
+}
+
+packaging/install-dependencies.sh
+
+echo "Building (the first time takes a few minutes) ..."
+build >"$log" 2>&1 </dev/null || {
+    tail -n 40 "$log" >&2
+    echo "The build failed; all of its output is in $log." >&2
+    exit 1
+}
+
+footage=$(find_footage)
+if [[ -z $footage ]]; then
+    echo "Fetching footage (Debian's $footage_package) ..."
+    fetch_footage </dev/null || true
+    footage=$(find_footage)
+fi
+if [[ -z $footage ]]; then
+    echo "The footage could not be fetched ($log): drawn pictures take its place."
+fi
+
+# The real footage of a participant, at a size; a drawn picture where there is none.
+footage_source() {
+    [[ -n $footage ]] && echo "video@$1:$footage" || echo "synthetic@$1"
+}
+
+arguments=(--names "王小明,Alice Johnson,李娜,Bob Smith,Zoë Müller,陈思远")
+if (($# == 0)); then
+    arguments+=(--size 1280x720 --scenario host/demo.scenario
+        --source "1=$(footage_source 1280x720)" --source "4=$(footage_source 320x180)")
+elif [[ " $* " != *" --source"* && " $* " != *" --scenario"* && " $* " != *" --participants 0 "* ]]; then
+    arguments+=(--source "1=$(footage_source 1280x720)")
+fi
+
+if [[ -n ${DISPLAY:-} || " $* " == *" --help "* || " $* " == *" --headless "* ]]; then
+    echo "Starting the meeting ..."
+    exec "$host" "${arguments[@]}" "$@"
+fi
+
+echo "There is no display: the meeting runs on a virtual one for some seconds."
+rm -f demo.png
+xvfb-run -a -s "-screen 0 1920x1080x24 -nolisten tcp" \
+    "$host" "${arguments[@]}" --duration 12 --screenshot demo.png "$@" >"$log" 2>&1 </dev/null || {
+    tail -n 20 "$log" >&2
+    echo "The demonstration failed; all of its output is in $log." >&2
+    exit 1
+}
+echo "The meeting's last picture is in demo.png; its messages are in $log."

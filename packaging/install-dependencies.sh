@@ -1,0 +1,53 @@
+#!/bin/bash
+# Installs the Debian packages that building, testing and demonstrating need and that are missing.
+# The one list of them: demo.sh and test.sh call this script. With --list it prints the list.
+set -euo pipefail
+
+packages=(
+    # build
+    g++ cmake ninja-build ccache pkg-config
+    qtbase5-dev libqt5x11extras5-dev libqt5svg5-dev libxcb1-dev libgl1-mesa-dri
+    # demonstration host
+    libglib2.0-dev libx11-dev libpng-dev ffmpeg fonts-noto-cjk
+    # virtual display
+    xvfb xauth
+    # tests, benchmarks and checks
+    libxtst-dev libbenchmark-dev clang clang-format clang-tidy python3
+)
+
+if [[ ${1:-} == --list ]]; then
+    printf '%s\n' "${packages[@]}"
+    exit
+fi
+
+missing=()
+for package in "${packages[@]}"; do
+    state=$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null || true)
+    [[ $state == installed ]] || missing+=("$package")
+done
+if ((${#missing[@]} == 0)); then
+    exit
+fi
+
+as_root=()
+if ((EUID != 0)); then
+    if ! command -v sudo >/dev/null; then
+        echo "These packages are missing, and installing them needs root: ${missing[*]}" >&2
+        exit 1
+    fi
+    as_root=(sudo)
+fi
+as_root+=(env DEBIAN_FRONTEND=noninteractive)
+
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+# Prints what a command said only when it fails.
+quietly() {
+    "$@" >"$log" 2>&1 </dev/null && return
+    cat "$log" >&2
+    return 1
+}
+
+echo "Installing ${#missing[@]} packages: ${missing[*]}"
+quietly "${as_root[@]}" apt-get -q update
+quietly "${as_root[@]}" apt-get -q -y --no-install-recommends install "${missing[@]}"
