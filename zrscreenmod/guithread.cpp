@@ -4,6 +4,7 @@
 #include <QDebug>
 #include <QEvent>
 #include <QObject>
+#include <QThread>
 
 #include <algorithm>
 #include <atomic>
@@ -13,7 +14,6 @@
 #include <exception>
 #include <memory>
 #include <mutex>
-#include <thread>
 #include <utility>
 
 namespace {
@@ -103,11 +103,14 @@ public:
     std::condition_variable drainWakened; ///< with wakeCount and waitedFor
 };
 
-// Everything here is trivially destructible: a thread that comes late, while the process ends or
-// the module is unloaded, still finds it in order.
+// All of it is initialised at compile time and needs no destructor: the library entry may run
+// before the module's dynamic initialisers, and a thread that comes late, while the process ends,
+// still finds it in order.
 std::mutex g_lock;
 Receiver* g_receiver = nullptr; // guarded by g_lock
-std::atomic<std::thread::id> g_guiThread{std::thread::id()};
+// Kept from a shutdown during which it was in use. Only written: a leak checker reads it.
+std::atomic<Receiver*> g_leftBehind{nullptr};
+std::atomic<Qt::HANDLE> g_guiThread{nullptr};
 std::atomic<int> g_drainers{0};
 
 void forget(const TaskPtr& task)
@@ -144,7 +147,7 @@ void GuiThread::init()
     if (g_receiver)
         return;
     g_receiver = new Receiver;
-    g_guiThread = std::this_thread::get_id();
+    g_guiThread = QThread::currentThreadId();
 }
 
 void GuiThread::shutdown()
@@ -163,18 +166,19 @@ void GuiThread::shutdown()
     constexpr std::chrono::seconds kLeaveTimeout(1);
     const bool allGone = receiver->callersGone.wait_for(
         lock, kLeaveTimeout, [receiver] { return receiver->callers == 0; });
-    g_guiThread = std::thread::id();
+    const bool onGuiThread = isCurrent();
+    g_guiThread = nullptr;
     lock.unlock();
     QCoreApplication::removePostedEvents(receiver);
-    if (allGone)
+    if (allGone && onGuiThread)
         delete receiver;
     else
-        qWarning() << "a thread still waits for the GUI thread";
+        g_leftBehind = receiver;
 }
 
 bool GuiThread::isCurrent()
 {
-    return g_guiThread.load() == std::this_thread::get_id();
+    return g_guiThread.load() == QThread::currentThreadId();
 }
 
 bool GuiThread::run(std::function<void()> work, int timeoutMs)

@@ -19,7 +19,8 @@ public:
     static void init();
 
     /// Takes no more work, drops what has not begun and lets every waiting thread go with a
-    /// refusal. Must come before the application object is deleted. GUI thread.
+    /// refusal. Must come before the application object is deleted. GUI thread; at the end of the
+    /// process also another one.
     static void shutdown();
 
     /// True on the GUI thread; false everywhere before init() and after shutdown(). Any thread.
