@@ -17,7 +17,9 @@ function(_zr_add_test name)
 endfunction()
 
 function(_zr_test_properties name timeoutS)
-  set_tests_properties(${name} PROPERTIES TIMEOUT ${timeoutS})
+  # QtTest prints a warning so when no QTest::ignoreMessage expects it.
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${timeoutS}
+    FAIL_REGULAR_EXPRESSION "QWARN  :;QSYSTEM:")
   if(ZR_SANITIZE MATCHES "address")
     set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
       "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")

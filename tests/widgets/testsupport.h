@@ -1,0 +1,34 @@
+// Shared by the widget tests.
+#pragma once
+
+#include <QApplication>
+#include <QtTest>
+
+#include <vector>
+
+namespace zrtest {
+
+/// Runs a test object in an application set up as the module sets up its own. Every warning is
+/// printed: one that no QTest::ignoreMessage expects fails the test (see zr_add_widget_test).
+template<typename TestObject>
+int runWidgetTest(int argc, char** argv)
+{
+    QCoreApplication::setAttribute(Qt::AA_DisableHighDpiScaling);
+    QApplication application(argc, argv);
+    // Debug lines count as well, and QtTest stops printing after 2000.
+    std::vector<char*> arguments(argv, argv + argc);
+    char option[] = "-maxwarnings";
+    char unlimited[] = "0";
+    arguments.push_back(option);
+    arguments.push_back(unlimited);
+    TestObject test;
+    return QTest::qExec(&test, static_cast<int>(arguments.size()), arguments.data());
+}
+
+} // namespace zrtest
+
+#define ZR_WIDGET_TEST_MAIN(TestObject)                                                            \
+    int main(int argc, char** argv)                                                                \
+    {                                                                                              \
+        return zrtest::runWidgetTest<TestObject>(argc, argv);                                      \
+    }
