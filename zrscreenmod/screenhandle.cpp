@@ -118,9 +118,12 @@ void ST_ZRScreenHdl::setPlayUserName(const void* pPlay, const QString& userName)
 
 ScreenRef::ScreenRef(void* hScreen)
 {
-    const std::shared_lock<std::shared_mutex> lock(s_screensLock);
-    if (s_screens.count(hScreen) == 0)
+    std::shared_lock<std::shared_mutex> lock(s_screensLock);
+    if (s_screens.count(hScreen) == 0) {
+        lock.unlock(); // a message handler may be anybody's
+        qDebug() << "IsVaildScreenHandle failed";
         return;
+    }
     m_screen = static_cast<ST_ZRScreenHdl*>(hScreen);
     m_screen->pins.fetch_add(1);
     m_bGuiThread = GuiThread::isCurrent();

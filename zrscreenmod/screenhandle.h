@@ -69,7 +69,8 @@ private:
     std::unordered_map<const void*, IssuedPlay> m_mapPlay;
 };
 
-/// A screen handle that was checked, kept alive for the duration of one call. Any thread.
+/// A screen handle that was checked, kept alive for the duration of one call. An invalid one is
+/// logged. Any thread.
 class ScreenRef
 {
 public:

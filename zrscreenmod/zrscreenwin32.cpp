@@ -92,8 +92,12 @@ void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName, lo
         const ScreenRef screen(hScreen);
         const auto id = readUtf8(userId);
         const auto givenName = readUtf8(userName);
-        if (!screen || !userId || !id || !givenName)
+        if (!screen || !id || !givenName)
             return nullptr;
+        if (!userId) {
+            qDebug() << "userId == nullptr failed";
+            return nullptr;
+        }
         const QString name = isShareScreenId(*id) ? QString() : *givenName;
         ST_ZRPlayHdl* play = screen->issuePlay(*id, name);
         bool bound = false;
@@ -146,10 +150,8 @@ int ZR_CALL ZRScreen_PlayFrame(void* hScreen, void* pPlay, void* pWin32Frame)
 {
     return guarded(0, [&] {
         const ScreenRef screen(hScreen);
-        if (!screen) {
-            qDebug() << "IsVaildScreenHandle failed";
+        if (!screen)
             return 0;
-        }
         if (!pPlay) {
             qDebug() << "hPlay == nullptr failed";
             return 0;
