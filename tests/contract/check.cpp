@@ -68,5 +68,6 @@ int main(int argc, char** argv)
         ++ran;
     }
     std::printf("%d cases, %d failures\n", ran, g_failures.load());
+    std::fflush(stdout); // what follows, up to the end of the process, may be what is tested
     return ran == 0 || g_failures != 0 ? 1 : 0;
 }

@@ -101,17 +101,6 @@ ZR_CASE(picture, adaptiveGalleryPlacesOneTwoAndSix)
                 {854, 361, 425, 239}});
 }
 
-ZR_CASE(picture, fixedGridStepsByOnePixel)
-{
-    const NativeWindow window(1280, 720);
-    Meeting meeting(&window);
-    REQUIRE(meeting.changeMode(eLayoutGrid4));
-    std::vector<void*> plays;
-    for (int number = 1; number <= 3; ++number)
-        plays.push_back(meeting.join(number));
-    checkTiles(meeting, window, plays, {{0, 0, 639, 359}, {640, 0, 639, 359}, {0, 360, 639, 359}});
-}
-
 ZR_CASE(picture, pictureIsLetterboxedInItsTile)
 {
     const NativeWindow window(1280, 720);

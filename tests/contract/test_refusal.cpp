@@ -473,7 +473,8 @@ ZR_CASE(refusal, hugeNumbersDoNoHarm)
     zr.AllLook(s, ann, 0);
     zr.LockLook(s, ann, 0);
     meeting.moveTo(640, 360);
-    REQUIRE(meeting.changeMode(eLayoutGrid9));
+    CHECK_EQUAL(zr.SetSupport9EqualCut(s, true), 1);
+    REQUIRE(meeting.changeMode(eLayoutEqualCut));
     CHECK(pumpUntil([&] { return zr.IsPersonVisible(s, text("max2")) == 1; }));
     CHECK_EQUAL(zr.IsPersonVisible(s, text("min0")), 1);
 }

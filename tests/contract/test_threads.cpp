@@ -45,7 +45,7 @@ ZR_CASE(threads, addsFromFourThreadsAtOnce)
     const NativeWindow window(1280, 720);
     Meeting meeting(&window);
     Module& zr = meeting.zr;
-    REQUIRE(meeting.changeMode(eLayoutGrid16));
+    CHECK_EQUAL(zr.SetSupport9EqualCut(meeting.screen, true), 1);
     std::array<std::vector<void*>, 4> handles;
     Workers workers;
     for (int t = 0; t < 4; ++t) {
@@ -82,16 +82,16 @@ ZR_CASE(threads, addsFromFourThreadsAtOnce)
     for (const Message& m : meeting.inbox.all())
         CHECK(m.thread == std::this_thread::get_id());
 
-    // All but the last four of each thread leave: the sixteen that stay fill the grid.
+    // All but the last two of each thread leave: the eight that stay are on one page.
     for (const auto& group : handles) {
-        for (size_t i = 0; i < 6; ++i)
+        for (size_t i = 0; i < 8; ++i)
             CHECK_EQUAL(zr.DelPerson(meeting.screen, group[i], false), 1);
     }
     CHECK(pumpUntil([&] { return zr.IsPersonVisible(meeting.screen, text("u409")) == 1; }));
     for (int t = 1; t <= 4; ++t) {
         for (int i = 0; i < 10; ++i) {
             const std::string id = "u" + std::to_string(100 * t + i);
-            CHECK_ROW(zr.IsPersonVisible(meeting.screen, text(id)) == (i >= 6 ? 1 : 0), id);
+            CHECK_ROW(zr.IsPersonVisible(meeting.screen, text(id)) == (i >= 8 ? 1 : 0), id);
         }
     }
 }
@@ -169,15 +169,17 @@ ZR_CASE(threads, frameStormAgainstAGuiAtWork)
     workers.join();
     for (Source& source : sources)
         CHECK(source.taken > 0);
-    // Everything still works.
-    REQUIRE(meeting.changeMode(eLayoutSingle));
+    // Everything still works: the one who stays fills the dialog.
+    REQUIRE(meeting.changeMode(eLayoutEqualCut));
     meeting.moveTo(1280, 720);
+    for (size_t i = 1; i < sources.size(); ++i)
+        CHECK_EQUAL(zr.DelPerson(meeting.screen, sources.at(i).play, false), 1);
     Picture last(640, 360, kCyan);
     CHECK(pumpUntil([&] {
-        for (Source& source : sources)
-            zr.PlayFrame(meeting.screen, source.play, &last.frame);
+        zr.PlayFrame(meeting.screen, sources.at(0).play, &last.frame);
         pump(20);
-        return isNear(window.grab().at(640, 100), kCyan.rgb());
+        const Screenshot shot = window.grab();
+        return isNear(shot.at(1, 1), kCyan.rgb()) && isNear(shot.at(1278, 400), kCyan.rgb());
     }));
 }
 
