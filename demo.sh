@@ -64,9 +64,9 @@ footage_source() {
 arguments=(--names "王小明,Alice Johnson,李娜,Bob Smith,Zoë Müller,陈思远")
 if (($# == 0)); then
     arguments+=(--size 1280x720 --scenario host/demo.scenario
-        --source "1=$(footage_source 1280x720)" --source "4=$(footage_source 320x180)")
+        --source "1=$(footage_source 960x540)" --source "4=$(footage_source 320x180)")
 elif [[ " $* " != *" --source"* && " $* " != *" --scenario"* && " $* " != *" --participants 0 "* ]]; then
-    arguments+=(--source "1=$(footage_source 1280x720)")
+    arguments+=(--source "1=$(footage_source 960x540)")
 fi
 
 if [[ -n ${DISPLAY:-} || " $* " == *" --help "* || " $* " == *" --headless "* ]]; then

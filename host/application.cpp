@@ -180,7 +180,11 @@ HostWindow& Application::window(WindowId id)
 
 HWND Application::nativeWindow(WindowId id)
 {
-    return id == WindowId::None ? nullptr : window(id).handle();
+    if (id == WindowId::None)
+        return nullptr;
+    HostWindow& parent = window(id);
+    parent.raise();
+    return parent.handle();
 }
 
 Size Application::windowSize(WindowId id)

@@ -33,6 +33,8 @@ public:
     [[nodiscard]] virtual HWND handle() const = 0;
     [[nodiscard]] virtual Size size() const = 0;
     virtual void resize(Size size) = 0;
+    /// Brings the window before the others: what is covered cannot be grabbed.
+    virtual void raise() = 0;
     /// Reads the part of the window that lies on the screen, its children included.
     /// @throws HostError
     [[nodiscard]] virtual RgbImage grab() const = 0;

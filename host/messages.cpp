@@ -81,7 +81,7 @@ std::string describeArguments(Arguments arguments, unsigned long long wParam, lo
     case Arguments::PlayHandle:
         return " play=" + hex(wParam) + hostValue();
     case Arguments::Mode:
-        return " mode=" + std::to_string(wParam);
+        return " mode=" + std::to_string(static_cast<long long>(wParam));
     case Arguments::ModeClass:
         return " class=" + std::to_string(wParam);
     case Arguments::UserId: {

@@ -22,7 +22,8 @@ class Stage
 public:
     virtual ~Stage() = default;
 
-    /// The native window, made and shown where it does not exist yet; null for WindowId::None.
+    /// The native window, made where it does not exist yet, before the others; null for
+    /// WindowId::None.
     [[nodiscard]] virtual HWND nativeWindow(WindowId id) = 0;
     /// Pixels of the window's inside.
     [[nodiscard]] virtual Size windowSize(WindowId id) = 0;

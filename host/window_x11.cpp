@@ -51,6 +51,7 @@ public:
     }
     Size size() const override { return m_size; }
     void resize(Size size) override;
+    void raise() override;
     RgbImage grab() const override;
 
     [[nodiscard]] Window id() const { return m_window; }
@@ -198,6 +199,12 @@ void X11Window::resize(Size size)
 {
     XResizeWindow(m_display.connection(), m_window, static_cast<unsigned>(size.width),
                   static_cast<unsigned>(size.height));
+    XFlush(m_display.connection());
+}
+
+void X11Window::raise()
+{
+    XRaiseWindow(m_display.connection(), m_window);
     XFlush(m_display.connection());
 }
 
