@@ -1,0 +1,313 @@
+// The overlay: what it shows for which state, and that it repaints for nothing else.
+#include "testsupport.h"
+
+#include "qdlgplayinfo.h"
+#include "qzrscreenconfig.h"
+
+#include <QtTest>
+
+#include <functional>
+#include <memory>
+
+namespace {
+
+const QColor kBackground(28, 32, 39);
+const QColor kBehind(200, 0, 200); ///< stands for the picture
+const QColor kSpeaking(0, 255, 0);
+
+class CountingOverlay : public QDlgPlayInfo
+{
+public:
+    using QDlgPlayInfo::QDlgPlayInfo;
+    int paints = 0;
+    qint64 elapsedMs = 0;
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        ++paints;
+        QDlgPlayInfo::paintEvent(event);
+    }
+    qint64 spinnerElapsedMs() const override { return elapsedMs; }
+};
+
+} // namespace
+
+class TestOverlay : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void nothingIsPaintedWithoutAPerson();
+    void avatarCoversTheTileUntilThePictureShows();
+    void avatarColorsAndInitialsFollowThePerson();
+    void barsAreWhatThePictureLeaves_data();
+    void barsAreWhatThePictureLeaves();
+    void nameIsShortenedToFit();
+    void speakerHasAGreenBorder();
+    void pausedShareCoversTheTile();
+    void repaintsOnlyWhenSomethingChanged();
+    void spinnerRunsWhileTheNetworkIsBad();
+    void spinnerStopsWhileHidden();
+    void moreRectangleFollowsThePointer();
+
+private:
+    void showPicture();
+    QColor pixel(int x, int y) { return m_window->grab().toImage().pixelColor(x, y); }
+
+    std::unique_ptr<tagPersonInfo> m_person;
+    std::unique_ptr<QWidget> m_window;
+    CountingOverlay* m_overlay = nullptr; ///< child of the window
+};
+
+void TestOverlay::init()
+{
+    m_person = std::make_unique<tagPersonInfo>();
+    m_person->userID = QStringLiteral("alice");
+    m_person->userName = QStringLiteral("Alice");
+    m_window = std::make_unique<QWidget>();
+    m_window->setPalette(QPalette(kBehind));
+    m_window->resize(400, 300);
+    m_overlay = new CountingOverlay(m_window.get());
+    m_overlay->setGeometry(m_window->rect());
+    m_overlay->setVideoRect(QRect(0, 30, 400, 240));
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+}
+
+void TestOverlay::cleanup()
+{
+    m_window.reset();
+    m_person.reset();
+    QZRScreenConfig::destroyInstance();
+}
+
+void TestOverlay::showPicture()
+{
+    m_person->bPreview = true;
+    m_person->iStreamStatus = kStreamRunning;
+    m_overlay->setPerson(m_person.get());
+    m_overlay->setLoading(false, true);
+    QVERIFY(m_overlay->isPictureVisible());
+}
+
+void TestOverlay::nothingIsPaintedWithoutAPerson()
+{
+    QCOMPARE(pixel(200, 150), kBehind);
+    m_overlay->setPerson(m_person.get());
+    QCOMPARE(pixel(5, 5), kBackground);
+    m_overlay->setPerson(nullptr);
+    QCOMPARE(pixel(5, 5), kBehind);
+    QCOMPARE(pixel(200, 150), kBehind);
+}
+
+void TestOverlay::avatarCoversTheTileUntilThePictureShows()
+{
+    m_overlay->setPerson(m_person.get());
+    const auto covered = [this] {
+        m_overlay->refresh();
+        return !m_overlay->isPictureVisible() && pixel(20, 60) == kBackground;
+    };
+    QVERIFY(covered());
+    m_person->bPreview = true;
+    QVERIFY(covered());
+    m_person->iStreamStatus = kStreamRunning;
+    QVERIFY(covered()); // still loading
+    m_overlay->setLoading(false, false);
+    QVERIFY(!covered());
+    QCOMPARE(pixel(20, 60), kBehind);
+    QCOMPARE(pixel(20, 10), kBackground); // a bar
+    for (const auto& close : std::initializer_list<std::function<void()>>{
+             [this] { m_person->bPreview = false; },
+             [this] { m_person->iStreamStatus = kStreamNone; },
+             [this] { m_person->iPlayState = kPlayHidden; },
+             [this] { m_overlay->setLoading(true, false); },
+         }) {
+        close();
+        QVERIFY(covered());
+        m_person->bPreview = true;
+        m_person->iStreamStatus = kStreamRunning;
+        m_person->iPlayState = kPlayShown;
+        m_overlay->setLoading(false, true);
+        QVERIFY(!covered());
+    }
+}
+
+void TestOverlay::avatarColorsAndInitialsFollowThePerson()
+{
+    const QVector<QPair<int, QColor>> rows{{0, QColor(112, 98, 248)}, {1, QColor(94, 176, 242)},
+                                           {2, QColor(95, 203, 146)}, {3, QColor(195, 109, 241)},
+                                           {4, QColor(112, 98, 248)}, {-1, QColor(112, 98, 248)}};
+    m_overlay->setPerson(m_person.get());
+    for (const auto& [index, color] : rows) {
+        m_person->iRoleExtra = index;
+        m_overlay->refresh();
+        QCOMPARE(pixel(200, 95), color); // above the initials
+    }
+    m_person->userName.clear();
+    m_overlay->refresh();
+    QCOMPARE(pixel(200, 150), rows.last().second);
+}
+
+void TestOverlay::barsAreWhatThePictureLeaves_data()
+{
+    QTest::addColumn<QRect>("video");
+    QTest::newRow("bars above and below") << QRect(0, 30, 400, 241);
+    QTest::newRow("bars left and right") << QRect(79, 0, 241, 300);
+    QTest::newRow("the whole tile") << QRect(0, 0, 400, 300);
+}
+
+void TestOverlay::barsAreWhatThePictureLeaves()
+{
+    QFETCH(QRect, video);
+    showPicture();
+    m_overlay->setVideoRect(video);
+    QCOMPARE(m_overlay->barsPath().isEmpty(), video == m_overlay->rect());
+    for (int y = 0; y < 300; ++y) {
+        for (int x = 0; x < 400; ++x) {
+            const bool bar = m_overlay->barsPath().contains(QPointF(x + 0.5, y + 0.5));
+            QCOMPARE(bar, !video.contains(x, y));
+        }
+    }
+}
+
+void TestOverlay::nameIsShortenedToFit()
+{
+    m_overlay->setPerson(m_person.get());
+    QCOMPARE(m_overlay->paintedName(), QStringLiteral("Alice"));
+    m_person->bSelf = true;
+    m_overlay->refresh();
+    QCOMPARE(m_overlay->paintedName(), QStringLiteral("Alice(我)"));
+    m_person->userName = QString(200, QLatin1Char('w'));
+    m_overlay->refresh();
+    QVERIFY(m_overlay->paintedName().startsWith(QStringLiteral("ww")));
+    QVERIFY(m_overlay->paintedName().endsWith(QStringLiteral("(我)")));
+    QVERIFY(m_overlay->paintedName().size() < 50);
+    const int wide = m_overlay->paintedName().size();
+    m_overlay->resize(250, 300);
+    QVERIFY(m_overlay->paintedName().size() < wide);
+    for (const QSize& tiny : {QSize(60, 40), QSize(1, 1), QSize(0, 0)}) {
+        m_overlay->resize(tiny);
+        m_window->grab();
+    }
+}
+
+void TestOverlay::speakerHasAGreenBorder()
+{
+    showPicture();
+    QCOMPARE(pixel(0, 150), kBehind);
+    m_overlay->setOverlayMode(true);
+    QCOMPARE(pixel(1, 150), QColor(10, 10, 10));
+    QCOMPARE(pixel(2, 150), kBehind);
+    m_person->bSpeaking = true;
+    m_overlay->refresh();
+    for (const QPoint& edge : {QPoint(4, 150), QPoint(395, 150), QPoint(200, 4), QPoint(200, 295)})
+        QCOMPARE(pixel(edge.x(), edge.y()), kSpeaking);
+    QCOMPARE(pixel(5, 150), kBehind);
+}
+
+void TestOverlay::pausedShareCoversTheTile()
+{
+    m_person->userID = QStringLiteral("sharescreen_1");
+    m_overlay->setPerson(m_person.get());
+    QVERIFY(m_overlay->isShareTile());
+    QVERIFY(!m_overlay->isPictureVisible());
+    m_overlay->setLoading(false, false); // a shared screen needs no preview report
+    QVERIFY(m_overlay->isPictureVisible());
+    QCOMPARE(pixel(20, 60), kBehind);
+    QZRScreenConfig::getInstance()->settings.pauseShare = true;
+    emit QZRScreenConfig::getInstance()->sigRefreshPlayDlg();
+    QCOMPARE(pixel(20, 60), kBackground);
+    const QImage text = m_window->grab(QRect(100, 130, 200, 40)).toImage();
+    int white = 0;
+    for (int y = 0; y < text.height(); ++y) {
+        for (int x = 0; x < text.width(); ++x)
+            white += text.pixelColor(x, y) == QColor(Qt::white) ? 1 : 0;
+    }
+    QVERIFY(white > 50);
+}
+
+void TestOverlay::repaintsOnlyWhenSomethingChanged()
+{
+    showPicture();
+    QTest::qWait(50);
+    m_overlay->paints = 0;
+    for (int i = 0; i < 20; ++i) {
+        m_overlay->setLoading(false, true);
+        m_overlay->refresh();
+        m_overlay->setVideoRect(QRect(0, 30, 400, 240));
+        m_overlay->UpdateNetStatus(1, false, 5);
+        m_overlay->setPerson(m_person.get());
+        QCoreApplication::processEvents();
+    }
+    QTest::qWait(50);
+    QCOMPARE(m_overlay->paints, 0);
+    m_person->userName = QStringLiteral("Bob");
+    m_overlay->refresh();
+    QTRY_COMPARE(m_overlay->paints, 1);
+}
+
+void TestOverlay::spinnerRunsWhileTheNetworkIsBad()
+{
+    // Without a picture there is nothing to wait on.
+    m_overlay->setPerson(m_person.get());
+    m_overlay->UpdateNetStatus(1, true, 0);
+    QVERIFY(m_overlay->isNetBad());
+    QVERIFY(!m_overlay->isSpinning());
+
+    showPicture();
+    QVERIFY(m_overlay->isSpinning());
+    QTest::qWait(50);
+    m_overlay->paints = 0;
+    QTRY_VERIFY_WITH_TIMEOUT(m_overlay->paints >= 2, 1000);
+    // Each direction keeps its own state.
+    m_overlay->UpdateNetStatus(2, true, 0);
+    m_overlay->UpdateNetStatus(1, false, 5);
+    QVERIFY(m_overlay->isSpinning());
+
+    m_overlay->elapsedMs = 15000;
+    m_overlay->onTimeUpdateLoading();
+    QVERIFY(m_overlay->isSpinning());
+    m_overlay->elapsedMs = 15001;
+    m_overlay->onTimeUpdateLoading();
+    QVERIFY(!m_overlay->isSpinning());
+    QVERIFY(!m_overlay->isPictureVisible()); // the avatar, for the rest of the spell
+    m_overlay->refresh();
+    QVERIFY(!m_overlay->isPictureVisible());
+
+    m_overlay->elapsedMs = 0;
+    m_overlay->UpdateNetStatus(2, false, 5);
+    QVERIFY(m_overlay->isPictureVisible());
+    m_overlay->UpdateNetStatus(2, true, 1);
+    QVERIFY(m_overlay->isSpinning());
+
+    m_person->bSelf = true; // one's own picture never waits
+    m_overlay->refresh();
+    QVERIFY(!m_overlay->isSpinning());
+}
+
+void TestOverlay::spinnerStopsWhileHidden()
+{
+    showPicture();
+    m_overlay->UpdateNetStatus(1, true, 0);
+    QVERIFY(m_overlay->isSpinning());
+    m_window->hide();
+    QVERIFY(!m_overlay->isSpinning());
+    m_window->show();
+    QVERIFY(m_overlay->isSpinning());
+}
+
+void TestOverlay::moreRectangleFollowsThePointer()
+{
+    showPicture();
+    QCursor::setPos(m_overlay->mapToGlobal(QPoint(399, 299)));
+    QTRY_VERIFY(m_overlay->IsMouseOnBtnMore());
+    QCursor::setPos(m_overlay->mapToGlobal(QPoint(200, 150)));
+    QTRY_VERIFY(!m_overlay->IsMouseOnBtnMore());
+}
+
+ZR_WIDGET_TEST_MAIN(TestOverlay)
+#include "tst_qdlgplayinfo.moc"
