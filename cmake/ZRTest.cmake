@@ -1,7 +1,8 @@
 # zr_add_rule_test(name sources...): a test of the rules, which needs no display.
 # zr_add_widget_test(name sources...): a test of widgets. It gets an X server of its own, so that
 # what it paints and where the pointer is depend on no desktop; -DZR_TEST_ON_DISPLAY=ON runs it on
-# the display at hand instead.
+# the display at hand instead. On Windows both kinds run as they are, or under the emulator of the
+# toolchain file, which brings a display along.
 include_guard(GLOBAL)
 
 option(ZR_TEST_ON_DISPLAY "Run widget tests on $DISPLAY instead of a virtual display" OFF)
@@ -37,7 +38,7 @@ function(zr_add_widget_test name)
   _zr_add_test(${name} ${ARGN})
   # Object libraries hand on their objects to direct users only, hence both.
   target_link_libraries(${name} PRIVATE zrscreen_objects zrrules)
-  if(ZR_XVFB_RUN AND NOT ZR_TEST_ON_DISPLAY)
+  if(ZR_XVFB_RUN AND NOT ZR_TEST_ON_DISPLAY AND NOT WIN32)
     # Each test begins its search for a free display at another number: two that start together
     # must not both find the same one free.
     get_property(display GLOBAL PROPERTY ZR_TEST_DISPLAY)

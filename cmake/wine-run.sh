@@ -1,0 +1,95 @@
+#!/bin/bash
+# Runs a Windows program under Wine, on a virtual display of its own, and ends as it does:
+#   wine-run.sh --prefixes FOLDER [--path FOLDER]... [--plugins FOLDER] [--display host] \
+#     PROGRAM ARGUMENT...
+#
+#   --prefixes  where the Windows drives and settings ("prefixes") are kept; made on first use
+#   --path      a folder in which the program finds its libraries
+#   --plugins   the folder of Qt's platform plugins
+#   --display   "host" uses the display at hand
+set -euo pipefail
+
+prefixes= plugins= host_display= search=
+while [ $# -gt 0 ]; do
+  case $1 in
+    --prefixes) prefixes=$2 ;;
+    --path) search=$search${search:+;}Z:${2//\//\\} ;;
+    --plugins) plugins=$2 ;;
+    --display) host_display=$2 ;;
+    *) break ;;
+  esac
+  shift 2
+done
+[ -n "$prefixes" ] && [ $# -gt 0 ] || { sed -n '2,9s/^# \?//p' "$0" >&2; exit 2; }
+
+# The plain loader: the `wine` script in front of it complains about missing 32-bit libraries.
+wine=
+for candidate in /usr/lib/wine/wine64 wine64 wine; do
+  wine=$(command -v "$candidate") && break
+done
+[ -n "$wine" ] || { echo "wine-run: wine is not installed" >&2; exit 2; }
+export WINELOADER=$wine
+# Of Wine's own messages, none; no menu entries on the desktop, and no offer to download .NET or a
+# browser on the first start.
+export WINEDEBUG=${WINEDEBUG:--all}
+export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-winemenubuilder.exe=d;mscoree=d;mshtml=d}
+export WINEARCH=win64
+export LIBGL_ALWAYS_SOFTWARE=1
+[ -z "$search" ] || export WINEPATH=$search
+# What the caller's environment says about its own Qt is not for this one.
+unset QT_QPA_PLATFORM QT_PLUGIN_PATH QT_QPA_PLATFORM_PLUGIN_PATH
+[ -z "$plugins" ] || export QT_QPA_PLATFORM_PLUGIN_PATH=Z:${plugins//\//\\}
+
+# The first prefix takes ten seconds to make and 700 MB. The others are copies, which share the
+# files of Windows with it: these are read only, and Wine replaces the registry's files as a whole.
+make_prefix() {
+  local template=$prefixes/template
+  exec {making}>"$template.lock"
+  flock "$making"
+  if [ ! -f "$template/.ready" ]; then
+    rm -rf "$template"
+    WINEPREFIX=$template "$wine" wineboot --init {making}>&- >"$template.log" 2>&1 \
+      && WINEPREFIX=$template wineserver -w {making}>&- \
+      || { cat "$template.log" >&2; exit 2; }
+    touch "$template/.ready"
+  fi
+  rm -rf "$WINEPREFIX"
+  cp -al "$template" "$WINEPREFIX"
+  exec {making}>&-
+}
+
+# Programs in one prefix share a desktop: its focus, its pointer, its screen size. Each run takes a
+# prefix that no other run uses, so that tests side by side do not see each other.
+mkdir -p "$prefixes"
+for slot in {0..63}; do
+  export WINEPREFIX=$prefixes/$slot
+  exec {lock}>"$WINEPREFIX.lock"
+  flock -n "$lock" && break
+  exec {lock}>&-
+done
+
+display_pid=
+finish() {
+  # What the program left running in the prefix, and the server, which outlives a killed run.
+  wineserver -k {lock}>&- 2>/dev/null || true
+  [ -z "$display_pid" ] || kill "$display_pid" 2>/dev/null || true
+}
+trap finish EXIT
+trap 'exit 143' TERM INT HUP
+
+wineserver -k {lock}>&- 2>/dev/null || true
+if [ "$host_display" != host ]; then
+  # The server finds a free display number itself, and says it when it is ready.
+  exec {number}< <(exec Xvfb -displayfd 1 -screen 0 1920x1080x24 -nolisten tcp -noreset \
+    {lock}>&- 2>/dev/null)
+  display_pid=$!
+  read -r -t 30 -u "$number" display || { echo "wine-run: Xvfb does not start" >&2; exit 2; }
+  export DISPLAY=:$display
+fi
+[ -f "$WINEPREFIX/.ready" ] || make_prefix {lock}>&-
+
+# In the background, so that a signal to this script is acted on at once.
+"$wine" "$@" {lock}>&- <&0 &
+status=0
+wait $! || status=$?
+exit $status

@@ -1,0 +1,161 @@
+#include "platform.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#ifndef NOMINMAX
+#    define NOMINMAX
+#endif
+#include <windows.h>
+
+namespace {
+
+HWND toHwnd(platform::NativeWindow window)
+{
+    return reinterpret_cast<HWND>(window);
+}
+
+// --- Application ----------------------------------------------------------------------------
+
+/// Folder of the module's own file; empty when the system does not tell.
+QString moduleFolder()
+{
+    HMODULE module = nullptr;
+    // An address inside the module names it; the reference count stays as it is.
+    if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS
+                                | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                            reinterpret_cast<LPCWSTR>(&moduleFolder), &module))
+        return {};
+    std::wstring path(MAX_PATH, L'\0');
+    while (true) {
+        const DWORD capacity = static_cast<DWORD>(path.size());
+        const DWORD length = GetModuleFileNameW(module, path.data(), capacity);
+        if (length < capacity) {
+            path.resize(length);
+            return QFileInfo(QString::fromStdWString(path)).path();
+        }
+        path.resize(path.size() * 2); // a cut path fills the whole buffer
+    }
+}
+
+// --- Memory ---------------------------------------------------------------------------------
+
+/// First address behind the readable memory that begins at `at`, as far as the system tells of it
+/// in one piece; `at` itself when nothing can be read there.
+std::uintptr_t readableEnd(std::uintptr_t at)
+{
+    MEMORY_BASIC_INFORMATION region{};
+    if (VirtualQuery(reinterpret_cast<LPCVOID>(at), &region, sizeof region) != sizeof region)
+        return at;
+    constexpr DWORD kReadable = PAGE_READONLY | PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READ
+                                | PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
+    // A guard page is the growth of another thread's stack: touching it would end that thread.
+    if (region.State != MEM_COMMIT || (region.Protect & kReadable) == 0
+        || (region.Protect & PAGE_GUARD) != 0)
+        return at;
+    return reinterpret_cast<std::uintptr_t>(region.BaseAddress) + region.RegionSize;
+}
+
+} // namespace
+
+namespace platform {
+
+QApplication* createApplication(int& argc, char** argv)
+{
+    // Qt looks for its plugins beside the program and beside its own library. The host's folders
+    // are the host's business: the plugins may also come along with the module.
+    if (const QString folder = moduleFolder(); !folder.isEmpty())
+        QCoreApplication::addLibraryPath(folder);
+    return new QApplication(argc, argv);
+}
+
+void keepQtLoaded() {}
+
+bool setParentWindow(NativeWindow child, NativeWindow parent)
+{
+    if (!SetParent(toHwnd(child), toHwnd(parent))) {
+        qDebug() << "SetParent failed, error:" << GetLastError();
+        return false;
+    }
+    SetWindowPos(toHwnd(child), nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    return true;
+}
+
+void setChildStyle(NativeWindow window)
+{
+    const HWND hwnd = toHwnd(window);
+    const bool visible = IsWindowVisible(hwnd) != FALSE;
+    SetWindowLongPtrW(hwnd, GWL_STYLE, WS_CHILD | WS_CLIPCHILDREN);
+    // Whether a window is shown is one of the style's bits.
+    if (visible)
+        ShowWindow(hwnd, SW_SHOWNA);
+}
+
+void placeWindow(NativeWindow window, const QRect& rect)
+{
+    SetWindowPos(toHwnd(window), HWND_TOP, rect.x(), rect.y(), rect.width(), rect.height(),
+                 SWP_SHOWWINDOW);
+}
+
+bool isReadable(const void* p, std::size_t size)
+{
+    auto at = reinterpret_cast<std::uintptr_t>(p);
+    const std::uintptr_t end = at + size;
+    if (at == 0 || end < at)
+        return false;
+    while (at < end) {
+        const std::uintptr_t next = readableEnd(at);
+        if (next <= at)
+            return false;
+        at = next;
+    }
+    return true;
+}
+
+qptrdiff readableStringLength(const char* text)
+{
+    if (!text)
+        return -1;
+    std::uintptr_t at = reinterpret_cast<std::uintptr_t>(text);
+    while (true) {
+        const std::uintptr_t next = readableEnd(at);
+        if (next <= at)
+            return -1;
+        const char* const piece = reinterpret_cast<const char*>(at);
+        if (const void* const terminator = std::memchr(piece, 0, next - at))
+            return static_cast<const char*>(terminator) - text;
+        at = next;
+    }
+}
+
+quint32 tickMs()
+{
+    return GetTickCount();
+}
+
+int screenWidthPx()
+{
+    return GetSystemMetrics(SM_CXSCREEN);
+}
+
+int screenHeightPx()
+{
+    return GetSystemMetrics(SM_CYSCREEN);
+}
+
+PriorityChange setThreadPriorityTimeCritical()
+{
+    const HANDLE thread = GetCurrentThread();
+    const int before = GetThreadPriority(thread);
+    const bool ok = SetThreadPriority(thread, THREAD_PRIORITY_TIME_CRITICAL) != FALSE;
+    return {ok, before, GetThreadPriority(thread)};
+}
+
+} // namespace platform
