@@ -13,6 +13,8 @@ namespace {
 
 /// The subtitle panel takes this part of the dialog's width.
 constexpr int kSubtitleShare = 5;
+/// GL drivers take no longer side; the software renderer crashes on one.
+constexpr int kMaxSidePx = 16384;
 
 } // namespace
 
@@ -62,7 +64,8 @@ bool QDlgMain::moveInto(HWND hParent)
 
 void QDlgMain::place(const QRect& rect)
 {
-    platform::placeWindow(winId(), rect);
+    platform::placeWindow(winId(),
+                          {rect.topLeft(), rect.size().boundedTo({kMaxSidePx, kMaxSidePx})});
 }
 
 void QDlgMain::resizeEvent(QResizeEvent* event)

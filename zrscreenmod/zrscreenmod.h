@@ -182,7 +182,8 @@ ZR_API void* ZR_CALL ZRScreen_Init(HWND hParent, ZRNotify notify);
 ZR_API int ZR_CALL ZRScreen_SetParent(void* hScreen, HWND hParent);
 
 /// Places the screen in its parent, in the parent's pixels, on top of its siblings, and shows it.
-/// GUI. `unused` is ignored. @return 0 for an invalid handle or a null `pRect`.
+/// A side longer than 16384 is cut. GUI. `unused` is ignored. @return 0 for an invalid handle or a
+/// null `pRect`.
 ZR_API int ZR_CALL ZRScreen_MoveWindow(void* hScreen, tagRECT* pRect, int unused);
 
 /// Destroys the screen with its participants. GUI. The handle and all play handles of the screen
