@@ -238,9 +238,10 @@ bool isWordReadable(std::uintptr_t address)
     constexpr std::uintptr_t kWord = sizeof(std::uint64_t); // the size of the kernel's signal set
     constexpr int kImpossibleHow = -1;
     const int savedErrno = errno;
-    // Aligned, a word lies in one page.
-    const long result =
-        syscall(SYS_rt_sigprocmask, kImpossibleHow, address & ~(kWord - 1), nullptr, kWord);
+    const std::uintptr_t word = address & ~(kWord - 1); // aligned, so that it lies in one page
+    if (word == 0)
+        return false; // the kernel takes it for no set at all
+    const long result = syscall(SYS_rt_sigprocmask, kImpossibleHow, word, nullptr, kWord);
     const bool faulted = result == -1 && errno == EFAULT;
     errno = savedErrno;
     return !faulted;
@@ -383,7 +384,7 @@ qptrdiff readableStringLength(const char* text)
     std::size_t length = 0;
     while (true) {
         const auto at = reinterpret_cast<std::uintptr_t>(text) + length;
-        if (at < page || !isWordReadable(at))
+        if (!isWordReadable(at))
             return -1;
         const std::size_t leftInPage = page - (at & (page - 1));
         const std::size_t found = strnlen(text + length, leftInPage);
