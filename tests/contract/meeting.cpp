@@ -15,9 +15,11 @@ bool pumpUntil(const std::function<bool()>& done, int timeoutMs)
 {
     const auto deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
     for (;;) {
+        // Other threads may keep the loop busy for ever: it is left for a look now and then.
+        const auto look = Clock::now() + std::chrono::milliseconds(5);
         while (g_main_context_iteration(nullptr, FALSE)) {
-            if (Clock::now() > deadline)
-                break; // a loop that never runs dry must not hide a time-out
+            if (Clock::now() > look)
+                break;
         }
         if (done())
             return true;
