@@ -1,0 +1,450 @@
+// The gallery: registry, arrangement, messages, and what hosts do to it from inside a message.
+#include "testsupport.h"
+
+#include "cplaywidget.h"
+#include "qdlgscreen.h"
+#include "qzrscreenconfig.h"
+
+#include <QtTest>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace {
+
+/// Records what a host is told, and lets a test act like a host from inside a message.
+class HostDouble : public CAbsUIMsgCallback
+{
+public:
+    struct Message
+    {
+        unsigned long id;
+        unsigned long long wParam;
+        long long lParam;
+    };
+
+    bool UIMsgNotify(unsigned long id, unsigned long long wParam, long long lParam) override
+    {
+        messages.push_back({id, wParam, lParam});
+        if (onMessage)
+            onMessage(messages.back());
+        return true;
+    }
+    int count(unsigned long id, const tagPersonInfo* person = nullptr) const
+    {
+        return static_cast<int>(
+            std::count_if(messages.begin(), messages.end(), [&](const Message& m) {
+                return m.id == id && (!person || m.wParam == reinterpret_cast<quintptr>(person));
+            }));
+    }
+
+    std::vector<Message> messages;
+    std::function<void(const Message&)> onMessage;
+};
+
+/// Counts what happens to a widget.
+class EventCounter : public QObject
+{
+public:
+    explicit EventCounter(QObject* watched) { watched->installEventFilter(this); }
+    int changes = 0; ///< moved, resized, shown or hidden
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        const auto type = event->type();
+        if (type == QEvent::Move || type == QEvent::Resize || type == QEvent::Show
+            || type == QEvent::Hide)
+            ++changes;
+        return false;
+    }
+};
+
+} // namespace
+
+class TestGallery : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void joinTimesAreUniqueAndOrdered();
+    void knownIdGivesTheSamePerson();
+    void placesTiles_data();
+    void placesTiles();
+    void nothingIsPlacedBeforeJoining();
+    void renamingMovesNothing();
+    void pagesTurnAndCloseStreamsLate();
+    void shareTakesTheScreenAndGivesItBack();
+    void deadRecordsAreIgnored();
+    void hostDeletesFromInsideMessages();
+    void framesAskForTheGradeOnce();
+    void badFramesAreRefused();
+    void pinsOneParticipant();
+    void keepsStates();
+    void doubleClickMaximises();
+    void tellsTheShareRectangleOnce();
+    void exitEmptiesTheGallery();
+
+private:
+    tagPersonInfo* add(const QString& id, qint64 joinTime = 0, const QString& name = {});
+    std::vector<tagPersonInfo*> addMany(int count);
+    bool play(tagPersonInfo* person, quint32 width = 64, quint32 height = 36);
+    void settle() { QCoreApplication::sendPostedEvents(); }
+    QZRScreenConfig& hub() { return *QZRScreenConfig::getInstance(); }
+
+    std::unique_ptr<HostDouble> m_host;
+    std::unique_ptr<QDlgScreen> m_gallery;
+    std::vector<uchar> m_picture = std::vector<uchar>(1280 * 720 * 2, 90);
+};
+
+void TestGallery::init()
+{
+    m_host = std::make_unique<HostDouble>();
+    hub().registerUICallback(m_host.get());
+    m_gallery = std::make_unique<QDlgScreen>(nullptr);
+    m_gallery->resize(1280, 720);
+    m_gallery->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_gallery.get()));
+    m_gallery->setJoinMeetingFinish(true);
+}
+
+void TestGallery::cleanup()
+{
+    m_gallery.reset();
+    hub().unregisterUICallback(m_host.get());
+    QZRScreenConfig::destroyInstance();
+}
+
+tagPersonInfo* TestGallery::add(const QString& id, qint64 joinTime, const QString& name)
+{
+    return m_gallery->AddPerson(id, name.isEmpty() ? id : name, joinTime, 0, nullptr);
+}
+
+std::vector<tagPersonInfo*> TestGallery::addMany(int count)
+{
+    std::vector<tagPersonInfo*> persons;
+    for (int i = 0; i < count; ++i)
+        persons.push_back(add(QStringLiteral("u%1").arg(i), 100 + i));
+    settle();
+    return persons;
+}
+
+bool TestGallery::play(tagPersonInfo* person, quint32 width, quint32 height)
+{
+    VantrelRTCVideoFrameQT frame{};
+    frame.pData = m_picture.data();
+    frame.width = width;
+    frame.height = height;
+    return m_gallery->playFrame(person, &frame);
+}
+
+void TestGallery::joinTimesAreUniqueAndOrdered()
+{
+    tagPersonInfo* host = add("host", 50);
+    m_gallery->updatePersonInfo(host, false, 1, {}, 0);
+    const tagPersonInfo* last = add("last", 60);
+    const tagPersonInfo* first = add("first", 10);
+    const tagPersonInfo* second = add("second", 10);
+    const tagPersonInfo* third = add("third", 10);
+    QCOMPARE(first->joinTime, 10);
+    QCOMPARE(second->joinTime, 11);
+    QCOMPARE(third->joinTime, 12);
+    settle();
+    // Nobody goes before the host of the meeting, however early.
+    const auto place = [](const tagPersonInfo* person) {
+        const QPoint pos = person->pWidget->pos();
+        return pos.y() * 10000 + pos.x();
+    };
+    QVERIFY(place(host) < place(first));
+    QVERIFY(place(first) < place(second));
+    QVERIFY(place(second) < place(third));
+    QVERIFY(place(third) < place(last));
+}
+
+void TestGallery::knownIdGivesTheSamePerson()
+{
+    tagPersonInfo* person = add("anna", 5);
+    QCOMPARE(add("anna", 77), person);
+    QCOMPARE(m_gallery->findChildren<CPlayWidget*>().size(), 1);
+}
+
+void TestGallery::placesTiles_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<bool>("nine");
+    QTest::addColumn<QList<QRect>>("rects"); // of the first tiles
+    QTest::addColumn<int>("visible");
+    QTest::newRow("one") << 1 << false << QList<QRect>{{0, 0, 1280, 720}} << 1;
+    QTest::newRow("two") << 2 << false << QList<QRect>{{0, 180, 639, 359}, {641, 180, 639, 359}}
+                         << 2;
+    QTest::newRow("six") << 6 << false << QList<QRect>{{0, 120, 425, 239}, {427, 120, 425, 239}}
+                         << 6;
+    QTest::newRow("seven on two pages")
+        << 7 << false << QList<QRect>{{0, 120, 425, 239}, {427, 120, 425, 239}} << 6;
+    QTest::newRow("seven with nine a page") << 7 << true << QList<QRect>{{0, 0, 425, 239}} << 7;
+}
+
+void TestGallery::placesTiles()
+{
+    QFETCH(int, count);
+    QFETCH(bool, nine);
+    QFETCH(QList<QRect>, rects);
+    QFETCH(int, visible);
+    hub().settings.support9EqualCut = nine;
+    const auto persons = addMany(count);
+    for (int i = 0; i < rects.size(); ++i)
+        QCOMPARE(persons[static_cast<std::size_t>(i)]->pWidget->geometry(), rects[i]);
+    int shown = 0;
+    for (const tagPersonInfo* person : persons) {
+        shown += person->pWidget->isVisible();
+        QCOMPARE(person->pWidget->isVisible(), person->pWidget->isShowing());
+    }
+    QCOMPARE(shown, visible);
+    QCOMPARE(m_host->count(ZRMSG_VIDEO_SHOWN), visible);
+}
+
+void TestGallery::nothingIsPlacedBeforeJoining()
+{
+    m_gallery->setJoinMeetingFinish(false);
+    const auto persons = addMany(2);
+    QVERIFY(!persons[0]->pWidget->isShowing());
+    QCOMPARE(m_host->count(ZRMSG_VIDEO_SHOWN), 0);
+    m_gallery->setJoinMeetingFinish(true);
+    QVERIFY(m_gallery->isPersonVisible("u0"));
+}
+
+void TestGallery::renamingMovesNothing()
+{
+    const auto persons = addMany(3);
+    QTest::qWait(50);
+    std::vector<std::unique_ptr<EventCounter>> counters;
+    for (const tagPersonInfo* person : persons)
+        counters.push_back(std::make_unique<EventCounter>(person->pWidget));
+    m_host->messages.clear();
+    m_gallery->updatePersonInfo(persons[1], false, 0, "New name", 0);
+    settle();
+    QCOMPARE(persons[1]->userName, QString("New name"));
+    for (const auto& counter : counters)
+        QCOMPARE(counter->changes, 0);
+    QCOMPARE(m_host->count(ZRMSG_VIDEO_SHOWN), 0);
+}
+
+void TestGallery::pagesTurnAndCloseStreamsLate()
+{
+    const auto persons = addMany(7);
+    QVERIFY(!m_gallery->isPersonVisible("u6"));
+    QVERIFY(m_gallery->pageNext(false));
+    QVERIFY(m_gallery->isPersonVisible("u6"));
+    QVERIFY(!m_gallery->isPersonVisible("u0"));
+    QVERIFY2(!m_gallery->pagePre(), "a second turn within 400 ms");
+    QVERIFY(m_gallery->isPersonVisible("u6"));
+    // Back within a second: nobody has been told to close a stream.
+    QTest::qWait(450);
+    QCOMPARE(m_host->count(ZRMSG_VIDEO_HIDDEN), 0);
+    QVERIFY(m_gallery->pagePre());
+    QVERIFY(m_gallery->isPersonVisible("u0"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_host->count(ZRMSG_VIDEO_HIDDEN), 1, 2000);
+    QCOMPARE(m_host->count(ZRMSG_VIDEO_HIDDEN, persons[6]), 1);
+    // The first page stays where it is.
+    QTest::qWait(450);
+    QVERIFY(m_gallery->pagePre());
+    QVERIFY(m_gallery->isPersonVisible("u0"));
+}
+
+void TestGallery::shareTakesTheScreenAndGivesItBack()
+{
+    m_gallery->setMeetingMode(eLayoutSpeakerRight);
+    addMany(2);
+    tagPersonInfo* share = add("sharescreen_42");
+    QCOMPARE(hub().curScreenMode(), int(eLayoutSpeakerTool));
+    QCOMPARE(hub().gallery.focusPerson, share);
+    m_gallery->DelPerson(share);
+    QCOMPARE(hub().curScreenMode(), int(eLayoutSpeakerRight));
+    QCOMPARE(hub().gallery.focusPerson, nullptr);
+    // With the host dictating the layout a share changes nothing.
+    hub().settings.layoutFollow = true;
+    add("sharescreen_43");
+    QCOMPARE(hub().curScreenMode(), int(eLayoutSpeakerRight));
+}
+
+void TestGallery::deadRecordsAreIgnored()
+{
+    tagPersonInfo* gone = add("gone");
+    m_gallery->DelPerson(gone);
+    QCOMPARE(hub().curScreenMode(), int(eLayoutEqualCut));
+    m_gallery->onModVolume(gone, 50);
+    m_gallery->onModAudioMute(gone, false);
+    m_gallery->onModPreview(gone, true);
+    m_gallery->onModPersonHandup(gone, true);
+    m_gallery->onModAllLook(gone, true);
+    m_gallery->onModLookLock(gone, true);
+    m_gallery->onModPersonInfo(gone, true, 1, "x", 0);
+    m_gallery->onModDelPerson(gone);
+    m_gallery->onModVideoSize(gone, 10, 10);
+    m_gallery->onPlayFrameUpdateUI(gone, 10, 10);
+    m_gallery->onClickMore(gone, 3);
+    m_gallery->onLeftBtnDBClick(nullptr);
+    m_gallery->setPersonDefStreamType(gone);
+    QVERIFY(!play(gone));
+    QVERIFY(!m_gallery->playFrame(nullptr, nullptr));
+    QCOMPARE(hub().curScreenMode(), int(eLayoutEqualCut));
+}
+
+void TestGallery::hostDeletesFromInsideMessages()
+{
+    // Every message that a participant causes may end with the participant's deletion.
+    for (const unsigned long id : {unsigned(ZRMSG_VIDEO_SHOWN), unsigned(ZRMSG_PERSON_REMOVED), 3U,
+                                   unsigned(ZRMSG_VIDEO_HIDDEN)}) {
+        const auto persons = addMany(8);
+        m_host->onMessage = [&](const HostDouble::Message& m) {
+            if (m.id == id)
+                m_gallery->onModDelPerson(reinterpret_cast<void*>(m.wParam));
+        };
+        for (tagPersonInfo* person : persons)
+            m_gallery->onModPreview(person, true);
+        m_gallery->reLayout();
+        for (tagPersonInfo* person : persons)
+            play(person);
+        settle();
+        QTest::qWait(1100);
+        m_host->onMessage = nullptr;
+        for (tagPersonInfo* person : persons)
+            m_gallery->onModDelPerson(person);
+        settle();
+        QCOMPARE(m_gallery->findChildren<CPlayWidget*>().size(), 0);
+    }
+}
+
+void TestGallery::framesAskForTheGradeOnce()
+{
+    const auto persons = addMany(3);
+    tagPersonInfo* self = add("me");
+    m_gallery->updatePersonInfo(self, true, 0, "Me", 0);
+    tagPersonInfo* share = add("sharescreen_1", 0, "ignored");
+    share->userName.clear();
+    settle();
+    m_gallery->reLayout();
+    m_gallery->reLayout();
+    for (int i = 0; i < 5; ++i) {
+        for (tagPersonInfo* person : {persons[0], self, share})
+            QVERIFY(play(person));
+        settle();
+    }
+    const unsigned long grade = static_cast<unsigned long>(persons[0]->iStreamType);
+    QVERIFY(grade >= 2 && grade <= 4);
+    QCOMPARE(m_host->count(grade, persons[0]), 1);
+    QCOMPARE(m_host->count(grade, self), 0);
+    QCOMPARE(m_host->count(grade, share), 0);
+    QCOMPARE(persons[0]->iStreamStatus, int(kStreamRunning));
+    QCOMPARE(QSize(persons[0]->iVideoWidth, persons[0]->iVideoHeight), QSize(64, 36));
+}
+
+void TestGallery::badFramesAreRefused()
+{
+    tagPersonInfo* person = addMany(1)[0];
+    VantrelRTCVideoFrameQT frame{};
+    frame.pData = m_picture.data();
+    const std::vector<std::pair<quint32, quint32>> sizes{
+        {0, 0}, {0, 8}, {8, 0}, {16385, 8}, {8, 16385}, {0xffffffffU, 0xffffffffU}, {65536, 65536}};
+    for (const auto& [width, height] : sizes) {
+        frame.width = width;
+        frame.height = height;
+        QVERIFY(!m_gallery->playFrame(person, &frame));
+    }
+    frame.width = frame.height = 8;
+    for (const quintptr bad : {quintptr(0), quintptr(0x10), ~quintptr(0) - 4}) {
+        frame.pData = reinterpret_cast<const uint8_t*>(bad);
+        QVERIFY(!m_gallery->playFrame(person, &frame));
+    }
+    settle();
+    QCOMPARE(person->iStreamStatus, int(kStreamNone));
+    QVERIFY(play(person));
+}
+
+void TestGallery::pinsOneParticipant()
+{
+    const auto persons = addMany(3);
+    m_gallery->onModAllLook(persons[0], true);
+    QCOMPARE(hub().curScreenMode(), int(eLayoutSpeakerRight));
+    QCOMPARE(hub().gallery.focusPerson, persons[0]);
+    m_gallery->setMeetingMode(eLayoutSpeakerTop);
+    m_gallery->onModLookLock(persons[1], true);
+    QVERIFY(!persons[0]->bAllLook && persons[1]->bLockLook);
+    QCOMPARE(hub().curScreenMode(), int(eLayoutSpeakerTop));
+    QCOMPARE(hub().gallery.focusPerson, persons[1]);
+    m_gallery->onModAllLook(persons[1], true); // the focus already: the plain speaker mode
+    QCOMPARE(hub().curScreenMode(), int(eLayoutSpeakerRight));
+    hub().settings.layoutFollow = true;
+    m_gallery->onModAllLook(persons[2], true);
+    QCOMPARE(hub().curScreenMode(), int(eLayoutEqualCut));
+}
+
+void TestGallery::keepsStates()
+{
+    tagPersonInfo* person = addMany(2)[0];
+    QVERIFY(m_gallery->setMute(person, false));
+    QVERIFY(!m_gallery->setMute(person, false));
+    m_gallery->onModVolume(person, 1000);
+    QCOMPARE(person->iVolume, 100);
+    m_gallery->onModVolume(person, -5);
+    QCOMPARE(person->iVolume, 0);
+    m_gallery->onModPersonHandup(person, true);
+    QVERIFY(person->bHandUp);
+    m_gallery->setPreview(person, true);
+    QVERIFY(person->bPreview && person->bPrePreview && person->bVideoStatusChange);
+    m_gallery->setPreview(person, false);
+    QVERIFY(!person->bPreview && person->bPrePreview);
+    m_gallery->OnSetVoiceActivateUser("u0");
+    QVERIFY(person->bSpeaking);
+    m_gallery->OnSetVoiceActivateUser("nobody");
+    QVERIFY(!person->bSpeaking);
+    m_gallery->UpdateUserNetStatus("nobody", 1, true, 3);
+}
+
+void TestGallery::doubleClickMaximises()
+{
+    const auto persons = addMany(2);
+    m_gallery->onLeftBtnDBClick(persons[1]->pWidget);
+    QCOMPARE(hub().curScreenMode(), int(eLayoutShare));
+    m_gallery->onLeftBtnDBClick(persons[1]->pWidget);
+    QCOMPARE(hub().curScreenMode(), int(eLayoutEqualCut));
+    QCOMPARE(m_host->count(ZRMSG_DBLCLICK_LAYOUT), 2);
+    hub().settings.layoutFollow = true;
+    m_gallery->onLeftBtnDBClick(persons[1]->pWidget);
+    QCOMPARE(hub().curScreenMode(), int(eLayoutEqualCut));
+}
+
+void TestGallery::tellsTheShareRectangleOnce()
+{
+    hub().settings.layoutFollow = true;
+    add("sharescreen_1");
+    settle();
+    QVERIFY(m_gallery->shareRect().isValid());
+    const int told = m_host->count(ZRMSG_SHARE_RECT_CHANGED);
+    QCOMPARE(told, 1);
+    m_gallery->shareRect();
+    m_gallery->reLayout();
+    QCOMPARE(m_host->count(ZRMSG_SHARE_RECT_CHANGED), told);
+    m_gallery->resize(900, 600);
+    QTRY_COMPARE(m_host->count(ZRMSG_SHARE_RECT_CHANGED), told + 1);
+}
+
+void TestGallery::exitEmptiesTheGallery()
+{
+    addMany(4);
+    QCOMPARE(m_gallery->ProcessExitMeeting(), 1);
+    settle();
+    QCOMPARE(m_gallery->findChildren<CPlayWidget*>().size(), 0);
+    QVERIFY(!m_gallery->findPerson("u0"));
+    m_host->messages.clear();
+    QTest::qWait(1100);
+    QVERIFY(m_host->messages.empty());
+    QVERIFY(add("again"));
+}
+
+ZR_WIDGET_TEST_MAIN(TestGallery)
+#include "tst_qdlgscreen.moc"

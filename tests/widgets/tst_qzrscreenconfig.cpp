@@ -1,0 +1,178 @@
+// The hub: what several threads and several hosts share.
+#include "testsupport.h"
+
+#include "qzrscreenconfig.h"
+
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <atomic>
+#include <functional>
+#include <thread>
+#include <vector>
+
+namespace {
+
+class Callback : public CAbsUIMsgCallback
+{
+public:
+    bool UIMsgNotify(unsigned long, unsigned long long, long long) override
+    {
+        ++calls;
+        if (act)
+            act();
+        return true;
+    }
+    int calls = 0;
+    std::function<void()> act;
+};
+
+} // namespace
+
+class TestHub : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup() { QZRScreenConfig::destroyInstance(); }
+
+    void startsFreshAfterDestruction();
+    void keepsTheNewestSubtitles();
+    void suppressesSubtitlesByMode();
+    void reportsAModeOnlyWhenItChanges();
+    void broadcastSurvivesUnregistering();
+    void pinsKeepRecordsInSight();
+    void isSharedByThreads();
+
+private:
+    QZRScreenConfig& hub() { return *QZRScreenConfig::getInstance(); }
+};
+
+void TestHub::startsFreshAfterDestruction()
+{
+    Callback callback;
+    hub().registerUICallback(&callback);
+    hub().settings.pollingPeriodS = 3;
+    hub().settings.shareIdx = 2;
+    hub().setCurScreenMode(eLayoutGrid9);
+    hub().setShareSponsor("anna");
+    hub().AddOneSubtitle(1, 0, "a", "b");
+    QZRScreenConfig::destroyInstance();
+    QCOMPARE(hub().settings.pollingPeriodS.load(), 10);
+    QCOMPARE(hub().settings.shareIdx.load(), -1);
+    QCOMPARE(hub().settings.speakerIdx.load(), -1);
+    QCOMPARE(hub().curScreenMode(), int(eLayoutEqualCut));
+    QVERIFY(hub().shareSponsor().isEmpty());
+    QVERIFY(hub().subtitles().isEmpty());
+    hub().broadcast(ZRMSG_TILE_CLICK, 0, 0);
+    QCOMPARE(callback.calls, 0);
+}
+
+void TestHub::keepsTheNewestSubtitles()
+{
+    QSignalSpy added(&hub(), &QZRScreenConfig::notifyAddSubtitle);
+    for (int id = 100; id > 30; --id) // falling ids: the newest is the smallest and goes at once
+        hub().AddOneSubtitle(id, 0, "speaker", QString::number(id));
+    QCOMPARE(added.size(), 70);
+    QCOMPARE(hub().subtitles().size(), 64);
+    QCOMPARE(hub().subtitles().firstKey(), 37);
+    hub().AddOneSubtitle(50, 3, "other", "longer");
+    QCOMPARE(hub().subtitles().size(), 64);
+    QCOMPARE(hub().subtitles().value(50).transStr, QString("longer"));
+    QSignalSpy cleaned(&hub(), &QZRScreenConfig::notifyCleanSubtitle);
+    hub().setSubtitleOpen(true);
+    QVERIFY(hub().subtitles().isEmpty());
+    QCOMPARE(cleaned.size(), 1);
+}
+
+void TestHub::suppressesSubtitlesByMode()
+{
+    for (int mode = 1; mode <= 14; ++mode) {
+        const bool expected = mode >= 4 && mode <= 9;
+        hub().setCurScreenMode(mode);
+        QCOMPARE(hub().isModeWithoutSubtitle(mode), expected);
+        QCOMPARE(hub().isModeWithoutSubtitle(-1), expected);
+        QCOMPARE(hub().isSubtitleSuppressed(), expected || mode == 10);
+    }
+}
+
+void TestHub::reportsAModeOnlyWhenItChanges()
+{
+    QSignalSpy changed(&hub(), &QZRScreenConfig::notifyCurScreenMode);
+    hub().setCurScreenMode(eLayoutEqualCut);
+    QCOMPARE(changed.size(), 0);
+    hub().setCurScreenMode(eLayoutShare);
+    hub().setCurScreenMode(eLayoutShare);
+    QCOMPARE(changed.size(), 1);
+}
+
+void TestHub::broadcastSurvivesUnregistering()
+{
+    Callback callbacks[3];
+    for (Callback& callback : callbacks) {
+        hub().registerUICallback(&callback);
+        hub().registerUICallback(&callback); // twice is once
+    }
+    // Whoever is called first takes everybody off the list.
+    for (Callback& callback : callbacks)
+        callback.act = [&] {
+            for (Callback& other : callbacks)
+                hub().unregisterUICallback(&other);
+        };
+    hub().broadcast(ZRMSG_TILE_CLICK, 0, 0);
+    QCOMPARE(callbacks[0].calls + callbacks[1].calls + callbacks[2].calls, 1);
+    QCOMPARE(hub().broadcastDepth(), 0);
+    QVERIFY(!hub().unregisterUICallback(&callbacks[0]));
+}
+
+void TestHub::pinsKeepRecordsInSight()
+{
+    tagPersonInfo person;
+    QVERIFY(!hub().pinPerson(&person));
+    hub().addLivePerson(&person);
+    {
+        PersonPin pin = hub().pinPerson(&person);
+        QVERIFY(bool(pin));
+        QCOMPARE(person.pins.load(), 1);
+        PersonPin moved = std::move(pin);
+        QCOMPARE(person.pins.load(), 1);
+        hub().removeLivePerson(&person);
+        QVERIFY(!hub().pinPerson(&person));
+        QCOMPARE(person.pins.load(), 1);
+    }
+    QCOMPARE(person.pins.load(), 0);
+}
+
+void TestHub::isSharedByThreads()
+{
+    std::atomic<bool> stop{false};
+    std::vector<std::thread> threads;
+    std::vector<tagPersonInfo> persons(4);
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&, t] {
+            for (int i = 0; !stop; ++i) {
+                hub().AddOneSubtitle(i % 100, t, "speaker", "text");
+                hub().setShareSponsor(QString::number(i));
+                auto* person = &persons[static_cast<std::size_t>(t)];
+                hub().addLivePerson(person);
+                {
+                    const PersonPin pin = hub().pinPerson(person);
+                }
+                hub().removeLivePerson(person);
+            }
+        });
+    }
+    for (int i = 0; i < 200; ++i) {
+        hub().subtitles();
+        hub().shareSponsor();
+        hub().clearSubtitles();
+        QTest::qWait(1);
+    }
+    stop = true;
+    for (std::thread& thread : threads)
+        thread.join();
+    QVERIFY(hub().subtitles().size() <= 64);
+}
+
+ZR_WIDGET_TEST_MAIN(TestHub)
+#include "tst_qzrscreenconfig.moc"
