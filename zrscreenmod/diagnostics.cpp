@@ -1,0 +1,110 @@
+#include "diagnostics.h"
+
+#include "logfilerules.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+
+#include <atomic>
+#include <exception>
+
+namespace {
+
+// Initialised at compile time and never destroyed: messages come at any time, also before the
+// module's initialisers and after its destructors have run.
+std::atomic<QMyLogThread*> g_target{nullptr};
+std::atomic<QtMessageHandler> g_previousHandler{nullptr};
+std::atomic<bool> g_passOn{false};
+/// Threads inside logMessageHandler. A count, not a lock: the handler may be entered again by the
+/// thread that is in it.
+std::atomic<int> g_inside{0};
+
+struct InsideHandler
+{
+    InsideHandler() { ++g_inside; }
+    ~InsideHandler() { --g_inside; }
+    InsideHandler(const InsideHandler&) = delete;
+    InsideHandler& operator=(const InsideHandler&) = delete;
+};
+
+void passOn(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    if (const QtMessageHandler previous = g_previousHandler)
+        previous(type, context, message);
+}
+
+void logFileTimes(const QString& path)
+{
+    const QString format = QStringLiteral("yyyy-MM-dd hh:mm:ss");
+    const QFileInfo file(path);
+    qDebug() << path << ",createTime:" << file.birthTime().toString(format)
+             << ",lastModify:" << file.lastModified().toString(format);
+}
+
+} // namespace
+
+void logMessageHandler(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    constexpr int kFatalWaitMs = 2000;
+    const InsideHandler inside;
+    // Nothing may leave this function: it is called from destructors and from C code.
+    try {
+        QMyLogThread* const target = g_target;
+        if (!target || g_passOn || type == QtFatalMsg)
+            passOn(type, context, message);
+        if (!target)
+            return;
+        emit target->notifyWiteLog(formatLogLine(type, context, message));
+        if (type == QtFatalMsg)
+            target->waitUntilWritten(kFatalWaitMs);
+    } catch (const std::exception&) {
+        // Out of memory: the line is lost.
+    }
+}
+
+void installLogHandler(QMyLogThread* logThread)
+{
+    g_passOn = qEnvironmentVariableIntValue("ZRSCREEN_LOG_STDERR") == 1;
+    g_target = logThread;
+    const QtMessageHandler previous = qInstallMessageHandler(logMessageHandler);
+    if (previous != logMessageHandler)
+        g_previousHandler = previous;
+}
+
+bool removeLogHandler()
+{
+    const QtMessageHandler current = qInstallMessageHandler(g_previousHandler);
+    if (current != logMessageHandler)
+        qInstallMessageHandler(current);
+    g_target = nullptr;
+    constexpr int kAttempts = 1000;
+    for (int i = 0; g_inside > 0 && i < kAttempts; ++i)
+        QThread::msleep(1);
+    return g_inside == 0;
+}
+
+void printExefileInfo()
+{
+    const QString folder = QCoreApplication::applicationDirPath();
+    logFileTimes(QCoreApplication::applicationFilePath());
+    logFileTimes(folder + QStringLiteral("/ZRScreenMod.dll"));
+    logFileTimes(folder + QStringLiteral("/ZrRTCEngine.dll"));
+}
+
+void globalCleanLog(const QString& folder, QDate today)
+{
+    const QDir dir(folder);
+    deleteLogFiles(dir, zr::oldLogsToDelete(dir.entryList(QDir::Files), today));
+}
+
+void createTmpFrameDir(const QString& folder)
+{
+    const QString path = folder + QStringLiteral("/tmpFrame");
+    if (QFileInfo::exists(path))
+        return;
+    const bool made = QDir().mkpath(path);
+    qDebug() << "createTmpFrameDir ret:" << made;
+}

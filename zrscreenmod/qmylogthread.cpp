@@ -1,0 +1,238 @@
+#include "qmylogthread.h"
+
+#include "logfilerules.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <chrono>
+#include <utility>
+
+namespace {
+
+qint64 memoryOf(const QString& line)
+{
+    constexpr qint64 kOverheadBytes = 48; // the heap block's head and the queue's entry
+    return line.size() * static_cast<qint64>(sizeof(QChar)) + kOverheadBytes;
+}
+
+} // namespace
+
+QString logFolder()
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/log");
+}
+
+QString formatLogLine(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    return qFormatLogMessage(type, context, message) + QStringLiteral("\r\n");
+}
+
+void deleteLogFiles(const QDir& folder, const QStringList& names)
+{
+    for (const QString& name : names) {
+        qDebug() << "delete log file:" << name;
+        QFile::remove(folder.filePath(name));
+    }
+}
+
+LogSettings LogSettings::forApplication()
+{
+    LogSettings settings;
+    settings.folder = logFolder();
+    settings.now = &QDateTime::currentDateTime;
+    return settings;
+}
+
+QMyLogThread::QMyLogThread(LogSettings settings)
+    : m_settings(std::move(settings))
+    , m_date(m_settings.now().date())
+{
+    // Direct: the lines wait in a queue of this class instead of the event queue, which has no
+    // bound, cannot be taken over by another thread, and is thrown away when its thread ends.
+    connect(this, &QMyLogThread::notifyWiteLog, this, &QMyLogThread::enqueue, Qt::DirectConnection);
+}
+
+QMyLogThread::~QMyLogThread()
+{
+    if (!m_closed)
+        (void)finish();
+}
+
+// --- Any thread -----------------------------------------------------------------------------
+
+void QMyLogThread::enqueue(const QString& line)
+{
+    const std::lock_guard lock(m_lock);
+    if (m_closed)
+        return;
+    const qint64 bytes = memoryOf(line);
+    if (m_queueBytes + bytes > m_settings.queueLimitBytes) {
+        ++m_lostLines;
+        return;
+    }
+    m_queue.push_back(line);
+    m_queueBytes += bytes;
+    ++m_given;
+    if (std::exchange(m_waiting, false))
+        m_changed.notify_all();
+}
+
+bool QMyLogThread::waitUntilBegun(int timeoutMs)
+{
+    std::unique_lock lock(m_lock);
+    return m_changed.wait_for(lock, std::chrono::milliseconds(timeoutMs),
+                              [this] { return m_begun; });
+}
+
+bool QMyLogThread::waitUntilWritten(int timeoutMs)
+{
+    if (QThread::currentThread() == this)
+        return false;
+    std::unique_lock lock(m_lock);
+    const quint64 target = m_given;
+    return m_changed.wait_for(lock, std::chrono::milliseconds(timeoutMs),
+                              [this, target] { return m_written >= target; });
+}
+
+bool QMyLogThread::finish(int timeoutMs)
+{
+    {
+        const std::lock_guard lock(m_lock);
+        m_closed = true;
+        m_changed.notify_all();
+    }
+    // In slices: on Windows a wait that has begun lasts until the system's thread has ended, but
+    // one that begins when the thread has left run() and Qt's own clean-up returns at once.
+    constexpr int kSliceMs = 10;
+    const QDeadlineTimer deadline(timeoutMs < 0 ? QDeadlineTimer(QDeadlineTimer::Forever)
+                                                : QDeadlineTimer(timeoutMs));
+    while (!wait(QDeadlineTimer(kSliceMs))) {
+        if (deadline.hasExpired())
+            return false;
+    }
+    writeLeftovers();
+    return true;
+}
+
+void QMyLogThread::writeLeftovers()
+{
+    // A thread that the system has ended may have taken the lock with it.
+    constexpr int kAttempts = 100;
+    std::unique_lock lock(m_lock, std::try_to_lock);
+    for (int i = 0; !lock.owns_lock() && i < kAttempts; ++i) {
+        QThread::msleep(1);
+        lock.try_lock();
+    }
+    if (!lock.owns_lock())
+        return;
+    const Work work = takeWork();
+    lock.unlock();
+    write(work);
+}
+
+QMyLogThread::Work QMyLogThread::takeWork()
+{
+    m_queueBytes = 0;
+    return {std::exchange(m_queue, {}), std::exchange(m_lostLines, 0)};
+}
+
+// --- Writer thread --------------------------------------------------------------------------
+
+void QMyLogThread::run()
+{
+    std::unique_lock lock(m_lock);
+    m_begun = true;
+    m_changed.notify_all();
+    while (true) {
+        m_waiting = true;
+        m_changed.wait(lock, [this] { return m_closed || !m_queue.empty(); });
+        m_waiting = false;
+        if (m_queue.empty())
+            return;
+        const Work work = takeWork();
+        lock.unlock();
+        write(work);
+        lock.lock();
+        m_written += work.lines.size();
+        m_changed.notify_all();
+    }
+}
+
+void QMyLogThread::write(const Work& work)
+{
+    for (const QString& line : work.lines)
+        addToBatch(line);
+    if (work.lostLines > 0) {
+        const QString message = QStringLiteral("log lines lost: %1").arg(work.lostLines);
+        addToBatch(formatLogLine(QtWarningMsg, QMessageLogContext(), message));
+    }
+    flushBatch();
+}
+
+void QMyLogThread::myWriteLog(QString qstrLog)
+{
+    addToBatch(qstrLog);
+    flushBatch();
+}
+
+void QMyLogThread::addToBatch(const QString& line)
+{
+    const QDateTime now = m_settings.now();
+    if (now.date() != m_date) {
+        flushBatch();
+        m_date = now.date();
+        m_iWriteCount = 0;
+        m_qstrSuffix.clear();
+    }
+    bool fileIsFull = false;
+    if (m_iWriteCount > zr::kLinesBetweenSizeChecks) {
+        flushBatch();
+        // What could not be written does not count, so ask again.
+        if (m_iWriteCount > zr::kLinesBetweenSizeChecks) {
+            m_iWriteCount = 0;
+            fileIsFull = QFileInfo(filePath()).size() > zr::kLogFileLimitBytes;
+        }
+    }
+    if (fileIsFull)
+        m_qstrSuffix = zr::logFileSuffix(now.time());
+    m_batch += line.toLocal8Bit();
+    ++m_iBatchLines;
+    ++m_iWriteCount;
+    if (fileIsFull) {
+        flushBatch(); // the new file counts
+        cleanDateLog();
+    }
+}
+
+void QMyLogThread::flushBatch()
+{
+    if (m_iBatchLines == 0)
+        return;
+    const QByteArray text = std::exchange(m_batch, {});
+    const int lines = std::exchange(m_iBatchLines, 0);
+    // Opened and closed each time, so that others may move, rotate and delete the files.
+    QFile file(filePath());
+    constexpr QIODevice::OpenMode kMode =
+        QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered;
+    const bool opened = file.open(kMode) || (QDir().mkpath(m_settings.folder) && file.open(kMode));
+    if (opened)
+        file.write(text);
+    else
+        m_iWriteCount -= lines;
+}
+
+QString QMyLogThread::filePath() const
+{
+    return m_settings.folder + QLatin1Char('/') + zr::logFileName(m_date, m_qstrSuffix);
+}
+
+void QMyLogThread::cleanDateLog()
+{
+    const QDir folder(m_settings.folder);
+    deleteLogFiles(folder, zr::fullDayLogsToDelete(folder.entryList(QDir::Files), m_date));
+}
