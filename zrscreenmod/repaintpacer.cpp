@@ -4,8 +4,17 @@
 
 #include <algorithm>
 
-RepaintPacer::RepaintPacer(int beatMs)
-    : m_iBeatMs(beatMs)
+namespace {
+
+bool contains(const std::vector<QPointer<QWidget>>& widgets, const QWidget* widget)
+{
+    return std::find(widgets.begin(), widgets.end(), widget) != widgets.end();
+}
+
+} // namespace
+
+RepaintPacer::RepaintPacer(int maxWaitMs)
+    : m_iMaxWaitMs(maxWaitMs)
 {
 }
 
@@ -24,25 +33,38 @@ void RepaintPacer::requestUpdate(QWidget* widget)
 {
     if (!widget->isVisible())
         return;
-    if (isQuiet()) {
-        widget->update();
-        m_beat.start(m_iBeatMs, Qt::PreciseTimer, this);
-    } else if (std::find(m_vecDirty.begin(), m_vecDirty.end(), widget) == m_vecDirty.end()) {
+    if (isIdle() && (!m_lastRound.isValid() || m_lastRound.hasExpired(kQuietMs)))
+        m_vecExpected.clear();
+    const bool again = contains(m_vecDirty, widget);
+    if (!again)
         m_vecDirty.emplace_back(widget);
-    }
+    if (again || isComplete())
+        finishRound();
+    else if (!m_deadline.isActive())
+        m_deadline.start(m_iMaxWaitMs, Qt::PreciseTimer, this);
 }
 
-void RepaintPacer::timerEvent(QTimerEvent* event)
+bool RepaintPacer::isComplete() const
 {
-    if (event->timerId() != m_beat.timerId())
-        return;
-    if (m_vecDirty.empty()) {
-        m_beat.stop();
-        return;
-    }
+    return std::all_of(m_vecExpected.begin(), m_vecExpected.end(), [this](const auto& widget) {
+        return !widget || !widget->isVisible() || contains(m_vecDirty, widget);
+    });
+}
+
+void RepaintPacer::finishRound()
+{
+    m_deadline.stop();
     for (const QPointer<QWidget>& widget : m_vecDirty) {
         if (widget && widget->isVisible())
             widget->update();
     }
+    std::swap(m_vecExpected, m_vecDirty);
     m_vecDirty.clear();
+    m_lastRound.start();
+}
+
+void RepaintPacer::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() == m_deadline.timerId())
+        finishRound();
 }

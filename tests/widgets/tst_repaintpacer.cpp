@@ -6,6 +6,7 @@
 #include <QtTest>
 
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -29,15 +30,22 @@ private slots:
     void init();
     void cleanup() { m_window.reset(); }
 
-    void firstIsPaintedAtOnceAndTheRestTogether();
-    void staysQuietWithoutRequests();
+    void loneTileIsNeverHeldBack();
+    void tilesOutOfStepArePaintedTogether();
+    void missingTileIsWaitedForUntilTheDeadline();
+    void secondPictureEndsTheRound();
+    void nobodyIsWaitedForAfterAQuietTime();
     void hiddenAndDestroyedWidgetsDropOut();
     void sharedPacerLivesWithItsUsers();
 
 private:
     CountingWidget* add(int x);
+    /// Asks for a repaint and lets it happen. @return paints of both since the last call
+    QPair<int, int> request(RepaintPacer& pacer, CountingWidget* widget);
+    /// Makes a round of both, for the next one to expect them.
+    void roundOfBoth(RepaintPacer& pacer);
 
-    static constexpr int kBeatMs = 200;
+    static constexpr int kLongWaitMs = 60000; ///< no test waits for this deadline
     std::unique_ptr<QWidget> m_window;
     CountingWidget* m_first = nullptr;
     CountingWidget* m_second = nullptr;
@@ -62,53 +70,90 @@ CountingWidget* TestRepaintPacer::add(int x)
     return widget;
 }
 
-void TestRepaintPacer::firstIsPaintedAtOnceAndTheRestTogether()
+QPair<int, int> TestRepaintPacer::request(RepaintPacer& pacer, CountingWidget* widget)
 {
-    RepaintPacer pacer(kBeatMs);
-    pacer.requestUpdate(m_first);
+    m_first->paints = m_second->paints = 0;
+    pacer.requestUpdate(widget);
     QCoreApplication::processEvents();
-    QCOMPARE(m_first->paints, 1);
-    for (int i = 0; i < 10; ++i) {
-        pacer.requestUpdate(m_second);
-        pacer.requestUpdate(m_first);
-        QTest::qWait(5);
-    }
-    QCOMPARE(m_first->paints + m_second->paints, 1);
-    QTest::qWait(kBeatMs);
-    QCOMPARE(m_first->paints, 2);
-    QCOMPARE(m_second->paints, 1);
+    return {m_first->paints, m_second->paints};
 }
 
-void TestRepaintPacer::staysQuietWithoutRequests()
+void TestRepaintPacer::roundOfBoth(RepaintPacer& pacer)
 {
-    RepaintPacer pacer(20);
-    QVERIFY(pacer.isQuiet());
-    pacer.requestUpdate(m_first);
-    QVERIFY(!pacer.isQuiet());
-    QTRY_VERIFY(pacer.isQuiet());
-    QTest::qWait(60);
-    QVERIFY(pacer.isQuiet());
-    QCOMPARE(m_first->paints, 1);
+    request(pacer, m_first); // nobody was there before: at once
+    request(pacer, m_second);
+    QCOMPARE(request(pacer, m_first), qMakePair(1, 1));
+    QVERIFY(pacer.isIdle());
+}
+
+void TestRepaintPacer::loneTileIsNeverHeldBack()
+{
+    RepaintPacer pacer(kLongWaitMs);
+    for (int i = 0; i < 20; ++i) {
+        QCOMPARE(request(pacer, m_first), qMakePair(1, 0));
+        QVERIFY(pacer.isIdle());
+    }
+}
+
+void TestRepaintPacer::tilesOutOfStepArePaintedTogether()
+{
+    RepaintPacer pacer(kLongWaitMs);
+    roundOfBoth(pacer);
+    for (int i = 0; i < 20; ++i) {
+        QCOMPARE(request(pacer, m_second), qMakePair(0, 0));
+        QCOMPARE(request(pacer, m_first), qMakePair(1, 1));
+    }
+}
+
+void TestRepaintPacer::missingTileIsWaitedForUntilTheDeadline()
+{
+    RepaintPacer pacer(30);
+    roundOfBoth(pacer);
+    QCOMPARE(request(pacer, m_second), qMakePair(0, 0));
+    QTRY_COMPARE_WITH_TIMEOUT(m_second->paints, 1, 1000);
+    QVERIFY(pacer.isIdle());
+    // The first is not expected any more.
+    QCOMPARE(request(pacer, m_second), qMakePair(0, 1));
+}
+
+void TestRepaintPacer::secondPictureEndsTheRound()
+{
+    RepaintPacer pacer(kLongWaitMs);
+    roundOfBoth(pacer);
+    QCOMPARE(request(pacer, m_second), qMakePair(0, 0));
+    QCOMPARE(request(pacer, m_second), qMakePair(0, 1));
+}
+
+void TestRepaintPacer::nobodyIsWaitedForAfterAQuietTime()
+{
+    RepaintPacer pacer(kLongWaitMs);
+    roundOfBoth(pacer);
+    QTest::qWait(RepaintPacer::kQuietMs + 20);
+    QCOMPARE(request(pacer, m_second), qMakePair(0, 1));
 }
 
 void TestRepaintPacer::hiddenAndDestroyedWidgetsDropOut()
 {
-    RepaintPacer pacer(50);
-    m_second->hide();
-    pacer.requestUpdate(m_second);
-    QVERIFY(pacer.isQuiet()); // a hidden widget does not even begin a beat
+    RepaintPacer waiting(kLongWaitMs);
+    roundOfBoth(waiting);
+    request(waiting, m_second);
+    m_second->hide(); // while it waits
+    QCOMPARE(request(waiting, m_first), qMakePair(1, 0));
+    QCOMPARE(request(waiting, m_second), qMakePair(0, 0));
+    QVERIFY(waiting.isIdle());
+
+    RepaintPacer awaited(kLongWaitMs);
     m_second->show();
-    QCoreApplication::processEvents();
-    m_second->paints = 0;
-    auto* third = add(200);
-    third->show();
-    pacer.requestUpdate(m_first);
-    pacer.requestUpdate(m_second);
-    pacer.requestUpdate(third);
-    m_second->hide();
-    delete third;
-    QTRY_VERIFY(pacer.isQuiet());
-    QCOMPARE(m_second->paints, 0);
+    roundOfBoth(awaited);
+    m_second->hide(); // while it is waited for
+    QCOMPARE(request(awaited, m_first), qMakePair(1, 0));
+
+    RepaintPacer bereft(kLongWaitMs);
+    m_second->show();
+    roundOfBoth(bereft);
+    const std::unique_ptr<CountingWidget> third(add(200));
+    delete std::exchange(m_second, third.get());
+    QCOMPARE(request(bereft, m_first), qMakePair(1, 0));
 }
 
 void TestRepaintPacer::sharedPacerLivesWithItsUsers()
@@ -119,7 +164,7 @@ void TestRepaintPacer::sharedPacerLivesWithItsUsers()
     pacer->requestUpdate(m_first);
     pacer.reset();
     QVERIFY(!alive);
-    QVERIFY(RepaintPacer::shared()->isQuiet());
+    QVERIFY(RepaintPacer::shared()->isIdle());
 }
 
 ZR_WIDGET_TEST_MAIN(TestRepaintPacer)
