@@ -21,6 +21,10 @@ function(_zr_test_properties name timeoutS)
   # QtTest prints a warning so when no QTest::ignoreMessage expects it.
   set_tests_properties(${name} PROPERTIES TIMEOUT ${timeoutS}
     FAIL_REGULAR_EXPRESSION "QWARN  :;QSYSTEM:")
+  if(WIN32)
+    # Without this Qt gives what it prints to the debugger when there is no console.
+    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT QT_FORCE_STDERR_LOGGING=1)
+  endif()
   if(ZR_SANITIZE MATCHES "address")
     set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
       "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
@@ -49,8 +53,11 @@ function(zr_add_widget_test name)
   else()
     add_test(NAME ${name} COMMAND ${name})
   endif()
-  _zr_test_properties(${name} 180)
-  if(NOT WIN32)
+  if(WIN32)
+    # The software renderer is slower under Wine.
+    _zr_test_properties(${name} 300)
+  else()
+    _zr_test_properties(${name} 180)
     set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
       QT_QPA_PLATFORM=xcb LIBGL_ALWAYS_SOFTWARE=1)
   endif()

@@ -36,9 +36,12 @@ export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-winemenubuilder.exe=d;mscoree=d;msht
 export WINEARCH=win64
 export LIBGL_ALWAYS_SOFTWARE=1
 [ -z "$search" ] || export WINEPATH=$search
-# What the caller's environment says about its own Qt is not for this one.
-unset QT_QPA_PLATFORM QT_PLUGIN_PATH QT_QPA_PLATFORM_PLUGIN_PATH
-[ -z "$plugins" ] || export QT_QPA_PLATFORM_PLUGIN_PATH=Z:${plugins//\//\\}
+# Wine keeps variables that begin with QT_ from its programs, as those of the desktop around it are
+# not for them; what has WINE in front of it gets through.
+for name in QT_FORCE_STDERR_LOGGING QT_LOGGING_RULES QT_FATAL_WARNINGS; do
+  [ -z "${!name:-}" ] || export "WINE$name=${!name}"
+done
+[ -z "$plugins" ] || export WINEQT_QPA_PLATFORM_PLUGIN_PATH=Z:${plugins//\//\\}
 
 # The first prefix takes ten seconds to make and 700 MB. The others are copies, which share the
 # files of Windows with it: these are read only, and Wine replaces the registry's files as a whole.
