@@ -25,8 +25,6 @@
 #include <unistd.h>
 #include <utility>
 
-extern char** environ;
-
 namespace zrhost {
 
 namespace {

@@ -60,6 +60,7 @@ namespace zrhost {
 /// One member per export, with the export's own type.
 struct ScreenApi
 {
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a member's name takes none
 #define ZRHOST_MEMBER(name) decltype(&::ZRScreen_##name) name = nullptr;
     ZRHOST_SCREEN_EXPORTS(ZRHOST_MEMBER)
 #undef ZRHOST_MEMBER

@@ -128,16 +128,16 @@ void Session::startMedia(Participant& participant, int delayMs)
 
 void Session::onSourceEnded(int number, const std::string& problem)
 {
-    for (const auto& participant : m_people) {
-        if (participant->number != number)
-            continue;
-        const std::string what =
-            "source of " + participant->id + " (" + participant->source.toText() + ")";
-        if (problem.empty())
-            m_stage.print(what + " has ended");
-        else
-            m_stage.fail(what + ": " + problem);
-    }
+    const auto found = std::find_if(m_people.begin(), m_people.end(), [&](const auto& participant) {
+        return participant->number == number;
+    });
+    if (found == m_people.end())
+        return; // has left in the meantime
+    const std::string what = "source of " + (*found)->id + " (" + (*found)->source.toText() + ")";
+    if (problem.empty())
+        m_stage.print(what + " has ended");
+    else
+        m_stage.fail(what + ": " + problem);
 }
 
 void Session::remove(Participant& participant)

@@ -372,8 +372,10 @@ void TestHostMedia::theDecoderConverts()
     QCOMPARE(source.fps(), 10.0);
     const Yuv red = toBt709(255, 0, 0);
     QVERIFY(qAbs(int(picture.data[0]) - red.y) <= 2);
-    QVERIFY(qAbs(int(picture.data[33 * 17]) - red.u) <= 2);
-    QVERIFY(qAbs(int(picture.data[33 * 17 + 17 * 9]) - red.v) <= 2);
+    constexpr std::size_t kLumaBytes = 33UL * 17;
+    constexpr std::size_t kChromaBytes = 17UL * 9;
+    QVERIFY(qAbs(int(picture.data[kLumaBytes]) - red.u) <= 2);
+    QVERIFY(qAbs(int(picture.data[kLumaBytes + kChromaBytes]) - red.v) <= 2);
 }
 
 QTEST_GUILESS_MAIN(TestHostMedia)
