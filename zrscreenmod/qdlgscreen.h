@@ -161,7 +161,7 @@ private:
     void buildDisplayList();
     void reLayoutEqualCut();
     void reLayout9EqualCut();
-    void logDisplayList() const;
+    void logDisplayList();
     /// The only caller of setGeometry, ShowPlay, HidePlay and setPersonStreamType.
     void applyPlacements(const char* prefix, const std::vector<zr::TilePlacement>& placements);
     void hideAllTiles();
@@ -182,6 +182,7 @@ private:
     QHash<QString, tagPersonInfo*> m_mapByUserId;
     std::vector<tagPersonInfo*> m_vecPerson;     ///< everybody, in join order
     std::vector<tagPersonInfo*> m_vecCurPersons; ///< in display order
+    std::vector<quint64> m_vecLoggedSerials;     ///< the display list as it was logged last
     std::set<qint64> m_setJoinTime;
     /// Deleted participants whose memory is still in use by another thread or in an event that is
     /// under way.

@@ -7,6 +7,8 @@
 #include <QCoreApplication>
 #include <QDebug>
 
+#include <utility>
+
 namespace {
 
 constexpr int kMinLayoutWidthPx = 50;
@@ -89,12 +91,17 @@ void QDlgScreen::reLayout9EqualCut()
     applyPlacements("equalcut person i:", zr::nineCutPlacements(input));
 }
 
-void QDlgScreen::logDisplayList() const
+void QDlgScreen::logDisplayList()
 {
-    int i = 0;
-    for (const tagPersonInfo* person : m_vecCurPersons)
-        qDebug() << "xx i:" << i++ << ",userName:" << person->userName
-                 << "0pWidget:" << static_cast<void*>(person->pWidget);
+    // Only the places that somebody else has taken since they were logged: with a thousand
+    // participants the whole list would cost more than the arrangement.
+    m_vecLoggedSerials.resize(m_vecCurPersons.size());
+    for (std::size_t i = 0; i < m_vecCurPersons.size(); ++i) {
+        const tagPersonInfo* person = m_vecCurPersons[i];
+        if (std::exchange(m_vecLoggedSerials[i], person->serial) != person->serial)
+            qDebug() << "xx i:" << i << ",userName:" << person->userName
+                     << "0pWidget:" << static_cast<void*>(person->pWidget);
+    }
 }
 
 void QDlgScreen::applyPlacements(const char* prefix,
