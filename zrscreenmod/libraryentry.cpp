@@ -1,7 +1,9 @@
 #include "libraryentry.h"
 
+#include "diagnostics.h"
 #include "guithread.h"
 #include "platform.h"
+#include "qmylogthread.h"
 #include "qzrscreenconfig.h"
 #include "screenhandle.h"
 
@@ -18,6 +20,7 @@
 #endif
 
 QApplication* g_pApp = nullptr;
+QMyLogThread* g_pLogThread = nullptr;
 
 namespace {
 
@@ -36,6 +39,23 @@ void destroyInterface()
 {
     releaseAllScreens();
     QZRScreenConfig::destroyInstance();
+}
+
+/// Waits until the thread has written its lines and runs no code of the module any more.
+/// @return false when that does not come about
+bool endLogThread(QMyLogThread& thread);
+
+/// Messages go to Qt's own handler again, and every line logged so far is in its file.
+void closeLog()
+{
+    QMyLogThread* const thread = std::exchange(g_pLogThread, nullptr);
+    if (!thread)
+        return;
+    const bool unused = removeLogHandler();
+    const bool ended = endLogThread(*thread);
+    // Rather lost memory than a thread that works on memory given back.
+    if (unused && ended)
+        delete thread;
 }
 
 /// The application object to work with; null when there is none that could be used.
@@ -68,13 +88,31 @@ void zr::attachLibrary()
     if (!g_pApp)
         return;
     platform::keepQtLoaded();
+    g_pLogThread = new QMyLogThread;
+#ifndef _WIN32
+    g_pLogThread->start(QThread::InheritPriority);
+#endif
     qSetMessagePattern(kMessagePattern);
+    installLogHandler(g_pLogThread);
     qDebug() << "\r\n\r\n Init sys";
+    printExefileInfo();
+    globalCleanLog();
+    createTmpFrameDir();
     GuiThread::init();
     QZRScreenConfig::getInstance();
     // A host's own application object may end before the library does.
     qAddPostRoutine(detachLibrary);
     registerExitTeardown();
+}
+
+void zr::startLogThread()
+{
+    if (!g_pLogThread)
+        return;
+    g_pLogThread->start(QThread::InheritPriority); // does nothing when it runs
+    constexpr int kBeginTimeoutMs = 5000;
+    if (!g_pLogThread->waitUntilBegun(kBeginTimeoutMs))
+        qWarning() << "start of the log thread failed";
 }
 
 void zr::detachLibrary()
@@ -91,10 +129,12 @@ void zr::detachLibrary()
         if (!GuiThread::run(destroyInterface, kForeignDetachTimeoutMs))
             qDebug() << "end of the interface failed";
         GuiThread::shutdown();
+        closeLog();
         return;
     }
     destroyInterface();
     GuiThread::shutdown();
+    closeLog();
     platform::keepQtLoaded(); // the GL driver came with the first tile
     if (g_ownsApp)
         delete app;
@@ -103,20 +143,55 @@ void zr::detachLibrary()
 
 #ifdef _WIN32
 
+namespace {
+
+// Under the loader's lock no thread of the system comes to its end. This waits less far, until the
+// thread is outside the module.
+bool endLogThread(QMyLogThread& thread)
+{
+    constexpr int kTimeoutMs = 10000;
+    if (thread.finish(kTimeoutMs))
+        return true;
+    // A stalled disk. The code under the thread is about to go.
+    thread.terminate();
+    return thread.finish(kTimeoutMs);
+}
+
+/// At the end of the process the system has ended all other threads already, wherever they were:
+/// waiting for one, or for a lock that it held, would never end.
+void writeLastLines()
+{
+    if (!g_pLogThread)
+        return;
+    (void)removeLogHandler();
+    g_pLogThread->writeWaitingLines();
+}
+
+} // namespace
+
 void zr::registerExitTeardown() {}
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds)
 {
     if (reason == DLL_PROCESS_ATTACH)
         zr::attachLibrary();
-    // At the end of the process the system has ended all other threads already, wherever they
-    // were: waiting for one, or for a lock that it held, would never end.
-    else if (reason == DLL_PROCESS_DETACH && !processEnds)
+    else if (reason == DLL_PROCESS_DETACH && processEnds)
+        writeLastLines();
+    else if (reason == DLL_PROCESS_DETACH)
         zr::detachLibrary();
     return TRUE;
 }
 
 #else
+
+namespace {
+
+bool endLogThread(QMyLogThread& thread)
+{
+    return thread.finish();
+}
+
+} // namespace
 
 void zr::registerExitTeardown()
 {

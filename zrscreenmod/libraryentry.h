@@ -3,16 +3,26 @@
 #pragma once
 
 class QApplication;
+class QMyLogThread;
 
 /// The process's application object while the module is attached; null before and after, and when
 /// the module could not attach. GUI thread.
 extern QApplication* g_pApp;
+/// The log writer while the module is attached, else null. GUI thread.
+extern QMyLogThread* g_pLogThread;
 
 namespace zr {
 
 /// Brings the module to life on the calling thread, which becomes the GUI thread. Does nothing
 /// while it is attached. Called by the library entry.
 void attachLibrary();
+
+/// Sees to it that the log thread has begun. Lines that were logged before wait for it.
+///
+/// On Linux attaching starts the thread. On Windows no new thread begins while the library entry is
+/// called, and one that has not begun cannot be stopped when the library is unloaded; so there the
+/// first screen starts it, and without one unloading writes the lines. GUI thread.
+void startLogThread();
 
 /// Takes down everything that is left of the module. Does nothing unless attached. Called by the
 /// library entry when the library is unloaded, and at the end of the process.

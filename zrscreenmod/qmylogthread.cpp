@@ -115,11 +115,11 @@ bool QMyLogThread::finish(int timeoutMs)
         if (deadline.hasExpired())
             return false;
     }
-    writeLeftovers();
+    writeWaitingLines();
     return true;
 }
 
-void QMyLogThread::writeLeftovers()
+void QMyLogThread::writeWaitingLines()
 {
     // A thread that the system has ended may have taken the lock with it.
     constexpr int kAttempts = 100;

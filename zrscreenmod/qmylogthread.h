@@ -59,6 +59,10 @@ public:
     /// @return false when the time was too short; the object must then not be deleted
     [[nodiscard]] bool finish(int timeoutMs = -1);
 
+    /// Writes the lines that wait. For the end of a process whose other threads the system has
+    /// ended in the middle of their work; called by finish() too.
+    void writeWaitingLines();
+
     /// Waits until the started thread runs. Any other thread. @return false after `timeoutMs`
     bool waitUntilBegun(int timeoutMs);
 
@@ -93,7 +97,6 @@ private:
     void addToBatch(const QString& line);
     void flushBatch();
     QString filePath() const;
-    void writeLeftovers();
 
     const LogSettings m_settings;
 

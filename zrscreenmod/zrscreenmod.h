@@ -10,6 +10,10 @@
 ///   own: the host's loop on that thread drives it (the message loop on Windows, the default GLib
 ///   main context on Linux).
 /// - High-DPI scaling of Qt is switched off, and Qt's message pattern is set.
+/// - All messages of Qt in the process go to the files `log/zrscreenLog<date>.txt` in the folder of
+///   the program, written by a thread of the library. With the environment variable
+///   `ZRSCREEN_LOG_STDERR` set to 1 they go to the message handler that was there before as well.
+///   Log files older than three days are deleted.
 /// - On X11 Qt installs an Xlib error handler, so that an error of one window does not end the
 ///   process. Without a display the library draws off screen and embeds nothing.
 /// - `ZRScreen_Init` raises the priority of the GUI thread for good, as far as the system lets it.

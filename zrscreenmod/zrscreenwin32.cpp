@@ -37,6 +37,7 @@ void* ZR_CALL ZRScreen_Init(HWND hParent, ZRNotify notify)
         }
         void* screen = nullptr;
         const bool done = GuiThread::run([&] {
+            zr::startLogThread();
             screen = createScreen(hParent, notify);
             zr::registerExitTeardown();
             const platform::PriorityChange change = platform::setThreadPriorityTimeCritical();
