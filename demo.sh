@@ -30,7 +30,7 @@ fetch_footage() {
             "${as_root[@]}" apt-get -q update && "${download[@]}"
         fi
         dpkg -x "$footage_package"_*.deb .
-    ) >"$log" 2>&1
+    ) >build/footage.log 2>&1
 }
 
 build() {
@@ -53,7 +53,7 @@ if [[ -z $footage ]]; then
     footage=$(find_footage)
 fi
 if [[ -z $footage ]]; then
-    echo "The footage could not be fetched ($log): drawn pictures take its place."
+    echo "The footage could not be fetched (build/footage.log): drawn pictures take its place."
 fi
 
 # The real footage of a participant, at a size; a drawn picture where there is none.
