@@ -33,6 +33,14 @@ constexpr GLfloat kVertices[] = {-1, -1, 1, -1, -1, 1, 1, 1};
 // A texture's first row is the picture's top.
 constexpr GLfloat kTextureCoordinates[] = {0, 1, 1, 1, 0, 0, 1, 0};
 
+/// A plane in a tile's block: bytes, which are samples.
+struct Plane
+{
+    std::size_t offset;
+    std::size_t width;
+    std::size_t height;
+};
+
 /// Red-only textures came with OpenGL 3.0; before that, and in ES 2, luminance does the same for
 /// a shader that reads the red component.
 GLenum singleChannelFormat(const QOpenGLContext& context)
@@ -111,12 +119,10 @@ void YuvRenderer::upload(const zr::I420Layout& layout, const uchar* bytes, quint
 {
     if (!m_bInitialized || layout.isEmpty() || serial == m_uUploadedSerial)
         return;
-    const struct
-    {
-        std::size_t offset, width, height;
-    } planes[] = {{0, layout.lumaStride, layout.lumaRows},
-                  {layout.uOffset(), layout.chromaStride, layout.chromaRows},
-                  {layout.vOffset(), layout.chromaStride, layout.chromaRows}};
+    const std::array<Plane, 3> planes{
+        Plane{0, layout.lumaStride, layout.lumaRows},
+        Plane{layout.uOffset(), layout.chromaStride, layout.chromaRows},
+        Plane{layout.vOffset(), layout.chromaStride, layout.chromaRows}};
     for (std::size_t i = 0; i < m_textures.size(); ++i) {
         glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(i));
         glBindTexture(GL_TEXTURE_2D, m_textures[i]->textureId());

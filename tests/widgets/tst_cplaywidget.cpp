@@ -74,6 +74,7 @@ private slots:
     void aBurstFromAnotherThreadIsOneRepaint();
     void hiddenTileTakesNothing();
     void pictureDuringTheChangeDelayIsShownAfterIt();
+    void streamThatRunsAgainIsUncovered();
     void badNetworkFreezesThePicture();
     void blankTileShowsLoadingFor30Renders();
     void pausedShareIsNotDrawn();
@@ -435,6 +436,20 @@ void TestTile::pictureDuringTheChangeDelayIsShownAfterIt()
     QTRY_VERIFY(m_tile->playInfo()->isPictureVisible());
     COMPARE_COLOR(pixel(80, 45), zrtest::toRgb(zrtest::kGreen));
     m_tile->SetPersonInfo(nullptr, false);
+}
+
+void TestTile::streamThatRunsAgainIsUncovered()
+{
+    showTile({160, 90});
+    play(Picture(160, 90, zrtest::kRed));
+    QVERIFY(m_tile->playInfo()->isPictureVisible());
+    m_person->iStreamStatus = kStreamNone;
+    m_tile->RefreshPlayInfo();
+    QVERIFY(!m_tile->playInfo()->isPictureVisible());
+    // A picture of the same size: the gallery has no reason to refresh the tile.
+    m_person->iStreamStatus = kStreamRunning;
+    play(Picture(160, 90, zrtest::kGreen));
+    QVERIFY(m_tile->playInfo()->isPictureVisible());
 }
 
 void TestTile::badNetworkFreezesThePicture()
