@@ -28,6 +28,9 @@ function(_zr_test_properties name timeoutS)
   if(ZR_SANITIZE MATCHES "address")
     set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
       "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
+  elseif(ZR_SANITIZE MATCHES "thread")
+    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
+      "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp:second_deadlock_stack=1")
   endif()
 endfunction()
 
