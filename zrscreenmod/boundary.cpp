@@ -23,10 +23,17 @@ qptrdiff textLength(const char* text)
     return length;
 }
 
+/// Positions and sides up to here can be added without leaving an int.
+constexpr std::int64_t kMaxExtent = std::numeric_limits<std::int32_t>::max() / 2;
+
+int position(std::int32_t at)
+{
+    return static_cast<int>(qBound(-kMaxExtent, std::int64_t(at), kMaxExtent));
+}
+
 int span(std::int32_t from, std::int32_t to)
 {
-    constexpr std::int64_t kMaxSide = std::numeric_limits<std::int32_t>::max() / 2;
-    return static_cast<int>(qBound(-kMaxSide, std::int64_t(to) - from, kMaxSide));
+    return static_cast<int>(qBound(-kMaxExtent, std::int64_t(to) - from, kMaxExtent));
 }
 
 } // namespace
@@ -55,7 +62,8 @@ std::optional<QRect> readRect(const tagRECT* pRect)
         return std::nullopt;
     }
     std::memcpy(edges, pRect, sizeof edges);
-    return QRect(edges[0], edges[1], span(edges[0], edges[2]), span(edges[1], edges[3]));
+    return QRect(position(edges[0]), position(edges[1]), span(edges[0], edges[2]),
+                 span(edges[1], edges[3]));
 }
 
 PlayRef resolvePlay(const ScreenRef& screen, void* pPlay)
