@@ -2,6 +2,7 @@
 
 #include "platform.h"
 
+#include <atomic>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -9,6 +10,8 @@
 namespace boundary {
 
 namespace {
+
+std::atomic<bool> s_closed{false};
 
 /// Length of a text, 0 for null, -1 with a log line when its memory cannot be read.
 qptrdiff textLength(const char* text)
@@ -37,6 +40,16 @@ int span(std::int32_t from, std::int32_t to)
 }
 
 } // namespace
+
+void closeForGood()
+{
+    s_closed = true;
+}
+
+bool isClosed()
+{
+    return s_closed;
+}
 
 std::optional<QString> readUtf8(const char* text)
 {

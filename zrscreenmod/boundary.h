@@ -17,6 +17,11 @@
 
 namespace boundary {
 
+/// Lets every export that is entered from here on return its failure value at once: the process
+/// ends, and Qt must not be used any more, not even for a log line. Any thread.
+void closeForGood();
+[[nodiscard]] bool isClosed();
+
 /// Reads a zero-terminated text of the host's; null is empty. @return nothing, and a log line,
 /// when the memory cannot be read.
 [[nodiscard]] std::optional<QString> readUtf8(const char* text);
@@ -139,3 +144,10 @@ Result askGallery(void* hScreen, Result failure, Body&& body) noexcept
 }
 
 } // namespace boundary
+
+/// The first line of every export.
+#define ZR_ENTER_OR_RETURN(failure)                                                                \
+    do {                                                                                           \
+        if (boundary::isClosed())                                                                  \
+            return failure;                                                                        \
+    } while (false)

@@ -74,9 +74,13 @@ void installLogHandler(QMyLogThread* logThread)
         g_previousHandler = previous;
 }
 
-bool removeLogHandler()
+namespace {
+
+void dropMessage(QtMsgType, const QMessageLogContext&, const QString&) {}
+
+bool replaceLogHandler(QtMessageHandler successor)
 {
-    const QtMessageHandler current = qInstallMessageHandler(g_previousHandler);
+    const QtMessageHandler current = qInstallMessageHandler(successor);
     if (current != logMessageHandler)
         qInstallMessageHandler(current);
     g_target = nullptr;
@@ -84,6 +88,18 @@ bool removeLogHandler()
     for (int i = 0; g_inside > 0 && i < kAttempts; ++i)
         QThread::msleep(1);
     return g_inside == 0;
+}
+
+} // namespace
+
+bool removeLogHandler()
+{
+    return replaceLogHandler(g_previousHandler);
+}
+
+bool dropLogMessages()
+{
+    return replaceLogHandler(dropMessage);
 }
 
 void printExefileInfo()

@@ -22,6 +22,10 @@ void installLogHandler(QMyLogThread* logThread);
 /// @return false when a thread stayed inside for a second; it may still use the log thread.
 [[nodiscard]] bool removeLogHandler();
 
+/// As removeLogHandler(), for the end of the process: the messages are dropped from here on. Qt's
+/// own handler works with static objects that are about to go while threads still log.
+[[nodiscard]] bool dropLogMessages();
+
 /// Logs the times of the application's file, the module's and the media engine's.
 void printExefileInfo();
 

@@ -1,5 +1,6 @@
 #include "libraryentry.h"
 
+#include "boundary.h"
 #include "diagnostics.h"
 #include "guithread.h"
 #include "platform.h"
@@ -10,7 +11,14 @@
 #include <QApplication>
 #include <QDebug>
 #include <QThread>
+#include <QTimer>
 
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <limits>
+#include <memory>
+#include <thread>
 #include <utility>
 
 #ifdef _WIN32
@@ -27,12 +35,17 @@ namespace {
 // QApplication keeps a reference to its argument count.
 int g_argc = 0;
 bool g_ownsApp = false;
+/// Repeats registerExitTeardown(). GUI thread.
+QTimer* g_pRegistrationTimer = nullptr;
 
 constexpr char kMessagePattern[] = "[%{time hh:mm:ss.zzz}][%{function}:%{line}]  %{message}";
 constexpr char kQtMessagePattern[] = "%{if-category}%{category}: %{endif}%{message}";
 
-/// How long the end of the process may wait for the GUI thread.
-constexpr int kForeignDetachTimeoutMs = 1000;
+/// Set while the module is attached. Any thread.
+std::atomic<bool> g_attached{false};
+
+/// How long another thread may wait for the GUI thread to come to its loop.
+constexpr std::chrono::seconds kGuiThreadTimeout(1);
 
 /// GUI thread.
 void destroyInterface()
@@ -41,17 +54,27 @@ void destroyInterface()
     QZRScreenConfig::destroyInstance();
 }
 
+/// Has the GUI thread do `work` and waits for `reached`, which the work sets, but not for ever:
+/// the GUI thread may be busy, or may wait for the calling thread. Any other thread.
+template<typename Work>
+bool onGuiThread(Work work)
+{
+    const auto reached = std::make_shared<std::promise<void>>();
+    GuiThread::post([reached, work] { work(*reached); });
+    return reached->get_future().wait_for(kGuiThreadTimeout) == std::future_status::ready;
+}
+
 /// Waits until the thread has written its lines and runs no code of the module any more.
 /// @return false when that does not come about
 bool endLogThread(QMyLogThread& thread);
 
-/// Messages go to Qt's own handler again, and every line logged so far is in its file.
-void closeLog()
+/// Every line logged so far is in its file, and no more come. `leaveHandler` is the way to go.
+void closeLog(bool (*leaveHandler)())
 {
     QMyLogThread* const thread = std::exchange(g_pLogThread, nullptr);
     if (!thread)
         return;
-    const bool unused = removeLogHandler();
+    const bool unused = leaveHandler();
     const bool ended = endLogThread(*thread);
     // Rather lost memory than a thread that works on memory given back.
     if (unused && ended)
@@ -87,6 +110,7 @@ void zr::attachLibrary()
     g_pApp = obtainApplication();
     if (!g_pApp)
         return;
+    g_attached = true;
     platform::keepQtLoaded();
     g_pLogThread = new QMyLogThread;
 #ifndef _WIN32
@@ -117,26 +141,27 @@ void zr::startLogThread()
 
 void zr::detachLibrary()
 {
-    if (!g_pApp)
+    if (!g_attached.exchange(false))
         return;
-    QApplication* const app = std::exchange(g_pApp, nullptr);
     qRemovePostRoutine(detachLibrary);
-    if (!GuiThread::isCurrent()) {
-        // The process is being ended by another thread (or the host breaks the rule to unload
-        // where it has loaded). The GUI thread may be in the middle of its work, and static
-        // objects that it needs are about to go. It is the one that can destroy the widgets; if
-        // it does not come to its loop, they stay, and the end of the process takes them.
-        if (!GuiThread::run(destroyInterface, kForeignDetachTimeoutMs))
+    const bool onOwnThread = GuiThread::isCurrent();
+    if (onOwnThread) {
+        delete std::exchange(g_pRegistrationTimer, nullptr);
+        destroyInterface();
+    } else {
+        // The host breaks the rule to unload where it has loaded.
+        const bool done = onGuiThread([](std::promise<void>& reached) {
+            destroyInterface();
+            reached.set_value();
+        });
+        if (!done)
             qDebug() << "end of the interface failed";
-        GuiThread::shutdown();
-        closeLog();
-        return;
     }
-    destroyInterface();
     GuiThread::shutdown();
-    closeLog();
+    closeLog(removeLogHandler);
     platform::keepQtLoaded(); // the GL driver came with the first tile
-    if (g_ownsApp)
+    QApplication* const app = std::exchange(g_pApp, nullptr);
+    if (g_ownsApp && onOwnThread)
         delete app;
     qSetMessagePattern(kQtMessagePattern);
 }
@@ -193,20 +218,66 @@ bool endLogThread(QMyLogThread& thread)
 
 } // namespace
 
+namespace {
+
+/// The process ends with the library loaded. Static objects that Qt has made on first use go before
+/// this, others after it, so from here on nothing of Qt's may be relied upon: destroying a widget
+/// or the application object would be a way to crash. The system takes them with the process.
+/// What must stop is everything that would still run: the calls of the host's other threads, the
+/// GUI thread, the log.
+void endWithProcess()
+{
+    if (!g_attached.exchange(false))
+        return;
+    boundary::closeForGood();
+    qRemovePostRoutine(zr::detachLibrary);
+    if (!GuiThread::isCurrent()) {
+        // Another thread ends the process while the GUI thread is alive and about to paint.
+        // It stands still meanwhile; not for ever, should the end itself wait for it.
+        (void)onGuiThread([](std::promise<void>& reached) {
+            reached.set_value();
+            std::this_thread::sleep_for(std::chrono::seconds(5));
+        });
+    }
+    abandonAllScreens();
+    GuiThread::shutdown();
+    closeLog(dropLogMessages);
+    // The host may still unload the module, in a destructor of its own.
+    platform::keepModuleLoaded();
+}
+
+} // namespace
+
 void zr::registerExitTeardown()
 {
-    std::atexit(detachLibrary);
+    std::atexit(endWithProcess);
+    if (!g_pRegistrationTimer) {
+        g_pRegistrationTimer = new QTimer;
+        g_pRegistrationTimer->setSingleShot(true);
+        QObject::connect(g_pRegistrationTimer, &QTimer::timeout, [] {
+            std::atexit(endWithProcess);
+            const int intervalMs = g_pRegistrationTimer->interval();
+            if (intervalMs <= std::numeric_limits<int>::max() / 2)
+                g_pRegistrationTimer->start(intervalMs * 2);
+        });
+    }
+    // The first paint, the first text and so on come later, and bring static objects with them
+    // that the GUI thread must not find gone. At doubling intervals a handful of registrations
+    // covers days.
+    constexpr int kFirstIntervalMs = 200;
+    g_pRegistrationTimer->start(kFirstIntervalMs);
 }
 
 namespace {
 
+// This file is linked last, so its initialiser runs last: the module's static objects exist.
 __attribute__((constructor)) void onLoad()
 {
     zr::attachLibrary();
 }
 
-// On unload this comes before the destructors of the module's static objects, at the end of the
-// process after them; by then registerExitTeardown() has done the work.
+// On unload this comes before the exit handlers and the destructors of the module's static objects.
+// At the end of the process it comes after them, and finds that endWithProcess() has been there.
 __attribute__((destructor)) void onUnload()
 {
     zr::detachLibrary();

@@ -25,16 +25,17 @@ void attachLibrary();
 void startLogThread();
 
 /// Takes down everything that is left of the module. Does nothing unless attached. Called by the
-/// library entry when the library is unloaded, and at the end of the process.
-///
-/// On another thread than the GUI thread only threads are stopped: widgets cannot be destroyed
-/// there.
+/// library entry when the library is unloaded, and when the host's own application object ends.
+/// GUI thread; on another one (which the contract with the host forbids) the application object
+/// stays, and so do the widgets if the GUI thread does not come to its loop within a second.
 void detachLibrary();
 
-/// Sees to it that detachLibrary() comes early enough when the process ends with the library still
-/// loaded: before Qt's own static objects go. They are destroyed in the reverse order of their
-/// creation, and many are created on first use, so this is to be called again after a screen has
-/// been built. A no-op on Windows, where the system calls the entry. GUI thread.
+/// Sees to it that the module comes to rest when the process ends with the library still loaded:
+/// calls are refused, the GUI thread stands still, the log is written, and nothing is destroyed.
+/// That must come early among the exit handlers, which run in the reverse order of their
+/// registration, and Qt registers many on first use; so this is to be called again after a screen
+/// has been built, and repeats itself. A no-op on Windows, where the system has ended all other
+/// threads by then. GUI thread.
 void registerExitTeardown();
 
 } // namespace zr

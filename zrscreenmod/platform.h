@@ -41,6 +41,10 @@ struct PriorityChange
 /// they are all loaded, again when more may have come. A no-op on Windows. Any thread.
 void keepQtLoaded();
 
+/// Keeps the module itself in memory, even when it is unloaded; for the end of the process. A no-op
+/// on Windows. Any thread.
+void keepModuleLoaded();
+
 /// Makes `child` a child of `parent`, at (0, 0), whatever it belonged to before; with parent 0
 /// detaches it to the top level. To move a window from one parent to another, one call is enough,
 /// and better: a window manager may grab a window that is at the top level in between.

@@ -78,6 +78,8 @@ QApplication* createApplication(int& argc, char** argv)
 
 void keepQtLoaded() {}
 
+void keepModuleLoaded() {}
+
 bool setParentWindow(NativeWindow child, NativeWindow parent)
 {
     if (!SetParent(toHwnd(child), toHwnd(parent))) {

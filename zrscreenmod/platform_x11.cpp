@@ -221,6 +221,13 @@ bool mustStayLoaded(const std::string& path)
     });
 }
 
+void keepLoaded(const char* path)
+{
+    // NODELETE outlives the reference that is given back here.
+    if (void* const handle = dlopen(path, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE))
+        dlclose(handle);
+}
+
 // --- Memory ---------------------------------------------------------------------------------
 
 std::uintptr_t pageSize()
@@ -271,12 +278,16 @@ void keepQtLoaded()
     std::vector<std::string> names;
     dl_iterate_phdr(collectLoadedObject, &names);
     for (const std::string& name : names) {
-        if (!mustStayLoaded(name))
-            continue;
-        // NODELETE outlives the reference that is given back here.
-        if (void* const handle = dlopen(name.c_str(), RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE))
-            dlclose(handle);
+        if (mustStayLoaded(name))
+            keepLoaded(name.c_str());
     }
+}
+
+void keepModuleLoaded()
+{
+    Dl_info info{};
+    if (dladdr(reinterpret_cast<const void*>(&keepModuleLoaded), &info) != 0 && info.dli_fname)
+        keepLoaded(info.dli_fname);
 }
 
 bool setParentWindow(NativeWindow child, NativeWindow parent)

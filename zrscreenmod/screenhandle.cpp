@@ -6,6 +6,7 @@
 #include "qzrscreenconfig.h"
 
 #include <QDebug>
+#include <QThread>
 
 #include <shared_mutex>
 #include <unordered_set>
@@ -17,6 +18,8 @@ std::shared_mutex s_screensLock;
 std::unordered_set<const void*> s_screens; ///< handles that are valid
 /// Screens that were released and are waiting to be destroyed. GUI thread.
 std::vector<ST_ZRScreenHdl*> s_retired;
+/// Screens that the end of the process left as they were. Only written: a leak checker reads it.
+std::atomic<std::vector<const ST_ZRScreenHdl*>*> s_abandoned{nullptr};
 
 void destroyScreen(ST_ZRScreenHdl* screen)
 {
@@ -199,4 +202,24 @@ void releaseAllScreens()
     for (void* screen : left)
         releaseScreen(screen);
     destroyRetired();
+}
+
+void abandonAllScreens()
+{
+    auto* const abandoned = new std::vector<const ST_ZRScreenHdl*>;
+    {
+        const std::unique_lock<std::shared_mutex> lock(s_screensLock);
+        for (const void* screen : s_screens)
+            abandoned->push_back(static_cast<const ST_ZRScreenHdl*>(screen));
+        // Empty and without memory of its own, the registry can be asked even after its destructor.
+        s_screens = {};
+    }
+    s_abandoned = abandoned;
+    // What is under way ends in a moment; a call that waits for the GUI thread may not.
+    constexpr int kAttempts = 100;
+    for (const ST_ZRScreenHdl* screen : *abandoned) {
+        const int own = GuiThread::isCurrent() ? screen->guiPins : 0;
+        for (int i = 0; screen->pins.load() > own && i < kAttempts; ++i)
+            QThread::msleep(1);
+    }
 }

@@ -98,3 +98,6 @@ ST_ZRScreenHdl* createScreen(HWND hParent, ZRNotify notify);
 void releaseScreen(void* hScreen);
 /// Destroys every screen that is left, for the end of the module. GUI thread.
 void releaseAllScreens();
+/// Takes every screen off the registry without destroying it, so that no call finds one any more,
+/// and gives the calls under way a moment to end; for the end of the process. Any thread.
+void abandonAllScreens();

@@ -29,6 +29,7 @@ QDebug logThread(const char* label, QDebug log)
 
 void* ZR_CALL ZRScreen_Init(HWND hParent, ZRNotify notify)
 {
+    ZR_ENTER_OR_RETURN(nullptr);
     ZR_LOG_THREAD("thread:");
     return guarded<void*>(nullptr, [&]() -> void* {
         if (notify && !platform::isReadable(reinterpret_cast<const void*>(notify), 1)) {
@@ -50,6 +51,7 @@ void* ZR_CALL ZRScreen_Init(HWND hParent, ZRNotify notify)
 
 int ZR_CALL ZRScreen_SetParent(void* hScreen, HWND hParent)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("current thread:");
     return askDialog(hScreen, 0, [hParent](QDlgMain& dialog) {
         dialog.moveInto(hParent);
@@ -59,6 +61,7 @@ int ZR_CALL ZRScreen_SetParent(void* hScreen, HWND hParent)
 
 int ZR_CALL ZRScreen_MoveWindow(void* hScreen, tagRECT* pRect, int)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     const auto rect = readRect(pRect);
     if (!rect)
@@ -72,6 +75,7 @@ int ZR_CALL ZRScreen_MoveWindow(void* hScreen, tagRECT* pRect, int)
 
 void ZR_CALL ZRScreen_Release(void* hScreen)
 {
+    ZR_ENTER_OR_RETURN();
     ZR_LOG_THREAD("current thread:");
     if (!hScreen)
         return;
@@ -80,6 +84,7 @@ void ZR_CALL ZRScreen_Release(void* hScreen)
 
 int ZR_CALL ZRScreen_ExitMeeting(void* hScreen)
 {
+    ZR_ENTER_OR_RETURN(0);
     return askGallery(hScreen, 0, [](QDlgScreen& gallery) { return gallery.ProcessExitMeeting(); });
 }
 
@@ -88,6 +93,7 @@ int ZR_CALL ZRScreen_ExitMeeting(void* hScreen)
 void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName, long long joinTime,
                                  int hostInt, void* hostValue)
 {
+    ZR_ENTER_OR_RETURN(nullptr);
     ZR_LOG_THREAD("thead:");
     return guarded<void*>(nullptr, [&]() -> void* {
         const ScreenRef screen(hScreen);
@@ -123,6 +129,7 @@ void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName, lo
 
 int ZR_CALL ZRScreen_JoinMeetingFinish(void* hScreen, bool bFinish)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("ZRScreen_JoinMeetingFinish thead:");
     return onGallery(hScreen,
                      [bFinish](QDlgScreen& gallery) { gallery.setJoinMeetingFinish(bFinish); });
@@ -130,6 +137,7 @@ int ZR_CALL ZRScreen_JoinMeetingFinish(void* hScreen, bool bFinish)
 
 int ZR_CALL ZRScreen_DelPerson(void* hScreen, void* pPlay, bool)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread,hPlay:") << pPlay;
     return guarded(0, [&] {
         const ScreenRef screen(hScreen);
@@ -149,6 +157,7 @@ int ZR_CALL ZRScreen_DelPerson(void* hScreen, void* pPlay, bool)
 
 int ZR_CALL ZRScreen_PlayFrame(void* hScreen, void* pPlay, void* pWin32Frame)
 {
+    ZR_ENTER_OR_RETURN(0);
     return guarded(0, [&] {
         const ScreenRef screen(hScreen);
         if (!screen)
@@ -177,6 +186,7 @@ int ZR_CALL ZRScreen_PlayFrame(void* hScreen, void* pPlay, void* pWin32Frame)
 int ZR_CALL ZRScreen_SetPersonInfo(void* hScreen, void* pPlay, bool bSelf, int iRoleType,
                                    char* name, int iIdentity)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     return guarded(0, [&] {
         const ScreenRef screen(hScreen);
@@ -195,6 +205,7 @@ int ZR_CALL ZRScreen_SetPersonInfo(void* hScreen, void* pPlay, bool bSelf, int i
 
 int ZR_CALL ZRScreen_SetMute(void* hScreen, void* pPlay, int bMute)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     return onPerson(hScreen, pPlay, [bMute](QDlgScreen& gallery, tagPersonInfo* person) {
         gallery.onModAudioMute(person, bMute != 0);
@@ -203,6 +214,7 @@ int ZR_CALL ZRScreen_SetMute(void* hScreen, void* pPlay, int bMute)
 
 int ZR_CALL ZRScreen_SetVolume(void* hScreen, void* pPlay, int iVolume)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     return onPerson(hScreen, pPlay, [iVolume](QDlgScreen& gallery, tagPersonInfo* person) {
         gallery.onModVolume(person, iVolume);
@@ -211,6 +223,7 @@ int ZR_CALL ZRScreen_SetVolume(void* hScreen, void* pPlay, int iVolume)
 
 int ZR_CALL ZRScreen_Preview(void* hScreen, void* pPlay, bool bPreview)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:") << ",hPlay:" << pPlay << ",bPreview:" << bPreview;
     return onPerson(hScreen, pPlay, [bPreview](QDlgScreen& gallery, tagPersonInfo* person) {
         gallery.onModPreview(person, bPreview);
@@ -219,6 +232,7 @@ int ZR_CALL ZRScreen_Preview(void* hScreen, void* pPlay, bool bPreview)
 
 int ZR_CALL ZRScreen_SetPersonHandUp(void* hScreen, void* pPlay, bool bHandUp)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     return onPerson(hScreen, pPlay, [bHandUp](QDlgScreen& gallery, tagPersonInfo* person) {
         gallery.onModPersonHandup(person, bHandUp);
@@ -228,6 +242,7 @@ int ZR_CALL ZRScreen_SetPersonHandUp(void* hScreen, void* pPlay, bool bHandUp)
 int ZR_CALL ZRScreen_UpdateUserNetStatus(void* hScreen, const char* userId, int dir, bool bIsWeak,
                                          int nNetStatus)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     const auto id = readLocal8Bit(userId);
     if (!id)
@@ -242,6 +257,7 @@ int ZR_CALL ZRScreen_UpdateUserNetStatus(void* hScreen, const char* userId, int 
 int ZR_CALL ZRScreen_ChangeLayout(void* hScreen, eLayoutType eType,
                                   const std::map<int, std::string>& sorting)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     // Queued together: the mode must not overtake the order it belongs to.
     return onGallery(hScreen, [eType, sorting](QDlgScreen& gallery) {
@@ -252,6 +268,7 @@ int ZR_CALL ZRScreen_ChangeLayout(void* hScreen, eLayoutType eType,
 
 int ZR_CALL ZRScreen_GetCurMode(void* hScreen)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     int mode = 0;
     onHub(hScreen, [&mode](const QZRScreenConfig& hub) { mode = hub.curScreenMode(); });
@@ -260,6 +277,7 @@ int ZR_CALL ZRScreen_GetCurMode(void* hScreen)
 
 int ZR_CALL ZRScreen_ReOrder(void* hScreen, bool bKeepFocusPerson)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     return onHub(hScreen, [bKeepFocusPerson](QZRScreenConfig& hub) {
         emit hub.notifyDisplayOrder(bKeepFocusPerson);
@@ -268,6 +286,7 @@ int ZR_CALL ZRScreen_ReOrder(void* hScreen, bool bKeepFocusPerson)
 
 int ZR_CALL ZRScreen_FocusByUserID(void* hScreen, char* userId, bool bVolActive)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     const auto id = readLocal8Bit(userId);
     if (!id)
@@ -279,6 +298,7 @@ int ZR_CALL ZRScreen_FocusByUserID(void* hScreen, char* userId, bool bVolActive)
 
 int ZR_CALL ZRScreen_LockLook(void* hScreen, void* pPlay, int bLock)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     return onPerson(hScreen, pPlay, [bLock](QDlgScreen& gallery, tagPersonInfo* person) {
         gallery.onModLookLock(person, bLock != 0);
@@ -287,6 +307,7 @@ int ZR_CALL ZRScreen_LockLook(void* hScreen, void* pPlay, int bLock)
 
 int ZR_CALL ZRScreen_AllLook(void* hScreen, void* pPlay, int bAll)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     return onPerson(hScreen, pPlay, [bAll](QDlgScreen& gallery, tagPersonInfo* person) {
         gallery.onModAllLook(person, bAll != 0);
@@ -295,6 +316,7 @@ int ZR_CALL ZRScreen_AllLook(void* hScreen, void* pPlay, int bAll)
 
 int ZR_CALL ZRScreen_SetActivateUser(void* hScreen, char* userId)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     const auto id = readLocal8Bit(userId);
     if (!id)
@@ -304,6 +326,7 @@ int ZR_CALL ZRScreen_SetActivateUser(void* hScreen, char* userId)
 
 int ZR_CALL ZRScreen_SetCurrentSpeakingPerson(void* hScreen, std::string userId)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     return onGallery(hScreen, [userId](QDlgScreen& gallery) {
         gallery.setCurrentSpeakingPerson(QString::fromStdString(userId));
@@ -312,6 +335,7 @@ int ZR_CALL ZRScreen_SetCurrentSpeakingPerson(void* hScreen, std::string userId)
 
 int ZR_CALL ZRScreen_SetVoiceActivate(void*, bool bOpen)
 {
+    ZR_ENTER_OR_RETURN(0);
     qDebug() << "xxx setVoiceActivate bOpen:" << bOpen;
     guarded(0, [bOpen] {
         QZRScreenConfig::Lock()->settings.voiceActivation = bOpen;
@@ -322,6 +346,7 @@ int ZR_CALL ZRScreen_SetVoiceActivate(void*, bool bOpen)
 
 int ZR_CALL ZRScreen_SetSupport9EqualCut(void* hScreen, bool bSupport)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     return onHub(hScreen,
                  [bSupport](QZRScreenConfig& hub) { hub.settings.support9EqualCut = bSupport; });
@@ -329,6 +354,7 @@ int ZR_CALL ZRScreen_SetSupport9EqualCut(void* hScreen, bool bSupport)
 
 int ZR_CALL ZRScreen_SetSupport16EqualCut(void* hScreen, bool bSupport)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     return onHub(hScreen,
                  [bSupport](QZRScreenConfig& hub) { hub.settings.support16EqualCut = bSupport; });
@@ -336,6 +362,7 @@ int ZR_CALL ZRScreen_SetSupport16EqualCut(void* hScreen, bool bSupport)
 
 int ZR_CALL ZRScreen_SetOpenPollingPage(void* hScreen, bool bOpen, int iTickSec)
 {
+    ZR_ENTER_OR_RETURN(0);
     qDebug() << "ZRScreen_SetOpenPollingPage, bOpen:" << bOpen << ", iTickSec:" << iTickSec;
     return onHub(hScreen, [bOpen, iTickSec](QZRScreenConfig& hub) {
         hub.settings.pollingOpen = bOpen;
@@ -348,6 +375,7 @@ int ZR_CALL ZRScreen_SetOpenPollingPage(void* hScreen, bool bOpen, int iTickSec)
 int ZR_CALL ZRScreen_SetLayoutCtrl(void* hScreen, bool bOpenLayoutCtrl, bool bLayoutFollow,
                                    int iShareIdx, int iSpeakerIdx, bool bNoVideoFilter)
 {
+    ZR_ENTER_OR_RETURN(0);
     qDebug() << "ZRScreen_SetLayoutCtrl, bOpenLayoutCtrl:" << bOpenLayoutCtrl
              << ",bLayoutFollow:" << bLayoutFollow << ",iShareIdx:" << iShareIdx
              << ",iSpeakerIdx:" << iSpeakerIdx << ",bNoVideoFilter:" << bNoVideoFilter;
@@ -363,6 +391,7 @@ int ZR_CALL ZRScreen_SetLayoutCtrl(void* hScreen, bool bOpenLayoutCtrl, bool bLa
 
 int ZR_CALL ZRScreen_SetHideNoCameraWnd(void* hScreen, bool)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     // The filter is switched on with the layout control only; this export always switches it off.
     return onHub(hScreen, [](QZRScreenConfig& hub) {
@@ -373,6 +402,7 @@ int ZR_CALL ZRScreen_SetHideNoCameraWnd(void* hScreen, bool)
 
 int ZR_CALL ZRScreen_IsPersonVisible(void* hScreen, char* userId)
 {
+    ZR_ENTER_OR_RETURN(0);
     const auto id = readLocal8Bit(userId);
     if (!id)
         return 0;
@@ -384,12 +414,14 @@ int ZR_CALL ZRScreen_IsPersonVisible(void* hScreen, char* userId)
 
 int ZR_CALL ZRScreen_SetHideSmallWidget(void* hScreen, bool bHide)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     return onHub(hScreen, [bHide](QZRScreenConfig& hub) { emit hub.sigSetHideSmallWnd(bHide); });
 }
 
 int ZR_CALL ZRScreen_ShowSmallWnd(void* hScreen, bool bShow, bool bMute)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     return askGallery(hScreen, 0, [bShow, bMute](QDlgScreen& gallery) {
         const int result = gallery.showSmallWndWhenRestore(bShow);
@@ -400,12 +432,14 @@ int ZR_CALL ZRScreen_ShowSmallWnd(void* hScreen, bool bShow, bool bMute)
 
 int ZR_CALL ZRScreen_GetSmallWndID(void* hScreen)
 {
+    ZR_ENTER_OR_RETURN(0);
     return askGallery(hScreen, 0,
                       [](const QDlgScreen& gallery) { return gallery.GetSmallWndId(); });
 }
 
 int ZR_CALL ZRScreen_IsPersonVisibleInSmallWnd(void* hScreen, char* userId)
 {
+    ZR_ENTER_OR_RETURN(0);
     const auto id = readLocal8Bit(userId);
     if (!id)
         return 0;
@@ -416,6 +450,7 @@ int ZR_CALL ZRScreen_IsPersonVisibleInSmallWnd(void* hScreen, char* userId)
 
 int ZR_CALL ZRScreen_SetShareSponsor(void* hScreen, std::string userId)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     return onHub(hScreen, [&userId](QZRScreenConfig& hub) {
         hub.setShareSponsor(QString::fromStdString(userId));
@@ -424,6 +459,7 @@ int ZR_CALL ZRScreen_SetShareSponsor(void* hScreen, std::string userId)
 
 int ZR_CALL ZRScreen_PopSelfShareWnd(void* hScreen, bool bFloat, bool bMuteVideo)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     return askGallery(hScreen, 0, [bFloat, bMuteVideo](QDlgScreen& gallery) {
         return gallery.OnPopSelfShareWnd(bFloat, bMuteVideo);
@@ -432,12 +468,14 @@ int ZR_CALL ZRScreen_PopSelfShareWnd(void* hScreen, bool bFloat, bool bMuteVideo
 
 int ZR_CALL ZRScreen_SetIsCloseWhiteBoard(void* hScreen)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     return onGallery(hScreen, [](QDlgScreen& gallery) { gallery.setCloseWhiteBoard(); });
 }
 
 ZRRect ZR_CALL ZRScreen_GetShareWgtPos(void* hScreen)
 {
+    ZR_ENTER_OR_RETURN((ZRRect{0, 0, -1, -1}));
     return askGallery(hScreen, ZRRect{0, 0, -1, -1}, [](QDlgScreen& gallery) {
         gallery.flushLayout();
         const QRect rect = gallery.shareRect();
@@ -447,6 +485,7 @@ ZRRect ZR_CALL ZRScreen_GetShareWgtPos(void* hScreen)
 
 int ZR_CALL ZRScreen_SetPauseShareWindow(void* hScreen, bool bPause)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     guarded(0, [bPause] {
         QZRScreenConfig::Lock()->settings.pauseShare = bPause;
@@ -458,6 +497,7 @@ int ZR_CALL ZRScreen_SetPauseShareWindow(void* hScreen, bool bPause)
 
 int ZR_CALL ZRScreen_SetExtendScreen(void* hScreen, bool bExtendScreen, bool bDeviceChange)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     return onHub(hScreen, [bExtendScreen, bDeviceChange](QZRScreenConfig& hub) {
         emit hub.sigSwitchExtendScreen(bExtendScreen, bDeviceChange);
@@ -466,6 +506,7 @@ int ZR_CALL ZRScreen_SetExtendScreen(void* hScreen, bool bExtendScreen, bool bDe
 
 int ZR_CALL ZRScreen_IsExtendScreen(void)
 {
+    ZR_ENTER_OR_RETURN(0);
     return guarded(0, [] { return QZRScreenConfig::Lock()->settings.extendScreen ? 1 : 0; });
 }
 
@@ -473,6 +514,7 @@ int ZR_CALL ZRScreen_IsExtendScreen(void)
 
 int ZR_CALL ZRScreen_SetVideoToolbarStatus(void* hScreen, tagRECT* pRect, bool bShow)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     const auto rect = readRect(pRect);
     if (!rect)
@@ -484,6 +526,7 @@ int ZR_CALL ZRScreen_SetVideoToolbarStatus(void* hScreen, tagRECT* pRect, bool b
 
 int ZR_CALL ZRScreen_IsMouseOnBtnMore(void* hScreen)
 {
+    ZR_ENTER_OR_RETURN(0);
     // The answer itself is not the result, by design: every valid screen answers 1.
     return askGallery(hScreen, 0, [](QDlgScreen& gallery) {
         gallery.isMouseOnBtnMore();
@@ -493,6 +536,7 @@ int ZR_CALL ZRScreen_IsMouseOnBtnMore(void* hScreen)
 
 int ZR_CALL ZRScreen_ClearMoreMenuPtr(void* hScreen)
 {
+    ZR_ENTER_OR_RETURN(0);
     onGallery(hScreen, [](QDlgScreen& gallery) { gallery.clearMoreMenuPerson(); });
     return 1;
 }
@@ -501,6 +545,7 @@ int ZR_CALL ZRScreen_ClearMoreMenuPtr(void* hScreen)
 
 int ZR_CALL ZRScreen_OpenSubtitle(void* hScreen, bool bOpen)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("current thread:");
     return askDialog(hScreen, 0, [bOpen](QDlgMain& dialog) {
         QZRScreenConfig::getInstance()->setSubtitleOpen(bOpen);
@@ -512,6 +557,7 @@ int ZR_CALL ZRScreen_OpenSubtitle(void* hScreen, bool bOpen)
 
 int ZR_CALL ZRScreen_ClearSubtitles(void* hScreen)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("current thread:");
     return onHub(hScreen, [](QZRScreenConfig& hub) {
         qDebug() << "ZRScreen_ClearSubtitles";
@@ -522,6 +568,7 @@ int ZR_CALL ZRScreen_ClearSubtitles(void* hScreen)
 int ZR_CALL ZRScreen_AddSentence(void* hScreen, int iIDSentence, int iColorType, char* userName,
                                  char* transStr)
 {
+    ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("current thread:");
     const auto name = readLocal8Bit(userName);
     const auto text = readLocal8Bit(transStr);
