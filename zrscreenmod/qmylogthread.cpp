@@ -130,9 +130,13 @@ void QMyLogThread::writeWaitingLines()
     }
     if (!lock.owns_lock())
         return;
-    const Work work = takeWork();
+    m_iWriteCount -= std::exchange(m_iBatchLines, 0);
+    m_batch.clear();
+    write();
+    m_work = takeWork();
+    m_uDone = 0;
     lock.unlock();
-    write(work);
+    write();
 }
 
 QMyLogThread::Work QMyLogThread::takeWork()
@@ -154,24 +158,29 @@ void QMyLogThread::run()
         m_waiting = false;
         if (m_queue.empty())
             return;
-        const Work work = takeWork();
+        m_work = takeWork();
+        m_uDone = 0;
         lock.unlock();
-        write(work);
+        write();
         lock.lock();
-        m_written += work.lines.size();
+        Work done = std::exchange(m_work, {});
+        m_written += done.lines.size();
         m_changed.notify_all();
+        lock.unlock();
+        done = {}; // gives much memory back after a burst, so not under the lock
+        lock.lock();
     }
 }
 
-void QMyLogThread::write(const Work& work)
+void QMyLogThread::write()
 {
-    for (const QString& line : work.lines)
-        addToBatch(line);
-    if (work.lostLines > 0) {
-        const QString message = QStringLiteral("log lines lost: %1").arg(work.lostLines);
-        addToBatch(formatLogLine(QtWarningMsg, QMessageLogContext(), message));
-    }
+    for (size_t i = m_uDone; i < m_work.lines.size(); ++i)
+        addToBatch(m_work.lines[i]);
     flushBatch();
+    if (const qint64 lost = std::exchange(m_work.lostLines, 0); lost > 0) {
+        const QString message = QStringLiteral("log lines lost: %1").arg(lost);
+        myWriteLog(formatLogLine(QtWarningMsg, QMessageLogContext(), message));
+    }
 }
 
 void QMyLogThread::myWriteLog(QString qstrLog)
@@ -224,6 +233,7 @@ void QMyLogThread::flushBatch()
         file.write(text);
     else
         m_iWriteCount -= lines;
+    m_uDone += static_cast<size_t>(lines);
 }
 
 QString QMyLogThread::filePath() const

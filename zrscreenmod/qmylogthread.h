@@ -93,7 +93,7 @@ private:
         qint64 lostLines = 0; ///< lines that came behind them and found the queue full
     };
     Work takeWork();
-    void write(const Work& work);
+    void write();
     void addToBatch(const QString& line);
     void flushBatch();
     QString filePath() const;
@@ -106,6 +106,10 @@ private:
     QDate m_date;          ///< the day of the current file
     QByteArray m_batch;    ///< encoded lines that go to the current file in one write
     int m_iBatchLines = 0;
+    /// What is being written, and how many of its lines are dealt with. Kept here so that another
+    /// thread can go on with it when the writer is no more.
+    Work m_work;
+    size_t m_uDone = 0;
 
     std::mutex m_lock; ///< guards what follows; nothing is logged or written under it
     std::condition_variable m_changed;

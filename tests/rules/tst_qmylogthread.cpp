@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include <atomic>
+#include <future>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -65,6 +66,7 @@ private slots:
     void everyLineOfEveryThreadIsWrittenInOrder();
     void aStalledWriterHoldsNobodyAndBoundsTheQueue();
     void finishWritesWhatNoThreadDid();
+    void anotherThreadGoesOnForAWriterThatIsNoMore();
     void theWriterLogsItsOwnDeletions();
 
     void theHandlerComesAndGoesWhileThreadsLog();
@@ -357,6 +359,38 @@ void tst_QMyLogThread::finishWritesWhatNoThreadDid()
         emit log.notifyWiteLog(QStringLiteral("three\r\n"));
     }
     QCOMPARE(content(kFirstFile), QByteArray("one\r\ntwo\r\nthree\r\n"));
+}
+
+void tst_QMyLogThread::anotherThreadGoesOnForAWriterThatIsNoMore()
+{
+    // As when the system ends the threads of a process: this one stands still for good in the
+    // middle of its lines, and is never given back.
+    auto* const stalled = new std::promise<void>;
+    auto calls = std::make_shared<int>(0);
+    LogSettings s = settings();
+    s.now = [this, calls, stalled] {
+        constexpr int kCallOfFourthLine = 5; // the first is the constructor's
+        if (++*calls == kCallOfFourthLine) {
+            stalled->set_value();
+            std::promise<void> never;
+            never.get_future().wait();
+        }
+        return m_now;
+    };
+    auto* const log = new QMyLogThread(s);
+    QByteArray expected;
+    const auto give = [log, &expected](int line) {
+        emit log->notifyWiteLog(QStringLiteral("%1\r\n").arg(line));
+        expected += QByteArray::number(line) + "\r\n";
+    };
+    for (int line = 1; line <= 6; ++line)
+        give(line);
+    log->start();
+    stalled->get_future().wait();
+    for (int line = 7; line <= 9; ++line)
+        give(line);
+    log->writeWaitingLines();
+    QCOMPARE(content(kFirstFile), expected);
 }
 
 void tst_QMyLogThread::theWriterLogsItsOwnDeletions()
