@@ -75,6 +75,7 @@ bool measure(const Load& load)
 
     std::vector<std::vector<qint64>> callNs(static_cast<size_t>(load.threads));
     std::vector<std::thread> threads;
+    threads.reserve(static_cast<size_t>(load.threads));
     std::atomic<int> running{load.threads};
     QElapsedTimer total;
     total.start();

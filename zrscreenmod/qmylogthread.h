@@ -31,7 +31,7 @@ struct LogSettings
     std::function<QDateTime()> now; ///< local time; called by the writer only
     /// The lines that wait for the writer take at most about this much memory; further lines are
     /// counted and lost. It is reached when the disk stalls.
-    qint64 queueLimitBytes = 64 * 1024 * 1024;
+    qint64 queueLimitBytes = qint64(64) * 1024 * 1024;
 
     /// The folder "log" under the application directory, and the system's clock.
     [[nodiscard]] static LogSettings forApplication();

@@ -164,13 +164,13 @@ void tst_QMyLogThread::theSizeIsExaminedOncePer1001Lines()
     QFETCH(const bool, inOneBatch);
     QFETCH(const qint64, bytesAfter1001Lines);
     QFETCH(const bool, full);
-    constexpr int kLineBytes = 8;
+    constexpr qint64 kLineBytes = 8;
     constexpr int kLines = 2 * 1001 + 1;
     makeFile(kFirstFile, bytesAfter1001Lines - 1001 * kLineBytes);
 
     const auto log = logThread();
     for (int i = 1; i <= kLines; ++i) {
-        const QString line = QStringLiteral("%1\r\n").arg(i, kLineBytes - 2);
+        const QString line = QStringLiteral("%1\r\n").arg(i, int{kLineBytes} - 2);
         if (inOneBatch)
             emit log->notifyWiteLog(line);
         else
@@ -275,6 +275,7 @@ void tst_QMyLogThread::everyLineOfEveryThreadIsWrittenInOrder()
     installLogHandler(log.get());
     std::atomic<int> running{kThreads};
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int t = 0; t < kThreads; ++t) {
         threads.emplace_back([t, &running] {
             for (int i = 0; i < kLinesPerThread; ++i)
@@ -314,7 +315,7 @@ void tst_QMyLogThread::aStalledWriterHoldsNobodyAndBoundsTheQueue()
         }
         return m_now;
     };
-    s.queueLimitBytes = 100 * (48 + 2 * 7);
+    s.queueLimitBytes = qint64(100) * (48 + 2 * 7);
     QMyLogThread log(s);
     stall = true;
     log.start();
@@ -423,6 +424,7 @@ void tst_QMyLogThread::theHandlerComesAndGoesWhileThreadsLog()
     std::atomic<bool> stop{false};
     std::atomic<int> logged{0};
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int t = 0; t < kThreads; ++t) {
         threads.emplace_back([&stop, &logged] {
             while (!stop) {
