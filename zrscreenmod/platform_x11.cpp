@@ -18,6 +18,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <dlfcn.h>
@@ -81,6 +82,75 @@ bool findInTree(xcb_connection_t* c, xcb_window_t window, TreePlace* place)
     *place = {reply->root, reply->parent};
     return true;
 }
+
+// --- Window manager ---------------------------------------------------------------------------
+
+/// The state that a window manager keeps on a window that it manages (ICCCM 4.1.3.1); 0, which is
+/// "withdrawn", also for a window without one.
+quint32 wmState(xcb_connection_t* c, xcb_window_t window)
+{
+    constexpr char kName[] = "WM_STATE";
+    const Reply<xcb_intern_atom_reply_t> atom(
+        xcb_intern_atom_reply(c, xcb_intern_atom(c, true, sizeof(kName) - 1, kName), nullptr));
+    if (!atom || atom->atom == XCB_ATOM_NONE)
+        return 0;
+    const Reply<xcb_get_property_reply_t> state(xcb_get_property_reply(
+        c, xcb_get_property(c, false, window, atom->atom, atom->atom, 0, 1), nullptr));
+    if (!state || state->format != 32 || xcb_get_property_value_length(state.get()) < 4)
+        return 0;
+    return *static_cast<const quint32*>(xcb_get_property_value(state.get()));
+}
+
+bool hasWindowManager(xcb_connection_t* c, xcb_window_t root)
+{
+    const Reply<xcb_get_window_attributes_reply_t> attributes(
+        xcb_get_window_attributes_reply(c, xcb_get_window_attributes(c, root), nullptr));
+    return attributes && (attributes->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT) != 0;
+}
+
+/// A window manager that does not answer must not stop the GUI thread for good.
+template<typename Condition>
+void waitForWindowManager(Condition condition)
+{
+    constexpr int kAttempts = 150;
+    for (int i = 0; i < kAttempts && !condition(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+}
+
+/// Withdraws a window from the window manager (ICCCM 4.1.4). A window that is re-parented under
+/// its hands is unmapped or taken back into a frame a moment later.
+/// @return whether the window was taken from one; it is not mapped then
+bool withdraw(xcb_connection_t* c, xcb_window_t window, xcb_window_t root, bool shownAtTopLevel)
+{
+    if (!hasWindowManager(c, root))
+        return false;
+    // The request to be shown may still be under way to the window manager.
+    if (shownAtTopLevel)
+        waitForWindowManager([c, window] { return wmState(c, window) != 0; });
+    if (wmState(c, window) == 0)
+        return false;
+    xcb_unmap_window(c, window);
+    // An event on the wire is 32 bytes; the structure is shorter.
+    union
+    {
+        xcb_unmap_notify_event_t notify;
+        char wire[32];
+    } event{};
+    std::memset(&event, 0, sizeof event);
+    event.notify.response_type = XCB_UNMAP_NOTIFY;
+    event.notify.event = root;
+    event.notify.window = window;
+    xcb_send_event(c, false, root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   event.wire);
+    waitForWindowManager([c, window, root] {
+        TreePlace place{};
+        return wmState(c, window) == 0 && (!findInTree(c, window, &place) || place.parent == root);
+    });
+    return true;
+}
+
+// --- Qt's windows -----------------------------------------------------------------------------
 
 /// Qt's object for a window of this process; null for every other window.
 QWindow* findQtWindow(platform::NativeWindow id)
@@ -295,27 +365,32 @@ bool setParentWindow(NativeWindow child, NativeWindow parent)
     xcb_connection_t* const c = connection();
     const xcb_window_t childId = toXcb(child);
     TreePlace childPlace{};
+    TreePlace parentPlace{};
     if (!c || childId == XCB_WINDOW_NONE || !findInTree(c, childId, &childPlace))
         return false;
     const xcb_window_t parentId = parent == 0 ? childPlace.root : toXcb(parent);
-    if (parentId == XCB_WINDOW_NONE || parentId == childId)
+    if (parentId == XCB_WINDOW_NONE || parentId == childId
+        || !findInTree(c, parentId, &parentPlace))
         return false;
     QWindow* const window = findQtWindow(child);
     // A window at the top level stays in the frame that a window manager gave it.
-    const bool atTopLevel = parentId == childPlace.parent || (window && !window->parent());
+    const bool atTopLevel = childPlace.parent == childPlace.root || (window && !window->parent());
     if (parent == 0 && atTopLevel)
         return true;
+    const bool withdrawn =
+        atTopLevel && withdraw(c, childId, childPlace.root, window && window->isVisible());
     // The server decides, and Qt hears of it only when it has agreed.
-    if (!succeeded(c, xcb_reparent_window_checked(c, childId, parentId, 0, 0)))
-        return false;
-    if (window) {
+    const bool reparented = succeeded(c, xcb_reparent_window_checked(c, childId, parentId, 0, 0));
+    if (reparented && window) {
         setQtParent(window, parent);
         // Qt has re-parented it once more, to the position that it remembered.
         const quint32 origin[] = {0, 0};
         succeeded(c, xcb_configure_window_checked(
                          c, childId, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, origin));
     }
-    return true;
+    if (withdrawn)
+        succeeded(c, xcb_map_window_checked(c, childId));
+    return reparented;
 }
 
 void setChildStyle(NativeWindow window)

@@ -52,10 +52,12 @@ void QDlgMain::embedInto(HWND hParent)
 bool QDlgMain::moveInto(HWND hParent)
 {
     const platform::NativeWindow own = winId();
-    if (!platform::setParentWindow(own, 0))
-        qDebug() << "SetParent failed, detaching";
-    if (hParent && !platform::setParentWindow(own, platform::toNative(hParent))) {
+    // Straight into the new parent: at the top level in between, a window manager could grab it.
+    const bool moved = platform::setParentWindow(own, platform::toNative(hParent));
+    if (!moved) {
         qDebug() << "SetParent failed, hParent:" << hParent;
+        if (hParent && !platform::setParentWindow(own, 0))
+            qDebug() << "SetParent failed, detaching";
         return false;
     }
     platform::setChildStyle(own);

@@ -10,6 +10,7 @@
 #include <xcb/xcb.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <clocale>
 #include <cstdlib>
@@ -129,6 +130,81 @@ private:
     NativeWindow m_id;
 };
 
+/// A window manager, slow to act: what comes to the top level gets a frame, what is withdrawn goes
+/// back to the root window, wherever it is by then.
+class WindowManager
+{
+public:
+    WindowManager()
+        : c(xcb_connect(nullptr, nullptr))
+        , root(xcb_setup_roots_iterator(xcb_get_setup(c)).data->root)
+        , wmState(intern("WM_STATE"))
+    {
+        const quint32 mask =
+            XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+        xcb_change_window_attributes(c, root, XCB_CW_EVENT_MASK, &mask);
+        xcb_flush(c);
+        m_thread = std::thread([this] { manage(); });
+    }
+    ~WindowManager()
+    {
+        m_stop = true;
+        m_thread.join();
+        xcb_disconnect(c);
+    }
+    Q_DISABLE_COPY(WindowManager)
+
+private:
+    void manage()
+    {
+        while (!m_stop) {
+            const auto event = owned(xcb_poll_for_event(c));
+            std::this_thread::sleep_for(std::chrono::milliseconds(event ? 15 : 1));
+            if (!event)
+                continue;
+            if (event->response_type == XCB_MAP_REQUEST)
+                frame(reinterpret_cast<xcb_map_request_event_t*>(event.get())->window);
+            else if (event->response_type == (XCB_UNMAP_NOTIFY | 0x80)) // as ICCCM wants it sent
+                release(reinterpret_cast<xcb_unmap_notify_event_t*>(event.get())->window);
+        }
+    }
+    void frame(xcb_window_t client)
+    {
+        const xcb_window_t frame = xcb_generate_id(c);
+        xcb_create_window(c, XCB_COPY_FROM_PARENT, frame, root, 10, 10, 300, 300, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+        xcb_reparent_window(c, client, frame, 5, 20);
+        xcb_map_window(c, frame);
+        xcb_map_window(c, client);
+        setState(client, 1);
+    }
+    void release(xcb_window_t client)
+    {
+        xcb_reparent_window(c, client, root, 10, 10);
+        setState(client, 0);
+    }
+    void setState(xcb_window_t client, quint32 value)
+    {
+        const quint32 state[] = {value, 0};
+        xcb_change_property(c, XCB_PROP_MODE_REPLACE, client, wmState, wmState, 32, 2, state);
+        xcb_flush(c);
+    }
+    xcb_atom_t intern(const char* name)
+    {
+        return owned(xcb_intern_atom_reply(
+                         c,
+                         xcb_intern_atom(c, false, static_cast<quint16>(std::strlen(name)), name),
+                         nullptr))
+            ->atom;
+    }
+
+    xcb_connection_t* c;
+    xcb_window_t root;
+    xcb_atom_t wmState;
+    std::atomic<bool> m_stop{false};
+    std::thread m_thread;
+};
+
 class Dialog : public QDialog
 {
 public:
@@ -182,6 +258,7 @@ private slots:
     void screenSizeIsThatOfTheServer();
     void embedsIntoAForeignWindow();
     void movesBetweenParents();
+    void leavesTheWindowManagerForGood();
     void showsAgainInsideAForeignWindow();
     void refusesWhatTheServerRefuses_data();
     void refusesWhatTheServerRefuses();
@@ -336,6 +413,29 @@ void TestPlatform::movesBetweenParents()
     QVERIFY(platform::setParentWindow(dialog.winId(), first));
     QCOMPARE(host.parentOf(dialog.winId()), NativeWindow(first));
     QTRY_VERIFY(host.isViewable(dialog.winId()));
+}
+
+// A screen that was at the top level vanished from its new parent a moment later.
+void TestPlatform::leavesTheWindowManagerForGood()
+{
+    const Stranger host;
+    const HostWindow window(host, QRect(0, 0, 640, 480)); // before there is a manager to frame it
+    const WindowManager manager;
+    for (const int settleMs : {0, 200}) {
+        Dialog dialog;
+        dialog.show();
+        QTest::qWait(settleMs);
+        for (int round = 0; round < 2; ++round) {
+            QVERIFY(platform::setParentWindow(dialog.winId(), window));
+            QTest::qWait(150);
+            QCOMPARE(host.parentOf(dialog.winId()), NativeWindow(window));
+            QVERIFY(host.isViewable(dialog.winId()));
+            QVERIFY(platform::setParentWindow(dialog.winId(), 0));
+            QTest::qWait(settleMs);
+        }
+        QTRY_VERIFY(host.isViewable(dialog.winId()));
+        QVERIFY(host.parentOf(dialog.winId()) != host.root()); // it has a frame
+    }
 }
 
 void TestPlatform::showsAgainInsideAForeignWindow()
