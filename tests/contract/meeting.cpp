@@ -2,14 +2,9 @@
 
 #include "check.h"
 
-#include <X11/Xlib.h>
-#include <X11/Xutil.h>
-
 #include <algorithm>
-#include <cstdio>
+#include <cmath>
 #include <cstdlib>
-#include <glib.h>
-#include <unistd.h>
 
 bool pumpUntil(const std::function<bool()>& done, int timeoutMs)
 {
@@ -17,7 +12,7 @@ bool pumpUntil(const std::function<bool()>& done, int timeoutMs)
     for (;;) {
         // Other threads may keep the loop busy for ever: it is left for a look now and then.
         const auto look = Clock::now() + std::chrono::milliseconds(5);
-        while (g_main_context_iteration(nullptr, FALSE)) {
+        while (native::runEventLoopOnce()) {
             if (Clock::now() > look)
                 break;
         }
@@ -46,7 +41,7 @@ Rgb Yuv::rgb() const
     const double cb = 255.0 / 224.0 * (u - 128);
     const double cr = 255.0 / 224.0 * (v - 128);
     const auto toByte = [](double value) {
-        return static_cast<int>(std::clamp(value, 0.0, 255.0) + 0.5);
+        return static_cast<int>(std::lround(std::clamp(value, 0.0, 255.0)));
     };
     return {toByte(luma + 1.5748 * cr), toByte(luma - 0.1873 * cb - 0.4681 * cr),
             toByte(luma + 1.8556 * cb)};
@@ -69,66 +64,6 @@ Rgb Screenshot::at(int x, int y) const
     if (x < 0 || y < 0 || x >= widthPx || y >= heightPx)
         return {-1, -1, -1};
     return pixels[static_cast<size_t>(y) * static_cast<size_t>(widthPx) + static_cast<size_t>(x)];
-}
-
-NativeWindow::NativeWindow(int widthPx, int heightPx, int x, int y)
-    : m_display(XOpenDisplay(nullptr))
-{
-    REQUIRE(m_display != nullptr);
-    const int screen = DefaultScreen(m_display);
-    m_window = XCreateSimpleWindow(m_display, RootWindow(m_display, screen), x, y,
-                                   static_cast<unsigned>(widthPx), static_cast<unsigned>(heightPx),
-                                   0, 0, WhitePixel(m_display, screen));
-    XMapWindow(m_display, m_window);
-    XSync(m_display, False);
-}
-
-NativeWindow::~NativeWindow()
-{
-    XDestroyWindow(m_display, m_window);
-    XCloseDisplay(m_display);
-}
-
-HWND NativeWindow::hwnd() const
-{
-    return reinterpret_cast<HWND>(static_cast<uintptr_t>(m_window));
-}
-
-Screenshot NativeWindow::grab() const
-{
-    XSync(m_display, False);
-    XWindowAttributes attributes;
-    XGetWindowAttributes(m_display, m_window, &attributes);
-    Screenshot shot;
-    XImage* image = XGetImage(m_display, m_window, 0, 0, static_cast<unsigned>(attributes.width),
-                              static_cast<unsigned>(attributes.height), AllPlanes, ZPixmap);
-    REQUIRE(image != nullptr);
-    shot.widthPx = attributes.width;
-    shot.heightPx = attributes.height;
-    shot.pixels.reserve(static_cast<size_t>(shot.widthPx) * static_cast<size_t>(shot.heightPx));
-    for (int y = 0; y < shot.heightPx; ++y) {
-        for (int x = 0; x < shot.widthPx; ++x) {
-            const unsigned long pixel = XGetPixel(image, x, y);
-            shot.pixels.push_back({static_cast<int>((pixel >> 16) & 0xFF),
-                                   static_cast<int>((pixel >> 8) & 0xFF),
-                                   static_cast<int>(pixel & 0xFF)});
-        }
-    }
-    XDestroyImage(image);
-    return shot;
-}
-
-int NativeWindow::childCount() const
-{
-    Window root = 0;
-    Window parent = 0;
-    Window* children = nullptr;
-    unsigned count = 0;
-    XSync(m_display, False);
-    XQueryTree(m_display, m_window, &root, &parent, &children, &count);
-    if (children)
-        XFree(children);
-    return static_cast<int>(count);
 }
 
 Inbox& Inbox::first()
@@ -194,39 +129,6 @@ int Inbox::count(unsigned long id, long long lParam) const
     return static_cast<int>(std::count_if(messages.begin(), messages.end(), [=](const Message& m) {
         return m.id == id && m.lParam == lParam;
     }));
-}
-
-LogCapture::LogCapture()
-    : m_stderr(dup(STDERR_FILENO))
-{
-    std::string name = "/tmp/zrcontract-XXXXXX";
-    m_file = mkstemp(name.data());
-    REQUIRE(m_file >= 0 && m_stderr >= 0);
-    unlink(name.c_str());
-    std::fflush(stderr);
-    dup2(m_file, STDERR_FILENO);
-}
-
-LogCapture::~LogCapture()
-{
-    std::fflush(stderr);
-    dup2(m_stderr, STDERR_FILENO);
-    close(m_stderr);
-    close(m_file);
-}
-
-std::string LogCapture::take()
-{
-    std::fflush(stderr);
-    std::string log;
-    char buffer[4096];
-    for (;;) {
-        const ssize_t got = pread(m_file, buffer, sizeof buffer, m_readTo);
-        if (got <= 0)
-            return log;
-        log.append(buffer, static_cast<size_t>(got));
-        m_readTo += got;
-    }
 }
 
 Meeting::Meeting(const NativeWindow* parent, int widthPx, int heightPx)

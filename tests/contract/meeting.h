@@ -2,6 +2,7 @@
 #pragma once
 
 #include "module.h"
+#include "native.h"
 
 #include <chrono>
 #include <cstdint>
@@ -11,22 +12,13 @@
 #include <thread>
 #include <vector>
 
-struct _XDisplay;
-
 using Clock = std::chrono::steady_clock;
 
-/// Runs the event loop of this thread, the default GLib main context, for a time.
+/// Runs the event loop of this thread for a time.
 void pump(int timeMs);
 
 /// Runs the event loop until `done` holds. @return false when it did not within the time.
 [[nodiscard]] bool pumpUntil(const std::function<bool()>& done, int timeoutMs = 5000);
-
-struct Rgb
-{
-    int r;
-    int g;
-    int b;
-};
 
 /// Whether two colours differ by at most `tolerance` in every channel.
 bool isNear(const Rgb& a, const Rgb& b, int tolerance = 6);
@@ -58,35 +50,6 @@ public:
 
 private:
     std::vector<uint8_t> m_bytes;
-};
-
-/// A screenshot of a native window with everything in it.
-class Screenshot
-{
-public:
-    [[nodiscard]] Rgb at(int x, int y) const;
-    int widthPx = 0;
-    int heightPx = 0;
-    std::vector<Rgb> pixels;
-};
-
-/// A plain X11 window of the host.
-class NativeWindow
-{
-public:
-    NativeWindow(int widthPx, int heightPx, int x = 0, int y = 0);
-    ~NativeWindow();
-    NativeWindow(const NativeWindow&) = delete;
-    NativeWindow& operator=(const NativeWindow&) = delete;
-
-    [[nodiscard]] HWND hwnd() const;
-    [[nodiscard]] Screenshot grab() const;
-    /// Native windows directly inside this one.
-    [[nodiscard]] int childCount() const;
-
-private:
-    _XDisplay* m_display = nullptr;
-    unsigned long m_window = 0;
 };
 
 struct Message
@@ -128,23 +91,6 @@ private:
     ZRNotify m_notify;
     mutable std::mutex m_lock;
     std::vector<Message> m_messages;
-};
-
-/// Collects what the process writes to stderr, where the library's log goes, while it lives.
-class LogCapture
-{
-public:
-    LogCapture();
-    ~LogCapture();
-    LogCapture(const LogCapture&) = delete;
-    LogCapture& operator=(const LogCapture&) = delete;
-    /// What was written since the last call.
-    [[nodiscard]] std::string take();
-
-private:
-    int m_file = -1;
-    int m_stderr = -1;
-    long m_readTo = 0;
 };
 
 /// A host value that messages can be told apart by.

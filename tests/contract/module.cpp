@@ -1,42 +1,29 @@
 #include "module.h"
 
 #include "check.h"
+#include "native.h"
 
 #include <cstdlib>
-#include <dlfcn.h>
-#include <fstream>
 
 namespace {
 
 const char* libraryPath()
 {
     const char* path = std::getenv("ZR_LIBRARY");
-    return path ? path : "libZRScreenMod.so.0";
-}
-
-/// Whether a file of that name is still mapped into the process.
-bool isMapped(const std::string& name)
-{
-    std::ifstream maps("/proc/self/maps");
-    for (std::string line; std::getline(maps, line);) {
-        if (line.find(name) != std::string::npos)
-            return true;
-    }
-    return false;
+    return path ? path : native::kLibraryFile;
 }
 
 } // namespace
 
 Module::Module()
-    : m_library(dlopen(libraryPath(), RTLD_NOW | RTLD_LOCAL))
+    : m_library(native::loadLibrary(libraryPath()))
 {
-    if (!m_library) {
-        check::fail(__FILE__, __LINE__, dlerror());
+    if (!m_library)
         throw check::Abandoned{};
-    }
 #define ZR_LOOK_UP(member)                                                                         \
-    member = reinterpret_cast<decltype(member)>(dlsym(m_library, "ZRScreen_" #member));            \
-    REQUIRE(member != nullptr);
+    this->member =                                                                                 \
+        reinterpret_cast<decltype(member)>(native::findSymbol(m_library, "ZRScreen_" #member));    \
+    REQUIRE(this->member != nullptr);
     ZR_EXPORTS(ZR_LOOK_UP)
 #undef ZR_LOOK_UP
 }
@@ -50,7 +37,7 @@ void Module::unload()
 {
     if (!m_library)
         return;
-    CHECK_EQUAL(dlclose(m_library), 0);
+    CHECK(native::unloadLibrary(m_library));
     m_library = nullptr;
-    CHECK(!isMapped("libZRScreenMod"));
+    CHECK(!native::isModuleLoaded());
 }

@@ -2,20 +2,7 @@
 #include "check.h"
 #include "meeting.h"
 
-#include <cstdlib>
-#include <dirent.h>
-
 namespace {
-
-int threadCount()
-{
-    int count = 0;
-    DIR* tasks = opendir("/proc/self/task");
-    while (const dirent* entry = readdir(tasks))
-        count += entry->d_name[0] != '.' ? 1 : 0;
-    closedir(tasks);
-    return count;
-}
 
 /// A whole meeting of two, up to the moment when both pictures are on the screen.
 void useOnce(const NativeWindow* window)
@@ -45,11 +32,11 @@ ZR_CASE(lifetime, loadsUsesAndUnloadsRepeatedly)
     const NativeWindow window(1280, 720);
     useOnce(&window);
     CHECK(pumpUntil([&] { return window.childCount() == 0; }));
-    const int threadsAfterFirst = threadCount();
+    const int threadsAfterFirst = native::threadCount();
     for (int round = 0; round < 3; ++round)
         useOnce(&window);
     CHECK(pumpUntil([&] { return window.childCount() == 0; }));
-    CHECK(threadCount() <= threadsAfterFirst);
+    CHECK(native::threadCount() <= threadsAfterFirst);
 }
 
 ZR_CASE(lifetime, unloadsWithoutAScreen)
@@ -187,7 +174,7 @@ ZR_CASE(lifetime, initReusesTheProcessAfterRelease)
 /// Runs without a display: the screen is drawn off screen and nothing is embedded.
 ZR_CASE(headless, worksWithoutADisplay)
 {
-    REQUIRE(std::getenv("DISPLAY") == nullptr);
+    REQUIRE(!native::hasDisplay());
     for (int round = 0; round < 2; ++round)
         useOnce(nullptr);
 }

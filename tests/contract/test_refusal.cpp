@@ -5,8 +5,6 @@
 #include <atomic>
 #include <climits>
 #include <cstring>
-#include <sys/mman.h>
-#include <unistd.h>
 
 namespace {
 
@@ -29,30 +27,6 @@ char* unreadableText()
 {
     return static_cast<char*>(unreadable());
 }
-
-/// A page of 'a' without a terminator, right before memory that cannot be read.
-class EndlessText
-{
-public:
-    EndlessText()
-        : m_size(static_cast<size_t>(sysconf(_SC_PAGESIZE)))
-        , m_pages(static_cast<char*>(mmap(nullptr, 2 * m_size, PROT_READ | PROT_WRITE,
-                                          MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)))
-    {
-        REQUIRE(m_pages != MAP_FAILED);
-        REQUIRE(mprotect(m_pages + m_size, m_size, PROT_NONE) == 0);
-        std::memset(m_pages, 'a', m_size);
-    }
-    ~EndlessText() { munmap(m_pages, 2 * m_size); }
-    EndlessText(const EndlessText&) = delete;
-    EndlessText& operator=(const EndlessText&) = delete;
-    [[nodiscard]] char* text() const { return m_pages; }
-    [[nodiscard]] size_t size() const { return m_size; }
-
-private:
-    size_t m_size;
-    char* m_pages;
-};
 
 tagRECT g_area{0, 0, 640, 360};
 

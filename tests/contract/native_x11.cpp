@@ -1,0 +1,195 @@
+#include "check.h"
+#include "native.h"
+
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <dirent.h>
+#include <dlfcn.h>
+#include <fstream>
+#include <glib.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace {
+
+Display* display(void* connection)
+{
+    return static_cast<Display*>(connection);
+}
+
+Window id(HWND window)
+{
+    return static_cast<Window>(reinterpret_cast<uintptr_t>(window));
+}
+
+} // namespace
+
+NativeWindow::NativeWindow(int widthPx, int heightPx, int x, int y)
+    : m_display(XOpenDisplay(nullptr))
+{
+    REQUIRE(m_display != nullptr);
+    Display* const d = display(m_display);
+    const int screen = DefaultScreen(d);
+    const Window window =
+        XCreateSimpleWindow(d, RootWindow(d, screen), x, y, static_cast<unsigned>(widthPx),
+                            static_cast<unsigned>(heightPx), 0, 0, WhitePixel(d, screen));
+    m_window = reinterpret_cast<HWND>(static_cast<uintptr_t>(window));
+    XMapWindow(d, window);
+    XSync(d, False);
+}
+
+NativeWindow::~NativeWindow()
+{
+    XDestroyWindow(display(m_display), id(m_window));
+    XCloseDisplay(display(m_display));
+}
+
+HWND NativeWindow::hwnd() const
+{
+    return m_window;
+}
+
+Screenshot NativeWindow::grab() const
+{
+    Display* const d = display(m_display);
+    XSync(d, False);
+    XWindowAttributes attributes;
+    XGetWindowAttributes(d, id(m_window), &attributes);
+    Screenshot shot;
+    XImage* image = XGetImage(d, id(m_window), 0, 0, static_cast<unsigned>(attributes.width),
+                              static_cast<unsigned>(attributes.height), AllPlanes, ZPixmap);
+    REQUIRE(image != nullptr);
+    shot.widthPx = attributes.width;
+    shot.heightPx = attributes.height;
+    shot.pixels.reserve(static_cast<size_t>(shot.widthPx) * static_cast<size_t>(shot.heightPx));
+    for (int y = 0; y < shot.heightPx; ++y) {
+        for (int x = 0; x < shot.widthPx; ++x) {
+            const unsigned long pixel = XGetPixel(image, x, y);
+            shot.pixels.push_back({static_cast<int>((pixel >> 16) & 0xFF),
+                                   static_cast<int>((pixel >> 8) & 0xFF),
+                                   static_cast<int>(pixel & 0xFF)});
+        }
+    }
+    XDestroyImage(image);
+    return shot;
+}
+
+int NativeWindow::childCount() const
+{
+    Window root = 0;
+    Window parent = 0;
+    Window* children = nullptr;
+    unsigned count = 0;
+    XSync(display(m_display), False);
+    XQueryTree(display(m_display), id(m_window), &root, &parent, &children, &count);
+    if (children)
+        XFree(children);
+    return static_cast<int>(count);
+}
+
+LogCapture::LogCapture()
+    : m_name("/tmp/zrcontract-XXXXXX")
+    , m_stderr(dup(STDERR_FILENO))
+{
+    m_file = mkstemp(m_name.data());
+    REQUIRE(m_file >= 0 && m_stderr >= 0);
+    unlink(m_name.c_str());
+    std::fflush(stderr);
+    dup2(m_file, STDERR_FILENO);
+}
+
+LogCapture::~LogCapture()
+{
+    std::fflush(stderr);
+    dup2(m_stderr, STDERR_FILENO);
+    close(m_stderr);
+    close(m_file);
+}
+
+std::string LogCapture::take()
+{
+    std::fflush(stderr);
+    std::string log;
+    char buffer[4096];
+    for (;;) {
+        const ssize_t got = pread(m_file, buffer, sizeof buffer, m_readTo);
+        if (got <= 0)
+            return log;
+        log.append(buffer, static_cast<size_t>(got));
+        m_readTo += got;
+    }
+}
+
+EndlessText::EndlessText()
+    : m_size(static_cast<size_t>(sysconf(_SC_PAGESIZE)))
+    , m_pages(static_cast<char*>(
+          mmap(nullptr, 2 * m_size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)))
+{
+    REQUIRE(m_pages != MAP_FAILED);
+    REQUIRE(mprotect(m_pages + m_size, m_size, PROT_NONE) == 0);
+    std::memset(m_pages, 'a', m_size);
+}
+
+EndlessText::~EndlessText()
+{
+    munmap(m_pages, 2 * m_size);
+}
+
+namespace native {
+
+const char* const kLibraryFile = "libZRScreenMod.so.0";
+
+bool runEventLoopOnce()
+{
+    return g_main_context_iteration(nullptr, FALSE) != FALSE;
+}
+
+bool hasDisplay()
+{
+    return std::getenv("DISPLAY") != nullptr;
+}
+
+void* loadLibrary(const char* path)
+{
+    void* const library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+    if (!library)
+        check::fail(__FILE__, __LINE__, dlerror());
+    return library;
+}
+
+void* findSymbol(void* library, const char* name)
+{
+    return dlsym(library, name);
+}
+
+bool unloadLibrary(void* library)
+{
+    return dlclose(library) == 0;
+}
+
+bool isModuleLoaded()
+{
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);) {
+        if (line.find("libZRScreenMod") != std::string::npos)
+            return true;
+    }
+    return false;
+}
+
+int threadCount()
+{
+    int count = 0;
+    DIR* tasks = opendir("/proc/self/task");
+    while (const dirent* entry = readdir(tasks))
+        count += entry->d_name[0] != '.' ? 1 : 0;
+    closedir(tasks);
+    return count;
+}
+
+} // namespace native
