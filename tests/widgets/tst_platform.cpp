@@ -32,6 +32,13 @@ std::unique_ptr<T, decltype(&std::free)> owned(T* reply)
     return {reply, &std::free};
 }
 
+/// So that what Qt has asked for until now comes before what others ask for.
+void waitForQtsRequests()
+{
+    xcb_connection_t* const qt = QX11Info::connection();
+    owned(xcb_get_input_focus_reply(qt, xcb_get_input_focus(qt), nullptr));
+}
+
 /// A program of its own, as far as the X server can tell: the native host.
 class Stranger
 {
@@ -117,9 +124,7 @@ public:
     }
     ~HostWindow()
     {
-        // What Qt has asked for until now comes first.
-        xcb_connection_t* const qt = QX11Info::connection();
-        owned(xcb_get_input_focus_reply(qt, xcb_get_input_focus(qt), nullptr));
+        waitForQtsRequests();
         m_host.destroyWindow(m_id);
     }
     Q_DISABLE_COPY(HostWindow)
@@ -148,9 +153,10 @@ public:
     }
     ~WindowManager()
     {
+        waitForQtsRequests();
         m_stop = true;
         m_thread.join();
-        xcb_disconnect(c);
+        xcb_disconnect(c); // its frames go, and what is in them
     }
     Q_DISABLE_COPY(WindowManager)
 
