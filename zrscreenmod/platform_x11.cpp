@@ -445,14 +445,14 @@ bool isReadable(const void* p, std::size_t size)
     if (size == 0)
         return true;
     const std::uintptr_t last = begin + size - 1;
-    const std::uintptr_t page = pageSize();
     if (!isWordReadable(begin))
         return false;
-    if (begin / page == last / page)
-        return true; // what is protected is protected by pages
+    const std::uintptr_t page = pageSize();
+    if ((begin ^ last) < page)
+        return true; // all in one page
+    constexpr std::size_t kProbeEveryPageUpTo = 65536;
     if (!isWordReadable(last))
         return false;
-    constexpr std::size_t kProbeEveryPageUpTo = 64 * 1024;
     if (size > kProbeEveryPageUpTo)
         return true;
     for (std::uintptr_t at = (begin | (page - 1)) + 1; at < last; at += page) {

@@ -311,15 +311,16 @@ void TestPlatform::readabilityOfRanges()
     QCOMPARE(errno, ENOENT);
 
     // A long range is probed at its ends only: the cost of a frame does not grow with its size.
-    constexpr std::size_t kLong = 1024 * 1024;
+    constexpr std::size_t kLong = 1048576;
+    constexpr std::size_t kEveryPage = 65536;
     char* const block = static_cast<char*>(
         mmap(nullptr, kLong, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
     mprotect(block + kLong / 2, page, PROT_NONE);
     QVERIFY(isReadable(block, kLong));
     QVERIFY(!isReadable(block, kLong / 2 + 1));
-    mprotect(block + 64 * 1024 - page, page, PROT_NONE);
-    QVERIFY(!isReadable(block, 64 * 1024));
-    QVERIFY(isReadable(block, 64 * 1024 + 1));
+    mprotect(block + kEveryPage - page, page, PROT_NONE);
+    QVERIFY(!isReadable(block, kEveryPage));
+    QVERIFY(isReadable(block, kEveryPage + 1));
     munmap(block, kLong);
 }
 
