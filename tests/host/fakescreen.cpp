@@ -15,7 +15,6 @@ namespace {
 struct FakePerson
 {
     std::string id;
-    void* hostValue;
 };
 
 std::mutex g_mutex;
@@ -25,10 +24,6 @@ std::set<void*> g_people;
 ZRNotify g_notify = nullptr;
 int g_screen = 0; // its address is the screen's handle
 
-std::string show(const char* text)
-{
-    return text;
-}
 std::string show(const std::string& text)
 {
     return text;
@@ -117,44 +112,23 @@ void* ZRScreen_Init(HWND, ZRNotify notify)
     return &g_screen;
 }
 
-int ZRScreen_SetParent(void* s, HWND)
-{
-    return record("SetParent", s);
-}
-
-int ZRScreen_MoveWindow(void* s, tagRECT* rect, int)
-{
-    return record("MoveWindow", s, rect);
-}
-
 void ZRScreen_Release(void* s)
 {
     record("Release", s, static_cast<int>(g_people.size()));
 }
 
-int ZRScreen_ExitMeeting(void* s)
-{
-    return record("ExitMeeting", s);
-}
-
 void* ZRScreen_AddPerson(void* s, char* id, char* name, long long time, int, void* hostValue)
 {
     record("AddPerson", s, id, name, static_cast<int>(time));
-    auto added = std::make_unique<FakePerson>(FakePerson{id, hostValue});
-    FakePerson* const person = added.release(); // freed by DelPerson
+    FakePerson* const person = std::make_unique<FakePerson>(FakePerson{id}).release();
     {
         const std::lock_guard<std::mutex> lock(g_mutex);
-        g_people.insert(person);
+        g_people.insert(person); // DelPerson frees it
     }
     if (g_notify)
         g_notify(ZRMSG_VIDEO_SHOWN, 0x10,
                  static_cast<long long>(reinterpret_cast<intptr_t>(hostValue)));
     return person;
-}
-
-int ZRScreen_JoinMeetingFinish(void* s, bool finish)
-{
-    return record("JoinMeetingFinish", s, finish);
 }
 
 int ZRScreen_DelPerson(void* s, void* play, bool)
@@ -179,36 +153,6 @@ int ZRScreen_PlayFrame(void*, void* play, void* data)
     return 1;
 }
 
-int ZRScreen_SetPersonInfo(void* s, void* play, bool self, int role, char* name, int identity)
-{
-    return record("SetPersonInfo", s, person(play), self, role, name, identity);
-}
-
-int ZRScreen_SetMute(void* s, void* play, int mute)
-{
-    return record("SetMute", s, person(play), mute);
-}
-
-int ZRScreen_SetVolume(void* s, void* play, int volume)
-{
-    return record("SetVolume", s, person(play), volume);
-}
-
-int ZRScreen_Preview(void* s, void* play, bool preview)
-{
-    return record("Preview", s, person(play), preview);
-}
-
-int ZRScreen_SetPersonHandUp(void* s, void* play, bool up)
-{
-    return record("SetPersonHandUp", s, person(play), up);
-}
-
-int ZRScreen_UpdateUserNetStatus(void* s, const char* id, int dir, bool weak, int level)
-{
-    return record("UpdateUserNetStatus", s, id, dir, weak, level);
-}
-
 int ZRScreen_ChangeLayout(void* s, eLayoutType type, const std::map<int, std::string>& sorting)
 {
     std::string order;
@@ -217,82 +161,9 @@ int ZRScreen_ChangeLayout(void* s, eLayoutType type, const std::map<int, std::st
     return record("ChangeLayout", s, static_cast<int>(type), order);
 }
 
-int ZRScreen_GetCurMode(void* s)
+int ZRScreen_IsExtendScreen(void)
 {
-    record("GetCurMode", s);
-    return 12;
-}
-
-int ZRScreen_FocusByUserID(void* s, char* id, bool voice)
-{
-    return record("FocusByUserID", s, id, voice);
-}
-
-int ZRScreen_LockLook(void* s, void* play, int lock)
-{
-    return record("LockLook", s, person(play), lock);
-}
-
-int ZRScreen_AllLook(void* s, void* play, int all)
-{
-    return record("AllLook", s, person(play), all);
-}
-
-int ZRScreen_SetActivateUser(void* s, char* id)
-{
-    return record("SetActivateUser", s, id);
-}
-
-int ZRScreen_SetCurrentSpeakingPerson(void* s, std::string id)
-{
-    return record("SetCurrentSpeakingPerson", s, id);
-}
-
-int ZRScreen_SetOpenPollingPage(void* s, bool open, int seconds)
-{
-    return record("SetOpenPollingPage", s, open, seconds);
-}
-
-int ZRScreen_SetLayoutCtrl(void* s, bool open, bool follow, int share, int speaker, bool filter)
-{
-    return record("SetLayoutCtrl", s, open, follow, share, speaker, filter);
-}
-
-int ZRScreen_IsPersonVisible(void* s, char* id)
-{
-    return record("IsPersonVisible", s, id);
-}
-
-int ZRScreen_ShowSmallWnd(void* s, bool show, bool mute)
-{
-    return record("ShowSmallWnd", s, show, mute);
-}
-
-int ZRScreen_GetSmallWndID(void* s)
-{
-    record("GetSmallWndID", s);
-    return 34;
-}
-
-int ZRScreen_IsPersonVisibleInSmallWnd(void* s, char* id)
-{
-    record("IsPersonVisibleInSmallWnd", s, id);
-    return 0;
-}
-
-int ZRScreen_SetShareSponsor(void* s, std::string id)
-{
-    return record("SetShareSponsor", s, id);
-}
-
-int ZRScreen_PopSelfShareWnd(void* s, bool floating, bool mute)
-{
-    return record("PopSelfShareWnd", s, floating, mute);
-}
-
-int ZRScreen_SetIsCloseWhiteBoard(void* s)
-{
-    return record("SetIsCloseWhiteBoard", s);
+    return record("IsExtendScreen", &g_screen);
 }
 
 ZRRect ZRScreen_GetShareWgtPos(void* s)
@@ -301,54 +172,53 @@ ZRRect ZRScreen_GetShareWgtPos(void* s)
     return {1, 2, 30, 40};
 }
 
-int ZRScreen_SetExtendScreen(void* s, bool extend, bool change)
-{
-    return record("SetExtendScreen", s, extend, change);
-}
-
-int ZRScreen_IsExtendScreen(void)
-{
-    record("IsExtendScreen", &g_screen);
-    return 0;
-}
-
-int ZRScreen_SetVideoToolbarStatus(void* s, tagRECT* rect, bool show)
-{
-    return record("SetVideoToolbarStatus", s, rect, show);
-}
-
-int ZRScreen_IsMouseOnBtnMore(void* s)
-{
-    return record("IsMouseOnBtnMore", s);
-}
-
-int ZRScreen_ClearMoreMenuPtr(void* s)
-{
-    return record("ClearMoreMenuPtr", s);
-}
-
-int ZRScreen_ClearSubtitles(void* s)
-{
-    return record("ClearSubtitles", s);
-}
-
-int ZRScreen_AddSentence(void* s, int id, int colour, char* name, char* text)
-{
-    return record("AddSentence", s, id, colour, name, text);
-}
-
-#define FAKE_FLAG_SETTER(name)                                                                     \
-    int ZRScreen_##name(void* s, bool flag)                                                        \
+// The rest is only recorded. FAKE(name, parameters behind the screen, what is recorded of them)
+#define FAKE(name, parameters, ...)                                                                \
+    int ZRScreen_##name(void* s, FAKE_LIST parameters)                                             \
     {                                                                                              \
-        return record(#name, s, flag);                                                             \
+        return record(#name, s, __VA_ARGS__);                                                      \
     }
-FAKE_FLAG_SETTER(ReOrder)
-FAKE_FLAG_SETTER(SetVoiceActivate)
-FAKE_FLAG_SETTER(SetSupport9EqualCut)
-FAKE_FLAG_SETTER(SetSupport16EqualCut)
-FAKE_FLAG_SETTER(SetHideNoCameraWnd)
-FAKE_FLAG_SETTER(SetHideSmallWidget)
-FAKE_FLAG_SETTER(SetPauseShareWindow)
-FAKE_FLAG_SETTER(OpenSubtitle)
+#define FAKE_LIST(...) __VA_ARGS__
+#define FAKE_FLAG(name) FAKE(name, (bool flag), flag)
+#define FAKE_TEXT(name, type) FAKE(name, (type text), text)
+#define FAKE_PLAIN(name)                                                                           \
+    int ZRScreen_##name(void* s)                                                                   \
+    {                                                                                              \
+        return record(#name, s);                                                                   \
+    }
+
+// clang-format off
+FAKE(SetParent, (HWND), "")
+FAKE(MoveWindow, (tagRECT* rect, int), rect)
+FAKE(SetPersonInfo, (void* play, bool self, int role, char* name, int identity),
+     person(play), self, role, name, identity)
+FAKE(SetMute, (void* play, int mute), person(play), mute)
+FAKE(SetVolume, (void* play, int volume), person(play), volume)
+FAKE(Preview, (void* play, bool preview), person(play), preview)
+FAKE(SetPersonHandUp, (void* play, bool up), person(play), up)
+FAKE(UpdateUserNetStatus, (const char* id, int dir, bool weak, int level), id, dir, weak, level)
+FAKE(FocusByUserID, (char* id, bool voice), id, voice)
+FAKE(LockLook, (void* play, int lock), person(play), lock)
+FAKE(AllLook, (void* play, int all), person(play), all)
+FAKE(SetOpenPollingPage, (bool open, int seconds), open, seconds)
+FAKE(SetLayoutCtrl, (bool open, bool follow, int share, int speaker, bool filter),
+     open, follow, share, speaker, filter)
+FAKE(ShowSmallWnd, (bool show, bool mute), show, mute)
+FAKE(PopSelfShareWnd, (bool floating, bool mute), floating, mute)
+FAKE(SetExtendScreen, (bool extend, bool change), extend, change)
+FAKE(SetVideoToolbarStatus, (tagRECT* rect, bool show), rect, show)
+FAKE(AddSentence, (int id, int colour, char* name, char* text), id, colour, name, text)
+FAKE_TEXT(SetActivateUser, char*)
+FAKE_TEXT(SetCurrentSpeakingPerson, std::string)
+FAKE_TEXT(SetShareSponsor, std::string)
+FAKE_TEXT(IsPersonVisible, char*)
+FAKE_TEXT(IsPersonVisibleInSmallWnd, char*)
+FAKE_FLAG(JoinMeetingFinish) FAKE_FLAG(ReOrder) FAKE_FLAG(SetVoiceActivate)
+FAKE_FLAG(SetSupport9EqualCut) FAKE_FLAG(SetSupport16EqualCut) FAKE_FLAG(SetHideNoCameraWnd)
+FAKE_FLAG(SetHideSmallWidget) FAKE_FLAG(SetPauseShareWindow) FAKE_FLAG(OpenSubtitle)
+FAKE_PLAIN(ExitMeeting) FAKE_PLAIN(GetCurMode) FAKE_PLAIN(GetSmallWndID)
+FAKE_PLAIN(SetIsCloseWhiteBoard) FAKE_PLAIN(IsMouseOnBtnMore) FAKE_PLAIN(ClearMoreMenuPtr)
+FAKE_PLAIN(ClearSubtitles)
+// clang-format on
 
 } // extern "C"
