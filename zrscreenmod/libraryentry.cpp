@@ -24,7 +24,10 @@
 #ifdef _WIN32
 #    include <windows.h>
 #else
-#    include <cstdlib>
+#    include <cxxabi.h>
+
+/// Stands for this library towards the loader. The compiler provides it.
+extern "C" __attribute__((visibility("hidden"))) void* __dso_handle; // NOLINT(bugprone-reserved-*)
 #endif
 
 QApplication* g_pApp = nullptr;
@@ -246,16 +249,23 @@ void endWithProcess()
     platform::keepModuleLoaded();
 }
 
+/// As std::atexit, but tells which library asks: the atexit of the thread sanitizer does not, and
+/// calls the handler after the module has been unloaded.
+void registerExitHandler()
+{
+    abi::__cxa_atexit([](void*) { endWithProcess(); }, nullptr, &__dso_handle);
+}
+
 } // namespace
 
 void zr::registerExitTeardown()
 {
-    std::atexit(endWithProcess);
+    registerExitHandler();
     if (!g_pRegistrationTimer) {
         g_pRegistrationTimer = new QTimer;
         g_pRegistrationTimer->setSingleShot(true);
         QObject::connect(g_pRegistrationTimer, &QTimer::timeout, [] {
-            std::atexit(endWithProcess);
+            registerExitHandler();
             const int intervalMs = g_pRegistrationTimer->interval();
             if (intervalMs <= std::numeric_limits<int>::max() / 2)
                 g_pRegistrationTimer->start(intervalMs * 2);
