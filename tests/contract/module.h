@@ -33,7 +33,8 @@ public:
     /// Forgets the library without unloading it: it ends with the process.
     void leaveLoaded() { m_library = nullptr; }
 
-#define ZR_MEMBER(name) decltype(&::ZRScreen_##name) name = nullptr;
+#define ZR_MEMBER(member)                                                                          \
+    decltype(&::ZRScreen_##member) member = nullptr; // NOLINT(bugprone-macro-parentheses)
     ZR_EXPORTS(ZR_MEMBER)
 #undef ZR_MEMBER
 

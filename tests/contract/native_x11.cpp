@@ -176,7 +176,9 @@ bool isModuleLoaded()
 {
     std::ifstream maps("/proc/self/maps");
     for (std::string line; std::getline(maps, line);) {
-        if (line.find("libZRScreenMod") != std::string::npos)
+        // A sanitizer keeps the file mapped, to read symbols; code can be run only when loaded.
+        const bool isCode = line.find(" r-xp ") != std::string::npos;
+        if (isCode && line.find("libZRScreenMod") != std::string::npos)
             return true;
     }
     return false;

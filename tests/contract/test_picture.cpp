@@ -70,7 +70,7 @@ void checkTiles(Meeting& meeting, const NativeWindow& window, const std::vector<
         for (size_t i = 0; i < boxes.size() && fault.empty(); ++i) {
             fault = tileFault(shot, boxes[i], kColours.at(i));
             if (!fault.empty())
-                fault = "tile " + std::to_string(i) + ": " + fault;
+                fault.insert(0, "tile " + std::to_string(i) + ": ");
         }
         return fault.empty();
     });
