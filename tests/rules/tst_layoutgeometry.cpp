@@ -43,57 +43,41 @@ class tst_LayoutGeometry : public QObject
     Q_OBJECT
 
 private slots:
-    void fit_data();
     void fit();
-    void fitKeepsTheCorner();
     void galleryRectangles_data();
     void galleryRectangles();
-    void invariantsHoldForGeneratedDialogs_data();
     void invariantsHoldForGeneratedDialogs();
-    void hostileInput_data();
     void hostileInput();
-    void gradesOfGrids_data();
     void gradesOfGrids();
-    void pages_data();
     void pages();
-    void pageAfterRemovalInStrips_data();
     void pageAfterRemovalInStrips();
 };
 
-void tst_LayoutGeometry::fit_data()
-{
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QSize>("fitted");
-    QTest::addColumn<QPoint>("centred");
-
-    QTest::newRow("exact") << QSize(640, 360) << QSize(640, 360) << QPoint(0, 0);
-    QTest::newRow("equal quotients stay") << QSize(641, 360) << QSize(641, 360) << QPoint(0, 0);
-    QTest::newRow("widest equal quotients") << QSize(655, 360) << QSize(655, 360) << QPoint(0, 0);
-    QTest::newRow("one wider") << QSize(656, 360) << QSize(640, 360) << QPoint(8, 0);
-    QTest::newRow("tallest equal quotients") << QSize(640, 368) << QSize(640, 368) << QPoint(0, 0);
-    QTest::newRow("one taller") << QSize(640, 369) << QSize(640, 360) << QPoint(0, 4);
-    QTest::newRow("too wide truncates") << QSize(1600, 400) << QSize(711, 400) << QPoint(444, 0);
-    QTest::newRow("too tall truncates") << QSize(1000, 700) << QSize(1000, 562) << QPoint(0, 69);
-    QTest::newRow("tiny") << QSize(15, 8) << QSize(15, 8) << QPoint(0, 0);
-    QTest::newRow("tiny and wide") << QSize(20, 5) << QSize(8, 5) << QPoint(6, 0);
-    QTest::newRow("no width") << QSize(0, 90) << QSize(0, 0) << QPoint(0, 45);
-    QTest::newRow("negative") << QSize(-7, -3) << QSize(0, 0) << QPoint(0, 0);
-}
-
 void tst_LayoutGeometry::fit()
 {
-    QFETCH(const QSize, size);
-    QFETCH(const QSize, fitted);
-    QFETCH(const QPoint, centred);
-
-    QCOMPARE(zr::fitSize16x9(size), fitted);
-    QCOMPARE(zr::centerRect16x9(size), QRect(centred, fitted));
-}
-
-void tst_LayoutGeometry::fitKeepsTheCorner()
-{
-    QCOMPARE(zr::fitRect16x9(QRect(-30, 17, 1000, 700)), QRect(-30, 17, 1000, 562));
-    QCOMPARE(zr::fitRect16x9(QRect(12, 34, 1600, 400)), QRect(12, 34, 711, 400));
+    struct Row
+    {
+        QSize size, fitted;
+        QPoint centred;
+    };
+    const Row rows[] = {
+        {{640, 360}, {640, 360}, {0, 0}},
+        {{655, 360}, {655, 360}, {0, 0}}, // the widest whose quotients are equal
+        {{656, 360}, {640, 360}, {8, 0}},
+        {{640, 368}, {640, 368}, {0, 0}}, // the tallest
+        {{640, 369}, {640, 360}, {0, 4}},
+        {{1600, 400}, {711, 400}, {444, 0}}, // truncates
+        {{1000, 700}, {1000, 562}, {0, 69}},
+        {{15, 8}, {15, 8}, {0, 0}},
+        {{20, 5}, {8, 5}, {6, 0}},
+        {{0, 90}, {0, 0}, {0, 45}},
+        {{-7, -3}, {0, 0}, {0, 0}},
+    };
+    for (const Row& row : rows) {
+        QCOMPARE(zr::fitSize16x9(row.size), row.fitted);
+        QCOMPARE(zr::centerRect16x9(row.size), QRect(row.centred, row.fitted));
+        QCOMPARE(zr::fitRect16x9(QRect({-30, 17}, row.size)), QRect({-30, 17}, row.fitted));
+    }
 }
 
 void tst_LayoutGeometry::galleryRectangles_data()
@@ -183,149 +167,97 @@ void tst_LayoutGeometry::galleryRectangles()
     }
 }
 
-void tst_LayoutGeometry::invariantsHoldForGeneratedDialogs_data()
-{
-    QTest::addColumn<Gallery>("gallery");
-    QTest::newRow("six") << Gallery::six;
-    QTest::newRow("nine") << Gallery::nine;
-}
-
 void tst_LayoutGeometry::invariantsHoldForGeneratedDialogs()
 {
-    QFETCH(const Gallery, gallery);
     QRandomGenerator random(20210);
     for (int dialog = 0; dialog < 400; ++dialog) {
         // Small dialogs, where truncation shows most, are as frequent as large ones.
         const int limit = 1 << random.bounded(3, 14);
         const QSize area(random.bounded(limit), random.bounded(limit));
         for (int count = 0; count <= 20; ++count) {
-            const QString fault =
-                listFault([gallery](const zr::LayoutInput& input) { return place(gallery, input); },
-                          {area, count, 0}, rulesOf(gallery, count));
-            QVERIFY2(fault.isEmpty(), qPrintable(fault));
+            for (const Gallery gallery : {Gallery::six, Gallery::nine}) {
+                const QString fault = listFault(
+                    [gallery](const zr::LayoutInput& input) { return place(gallery, input); },
+                    {area, count, 0}, rulesOf(gallery, count));
+                QVERIFY2(fault.isEmpty(), qPrintable(fault));
+            }
         }
     }
 }
 
-void tst_LayoutGeometry::hostileInput_data()
-{
-    QTest::addColumn<QSize>("area");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<int>("page");
-    QTest::addColumn<int>("tiles"); // of the gallery with nine
-
-    QTest::newRow("no area") << QSize(0, 0) << 9 << 0 << 9;
-    QTest::newRow("gaps wider than the area") << QSize(3, 1) << 9 << 0 << 9;
-    QTest::newRow("negative area") << QSize(kIntMin, -1) << 9 << 0 << 9;
-    QTest::newRow("huge area") << QSize(kIntMax, kIntMax) << 9 << 0 << 9;
-    QTest::newRow("flat and huge") << QSize(kIntMax, 1) << 9 << 0 << 9;
-    QTest::newRow("negative count") << QSize(1280, 720) << kIntMin << 0 << 0;
-    QTest::newRow("huge count") << QSize(1280, 720) << kIntMax << (kIntMax - 1) / 9 << 1;
-    QTest::newRow("negative page") << QSize(1280, 720) << 9 << kIntMin << 0;
-    QTest::newRow("huge page") << QSize(1280, 720) << kIntMax << kIntMax << 0;
-}
-
 void tst_LayoutGeometry::hostileInput()
 {
-    QFETCH(const QSize, area);
-    QFETCH(const int, count);
-    QFETCH(const int, page);
-    QFETCH(const int, tiles);
-
-    const zr::LayoutInput input{area, count, page};
-    const auto nine = zr::nineCutPlacements(input);
-    QCOMPARE(static_cast<int>(nine.size()), tiles);
-    for (const auto& tile : nine)
-        QVERIFY2(tile.index >= 0 && tile.index < count && tile.rect.width() >= 0
-                     && tile.rect.height() >= 0 && tile.rect.bottom() <= zr::kMaxSidePx + 2,
-                 qPrintable(describe(tile)));
-    QVERIFY(zr::equalCutPlacements(input).size() <= 6);
-}
-
-void tst_LayoutGeometry::gradesOfGrids_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<int>("page");
-    QTest::addColumn<int>("grade");
-
-    QTest::newRow("two on the first page") << int(eLayoutEqualCut) << 2 << 0 << 4;
-    QTest::newRow("three") << int(eLayoutEqualCut) << 3 << 0 << 3;
-    QTest::newRow("full page") << int(eLayoutEqualCut) << 6 << 0 << 3;
-    QTest::newRow("a page before more") << int(eLayoutEqualCut) << 20 << 0 << 3;
-    QTest::newRow("one on the second page") << int(eLayoutEqualCut) << 7 << 1 << 3;
-    QTest::newRow("second page of nobody") << int(eLayoutEqualCut) << 1 << 1 << 3;
-    QTest::newRow("6 cut") << int(eLayout6Cut) << 1 << 0 << 3;
-    QTest::newRow("8 cut") << int(eLayout8Cut) << 8 << 0 << 3;
-    QTest::newRow("2 x 2") << int(eLayoutGrid4) << 4 << 0 << 3;
-    QTest::newRow("3 x 3") << int(eLayoutGrid9) << 1 << 0 << 2;
-    QTest::newRow("4 x 4") << int(eLayoutGrid16) << 1 << 0 << 2;
-    QTest::newRow("no mode") << -1 << 1 << 0 << 2;
+    const QSize hd(1280, 720);
+    struct Row
+    {
+        zr::LayoutInput input;
+        std::size_t tiles; ///< of the gallery with nine
+    };
+    const Row rows[] = {
+        {{{0, 0}, 9, 0}, 9},
+        {{{3, 1}, 9, 0}, 9}, // the gaps are wider
+        {{{kIntMin, -1}, 9, 0}, 9},
+        {{{kIntMax, kIntMax}, 9, 0}, 9},
+        {{{kIntMax, 1}, 9, 0}, 9},
+        {{hd, kIntMin, 0}, 0},
+        {{hd, kIntMax, (kIntMax - 1) / 9}, 1},
+        {{hd, 9, kIntMin}, 0},
+        {{hd, kIntMax, kIntMax}, 0},
+    };
+    for (const auto& [input, tiles] : rows) {
+        const auto nine = zr::nineCutPlacements(input);
+        QCOMPARE(nine.size(), tiles);
+        for (const auto& tile : nine)
+            QVERIFY2(tile.index >= 0 && tile.index < input.count && tile.rect.width() >= 0
+                         && tile.rect.height() >= 0 && tile.rect.bottom() <= zr::kMaxSidePx + 2,
+                     qPrintable(describe(tile)));
+        QVERIFY(zr::equalCutPlacements(input).size() <= 6);
+    }
 }
 
 void tst_LayoutGeometry::gradesOfGrids()
 {
-    QFETCH(const int, mode);
-    QFETCH(const int, count);
-    QFETCH(const int, page);
-    QTEST(zr::gridStreamType(mode, count, page), "grade");
-}
-
-void tst_LayoutGeometry::pages_data()
-{
-    QTest::addColumn<int>("count");
-    QTest::addColumn<int>("tilesPerPage");
-    QTest::addColumn<int>("pages");
-    QTest::addColumn<int>("page");
-    QTest::addColumn<int>("clamped");
-
-    QTest::newRow("none") << 0 << 6 << 0 << 3 << 0;
-    QTest::newRow("negative") << -4 << 6 << 0 << -2 << 0;
-    QTest::newRow("full page") << 6 << 6 << 1 << 1 << 0;
-    QTest::newRow("one more") << 7 << 6 << 2 << 1 << 1;
-    QTest::newRow("last of nine left") << 9 << 9 << 1 << 1 << 0;
-    QTest::newRow("several pages gone") << 10 << 9 << 2 << 7 << 1;
-    QTest::newRow("in range") << 30 << 9 << 4 << 2 << 2;
-    QTest::newRow("below") << 30 << 9 << 4 << kIntMin << 0;
-    QTest::newRow("huge") << kIntMax << 1 << kIntMax << kIntMax << kIntMax - 1;
-    QTest::newRow("no page size") << 5 << 0 << 0 << 1 << 0;
+    // Mode, participants, page, grade.
+    const int rows[][4] = {{eLayoutEqualCut, 2, 0, 4},
+                           {eLayoutEqualCut, 3, 0, 3},
+                           {eLayoutEqualCut, 20, 0, 3},
+                           {eLayoutEqualCut, 7, 1, 3},
+                           {eLayoutEqualCut, 1, 1, 3},
+                           {eLayout6Cut, 1, 0, 3},
+                           {eLayout8Cut, 8, 0, 3},
+                           {eLayoutGrid4, 4, 0, 3},
+                           {eLayoutGrid9, 1, 0, 2},
+                           {eLayoutGrid16, 1, 0, 2},
+                           {-1, 1, 0, 2}};
+    for (const auto& [mode, count, page, grade] : rows)
+        QCOMPARE(zr::gridStreamType(mode, count, page), grade);
 }
 
 void tst_LayoutGeometry::pages()
 {
-    QFETCH(const int, count);
-    QFETCH(const int, tilesPerPage);
-    QFETCH(const int, page);
-    QTEST(zr::pageCount(count, tilesPerPage), "pages");
-    QTEST(zr::clampPage(page, count, tilesPerPage), "clamped");
-}
-
-void tst_LayoutGeometry::pageAfterRemovalInStrips_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<int>("page");
-    QTest::addColumn<int>("remaining");
-    QTest::addColumn<int>("expected");
-
-    for (const int mode : {eLayoutSpeakerRight, eLayoutSpeakerBottom, eLayoutSpeakerTop}) {
-        QTest::addRow("mode %d, page emptied", mode) << mode << 1 << 7 << 0;
-        QTest::addRow("mode %d, one left", mode) << mode << 1 << 8 << 1;
-        QTest::addRow("mode %d, speaker alone", mode) << mode << 0 << 1 << 0;
+    // Participants, tiles on a page, pages; a page and where it is clamped to.
+    const int rows[][5] = {
+        {0, 6, 0, 3, 0}, {-4, 6, 0, -2, 0},      {6, 6, 1, 1, 0},
+        {7, 6, 2, 1, 1}, {10, 9, 2, 7, 1},       {30, 9, 4, 2, 2},
+        {5, 0, 0, 1, 0}, {30, 9, 4, kIntMin, 0}, {kIntMax, 1, kIntMax, kIntMax, kIntMax - 1}};
+    for (const auto& [count, tilesPerPage, pages, page, clamped] : rows) {
+        QCOMPARE(zr::pageCount(count, tilesPerPage), pages);
+        QCOMPARE(zr::clampPage(page, count, tilesPerPage), clamped);
     }
-    QTest::newRow("two speakers, page emptied") << int(eLayoutSpeaker4) << 2 << 14 << 1;
-    QTest::newRow("two speakers, one left") << int(eLayoutSpeaker4) << 1 << 9 << 1;
-    QTest::newRow("two speakers, one person more than a page and one")
-        << int(eLayoutSpeaker4) << 1 << 7 << 1;
-    QTest::newRow("gallery") << int(eLayoutEqualCut) << 1 << 7 << 1;
-    QTest::newRow("out of range") << int(eLayoutSpeakerTop) << kIntMax << kIntMin << kIntMax;
 }
 
 void tst_LayoutGeometry::pageAfterRemovalInStrips()
 {
-    QFETCH(const int, mode);
-    QFETCH(const int, page);
-    QFETCH(const int, remaining);
-    QTEST(zr::pageAfterRemoval(mode, page, remaining), "expected");
+    for (const int mode : {eLayoutSpeakerRight, eLayoutSpeakerBottom, eLayoutSpeakerTop}) {
+        QCOMPARE(zr::pageAfterRemoval(mode, 1, 7), 0); // the page is empty now
+        QCOMPARE(zr::pageAfterRemoval(mode, 1, 8), 1);
+        QCOMPARE(zr::pageAfterRemoval(mode, 0, 1), 0); // the speaker alone
+    }
+    QCOMPARE(zr::pageAfterRemoval(eLayoutSpeaker4, 2, 14), 1);
+    QCOMPARE(zr::pageAfterRemoval(eLayoutSpeaker4, 1, 9), 1);
+    QCOMPARE(zr::pageAfterRemoval(eLayoutSpeaker4, 1, 7), 1);
+    QCOMPARE(zr::pageAfterRemoval(eLayoutEqualCut, 1, 7), 1);
+    QCOMPARE(zr::pageAfterRemoval(eLayoutSpeakerTop, kIntMax, kIntMin), kIntMax);
 }
 
 QTEST_APPLESS_MAIN(tst_LayoutGeometry)

@@ -36,50 +36,39 @@ int placeOf(const Keys& keys, qint64 joinTime)
 
 } // namespace
 
-Q_DECLARE_METATYPE(Times)
-Q_DECLARE_METATYPE(Keys)
-
 class tst_PersonOrder : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void joinTime_data();
     void joinTime();
     void joinTimesOfAMeetingAreUnique();
-    void position_data();
     void position();
     void guestsStayInJoinOrder();
 };
 
-void tst_PersonOrder::joinTime_data()
-{
-    QTest::addColumn<Times>("taken");
-    QTest::addColumn<qint64>("candidate");
-    QTest::addColumn<qint64>("expected");
-
-    const auto row = [](const char* name, const Times& taken, qint64 candidate, qint64 expected) {
-        QTest::newRow(name) << taken << candidate << expected;
-    };
-    row("first", {}, 5, 5);
-    row("free between others", {4, 6}, 5, 5);
-    row("second with the same", {5}, 5, 6);
-    row("third with the same", {5, 6}, 5, 7);
-    row("stops at the first gap", {5, 6, 8, 9}, 5, 7);
-    row("earlier ones do not count", {1, 2, 3}, 2, 4);
-    row("below zero", {-1, 0}, -1, 1);
-    row("smallest value", {kMin}, kMin, kMin + 1);
-    row("largest value free", {kMax - 1}, kMax - 1, kMax);
-    row("largest value taken", {kMax}, kMax, kMax - 1);
-    row("top of the range taken", {kMax - 4, kMax - 2, kMax - 1, kMax}, kMax - 2, kMax - 3);
-    row("gap far below the top", {0, kMax - 1, kMax}, kMax - 1, kMax - 2);
-}
-
 void tst_PersonOrder::joinTime()
 {
-    QFETCH(const Times, taken);
-    QFETCH(const qint64, candidate);
-    QTEST(zr::uniqueJoinTime(taken, candidate), "expected");
+    struct Row
+    {
+        Times taken;
+        qint64 candidate, expected;
+    };
+    const Row rows[] = {
+        {{}, 5, 5},
+        {{4, 6}, 5, 5},
+        {{5, 6}, 5, 7},
+        {{5, 6, 8, 9}, 5, 7}, // the first gap
+        {{1, 2, 3}, 2, 4},    // earlier ones do not count
+        {{-1, 0}, -1, 1},
+        {{kMin}, kMin, kMin + 1},
+        {{kMax - 1}, kMax - 1, kMax},
+        {{kMax}, kMax, kMax - 1}, // where the values end, below
+        {{kMax - 4, kMax - 2, kMax - 1, kMax}, kMax - 2, kMax - 3},
+        {{0, kMax - 1, kMax}, kMax - 1, kMax - 2},
+    };
+    for (const Row& row : rows)
+        QCOMPARE(zr::uniqueJoinTime(row.taken, row.candidate), row.expected);
 }
 
 void tst_PersonOrder::joinTimesOfAMeetingAreUnique()
@@ -94,33 +83,28 @@ void tst_PersonOrder::joinTimesOfAMeetingAreUnique()
     }
 }
 
-void tst_PersonOrder::position_data()
-{
-    QTest::addColumn<Keys>("keys");
-    QTest::addColumn<qint64>("joinTime");
-    QTest::addColumn<int>("expected");
-
-    const auto row = [](const char* name, const Keys& keys, qint64 joinTime, int expected) {
-        QTest::newRow(name) << keys << joinTime << expected;
-    };
-    row("first", {}, 10, 0);
-    row("latest goes last", {guest(1), guest(2)}, 3, 2);
-    row("earliest goes first", {guest(1), guest(2)}, 0, 0);
-    row("between", {guest(1), guest(3)}, 2, 1);
-    row("same time goes behind", {guest(1), guest(2), guest(3)}, 2, 2);
-    row("local user is not displaced", {self(100), guest(10), guest(30)}, 5, 1);
-    row("meeting host is not displaced", {host(100), guest(10), guest(30)}, 5, 1);
-    row("an administrator is", {guest(100, 2), guest(110)}, 5, 0);
-    row("behind one who is kept", {self(1), guest(10), host(200), guest(30)}, 20, 3);
-    row("before the first, not the nearest", {guest(50), guest(10), guest(30)}, 20, 0);
-    row("only those who are kept", {self(100), host(90)}, 1, 2);
-}
-
 void tst_PersonOrder::position()
 {
-    QFETCH(const Keys, keys);
-    QFETCH(const qint64, joinTime);
-    QTEST(placeOf(keys, joinTime), "expected");
+    struct Row
+    {
+        Keys keys;
+        qint64 joinTime;
+        int expected;
+    };
+    const Row rows[] = {
+        {{}, 10, 0},
+        {{guest(1), guest(2)}, 3, 2},
+        {{guest(1), guest(2)}, 0, 0},
+        {{guest(1), guest(2), guest(3)}, 2, 2}, // the same time goes behind
+        {{self(100), guest(10), guest(30)}, 5, 1},
+        {{host(100), guest(10), guest(30)}, 5, 1},
+        {{guest(100, 2), guest(110)}, 5, 0}, // an administrator is displaced
+        {{self(1), guest(10), host(200), guest(30)}, 20, 3},
+        {{guest(50), guest(10), guest(30)}, 20, 0}, // before the first, not the nearest
+        {{self(100), host(90)}, 1, 2},
+    };
+    for (const Row& row : rows)
+        QCOMPARE(placeOf(row.keys, row.joinTime), row.expected);
 }
 
 void tst_PersonOrder::guestsStayInJoinOrder()
