@@ -91,8 +91,15 @@ if [ "$host_display" != host ]; then
 fi
 [ -f "$WINEPREFIX/.ready" ] || make_prefix {lock}>&-
 
+# Debian's Wine 8.0 loses what OpenGL draws in child windows; the source says more.
+fix=$prefixes/child-gl.so
+source=$(dirname "$0")/wine-child-gl.c
+if [ ! "$fix" -nt "$source" ]; then
+  cc -shared -fPIC -O1 -o "$fix.$$" "$source" -ldl && mv "$fix.$$" "$fix"
+fi
+
 # In the background, so that a signal to this script is acted on at once.
-"$wine" "$@" {lock}>&- <&0 &
+LD_PRELOAD=$(realpath "$fix") "$wine" "$@" {lock}>&- <&0 &
 status=0
 wait $! || status=$?
 exit $status
