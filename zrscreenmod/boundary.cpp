@@ -13,14 +13,17 @@ namespace {
 
 std::atomic<bool> s_closed{false};
 
+/// No text of a meeting is longer; a stray pointer into a large block looks like one.
+constexpr qptrdiff kMaxTextBytes = 1024 * 1024;
+
 /// Length of a text, 0 for null, -1 with a log line when its memory cannot be read.
 qptrdiff textLength(const char* text)
 {
     if (!text)
         return 0;
     const qptrdiff length = platform::readableStringLength(text);
-    if (length < 0 || length > std::numeric_limits<int>::max() / 4) {
-        qDebug() << "unreadable text refused:" << static_cast<const void*>(text);
+    if (length < 0 || length > kMaxTextBytes) {
+        qDebug() << "unreadable or overlong text refused:" << static_cast<const void*>(text);
         return -1;
     }
     return length;
@@ -53,18 +56,20 @@ bool isClosed()
 
 std::optional<QString> readUtf8(const char* text)
 {
-    const qptrdiff length = textLength(text);
-    if (length < 0)
-        return std::nullopt;
-    return QString::fromUtf8(text, static_cast<int>(length));
+    return guarded(std::optional<QString>(), [text] {
+        const qptrdiff length = textLength(text);
+        return length < 0 ? std::nullopt
+                          : std::optional(QString::fromUtf8(text, static_cast<int>(length)));
+    });
 }
 
 std::optional<QString> readLocal8Bit(const char* text)
 {
-    const qptrdiff length = textLength(text);
-    if (length < 0)
-        return std::nullopt;
-    return QString::fromLocal8Bit(text, static_cast<int>(length));
+    return guarded(std::optional<QString>(), [text] {
+        const qptrdiff length = textLength(text);
+        return length < 0 ? std::nullopt
+                          : std::optional(QString::fromLocal8Bit(text, static_cast<int>(length)));
+    });
 }
 
 std::optional<QRect> readRect(const tagRECT* pRect)
@@ -79,7 +84,7 @@ std::optional<QRect> readRect(const tagRECT* pRect)
                  span(edges[1], edges[3]));
 }
 
-PlayRef resolvePlay(const ScreenRef& screen, void* pPlay)
+PlayRef resolvePlay(const ScreenRef& screen, void* pPlay, const char* deletedText)
 {
     if (!pPlay) {
         qDebug() << "hPlay == nullptr failed";
@@ -91,7 +96,7 @@ PlayRef resolvePlay(const ScreenRef& screen, void* pPlay)
     case PlayHandleState::Valid:
         break;
     case PlayHandleState::Deleted:
-        qDebug() << "iter != pScreen->mapHadDelPlay.end() failed";
+        qDebug() << deletedText;
         return {};
     case PlayHandleState::Unreadable:
         qDebug() << "IsBadReadPtr(pPlay, sizeof(ST_ZRPlayHdl)) failed";

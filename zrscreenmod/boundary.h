@@ -38,7 +38,10 @@ struct PlayRef
 };
 /// Checks a play handle of a screen. @return an empty reference, and a log line, for a handle that
 /// is null, deleted, unreadable or foreign, or whose participant is gone.
-[[nodiscard]] PlayRef resolvePlay(const ScreenRef& screen, void* pPlay);
+/// @param deletedText what is logged for a deleted one
+[[nodiscard]] PlayRef
+resolvePlay(const ScreenRef& screen, void* pPlay,
+            const char* deletedText = "iter != pScreen->mapHadDelPlay.end() failed");
 
 void logException(const char* what);
 
@@ -102,14 +105,15 @@ int onGallery(void* hScreen, Body body) noexcept
 /// As onGallery, for a participant: `body(gallery, person)`. @return 1, or 0 for an invalid screen
 /// or play handle
 template<typename Body>
-int onPerson(void* hScreen, void* pPlay, Body body) noexcept
+int onPerson(void* hScreen, void* pPlay, Body body,
+             const char* deletedText = "iter != pScreen->mapHadDelPlay.end() failed") noexcept
 {
     return guarded(0, [&] {
         const ScreenRef screen(hScreen);
         if (!screen)
             return 0;
         // The pin is held until the work is queued: the record is freed behind it.
-        const PlayRef play = resolvePlay(screen, pPlay);
+        const PlayRef play = resolvePlay(screen, pPlay, deletedText);
         if (!play.person)
             return 0;
         postToGallery(hScreen,
@@ -127,7 +131,11 @@ Result askDialog(void* hScreen, Result failure, Body&& body) noexcept
         if (!screen)
             return failure;
         Result result = failure;
-        if (!GuiThread::run([&] { result = body(*screen->m_pDlgMain); })) {
+        const auto work = [&] {
+            const GuiStay stay(screen);
+            result = body(*screen->m_pDlgMain);
+        };
+        if (!GuiThread::run(work)) {
             qDebug() << "the GUI thread does not answer";
             return failure;
         }

@@ -438,6 +438,12 @@ bool CPlayWidget::IsMouseOnBtnMore() const
     return isVisible() && m_pPlayInfo->IsMouseOnBtnMore();
 }
 
+bool CPlayWidget::hasVideoRect() const
+{
+    const Locker lock(m_mutex);
+    return !m_rcView.isEmpty();
+}
+
 void CPlayWidget::MapVideoRect(QRect& rect) const
 {
     QRect view;

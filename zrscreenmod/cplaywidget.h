@@ -84,6 +84,8 @@ public:
     /// origin to the left top corner; right and bottom become left + width and top + height, that
     /// is exclusive edges, as native rectangles have them.
     void MapVideoRect(QRect& rect) const;
+    /// A picture's size is known, and so is where it lies in the tile.
+    bool hasVideoRect() const;
     QDlgPlayInfo* playInfo() const { return m_pPlayInfo.get(); }
 
     /// Pictures uploaded to the graphics system so far.

@@ -104,7 +104,7 @@ std::vector<TilePlacement> galleryPlacements(const GalleryGrid& grid, const Layo
     const int gridLeft = (area.width() - shape.columns * tile.width() - shape.hGapPx) / 2;
     const int lastRowLeft = (area.width() - shape.centredLastRow * stepX + kTileGapPx) / 2;
     const int top = (area.height() - shape.rows * tile.height() - shape.vGapPx) / 2;
-    const int grade = gridStreamType(eLayoutEqualCut, input.count, input.page);
+    const int grade = gridStreamType(input.mode, input.count, input.page);
 
     std::vector<TilePlacement> placements;
     placements.reserve(static_cast<std::size_t>(range.last - range.first));

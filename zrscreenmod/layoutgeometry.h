@@ -5,6 +5,8 @@
 // kMaxSidePx as kMaxSidePx, and a page outside the list has no tiles.
 #pragma once
 
+#include "zrscreenmod.h"
+
 #include <QRect>
 #include <QSize>
 
@@ -36,9 +38,10 @@ struct TilePlacement
 /// What an arrangement depends on.
 struct LayoutInput
 {
-    QSize area;    ///< the dialog's client size
-    int count = 0; ///< participants in the whole display list, not on the page
-    int page = 0;  ///< 0-based
+    QSize area;                 ///< the dialog's client size
+    int count = 0;              ///< participants in the whole display list, not on the page
+    int page = 0;               ///< 0-based
+    int mode = eLayoutEqualCut; ///< the meeting mode, which decides the grade
 };
 
 /// Shrinks a size to 16:9. The sides are compared by their truncated quotients w/16 and h/9, and

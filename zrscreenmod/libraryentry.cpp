@@ -53,6 +53,7 @@ constexpr std::chrono::seconds kGuiThreadTimeout(1);
 /// GUI thread.
 void destroyInterface()
 {
+    delete std::exchange(g_pRegistrationTimer, nullptr);
     releaseAllScreens();
     QZRScreenConfig::destroyInstance();
 }
@@ -149,7 +150,6 @@ void zr::detachLibrary()
     qRemovePostRoutine(detachLibrary);
     const bool onOwnThread = GuiThread::isCurrent();
     if (onOwnThread) {
-        delete std::exchange(g_pRegistrationTimer, nullptr);
         destroyInterface();
     } else {
         // The host breaks the rule to unload where it has loaded.

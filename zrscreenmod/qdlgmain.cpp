@@ -30,15 +30,13 @@ QDlgMain::QDlgMain(QWidget* parent)
     setStyleSheet(QStringLiteral("QDlgMain{background: rgb(12,16,23);}"));
     QZRScreenConfig* hub = QZRScreenConfig::getInstance();
     connect(hub, &QZRScreenConfig::notifyCurScreenMode, this, &QDlgMain::onHandleScreenMode);
-    hub->m_pDlgScreen = m_pDlgScreen;
+    hub->addGallery(m_pDlgScreen);
 }
 
 QDlgMain::~QDlgMain()
 {
     qDebug() << "QDlgMain::~QDlgMain()";
-    QZRScreenConfig* hub = QZRScreenConfig::getInstance();
-    if (hub->m_pDlgScreen == m_pDlgScreen)
-        hub->m_pDlgScreen = nullptr;
+    QZRScreenConfig::getInstance()->removeGallery(m_pDlgScreen);
     delete m_pDlgScreen;
     delete m_pDlgSubtitle2;
 }
@@ -98,11 +96,12 @@ void QDlgMain::showSubtitlePanel(bool bShow)
 void QDlgMain::onHandleScreenMode(int)
 {
     QZRScreenConfig* hub = QZRScreenConfig::getInstance();
-    hub->broadcast(ZRMSG_SCREEN_MODE, static_cast<unsigned long long>(hub->curScreenMode()), 0);
+    if (hub->m_pDlgScreen == m_pDlgScreen) // every host once, however many screens there are
+        hub->broadcast(ZRMSG_SCREEN_MODE, static_cast<unsigned long long>(hub->curScreenMode()), 0);
     if (!hub->settings.subtitleOpen)
         return;
     const bool suppressed = hub->isSubtitleSuppressed();
-    if (suppressed == m_pDlgSubtitle2->isVisible())
+    if (suppressed != m_pDlgSubtitle2->isHidden())
         showSubtitlePanel(!suppressed);
 }
 

@@ -1,6 +1,8 @@
 // The gallery: construction and events.
 #include "qdlgscreen.h"
 
+#include "cplaywidget.h"
+#include "meetingmode.h"
 #include "qzrscreenconfig.h"
 
 #include <QCloseEvent>
@@ -12,17 +14,10 @@
 
 namespace {
 
-/// A dialog narrower than this is minimised or not shown yet, and is not arranged.
-constexpr int kMinLayoutWidthPx = 50;
 /// A step of a mouse wheel in the unit of QWheelEvent, eighths of a degree.
 constexpr int kWheelStep = 120;
 
 } // namespace
-
-const QEvent::Type QDlgScreen::kLayoutEvent =
-    static_cast<QEvent::Type>(QEvent::registerEventType());
-const QEvent::Type QDlgScreen::kFreeRetiredEvent =
-    static_cast<QEvent::Type>(QEvent::registerEventType());
 
 QDlgScreen::QDlgScreen(QWidget* parent)
     : QDialog(parent)
@@ -36,7 +31,8 @@ QDlgScreen::QDlgScreen(QWidget* parent)
 QDlgScreen::~QDlgScreen()
 {
     clearGallery();
-    freeRetired();
+    for (const RetiredPerson& retired : m_vecRetired)
+        delete retired.tile;
 }
 
 QZRScreenConfig& QDlgScreen::hub() const
@@ -90,6 +86,11 @@ bool QDlgScreen::event(QEvent* event)
 
 void QDlgScreen::timerEvent(QTimerEvent* event)
 {
+    if (event->timerId() == m_retireTimer.timerId()) {
+        m_retireTimer.stop();
+        freeRetired();
+        return;
+    }
     if (event->timerId() != m_iMuteTimerId) {
         QDialog::timerEvent(event);
         return;
@@ -103,24 +104,27 @@ void QDlgScreen::timerEvent(QTimerEvent* event)
 void QDlgScreen::resizeEvent(QResizeEvent* event)
 {
     QDialog::resizeEvent(event);
-    if (width() < kMinLayoutWidthPx)
-        return;
-    hub().gallery.dialogRect = rect();
-    reLayout();
+    if (width() >= zr::kMinLayoutWidthPx)
+        reLayout();
 }
 
 void QDlgScreen::mousePressEvent(QMouseEvent* event)
 {
     QDialog::mousePressEvent(event);
+    if (childAt(event->pos()))
+        return; // a tile that passed its press on
     hub().broadcast(ZRMSG_GALLERY_PRESS, 0, 0);
     notifyLButtonClick();
 }
 
 void QDlgScreen::wheelEvent(QWheelEvent* event)
 {
-    const int step = event->angleDelta().y() / kWheelStep;
-    if (step != 0)
-        onWheel(step);
+    // A touchpad turns by fractions of a step.
+    m_iWheelRest += event->angleDelta().y();
+    const int steps = m_iWheelRest / kWheelStep;
+    m_iWheelRest %= kWheelStep;
+    if (steps != 0)
+        onWheel(steps);
     event->accept();
 }
 

@@ -4,6 +4,7 @@
 #include "layoutgeometry.h"
 #include "personinfo.h"
 
+#include <QBasicTimer>
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QEvent>
@@ -141,8 +142,9 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    static const QEvent::Type kLayoutEvent;
-    static const QEvent::Type kFreeRetiredEvent;
+    // Only the gallery itself sends and gets these.
+    static constexpr QEvent::Type kLayoutEvent = QEvent::User;
+    static constexpr QEvent::Type kFreeRetiredEvent = static_cast<QEvent::Type>(QEvent::User + 1);
 
     // Construction and events
     void connectHub();
@@ -152,6 +154,9 @@ private:
     void insertByJoinTime(tagPersonInfo* person);
     void enterShare(tagPersonInfo* share);
     void leaveShare();
+    bool hasShare() const;
+    /// The participant behind a pointer; logs one that no gallery knows.
+    tagPersonInfo* checkedPerson(const void* pPerson) const;
     void forgetPerson(const tagPersonInfo* person);
     void retirePerson(tagPersonInfo* person);
     void freeRetired();
@@ -161,12 +166,14 @@ private:
     void buildDisplayList();
     void reLayoutEqualCut();
     void reLayout9EqualCut();
+    zr::LayoutInput layoutInput() const;
+    bool passesVideoFilter(const tagPersonInfo* person) const;
     void logDisplayList();
     /// The only caller of setGeometry, ShowPlay, HidePlay and setPersonStreamType.
     void applyPlacements(const char* prefix, const std::vector<zr::TilePlacement>& placements);
     void hideAllTiles();
     void hideUnplacedTiles(const std::set<const tagPersonInfo*>& placed);
-    void finishLayout(int mode);
+    void finishLayout();
     int tilesPerPage() const;
     void turnToPage(int page);
     bool acceptPageTurn();
@@ -192,11 +199,14 @@ private:
         CPlayWidget* tile;
     };
     std::vector<RetiredPerson> m_vecRetired;
+    QBasicTimer m_retireTimer; ///< runs while a retired participant is in use
 
     bool m_bJoinMeetingFinish = false;
     bool m_bInLayout = false;
+    bool m_bLayoutAgain = false; ///< asked for from inside an arrangement
     bool m_bLayoutScheduled = false;
     int m_iPage = 0;
+    int m_iWheelRest = 0;          ///< turned by less than a step, in eighths of a degree
     QElapsedTimer m_pageTurnClock; ///< since the last accepted page turn
     int m_iMuteTimerId = 0;        ///< single shot, 1000 ms after each arrangement
 

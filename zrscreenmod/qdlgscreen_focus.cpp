@@ -2,6 +2,7 @@
 #include "qdlgscreen.h"
 
 #include "cplaywidget.h"
+#include "meetingmode.h"
 #include "qzrscreenconfig.h"
 
 #include <QDebug>
@@ -9,19 +10,14 @@
 namespace {
 
 /// A tile is maximised only where there is another one to come back to.
-constexpr int kMinCountToMaximise = 2;
+constexpr std::size_t kMinCountToMaximise = 2;
 
 /// Class of a meeting mode, as the double-click message carries it.
 unsigned long long layoutClass(int mode)
 {
-    if (mode >= eLayoutSpeakerTool && mode <= eLayoutSpeaker4)
+    if (zr::isSpeakerMode(mode))
         return 6;
-    return mode >= eLayoutEqualCut && mode <= eLayout8Cut ? 5 : 7;
-}
-
-bool isSpeakerToolMode(int mode)
-{
-    return mode == eLayoutSpeakerTool || mode == eLayoutSpeakerTool2;
+    return zr::isGalleryMode(mode) ? 5 : 7;
 }
 
 } // namespace
@@ -89,7 +85,7 @@ void QDlgScreen::onLeftBtnDBClick(CPlayWidget* tile)
 {
     const int mode = hub().curScreenMode();
     hub().broadcast(ZRMSG_DBLCLICK_LAYOUT, layoutClass(mode), 0);
-    if (!personOf(tile) || hub().settings.layoutFollow || isSpeakerToolMode(mode))
+    if (!personOf(tile) || hub().settings.layoutFollow || zr::isSpeakerToolMode(mode))
         return;
     if (m_pFocusPerson) {
         const bool bIsShare = isShareScreenId(m_pFocusPerson->userID);
@@ -102,7 +98,7 @@ void QDlgScreen::onLeftBtnDBClick(CPlayWidget* tile)
         qDebug() << "pFocusPerson->pWidget:" << static_cast<void*>(m_pFocusPerson->pWidget)
                  << ",pPlayWnd:" << static_cast<void*>(tile);
     }
-    if (hub().gallery.displayCount < kMinCountToMaximise)
+    if (m_vecCurPersons.size() < kMinCountToMaximise)
         return;
     const bool maximised =
         m_pShareScreenPerson && m_pShareScreenPerson->pWidget == tile && mode == eLayoutShare;
@@ -141,6 +137,8 @@ void QDlgScreen::setPreview(void* pPerson, bool bPreview)
     if (!bPreview)
         person->iStreamStatus = kStreamNone;
     person->pWidget->RefreshPlayInfo();
+    if (changed && hub().settings.noVideoFilter)
+        scheduleLayout();
 }
 
 void QDlgScreen::onModPreview(void* pPerson, bool bPreview)

@@ -2,26 +2,22 @@
 #include "qdlgscreen.h"
 
 #include "cplaywidget.h"
+#include "meetingmode.h"
 #include "qzrscreenconfig.h"
 
 #include <QCoreApplication>
 #include <QDebug>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
 
-constexpr int kMinLayoutWidthPx = 50;
 /// Streams of invisible participants are closed this long after an arrangement, so that a page
 /// that is turned back soon costs the host nothing.
 constexpr int kMuteDelayMs = 1000;
 /// Page turns closer to each other than this are one.
 constexpr int kPageTurnMs = 400;
-
-bool isPlacedMode(int mode)
-{
-    return mode >= eLayoutEqualCut && mode <= eLayoutSingle;
-}
 
 } // namespace
 
@@ -41,33 +37,43 @@ void QDlgScreen::flushLayout()
 
 void QDlgScreen::reLayout()
 {
-    if (m_bInLayout) { // the host resized the dialog from inside a message of this arrangement
-        scheduleLayout();
+    if (m_bInLayout) {
+        // From inside a message of this arrangement the host resized the dialog, or ran a loop of
+        // its own that took the event of the next arrangement.
+        m_bLayoutAgain = true;
         return;
     }
     m_bLayoutScheduled = false;
-    if (width() < kMinLayoutWidthPx || !m_bJoinMeetingFinish)
+    if (width() < zr::kMinLayoutWidthPx || !m_bJoinMeetingFinish)
         return;
     const int mode = hub().curScreenMode();
     m_bInLayout = true;
     buildDisplayList();
-    const bool hasFocusTile = mode > eLayout8Cut;
-    if (!hasFocusTile && m_pFocusPerson && hub().gallery.focusPerson != m_pFocusPerson)
+    if (zr::isGalleryMode(mode) && m_pFocusPerson && hub().gallery.focusPerson != m_pFocusPerson)
         dropFocus();
-    if (!isPlacedMode(mode))
+    if (!zr::isArrangedMode(mode))
         hideAllTiles();
     else if (mode == eLayoutEqualCut && hub().settings.support9EqualCut)
         reLayout9EqualCut();
     else
         reLayoutEqualCut();
     m_bInLayout = false;
-    finishLayout(mode);
+    finishLayout();
+    if (std::exchange(m_bLayoutAgain, false)) {
+        m_bLayoutScheduled = false;
+        scheduleLayout();
+    }
 }
 
 void QDlgScreen::buildDisplayList()
 {
     m_vecCurPersons = m_vecPerson;
-    hub().gallery.displayCount = static_cast<int>(m_vecCurPersons.size());
+    if (hub().settings.noVideoFilter) {
+        m_vecCurPersons.erase(
+            std::remove_if(m_vecCurPersons.begin(), m_vecCurPersons.end(),
+                           [this](const tagPersonInfo* p) { return !passesVideoFilter(p); }),
+            m_vecCurPersons.end());
+    }
     m_iPage = zr::clampPage(m_iPage, static_cast<int>(m_vecCurPersons.size()), tilesPerPage());
 }
 
@@ -77,18 +83,26 @@ int QDlgScreen::tilesPerPage() const
     return nine ? zr::kNineCutTiles : zr::kEqualCutTiles;
 }
 
+bool QDlgScreen::passesVideoFilter(const tagPersonInfo* person) const
+{
+    return person->bPreview || person->bSelf || isShareScreenId(person->userID);
+}
+
+zr::LayoutInput QDlgScreen::layoutInput() const
+{
+    return {size(), static_cast<int>(m_vecCurPersons.size()), m_iPage, hub().curScreenMode()};
+}
+
 void QDlgScreen::reLayoutEqualCut()
 {
     logDisplayList();
-    const zr::LayoutInput input{size(), static_cast<int>(m_vecCurPersons.size()), m_iPage};
-    applyPlacements("equalcut person i:", zr::equalCutPlacements(input));
+    applyPlacements("equalcut person i:", zr::equalCutPlacements(layoutInput()));
 }
 
 void QDlgScreen::reLayout9EqualCut()
 {
     logDisplayList();
-    const zr::LayoutInput input{size(), static_cast<int>(m_vecCurPersons.size()), m_iPage};
-    applyPlacements("equalcut person i:", zr::nineCutPlacements(input));
+    applyPlacements("equalcut person i:", zr::nineCutPlacements(layoutInput()));
 }
 
 void QDlgScreen::logDisplayList()
@@ -115,8 +129,6 @@ void QDlgScreen::applyPlacements(const char* prefix,
         persons.push_back(m_vecCurPersons[static_cast<std::size_t>(placement.index)]);
     hideUnplacedTiles({persons.begin(), persons.end()});
 
-    const int grade = zr::gridStreamType(hub().curScreenMode(),
-                                         static_cast<int>(m_vecCurPersons.size()), m_iPage);
     for (std::size_t i = 0; i < placements.size(); ++i) {
         tagPersonInfo* person = livePerson(persons[i]);
         if (!person)
@@ -125,7 +137,7 @@ void QDlgScreen::applyPlacements(const char* prefix,
         const QRect& rect = placements[i].rect;
         qDebug() << prefix << i << ",userName:" << person->userName
                  << "pWidget:" << static_cast<void*>(tile) << "Geometry:" << rect;
-        setPersonStreamType(person, grade);
+        setPersonStreamType(person, placements[i].grade);
         if (rect.isEmpty()) {
             tile->HidePlay();
             continue;
@@ -151,16 +163,14 @@ void QDlgScreen::hideUnplacedTiles(const std::set<const tagPersonInfo*>& placed)
     }
 }
 
-void QDlgScreen::finishLayout(int mode)
+void QDlgScreen::finishLayout()
 {
     testHideMoreMenu();
     changePersonVideoMute(false);
     if (m_iMuteTimerId != 0)
         killTimer(m_iMuteTimerId);
     m_iMuteTimerId = startTimer(kMuteDelayMs, Qt::CoarseTimer);
-    hub().gallery.lastLayoutMode = mode;
-    if (hub().gallery.sharePresent || !m_rcShareReported.isNull())
-        shareRect();
+    shareRect();
 }
 
 bool QDlgScreen::setMeetingMode(eLayoutType mode)
@@ -265,14 +275,17 @@ QRect QDlgScreen::shareRect()
             share = person;
     }
     QRect rect;
-    const bool shown = share && isTileVisible(share);
+    // A tile without a picture yet has no rectangle to tell.
+    const bool shown = share && isTileVisible(share) && share->pWidget->hasVideoRect();
     if (shown) {
         rect = QRect(share->pWidget->mapToGlobal(QPoint(0, 0)), share->pWidget->size());
         share->pWidget->MapVideoRect(rect);
     }
     if (rect != m_rcShareReported) {
         m_rcShareReported = rect;
-        hub().broadcast(ZRMSG_SHARE_RECT_CHANGED, shown ? 1 : 0, 0);
+        // A participant who was maximised stands in the share's place, and is none.
+        const bool isShare = shown && isShareScreenId(share->userID);
+        hub().broadcast(ZRMSG_SHARE_RECT_CHANGED, isShare ? 1 : 0, 0);
     }
     return rect;
 }

@@ -2,6 +2,7 @@
 #include "qdlgscreen.h"
 
 #include "cplaywidget.h"
+#include "meetingmode.h"
 #include "qzrscreenconfig.h"
 
 #include <QCursor>
@@ -10,11 +11,6 @@
 namespace {
 
 constexpr int kMaxVolume = 100;
-
-bool isSpeakerMode(int mode)
-{
-    return mode >= eLayoutSpeakerTool && mode <= eLayoutSpeaker4;
-}
 
 } // namespace
 
@@ -31,11 +27,10 @@ void QDlgScreen::applyLook(tagPersonInfo* person, bool bOn)
             other->bLockLook = false;
             other->pWidget->RefreshPlayInfo();
         }
-        const bool strip = mode >= eLayoutSpeakerRight && mode <= eLayoutSpeakerTop;
         if (follow)
             setMeetingMode(eLayoutEqualCut);
         else if (person != m_pFocusPerson)
-            setFocusPerson(person, strip ? mode : eLayoutSpeakerRight);
+            setFocusPerson(person, zr::isStripMode(mode) ? mode : eLayoutSpeakerRight);
         else
             setMeetingMode(eLayoutSpeakerRight);
     } else if (person == m_pMorePerson) {
@@ -158,8 +153,7 @@ void QDlgScreen::OnSetVoiceActivateUser(QString qstrUserID)
     if (!m_pVoicePerson || m_pVoicePerson == before)
         return;
     const int mode = hub().curScreenMode();
-    const bool toolMode = mode == eLayoutSpeakerTool || mode == eLayoutSpeakerTool2;
-    if (!toolMode && (hub().settings.openLayoutCtrl || isSpeakerMode(mode)))
+    if (!zr::isSpeakerToolMode(mode) && (hub().settings.openLayoutCtrl || zr::isSpeakerMode(mode)))
         scheduleLayout();
 }
 
@@ -173,8 +167,8 @@ void QDlgScreen::setCurrentSpeakingPerson(const QString& userId)
 void QDlgScreen::onClickAudioCtl(void* pPerson)
 {
     const tagPersonInfo* person = livePerson(pPerson);
-    if (pPerson && !person)
-        return; // another gallery's, or gone
+    if (pPerson ? !person : hub().m_pDlgScreen && hub().m_pDlgScreen != this)
+        return; // another gallery's, or gone; for nobody's, one speaks for all
     if (person)
         qDebug() << "clickAudio userName:" << person->userName
                  << ",pPerson->bMute:" << person->bMute;

@@ -9,7 +9,6 @@
 #include <QCoreApplication>
 #include <QDebug>
 #include <QThread>
-#include <QTimer>
 
 #include <algorithm>
 
@@ -68,6 +67,12 @@ tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userN
     connect(tile, &CPlayWidget::mouseLDClick, this, &QDlgScreen::onLeftBtnDBClick);
     connect(tile, &CPlayWidget::notifyPlayStatusChange, this, &QDlgScreen::onPlayStatusChange);
     connect(tile, &CPlayWidget::mouseLClick, this, &QDlgScreen::onPlayWidgetLBtnClick);
+    if (isShareScreenId(userId)) {
+        // Queued behind the tile's own slot, which places the picture.
+        connect(
+            tile, &CPlayWidget::notifyViewCenter, this, [this] { shareRect(); },
+            Qt::QueuedConnection);
+    }
     tile->SetPersonInfo(person, false);
     person->pWidget = tile;
 
@@ -75,6 +80,8 @@ tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userN
     m_mapByUserId.insert(userId, person);
     m_setJoinTime.insert(person->joinTime);
     hub().addLivePerson(person);
+    if (isShareScreenId(userId) && !hasShare())
+        m_iModeBeforeShare = hub().curScreenMode();
     insertByJoinTime(person);
     onModAddPerson(person);
     return person;
@@ -82,11 +89,9 @@ tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userN
 
 void QDlgScreen::onModAddPerson(void* pPerson)
 {
-    tagPersonInfo* person = livePerson(pPerson);
-    if (!person) {
-        qDebug() << "testDelPerson";
+    tagPersonInfo* person = checkedPerson(pPerson);
+    if (!person)
         return;
-    }
     if (isShareScreenId(person->userID))
         enterShare(person);
     scheduleLayout();
@@ -95,13 +100,23 @@ void QDlgScreen::onModAddPerson(void* pPerson)
              << ",pWidget:" << static_cast<void*>(person->pWidget);
 }
 
+bool QDlgScreen::hasShare() const
+{
+    return std::any_of(m_vecPerson.begin(), m_vecPerson.end(),
+                       [](const tagPersonInfo* person) { return isShareScreenId(person->userID); });
+}
+
+tagPersonInfo* QDlgScreen::checkedPerson(const void* pPerson) const
+{
+    tagPersonInfo* person = livePerson(pPerson);
+    if (!person && !hub().isLivePerson(static_cast<const tagPersonInfo*>(pPerson)))
+        qDebug() << "testDelPerson";
+    return person;
+}
+
 void QDlgScreen::enterShare(tagPersonInfo* share)
 {
-    GalleryState& state = hub().gallery;
     const int mode = hub().curScreenMode();
-    if (!state.sharePresent)
-        m_iModeBeforeShare = mode;
-    state.sharePresent = true;
     qDebug() << "share screen,userName:" << share->userName << ",userID:" << share->userID
              << ",LockMode:" << m_iModeBeforeShare;
     if (!hub().settings.layoutFollow && !hub().settings.pollingOpen)
@@ -119,7 +134,6 @@ void QDlgScreen::leaveShare()
             m_pShareScreenPerson = *other;
         return;
     }
-    hub().gallery.sharePresent = false;
     setMeetingMode(static_cast<eLayoutType>(m_iModeBeforeShare));
 }
 
@@ -135,6 +149,8 @@ bool QDlgScreen::DelPerson(tagPersonInfo* person)
         hub().broadcast(ZRMSG_PERSON_REMOVED, person);
     if (!livePerson(person))
         return true; // the host deleted it again from inside the message
+    if (m_iLookMode == eLayoutShare && (person->bAllLook || person->bLockLook))
+        m_iLookMode = eLayoutSpeakerRight; // there is nothing to maximise once the pin has gone
     if (wasFocus && !isShare && person->bLockLook)
         hub().setCurScreenMode(m_iLookMode);
     if (m_pMorePerson == person) {
@@ -167,16 +183,15 @@ void QDlgScreen::onModDelPerson(void* pPerson)
         return;
     }
     // Every gallery hears of it; the participant is one's.
-    if (tagPersonInfo* person = livePerson(pPerson))
+    if (tagPersonInfo* person = checkedPerson(pPerson))
         DelPerson(person);
 }
 
 void QDlgScreen::forgetPerson(const tagPersonInfo* person)
 {
-    for (tagPersonInfo** slot :
-         {&m_pFocusPerson, &m_pAutoFocusPerson, &m_pPreFocusPerson, &m_pSelectedPerson,
-          &m_pShareScreenPerson, &m_pMorePerson, &m_pVoicePerson, &m_pPreVoicePerson,
-          &hub().gallery.focusPerson, &hub().gallery.bigPerson, &hub().gallery.sharePerson}) {
+    for (tagPersonInfo** slot : {&m_pFocusPerson, &m_pAutoFocusPerson, &m_pPreFocusPerson,
+                                 &m_pSelectedPerson, &m_pShareScreenPerson, &m_pMorePerson,
+                                 &m_pVoicePerson, &m_pPreVoicePerson, &hub().gallery.focusPerson}) {
         if (*slot == person)
             *slot = nullptr;
     }
@@ -205,6 +220,13 @@ void QDlgScreen::retirePerson(tagPersonInfo* person)
 
 void QDlgScreen::freeRetired()
 {
+    if (m_vecRetired.empty())
+        return;
+    if (hub().broadcastDepth() > 0) {
+        // The host runs a loop of its own from inside a message, maybe of the very tile.
+        m_retireTimer.start(kRetireRetryMs, this);
+        return;
+    }
     const auto inUse = [](const RetiredPerson& retired) {
         return retired.record->pins.load(std::memory_order_acquire) > 0;
     };
@@ -213,7 +235,7 @@ void QDlgScreen::freeRetired()
         delete it->tile;
     m_vecRetired.erase(unused, m_vecRetired.end());
     if (!m_vecRetired.empty())
-        QTimer::singleShot(kRetireRetryMs, this, [this] { freeRetired(); });
+        m_retireTimer.start(kRetireRetryMs, this);
 }
 
 void QDlgScreen::clearGallery()
@@ -223,8 +245,6 @@ void QDlgScreen::clearGallery()
         forgetPerson(person);
         retirePerson(person);
     }
-    hub().gallery.sharePresent = false;
-    hub().gallery.displayCount = 0;
     m_iPage = 0;
 }
 
@@ -234,6 +254,8 @@ int QDlgScreen::ProcessExitMeeting()
     if (m_iMuteTimerId != 0)
         killTimer(m_iMuteTimerId);
     m_iMuteTimerId = 0;
+    QCoreApplication::removePostedEvents(this, kLayoutEvent);
+    m_bLayoutScheduled = false;
     clearGallery();
     return 1;
 }
@@ -241,6 +263,7 @@ int QDlgScreen::ProcessExitMeeting()
 void QDlgScreen::setJoinMeetingFinish(bool bFinish)
 {
     m_bJoinMeetingFinish = bFinish;
+    buildDisplayList();
     if (bFinish)
         emit hub().notifyDisplayOrder(false);
     for (const tagPersonInfo* person : m_vecCurPersons)
@@ -251,11 +274,9 @@ void QDlgScreen::setJoinMeetingFinish(bool bFinish)
 bool QDlgScreen::updatePersonInfo(void* pPerson, bool bSelf, int iRoteType, const QString& name,
                                   int roleExtra)
 {
-    tagPersonInfo* person = livePerson(pPerson);
-    if (!person) {
-        qDebug() << "testDelPerson";
+    tagPersonInfo* person = checkedPerson(pPerson);
+    if (!person)
         return false;
-    }
     person->bSelf = bSelf;
     person->bLocalVideo = bSelf && !isShareScreenId(person->userID);
     person->iRoteType = iRoteType;
@@ -275,8 +296,7 @@ bool QDlgScreen::updatePersonInfo(void* pPerson, bool bSelf, int iRoteType, cons
 void QDlgScreen::onModPersonInfo(void* pPerson, bool bSelf, int iRoleType, QString qstrName,
                                  int iIdentity)
 {
-    if (livePerson(pPerson))
-        updatePersonInfo(pPerson, bSelf, iRoleType, qstrName, iIdentity);
+    updatePersonInfo(pPerson, bSelf, iRoleType, qstrName, iIdentity);
 }
 
 void QDlgScreen::onNotifyUpdateUserInfo(void* pPlayHdl, void* pPerson)

@@ -1,6 +1,7 @@
 #include "qzrscreenconfig.h"
 
 #include "i420frame.h"
+#include "meetingmode.h"
 #include "platform.h"
 #include "screenscale.h"
 
@@ -12,6 +13,7 @@
 #include <QSettings>
 #include <QThread>
 
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -97,9 +99,8 @@ void QZRScreenConfig::dumpFrame(const tagPersonInfo& person,
                                 const VantrelRTCVideoFrameQT& frame) const
 {
     const QString name = QStringLiteral("(%1)%2_%3x%4.yuv")
-                             .arg(fileNamePart(personName(person)), fileNamePart(person.userID))
-                             .arg(frame.width)
-                             .arg(frame.height);
+                             .arg(fileNamePart(personName(person)), fileNamePart(person.userID),
+                                  QString::number(frame.width), QString::number(frame.height));
     QFile file(QDir(QCoreApplication::applicationDirPath())
                    .filePath(QStringLiteral("log/tmpFrame/") + name));
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
@@ -174,19 +175,42 @@ void QZRScreenConfig::broadcast(unsigned long dwMsg, unsigned long long wParam, 
     // The host may release or create a screen from inside its function, so the walk is over a copy
     // and asks again before each call. The hub itself outlives the walk: a release during a
     // broadcast is carried out later.
-    ++m_iBroadcastDepth;
+    struct Depth
+    {
+        int& depth;
+        explicit Depth(int& counter)
+            : depth(counter)
+        {
+            ++depth;
+        }
+        ~Depth() { --depth; } // also when the host throws
+    } const inside(m_iBroadcastDepth);
     const std::vector<CAbsUIMsgCallback*> callbacks(m_setUICallback.begin(), m_setUICallback.end());
     for (CAbsUIMsgCallback* callback : callbacks) {
         if (m_setUICallback.count(callback) != 0)
             callback->UIMsgNotify(dwMsg, wParam, lParam);
     }
-    --m_iBroadcastDepth;
 }
 
 void QZRScreenConfig::broadcast(unsigned long dwMsg, const tagPersonInfo* person)
 {
     broadcast(dwMsg, reinterpret_cast<quintptr>(person),
               person ? static_cast<long long>(reinterpret_cast<qintptr>(person->pUserData)) : 0);
+}
+
+// --- Galleries --------------------------------------------------------------------------------
+
+void QZRScreenConfig::addGallery(QDlgScreen* gallery)
+{
+    m_vecGallery.push_back(gallery);
+    m_pDlgScreen = gallery;
+}
+
+void QZRScreenConfig::removeGallery(QDlgScreen* gallery)
+{
+    m_vecGallery.erase(std::remove(m_vecGallery.begin(), m_vecGallery.end(), gallery),
+                       m_vecGallery.end());
+    m_pDlgScreen = m_vecGallery.empty() ? nullptr : m_vecGallery.back();
 }
 
 // --- Subtitles --------------------------------------------------------------------------------
@@ -234,8 +258,7 @@ QMap<int, SubtitleRecord> QZRScreenConfig::subtitles() const
 
 bool QZRScreenConfig::isModeWithoutSubtitle(int mode) const
 {
-    const int asked = mode < 1 ? curScreenMode() : mode;
-    return asked >= eLayoutSpeakerTool && asked <= eLayoutSpeaker4;
+    return zr::isSpeakerMode(mode < 1 ? curScreenMode() : mode);
 }
 
 bool QZRScreenConfig::isSubtitleSuppressed() const

@@ -18,6 +18,7 @@
 #include <shared_mutex>
 #include <unordered_set>
 #include <utility>
+#include <vector>
 
 class QDlgScreen;
 class QWidget;
@@ -87,14 +88,8 @@ struct ScreenSettings
 /// What the gallery publishes for the units below it. GUI thread only.
 struct GalleryState
 {
-    int lastLayoutMode = 0;               ///< the mode of the last arrangement
-    int savedMode = 0;                    ///< the mode to return to from a maximised tile or a pin
-    int displayCount = 0;                 ///< participants in the display list
-    QRect dialogRect;                     ///< of the gallery, in its own pixels
-    bool sharePresent = false;            ///< a shared screen is in the meeting
+    int savedMode = eLayoutEqualCut;      ///< the mode to return to from a maximised tile
     tagPersonInfo* focusPerson = nullptr; ///< chosen as the speaker, by a user or by the host
-    tagPersonInfo* bigPerson = nullptr;   ///< whose tile is the big one of the arrangement
-    tagPersonInfo* sharePerson = nullptr; ///< whose shared screen is shown
 };
 
 /// One object per process. It is created at attach and lives on the GUI thread; releasing the
@@ -187,9 +182,12 @@ public:
     void setShareSponsor(const QString& userId);
     QString shareSponsor() const;
 
-    /// The gallery; null while there is none. GUI thread. For passing on only: units below the
-    /// gallery ask for what they need with a signal.
+    /// The youngest gallery; null while there is none. It speaks for all where a message must be
+    /// sent once. For comparing only: units below the gallery ask for what they need with a
+    /// signal. GUI thread.
     QDlgScreen* m_pDlgScreen = nullptr;
+    void addGallery(QDlgScreen* gallery);
+    void removeGallery(QDlgScreen* gallery);
 
 signals:
     void notifyClickAudioCtrl(void* pPerson);
@@ -246,6 +244,8 @@ private:
 
     mutable std::shared_mutex m_liveLock;
     std::unordered_set<const tagPersonInfo*> m_setLivePerson;
+
+    std::vector<QDlgScreen*> m_vecGallery; ///< in the order of their creation
 
     std::set<CAbsUIMsgCallback*> m_setUICallback;
     int m_iBroadcastDepth = 0;

@@ -5,11 +5,15 @@
 #include "qdlgmain.h"
 #include "qzrscreenconfig.h"
 
+#include <QBasicTimer>
 #include <QDebug>
+#include <QObject>
 #include <QThread>
 
+#include <algorithm>
 #include <shared_mutex>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -21,25 +25,21 @@ std::vector<ST_ZRScreenHdl*> s_retired;
 /// Screens that the end of the process left as they were. Only written: a leak checker reads it.
 std::atomic<std::vector<const ST_ZRScreenHdl*>*> s_abandoned{nullptr};
 
+bool isAnyScreenLeft()
+{
+    const std::shared_lock<std::shared_mutex> lock(s_screensLock);
+    return !s_screens.empty() || !s_retired.empty();
+}
+
 void destroyScreen(ST_ZRScreenHdl* screen)
 {
     delete screen->m_pDlgMain;
     delete screen->m_pCallback;
     delete screen;
-    const std::shared_lock<std::shared_mutex> lock(s_screensLock);
     // The settings belong to all screens, so they start afresh when the last one has gone.
-    if (s_screens.empty() && s_retired.empty()) {
+    if (!isAnyScreenLeft()) {
         QZRScreenConfig::destroyInstance();
         QZRScreenConfig::getInstance();
-    }
-}
-
-void destroyRetired()
-{
-    while (!s_retired.empty()) {
-        ST_ZRScreenHdl* screen = s_retired.back();
-        s_retired.pop_back();
-        destroyScreen(screen);
     }
 }
 
@@ -49,6 +49,42 @@ bool isGuiThreadInside(const ST_ZRScreenHdl& screen)
 {
     return screen.guiPins > 0 || QZRScreenConfig::getInstance()->broadcastDepth() > 0;
 }
+
+void destroyRetired(bool evenInside)
+{
+    const auto isBusy = [evenInside](const ST_ZRScreenHdl* screen) {
+        return !evenInside && isGuiThreadInside(*screen);
+    };
+    const auto idle = std::partition(s_retired.begin(), s_retired.end(), isBusy);
+    const std::vector<ST_ZRScreenHdl*> screens(idle, s_retired.end());
+    s_retired.erase(idle, s_retired.end());
+    for (ST_ZRScreenHdl* screen : screens) {
+        // Another thread whose call released the screen may not have returned from it yet.
+        GuiThread::drainUntil([screen] { return screen->pins.load() == screen->guiPins; });
+        destroyScreen(screen);
+    }
+}
+
+/// Comes back to the retired screens until the GUI thread is inside none of them: the host may run
+/// a loop of its own from inside a message.
+class Reaper : public QObject
+{
+public:
+    void watch() { m_timer.start(kRetryMs, this); }
+
+protected:
+    void timerEvent(QTimerEvent*) override
+    {
+        destroyRetired(false);
+        if (s_retired.empty())
+            m_timer.stop();
+    }
+
+private:
+    static constexpr int kRetryMs = 10;
+    QBasicTimer m_timer;
+};
+Reaper* s_reaper = nullptr; ///< GUI thread
 
 } // namespace
 
@@ -68,10 +104,14 @@ ST_ZRPlayHdl* ST_ZRScreenHdl::issuePlay(const QString& userId, const QString& us
     handle->userID = userId;
     handle->userName = userName;
     ST_ZRPlayHdl* issued = handle.get();
-    const std::lock_guard<std::mutex> lock(m_playLock);
-    if (mapHadDelPlay.erase(issued) != 0)
+    bool reused = false;
+    {
+        const std::lock_guard<std::mutex> lock(m_playLock);
+        reused = mapHadDelPlay.erase(issued) != 0;
+        m_mapPlay.emplace(issued, IssuedPlay{std::move(handle), 0});
+    }
+    if (reused) // no lock is held while something is logged
         qDebug() << "iter != pScreen->mapHadDelPlay.end()";
-    m_mapPlay.emplace(issued, IssuedPlay{std::move(handle), 0});
     return issued;
 }
 
@@ -188,7 +228,9 @@ void releaseScreen(void* hScreen)
     }
     screen->m_pDlgMain->hide();
     s_retired.push_back(screen);
-    GuiThread::post(destroyRetired);
+    if (!s_reaper)
+        s_reaper = new Reaper;
+    s_reaper->watch();
 }
 
 void releaseAllScreens()
@@ -201,7 +243,8 @@ void releaseAllScreens()
     }
     for (void* screen : left)
         releaseScreen(screen);
-    destroyRetired();
+    destroyRetired(true);
+    delete std::exchange(s_reaper, nullptr);
 }
 
 void abandonAllScreens()

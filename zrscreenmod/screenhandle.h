@@ -80,10 +80,34 @@ public:
     ScreenRef& operator=(const ScreenRef&) = delete;
     explicit operator bool() const { return m_screen != nullptr; }
     ST_ZRScreenHdl* operator->() const { return m_screen; }
+    bool isCountedOnGuiThread() const { return m_bGuiThread; }
 
 private:
     ST_ZRScreenHdl* m_screen = nullptr;
     bool m_bGuiThread = false;
+};
+
+/// The GUI thread works on a screen for another thread's call, which waits meanwhile: a release
+/// from inside must treat that call as one of the GUI thread's own. GUI thread.
+class GuiStay
+{
+public:
+    explicit GuiStay(const ScreenRef& screen)
+        : m_lent(screen.isCountedOnGuiThread() ? nullptr : screen.operator->())
+    {
+        if (m_lent)
+            ++m_lent->guiPins;
+    }
+    ~GuiStay()
+    {
+        if (m_lent)
+            --m_lent->guiPins;
+    }
+    GuiStay(const GuiStay&) = delete;
+    GuiStay& operator=(const GuiStay&) = delete;
+
+private:
+    ST_ZRScreenHdl* m_lent;
 };
 
 /// True for the handle of a screen that is alive. A dangling or foreign pointer is not touched.

@@ -111,6 +111,7 @@ void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName, lo
         // The tile is a widget and must be built on the GUI thread, and the caller gets a handle
         // that is complete: it waits.
         const bool ran = GuiThread::run([&] {
+            const GuiStay stay(screen);
             QDlgScreen* gallery = screen->m_pDlgMain->gallery();
             tagPersonInfo* person = gallery->AddPerson(*id, name, joinTime, hostInt, hostValue);
             screen->bindPlay(play, person);
@@ -225,9 +226,12 @@ int ZR_CALL ZRScreen_Preview(void* hScreen, void* pPlay, bool bPreview)
 {
     ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:") << ",hPlay:" << pPlay << ",bPreview:" << bPreview;
-    return onPerson(hScreen, pPlay, [bPreview](QDlgScreen& gallery, tagPersonInfo* person) {
-        gallery.onModPreview(person, bPreview);
-    });
+    return onPerson(
+        hScreen, pPlay,
+        [bPreview](QDlgScreen& gallery, tagPersonInfo* person) {
+            gallery.onModPreview(person, bPreview);
+        },
+        "iter != pScreen->mapHadDelPlay.end()");
 }
 
 int ZR_CALL ZRScreen_SetPersonHandUp(void* hScreen, void* pPlay, bool bHandUp)
@@ -260,9 +264,11 @@ int ZR_CALL ZRScreen_ChangeLayout(void* hScreen, eLayoutType eType,
     ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     // Queued together: the mode must not overtake the order it belongs to.
-    return onGallery(hScreen, [eType, sorting](QDlgScreen& gallery) {
-        gallery.SetCustomizeSorting(sorting);
-        emit QZRScreenConfig::getInstance()->modSignalSwitchMode(eType);
+    return guarded(0, [&] {
+        return onGallery(hScreen, [eType, sorting](QDlgScreen& gallery) {
+            gallery.SetCustomizeSorting(sorting);
+            emit QZRScreenConfig::getInstance()->modSignalSwitchMode(eType);
+        });
     });
 }
 
@@ -328,8 +334,10 @@ int ZR_CALL ZRScreen_SetCurrentSpeakingPerson(void* hScreen, std::string userId)
 {
     ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
-    return onGallery(hScreen, [userId](QDlgScreen& gallery) {
-        gallery.setCurrentSpeakingPerson(QString::fromStdString(userId));
+    return guarded(0, [&] {
+        return onGallery(hScreen, [id = QString::fromStdString(userId)](QDlgScreen& gallery) {
+            gallery.setCurrentSpeakingPerson(id);
+        });
     });
 }
 

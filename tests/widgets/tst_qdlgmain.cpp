@@ -118,6 +118,9 @@ void TestFrameDialog::publishesItsGallery()
     QCOMPARE(hub().m_pDlgScreen, m_dialog->gallery());
     auto second = std::make_unique<QDlgMain>(nullptr);
     QCOMPARE(hub().m_pDlgScreen, second->gallery());
+    second.reset();
+    QCOMPARE(hub().m_pDlgScreen, m_dialog->gallery());
+    second = std::make_unique<QDlgMain>(nullptr);
     // The one that goes takes only itself off.
     m_dialog.reset();
     QCOMPARE(hub().m_pDlgScreen, second->gallery());

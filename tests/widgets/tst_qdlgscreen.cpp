@@ -81,6 +81,7 @@ private slots:
     void shareTakesTheScreenAndGivesItBack();
     void deadRecordsAreIgnored();
     void hostDeletesFromInsideMessages();
+    void hostRunsALoopInsideMessages();
     void framesAskForTheGradeOnce();
     void badFramesAreRefused();
     void pinsOneParticipant();
@@ -319,6 +320,29 @@ void TestGallery::hostDeletesFromInsideMessages()
     }
 }
 
+void TestGallery::hostRunsALoopInsideMessages()
+{
+    // As a popup menu does: events are handled while a message is under way.
+    addMany(2);
+    tagPersonInfo* gone = add("gone");
+    bool looped = false;
+    m_host->onMessage = [&](const HostDouble::Message&) {
+        if (looped)
+            return;
+        looped = true;
+        m_gallery->onModDelPerson(gone);
+        add("newcomer");
+        QTest::qWait(50);
+    };
+    m_gallery->reLayout();
+    QVERIFY(looped);
+    QTRY_VERIFY(m_gallery->findPerson("newcomer")->pWidget->isShowing());
+    QTRY_COMPARE(m_gallery->findChildren<CPlayWidget*>().size(), 3);
+    // Later changes are still arranged.
+    tagPersonInfo* later = add("later");
+    QTRY_VERIFY(later->pWidget->isShowing());
+}
+
 void TestGallery::framesAskForTheGradeOnce()
 {
     const auto persons = addMany(3);
@@ -413,6 +437,11 @@ void TestGallery::doubleClickMaximises()
     m_gallery->onLeftBtnDBClick(persons[1]->pWidget);
     QCOMPARE(hub().curScreenMode(), int(eLayoutEqualCut));
     QCOMPARE(m_host->count(ZRMSG_DBLCLICK_LAYOUT), 2);
+    // A share mode that the host chose is left to a gallery, not to no mode at all.
+    m_gallery->setMeetingMode(eLayoutShare);
+    m_gallery->onLeftBtnDBClick(persons[1]->pWidget);
+    m_gallery->onLeftBtnDBClick(persons[1]->pWidget);
+    QCOMPARE(hub().curScreenMode(), int(eLayoutEqualCut));
     hub().settings.layoutFollow = true;
     m_gallery->onLeftBtnDBClick(persons[1]->pWidget);
     QCOMPARE(hub().curScreenMode(), int(eLayoutEqualCut));
@@ -421,16 +450,25 @@ void TestGallery::doubleClickMaximises()
 void TestGallery::tellsTheShareRectangleOnce()
 {
     hub().settings.layoutFollow = true;
-    add("sharescreen_1");
+    tagPersonInfo* share = add("sharescreen_1");
     settle();
-    QVERIFY(m_gallery->shareRect().isValid());
-    const int told = m_host->count(ZRMSG_SHARE_RECT_CHANGED);
-    QCOMPARE(told, 1);
-    m_gallery->shareRect();
+    QVERIFY(!m_gallery->shareRect().isValid()); // no picture, no rectangle
+    QCOMPARE(m_host->count(ZRMSG_SHARE_RECT_CHANGED), 0);
+    QVERIFY(play(share, 640, 360));
+    QTRY_COMPARE(m_host->count(ZRMSG_SHARE_RECT_CHANGED), 1);
+    QCOMPARE(m_host->messages.back().wParam, 1ULL);
+    const QPoint origin = share->pWidget->mapToGlobal(QPoint(0, 0));
+    QCOMPARE(m_gallery->shareRect(), QRect(origin, origin + QPoint(1280, 720)));
     m_gallery->reLayout();
-    QCOMPARE(m_host->count(ZRMSG_SHARE_RECT_CHANGED), told);
-    m_gallery->resize(900, 600);
-    QTRY_COMPARE(m_host->count(ZRMSG_SHARE_RECT_CHANGED), told + 1);
+    QTest::qWait(50);
+    QCOMPARE(m_host->count(ZRMSG_SHARE_RECT_CHANGED), 1);
+    // A picture of another shape lies elsewhere.
+    QVERIFY(play(share, 360, 640));
+    QTRY_COMPARE(m_host->count(ZRMSG_SHARE_RECT_CHANGED), 2);
+    QVERIFY(m_gallery->shareRect().width() < 720);
+    m_gallery->DelPerson(share);
+    QTRY_COMPARE(m_host->count(ZRMSG_SHARE_RECT_CHANGED), 3);
+    QCOMPARE(m_host->messages.back().wParam, 0ULL);
 }
 
 void TestGallery::exitEmptiesTheGallery()
