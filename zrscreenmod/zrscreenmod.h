@@ -324,7 +324,8 @@ ZR_API int ZR_CALL ZRScreen_PopSelfShareWnd(void* hScreen, bool bFloat, bool bMu
 /// Records that the whiteboard was closed. posted.
 ZR_API int ZR_CALL ZRScreen_SetIsCloseWhiteBoard(void* hScreen);
 
-/// @return the rectangle of the shared picture in screen pixels, unset without one. GUI
+/// @return the rectangle of the shared picture in screen pixels, unset while there is none; right
+/// and bottom are one past the last pixel here. GUI
 ZR_API ZRRect ZR_CALL ZRScreen_GetShareWgtPos(void* hScreen);
 
 /// Pauses the shared picture or resumes it. any. @return always 1, also for an invalid handle.
