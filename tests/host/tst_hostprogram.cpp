@@ -103,7 +103,7 @@ void TestHostProgram::failures_data()
     row("no library", library("/none.so"), 1, "cannot load the library '/none.so'");
     row("not a library", library(path("garbage.mp4")), 1, "cannot load the library");
     row("another library", library("/lib/x86_64-linux-gnu/libc.so.6"), 1,
-        "the library does not export ZRScreen_Init, ");
+        "the library does not export ZRScreen_Init, ZRScreen_SetParent, ");
     row("source missing", source("1=y4m:", "nowhere"), 1, "cannot read");
     row("source cut", source("1=y4m:", "cut.y4m"), 1, "truncated frame 2: 2 of 6 bytes");
     row("video garbage", source("1=video:", "garbage.mp4"), 1, "ffmpeg failed: ");
