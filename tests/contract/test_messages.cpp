@@ -2,6 +2,8 @@
 #include "check.h"
 #include "meeting.h"
 
+#include <atomic>
+
 namespace {
 
 /// Delivers pictures until `done` holds.
@@ -194,32 +196,54 @@ ZR_CASE(messages, lastRemovalReturnsToTheGallery)
     CHECK(pumpUntil([&] { return meeting.zr.GetCurMode(meeting.screen) == eLayoutEqualCut; }));
 }
 
+/// Releases the screen from inside the first message with this id, and runs an event loop there.
+/// @param otherThread the message comes of calls that another thread makes
+static void releaseFromWithin(const NativeWindow& window, unsigned long id, bool otherThread)
+{
+    const std::string row = std::to_string(id) + (otherThread ? ", other thread" : "");
+    Meeting meeting(&window);
+    bool released = false;
+    meeting.inbox.onMessage = [&](const Message& m) {
+        if (m.id != id || released)
+            return;
+        released = true;
+        meeting.zr.Release(meeting.screen);
+        pump(30); // as a menu does
+    };
+    std::atomic<bool> finished{false};
+    const auto join = [&] {
+        meeting.zr.AddPerson(meeting.screen, text("u1"), text("P"), 1, 0, hostValue(1));
+        meeting.zr.ChangeLayout(meeting.screen, eLayoutGrid4, {});
+        meeting.zr.IsPersonVisible(meeting.screen, text("u1"));
+        finished = true;
+    };
+    std::thread caller;
+    if (otherThread)
+        caller = std::thread(join);
+    else
+        join();
+    CHECK_ROW(pumpUntil([&] { return released && finished; }), row);
+    if (otherThread)
+        caller.join();
+    const int count = meeting.inbox.count();
+    pump(100);
+    CHECK_ROW(meeting.inbox.count() == count, row);
+    CHECK_ROW(meeting.zr.GetCurMode(meeting.screen) == 0, row);
+    CHECK_ROW(window.childCount() == 0, row);
+    // The process goes on with a new screen.
+    meeting.inbox.reset();
+    meeting.screen = meeting.zr.Init(window.hwnd(), meeting.inbox.notify());
+    REQUIRE(meeting.screen != nullptr);
+    CHECK_ROW(meeting.zr.GetCurMode(meeting.screen) == eLayoutEqualCut, row);
+}
+
 ZR_CASE(messages, hostMayReleaseFromWithin)
 {
     const NativeWindow window(1280, 720);
     for (const unsigned long id :
          {ZRMSG_VIDEO_SHOWN, ZRMSG_SCREEN_MODE, ZRMSG_PERSON_INFO_UPDATED}) {
-        Meeting meeting(&window);
-        bool released = false;
-        meeting.inbox.onMessage = [&](const Message& m) {
-            if (m.id != id || released)
-                return;
-            released = true;
-            meeting.zr.Release(meeting.screen);
-        };
-        meeting.zr.AddPerson(meeting.screen, text("u1"), text("P"), 1, 0, hostValue(1));
-        meeting.zr.ChangeLayout(meeting.screen, eLayoutGrid4, {});
-        CHECK_ROW(pumpUntil([&] { return released; }), std::to_string(id));
-        const int count = meeting.inbox.count();
-        pump(100);
-        CHECK_EQUAL(meeting.inbox.count(), count);
-        CHECK_EQUAL(meeting.zr.GetCurMode(meeting.screen), 0);
-        CHECK_EQUAL(window.childCount(), 0);
-        // The process goes on with a new screen.
-        meeting.inbox.reset();
-        meeting.screen = meeting.zr.Init(window.hwnd(), meeting.inbox.notify());
-        REQUIRE(meeting.screen != nullptr);
-        CHECK_EQUAL(meeting.zr.GetCurMode(meeting.screen), int{eLayoutEqualCut});
+        releaseFromWithin(window, id, false);
+        releaseFromWithin(window, id, true);
     }
 }
 
