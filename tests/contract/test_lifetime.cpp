@@ -2,6 +2,8 @@
 #include "check.h"
 #include "meeting.h"
 
+#include <cstdlib>
+
 namespace {
 
 /// A whole meeting of two, up to the moment when both pictures are on the screen.
@@ -214,4 +216,24 @@ ZR_CASE(exit_busy, endsWhileFramesArrive)
     pump(100);
     meeting.zr.leaveLoaded();
     meeting.screen = nullptr;
+}
+
+ZR_CASE(exit_elsewhere, anotherThreadEndsTheProcess)
+{
+    // Kept for good: the thread that ends the process would destroy statics under this one.
+    static const auto* const window = new NativeWindow(640, 360);
+    static auto* const meeting = new Meeting(window, 640, 360);
+    void* const ann = meeting->join(1);
+    CHECK(pumpUntil([&] { return meeting->inbox.count(ZRMSG_VIDEO_SHOWN, 1) > 0; }));
+    meeting->zr.leaveLoaded();
+    std::thread([ann] {
+        const Picture picture(320, 180, kRed);
+        const auto end = Clock::now() + std::chrono::milliseconds(100);
+        while (Clock::now() < end)
+            meeting->zr.PlayFrame(meeting->screen, ann,
+                                  const_cast<VantrelRTCVideoFrameQT*>(&picture.frame));
+        std::exit(0);
+    }).detach();
+    pump(20000);
+    check::fail(__FILE__, __LINE__, "the process goes on");
 }
