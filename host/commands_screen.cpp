@@ -2,6 +2,7 @@
 #include "command_table.h"
 #include "host_error.h"
 #include "host_platform.h"
+#include "native_rect.h"
 #include "session.h"
 
 #include <limits>

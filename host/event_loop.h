@@ -1,5 +1,6 @@
 // The event loop of the GUI thread. It also drives the module's Qt, which runs no loop of its
-// own. One implementation per system: event_loop_glib.cpp.
+// own. One implementation per system: event_loop_glib.cpp and
+// event_loop_win32.cpp.
 #pragma once
 
 #include <functional>

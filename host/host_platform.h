@@ -1,10 +1,11 @@
 // Services of the operating system that have nothing to do with windows or the event loop. One
-// implementation per system: host_platform_posix.cpp.
+// implementation per system: host_platform_posix.cpp and host_platform_win32.cpp.
 #pragma once
 
 #include "picture.h"
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,6 +15,8 @@ namespace zrhost {
 /// Puts the process into a state in which program arguments, files and the terminal are UTF-8.
 /// Call first in main().
 void useUtf8Text();
+/// The arguments of the program in UTF-8, without its name.
+[[nodiscard]] std::vector<std::string> programArguments(int argc, char** argv);
 /// Converts UTF-8 to the local 8-bit encoding, as the module's `char*` texts expect it.
 [[nodiscard]] std::string toLocal8Bit(const std::string& utf8);
 
@@ -63,11 +66,12 @@ public:
     void raise();
     /// @return false when the signal was raised before the time had come
     [[nodiscard]] bool sleepUntil(std::chrono::steady_clock::time_point time) const;
-    /// For the system's own waits: readable once raised.
-    [[nodiscard]] int descriptor() const { return m_descriptor; }
+    /// For the system's own waits: a descriptor that is readable once raised, or the handle of an
+    /// event on Windows.
+    [[nodiscard]] std::intptr_t native() const { return m_native; }
 
 private:
-    int m_descriptor = -1;
+    std::intptr_t m_native;
 };
 
 /// Opens a file or a named pipe. A pipe that nobody writes to does not block the opening.

@@ -36,6 +36,11 @@ std::string errorText(int error)
     return std::generic_category().message(error);
 }
 
+int descriptorOf(const StopSignal& stop)
+{
+    return static_cast<int>(stop.native());
+}
+
 /// Owns a file descriptor.
 class Descriptor
 {
@@ -98,7 +103,7 @@ public:
     {
         while (true) {
             std::array<pollfd, 2> waiting{
-                {{m_stop.descriptor(), POLLIN, 0}, {m_file.get(), POLLIN, 0}}};
+                {{descriptorOf(m_stop), POLLIN, 0}, {m_file.get(), POLLIN, 0}}};
             if (poll(waiting.data(), waiting.size(), -1) < 0 && errno != EINTR)
                 throw HostError("cannot wait for data: " + errorText(errno));
             if (waiting[0].revents != 0)
@@ -155,7 +160,7 @@ public:
     std::size_t read(std::uint8_t* bytes, std::size_t size) override
     {
         while (true) {
-            std::array<pollfd, 3> waiting{{{m_stop.descriptor(), POLLIN, 0},
+            std::array<pollfd, 3> waiting{{{descriptorOf(m_stop), POLLIN, 0},
                                            {m_output.get(), POLLIN, 0},
                                            {m_errors.get(), POLLIN, 0}}};
             if (poll(waiting.data(), waiting.size(), -1) < 0 && errno != EINTR)
@@ -264,6 +269,11 @@ void useUtf8Text()
     std::setlocale(LC_ALL, "");
 }
 
+std::vector<std::string> programArguments(int argc, char** argv)
+{
+    return {argv + 1, argv + argc};
+}
+
 std::string toLocal8Bit(const std::string& utf8)
 {
     return utf8; // see useUtf8Text()
@@ -338,21 +348,21 @@ void* DynamicLibrary::symbol(const char* name) const
 }
 
 StopSignal::StopSignal()
-    : m_descriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+    : m_native(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
-    if (m_descriptor < 0)
+    if (m_native < 0)
         throw HostError("cannot make an event: " + errorText(errno));
 }
 
 StopSignal::~StopSignal()
 {
-    close(m_descriptor);
+    close(descriptorOf(*this));
 }
 
 void StopSignal::raise()
 {
     // Can only fail when the counter is full, and then the signal is raised already.
-    eventfd_write(m_descriptor, 1);
+    eventfd_write(descriptorOf(*this), 1);
 }
 
 bool StopSignal::sleepUntil(steady_clock::time_point time) const
@@ -363,7 +373,7 @@ bool StopSignal::sleepUntil(steady_clock::time_point time) const
         constexpr long long kNsPerSecond = 1'000'000'000;
         const timespec timeout{static_cast<time_t>(left.count() / kNsPerSecond),
                                static_cast<long>(left.count() % kNsPerSecond)};
-        pollfd waiting{m_descriptor, POLLIN, 0};
+        pollfd waiting{descriptorOf(*this), POLLIN, 0};
         const int ready = ppoll(&waiting, 1, &timeout, nullptr);
         if (ready > 0)
             return false;

@@ -1,4 +1,4 @@
-// The host's native windows. One implementation per system: window_x11.cpp.
+// The host's native windows. One implementation per system: window_x11.cpp and window_win32.cpp.
 #pragma once
 
 #include "stage.h"

@@ -1,5 +1,6 @@
 #include "application.h"
 #include "host_error.h"
+#include "host_platform.h"
 
 #include <csignal>
 #include <cstdio>
@@ -35,7 +36,7 @@ int main(int argc, char** argv)
     zrhost::useUtf8Text();
     zrhost::rememberStartPriority();
     try {
-        return runHost({argv + 1, argv + argc});
+        return runHost(zrhost::programArguments(argc, argv));
     } catch (const zrhost::UsageError& error) {
         std::fprintf(stderr, "zrhost: %s (see --help)\n", error.what());
         return kUsage;

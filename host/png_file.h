@@ -1,4 +1,4 @@
-// Writing PNG files.
+// Writing PNG files. One implementation per system: png_file.cpp (libpng) and png_file_win32.cpp.
 #pragma once
 
 #include "host_window.h"

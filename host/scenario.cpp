@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -78,7 +79,7 @@ std::vector<ScenarioStep> readScenario(const std::string& file)
 {
     if (const std::string problem = whyUnreadable(file); !problem.empty())
         throw HostError("cannot read '" + file + "': " + problem);
-    std::ifstream stream(file, std::ios::binary);
+    std::ifstream stream(std::filesystem::u8path(file), std::ios::binary);
     const std::string text((std::istreambuf_iterator<char>(stream)),
                            std::istreambuf_iterator<char>());
     if (stream.bad())

@@ -1,6 +1,7 @@
 #include "session.h"
 
 #include "host_error.h"
+#include "native_rect.h"
 #include "messages.h"
 #include "synthetic_picture.h"
 

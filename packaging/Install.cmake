@@ -1,5 +1,6 @@
 # What is installed, in three components: Runtime (the library), Development (header, CMake package
-# and pkg-config file) and Host (the demonstration host).
+# and pkg-config file) and Host (the demonstration host). Packages have a fourth on Windows, see
+# Package.cmake.
 include(CMakePackageConfigHelpers)
 
 set(zrPackageDir ${CMAKE_INSTALL_LIBDIR}/cmake/ZRScreenMod)
@@ -30,3 +31,9 @@ configure_file(${CMAKE_CURRENT_LIST_DIR}/ZRScreenMod.pc.in
   ${PROJECT_BINARY_DIR}/package/ZRScreenMod.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/package/ZRScreenMod.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
+
+if(WIN32)
+  # For other compilers, which make an import library of their own from it.
+  install(FILES $<TARGET_FILE_DIR:ZRScreenMod>/ZRScreenMod.def
+    DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development)
+endif()

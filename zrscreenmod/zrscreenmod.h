@@ -15,7 +15,7 @@
 ///   `ZRSCREEN_LOG_STDERR` set to 1 they go to the message handler that was there before as well.
 ///   Log files older than three days are deleted.
 /// - On X11 Qt installs an Xlib error handler, so that an error of one window does not end the
-///   process. Without a display the library draws off screen and embeds nothing.
+///   process. Without a display the library embeds nothing and shows nothing.
 /// - `ZRScreen_Init` raises the priority of the GUI thread for good, as far as the system lets it.
 /// - On Linux the Qt libraries stay in memory after the library has been unloaded: Qt cannot be
 ///   unloaded safely. The module itself is.
