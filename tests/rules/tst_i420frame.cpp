@@ -12,7 +12,8 @@ using Bytes = std::vector<uchar>;
 /// Every sample tells its plane, row and column.
 uchar sampleAt(int plane, std::size_t row, std::size_t column)
 {
-    return static_cast<uchar>(1 + (static_cast<std::size_t>(plane) * 83 + row * 7 + column * 3) % 251);
+    return static_cast<uchar>(
+        1 + (static_cast<std::size_t>(plane) * 83 + row * 7 + column * 3) % 251);
 }
 
 Bytes makePicture(const zr::I420Layout& layout)
