@@ -1,8 +1,8 @@
 #include "session.h"
 
 #include "host_error.h"
-#include "native_rect.h"
 #include "messages.h"
+#include "native_rect.h"
 #include "synthetic_picture.h"
 
 #include <algorithm>
