@@ -1,0 +1,42 @@
+# cpack makes a zip that holds the libraries that its programs and libraries need.
+include(${CMAKE_CURRENT_LIST_DIR}/package_folder.cmake)
+
+file(REMOVE_RECURSE ${WORK_DIR})
+file(MAKE_DIRECTORY ${WORK_DIR}/zip "${PACKAGE_DIR}")
+execute_process(COMMAND ${CPACK} -G ZIP -B ${WORK_DIR}/zip WORKING_DIRECTORY ${BUILD_DIR}
+  COMMAND_ECHO STDOUT COMMAND_ERROR_IS_FATAL ANY)
+file(GLOB zip ${WORK_DIR}/zip/*.zip)
+list(LENGTH zip count)
+if(NOT count EQUAL 1)
+  message(FATAL_ERROR "cpack made ${count} archives: ${zip}")
+endif()
+file(ARCHIVE_EXTRACT INPUT ${zip} DESTINATION ${WORK_DIR}/unpacked)
+# The archive has one folder at its top.
+file(GLOB top ${WORK_DIR}/unpacked/*)
+file(REMOVE_RECURSE "${PACKAGE_DIR}")
+file(RENAME ${top} "${PACKAGE_DIR}")
+
+foreach(file bin/ZRScreenMod.dll bin/zrhost.exe bin/platforms/qwindows.dll include/zrscreenmod.h
+    lib/libZRScreenMod.dll.a lib/ZRScreenMod.def lib/cmake/ZRScreenMod/ZRScreenModConfig.cmake)
+  if(NOT EXISTS "${PACKAGE_DIR}/${file}")
+    message(SEND_ERROR "the package has no ${file}")
+  endif()
+endforeach()
+
+# Every Windows from version 7 has these.
+set(system advapi32 dwmapi gdi32 imm32 kernel32 mpr msvcrt netapi32 ole32 oleaut32 opengl32 shell32
+  user32 userenv uxtheme version windowscodecs winmm ws2_32 wtsapi32)
+file(GLOB_RECURSE binaries "${PACKAGE_DIR}/bin/*.dll" "${PACKAGE_DIR}/bin/*.exe")
+foreach(binary IN LISTS binaries)
+  execute_process(COMMAND ${OBJDUMP} --private-headers ${binary}
+    OUTPUT_VARIABLE headers COMMAND_ERROR_IS_FATAL ANY)
+  string(REGEX MATCHALL "DLL Name: [^\n]+" needed "${headers}")
+  list(TRANSFORM needed REPLACE "DLL Name: " "")
+  foreach(name IN LISTS needed)
+    string(TOLOWER ${name} lower)
+    string(REPLACE ".dll" "" lower ${lower})
+    if(NOT lower IN_LIST system AND NOT EXISTS "${PACKAGE_DIR}/bin/${name}")
+      message(SEND_ERROR "${binary} needs ${name}, which is not in the package")
+    endif()
+  endforeach()
+endforeach()
