@@ -117,6 +117,8 @@ void YuvRenderer::release()
 
 void YuvRenderer::upload(const zr::I420Layout& layout, const uchar* bytes, quint64 serial)
 {
+    if (layout.isEmpty())
+        m_uUploadedSerial = 0; // the textures hold an earlier picture
     if (!m_bInitialized || layout.isEmpty() || serial == m_uUploadedSerial)
         return;
     const std::array<Plane, 3> planes{
