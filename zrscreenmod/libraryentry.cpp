@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QDebug>
+#include <QOpenGLContext>
 #include <QThread>
 #include <QTimer>
 
@@ -260,6 +261,8 @@ void registerExitHandler()
 
 void zr::registerExitTeardown()
 {
+    // Makes Qt's storage of the current GL context, which every paint asks.
+    (void)QOpenGLContext::currentContext();
     registerExitHandler();
     if (!g_pRegistrationTimer) {
         g_pRegistrationTimer = new QTimer;
@@ -274,7 +277,7 @@ void zr::registerExitTeardown()
     // The first paint, the first text and so on come later, and bring static objects with them
     // that the GUI thread must not find gone. At doubling intervals a handful of registrations
     // covers days.
-    constexpr int kFirstIntervalMs = 200;
+    constexpr int kFirstIntervalMs = 20;
     g_pRegistrationTimer->start(kFirstIntervalMs);
 }
 
