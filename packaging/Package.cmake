@@ -8,6 +8,10 @@ set(CPACK_PACKAGE_CHECKSUM SHA256)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 
+set(zrDocDir ${CMAKE_INSTALL_DATADIR}/doc/zrscreenmod)
+install(FILES ${PROJECT_SOURCE_DIR}/docs/licences.md
+  DESTINATION ${zrDocDir} COMPONENT Runtime)
+
 if(WIN32)
   set(CPACK_GENERATOR ZIP)
   set(CPACK_SYSTEM_NAME windows-x64)
@@ -22,6 +26,16 @@ if(WIN32)
     DESTINATION ${CMAKE_INSTALL_BINDIR}/platforms COMPONENT Dependencies)
   install(FILES ${zrQtBin}/../plugins/styles/qwindowsvistastyle.dll
     DESTINATION ${CMAKE_INSTALL_BINDIR}/styles COMPONENT Dependencies)
+
+  # Who hands on the libraries hands on their licences. Debian keeps the texts here.
+  set(zrTexts /usr/share/common-licenses/LGPL-3 /usr/share/common-licenses/GPL-3)
+  if(EXISTS /usr/share/common-licenses/LGPL-3)
+    install(FILES ${zrTexts} DESTINATION ${zrDocDir} COMPONENT Dependencies)
+    install(FILES /usr/share/doc/gcc-mingw-w64-base/copyright
+      DESTINATION ${zrDocDir} RENAME gcc-runtime.txt COMPONENT Dependencies)
+    install(FILES /usr/share/doc/mingw-w64-common/copyright
+      DESTINATION ${zrDocDir} RENAME winpthreads.txt COMPONENT Dependencies)
+  endif()
 
   if(MINGW)
     set(zrRuntime libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)

@@ -1,5 +1,6 @@
 # A program finds the library by the CMake package, links it by the import library and calls it.
-include(${CMAKE_CURRENT_LIST_DIR}/package_folder.cmake)
+cmake_minimum_required(VERSION 3.22)
+include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
 function(run)
   execute_process(COMMAND ${ARGN} COMMAND_ECHO STDOUT COMMAND_ERROR_IS_FATAL ANY)

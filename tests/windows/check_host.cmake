@@ -1,5 +1,6 @@
 # The host program of the package runs from its folder for some seconds and shows pictures.
-include(${CMAKE_CURRENT_LIST_DIR}/package_folder.cmake)
+cmake_minimum_required(VERSION 3.22)
+include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
 set(picture "${WORK_DIR}/host.png")
 file(REMOVE ${picture})

@@ -1,5 +1,6 @@
 # cpack makes a zip that holds the libraries that its programs and libraries need.
-include(${CMAKE_CURRENT_LIST_DIR}/package_folder.cmake)
+cmake_minimum_required(VERSION 3.22)
+include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
 file(REMOVE_RECURSE ${WORK_DIR})
 file(MAKE_DIRECTORY ${WORK_DIR}/zip "${PACKAGE_DIR}")
@@ -17,14 +18,15 @@ file(REMOVE_RECURSE "${PACKAGE_DIR}")
 file(RENAME ${top} "${PACKAGE_DIR}")
 
 foreach(file bin/ZRScreenMod.dll bin/zrhost.exe bin/platforms/qwindows.dll include/zrscreenmod.h
-    lib/libZRScreenMod.dll.a lib/ZRScreenMod.def lib/cmake/ZRScreenMod/ZRScreenModConfig.cmake)
+    lib/libZRScreenMod.dll.a lib/ZRScreenMod.def lib/cmake/ZRScreenMod/ZRScreenModConfig.cmake
+    share/doc/zrscreenmod/licences.md share/doc/zrscreenmod/LGPL-3)
   if(NOT EXISTS "${PACKAGE_DIR}/${file}")
     message(SEND_ERROR "the package has no ${file}")
   endif()
 endforeach()
 
 # Every Windows from version 7 has these.
-set(system advapi32 dwmapi gdi32 imm32 kernel32 mpr msvcrt netapi32 ole32 oleaut32 opengl32 shell32
+set(system advapi32 d3d11 dwmapi dxgi gdi32 imm32 kernel32 mpr msvcrt netapi32 ole32 oleaut32 opengl32 shell32
   user32 userenv uxtheme version windowscodecs winmm ws2_32 wtsapi32)
 file(GLOB_RECURSE binaries "${PACKAGE_DIR}/bin/*.dll" "${PACKAGE_DIR}/bin/*.exe")
 foreach(binary IN LISTS binaries)
