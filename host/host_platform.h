@@ -68,10 +68,10 @@ public:
     [[nodiscard]] bool sleepUntil(std::chrono::steady_clock::time_point time) const;
     /// For the system's own waits: a descriptor that is readable once raised, or the handle of an
     /// event on Windows.
-    [[nodiscard]] std::intptr_t native() const { return m_native; }
+    [[nodiscard]] std::intptr_t descriptor() const { return m_descriptor; }
 
 private:
-    std::intptr_t m_native;
+    std::intptr_t m_descriptor;
 };
 
 /// Opens a file or a named pipe. A pipe that nobody writes to does not block the opening.

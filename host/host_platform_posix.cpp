@@ -38,7 +38,7 @@ std::string errorText(int error)
 
 int descriptorOf(const StopSignal& stop)
 {
-    return static_cast<int>(stop.native());
+    return static_cast<int>(stop.descriptor());
 }
 
 /// Owns a file descriptor.
@@ -348,9 +348,9 @@ void* DynamicLibrary::symbol(const char* name) const
 }
 
 StopSignal::StopSignal()
-    : m_native(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+    : m_descriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
-    if (m_native < 0)
+    if (m_descriptor < 0)
         throw HostError("cannot make an event: " + errorText(errno));
 }
 

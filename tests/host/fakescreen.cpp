@@ -1,5 +1,7 @@
 #include "fakescreen.h"
 
+#include "native_rect.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <map>

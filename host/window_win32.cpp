@@ -1,0 +1,226 @@
+#include "host_error.h"
+#include "host_window.h"
+#include "wide_text.h"
+
+#include <algorithm>
+#include <utility>
+#include <windows.h>
+
+namespace zrhost {
+
+namespace {
+
+constexpr wchar_t kClassName[] = L"ZRHostWindow";
+constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
+
+HostError failed(const char* what)
+{
+    return HostError(std::string(what) + ": " + windowsErrorText(GetLastError()));
+}
+
+/// Size of a window with an inside of this size.
+Size withFrame(Size inside, DWORD style)
+{
+    RECT rect{0, 0, inside.width, inside.height};
+    AdjustWindowRectEx(&rect, style, FALSE, 0);
+    return {rect.right - rect.left, rect.bottom - rect.top};
+}
+
+class Win32Window : public HostWindow
+{
+public:
+    Win32Window(const std::string& title, Size size, Events events);
+    ~Win32Window() override;
+
+    HWND handle() const override { return m_window; }
+    Size size() const override;
+    void resize(Size size) override;
+    void raise() override;
+    RgbImage grab() const override;
+
+    static LRESULT CALLBACK onMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+private:
+    HWND m_window = nullptr;
+    Events m_events;
+};
+
+class Win32Display : public HostDisplay
+{
+public:
+    Win32Display();
+    std::unique_ptr<HostWindow> makeWindow(const std::string& title, Size size,
+                                           HostWindow::Events events) override
+    {
+        return std::make_unique<Win32Window>(title, size, std::move(events));
+    }
+};
+
+Win32Display::Win32Display()
+{
+    // Sizes are in physical pixels here and in the module. It fails where a manifest decides.
+    SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = &Win32Window::onMessage;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(32512)); // IDC_ARROW
+    windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH));
+    windowClass.lpszClassName = kClassName;
+    if (RegisterClassExW(&windowClass) == 0 && GetLastError() != ERROR_CLASS_ALREADY_EXISTS)
+        throw failed("cannot prepare windows");
+}
+
+Win32Window::Win32Window(const std::string& title, Size size, Events events)
+    : m_events(std::move(events))
+{
+    const Size outside = withFrame(size, kStyle);
+    m_window = CreateWindowExW(0, kClassName, toWide(title).c_str(), kStyle, CW_USEDEFAULT,
+                               CW_USEDEFAULT, outside.width, outside.height, nullptr, nullptr,
+                               GetModuleHandleW(nullptr), nullptr);
+    if (!m_window)
+        throw failed("cannot make a window");
+    // Not ShowWindow(), whose first call shows what the program's starter wants.
+    SetWindowPos(m_window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
+    UpdateWindow(m_window);
+    // From here on events are reported.
+    SetWindowLongPtrW(m_window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+}
+
+Win32Window::~Win32Window()
+{
+    SetWindowLongPtrW(m_window, GWLP_USERDATA, 0);
+    DestroyWindow(m_window);
+}
+
+LRESULT CALLBACK Win32Window::onMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_GETMINMAXINFO) {
+        // The system would cut the window to the screen.
+        reinterpret_cast<MINMAXINFO*>(lParam)->ptMaxTrackSize = {2 * kMaxEdgePx, 2 * kMaxEdgePx};
+        return 0;
+    }
+    auto* const self = reinterpret_cast<Win32Window*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (self && message == WM_SIZE && wParam != SIZE_MINIMIZED) {
+        if (self->m_events.resized)
+            self->m_events.resized(self->size());
+        return 0;
+    }
+    if (self && message == WM_CLOSE) {
+        if (self->m_events.closed)
+            self->m_events.closed();
+        return 0;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+Size Win32Window::size() const
+{
+    RECT inside{};
+    GetClientRect(m_window, &inside);
+    return {inside.right, inside.bottom};
+}
+
+void Win32Window::resize(Size size)
+{
+    const Size outside = withFrame(size, static_cast<DWORD>(GetWindowLongW(m_window, GWL_STYLE)));
+    SetWindowPos(m_window, nullptr, 0, 0, outside.width, outside.height,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void Win32Window::raise()
+{
+    SetWindowPos(m_window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+}
+
+/// A bitmap whose pixels are read as 4 bytes: blue, green, red, unused; rows from the top.
+class ScreenCopy
+{
+public:
+    explicit ScreenCopy(const RECT& area);
+    ~ScreenCopy();
+    ScreenCopy(const ScreenCopy&) = delete;
+    ScreenCopy& operator=(const ScreenCopy&) = delete;
+
+    /// Null when the screen could not be read.
+    [[nodiscard]] const std::uint8_t* pixels() const { return m_copied ? m_pixels : nullptr; }
+
+private:
+    HDC m_screen;
+    HDC m_memory;
+    HBITMAP m_bitmap = nullptr;
+    HGDIOBJ m_previous = nullptr;
+    const std::uint8_t* m_pixels = nullptr;
+    bool m_copied = false;
+};
+
+// From the screen: what OpenGL draws does not belong to the window's own device context.
+ScreenCopy::ScreenCopy(const RECT& area)
+    : m_screen(GetDC(nullptr))
+    , m_memory(CreateCompatibleDC(m_screen))
+{
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = area.right - area.left;
+    info.bmiHeader.biHeight = -(area.bottom - area.top);
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    info.bmiHeader.biCompression = BI_RGB;
+    void* bits = nullptr;
+    m_bitmap = CreateDIBSection(m_screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    if (!m_bitmap)
+        return;
+    m_pixels = static_cast<const std::uint8_t*>(bits);
+    m_previous = SelectObject(m_memory, m_bitmap);
+    m_copied = BitBlt(m_memory, 0, 0, area.right - area.left, area.bottom - area.top, m_screen,
+                      area.left, area.top, SRCCOPY | CAPTUREBLT)
+               != FALSE;
+    GdiFlush();
+}
+
+ScreenCopy::~ScreenCopy()
+{
+    if (m_bitmap) {
+        SelectObject(m_memory, m_previous);
+        DeleteObject(m_bitmap);
+    }
+    DeleteDC(m_memory);
+    ReleaseDC(nullptr, m_screen);
+}
+
+RgbImage Win32Window::grab() const
+{
+    if (!IsWindowVisible(m_window) || IsIconic(m_window))
+        throw HostError("cannot grab the window: it is not visible");
+    RECT area{};
+    GetClientRect(m_window, &area);
+    MapWindowPoints(m_window, nullptr, reinterpret_cast<POINT*>(&area), 2);
+    const RECT screen{GetSystemMetrics(SM_XVIRTUALSCREEN), GetSystemMetrics(SM_YVIRTUALSCREEN),
+                      GetSystemMetrics(SM_XVIRTUALSCREEN) + GetSystemMetrics(SM_CXVIRTUALSCREEN),
+                      GetSystemMetrics(SM_YVIRTUALSCREEN) + GetSystemMetrics(SM_CYVIRTUALSCREEN)};
+    RECT visible{};
+    if (!IntersectRect(&visible, &area, &screen))
+        throw HostError("cannot grab the window: it lies off the screen");
+    const ScreenCopy copy(visible);
+    const std::uint8_t* const pixels = copy.pixels();
+    if (!pixels)
+        throw HostError("cannot grab the window");
+    RgbImage image{visible.right - visible.left, visible.bottom - visible.top, {}};
+    const std::size_t count =
+        static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height);
+    image.data.reserve(3 * count);
+    for (std::size_t i = 0; i < count; ++i) {
+        for (const std::size_t channel : {2U, 1U, 0U})
+            image.data.push_back(pixels[4 * i + channel]);
+    }
+    return image;
+}
+
+} // namespace
+
+std::unique_ptr<HostDisplay> openDisplay()
+{
+    return std::make_unique<Win32Display>();
+}
+
+} // namespace zrhost
