@@ -1,6 +1,7 @@
 #!/bin/bash
 # Builds and tests the project. Without an argument: everything but the thread sanitizer.
 #   ./test.sh linux   the tests, built with optimisation
+#   ./test.sh windows the library for Windows, built with MinGW-w64 and tested under Wine
 #   ./test.sh asan    the tests with the address and undefined-behaviour sanitizers
 #   ./test.sh tsan    the tests with the thread sanitizer
 #   ./test.sh lint    clang-format, clang-tidy and the public header
@@ -45,18 +46,26 @@ lint() {
   tidy 'tests|bench' '-clang-analyzer-*,-performance-*,-bugprone-implicit-widening-*'
 }
 
-suite() { build "$1"; run_tests "$1"; }
+suite() {
+  if [ "$1" = windows ]; then
+    say "Providing Qt for Windows"
+    ZR_QT_MINGW64=$(packaging/qt5-mingw64.sh)
+    export ZR_QT_MINGW64
+  fi
+  build "$1"
+  run_tests "$1"
+}
 
 mkdir -p build
 what=${1:-all}
 case $what in
-  all|linux|asan|tsan|lint) ;;
-  *) sed -n '2,6s/^# //p' "$0"; exit 2 ;;
+  all|linux|windows|asan|tsan|lint) ;;
+  *) sed -n '2,7s/^# //p' "$0"; exit 2 ;;
 esac
 
 packaging/install-dependencies.sh
 case $what in
-  all) lint; suite linux; suite linux-asan ;;
+  all) lint; suite linux; suite linux-asan; suite windows ;;
   lint) lint ;;
   *) suite "${what/#[at]san/linux-$what}" ;;
 esac

@@ -13,6 +13,9 @@ packages=(
     xvfb xauth
     # tests, benchmarks and checks
     libxtst-dev libbenchmark-dev clang clang-format clang-tidy python3
+    # the library for Windows: compiler, Qt's source package, Wine and what it loads when it is there
+    g++-mingw-w64-x86-64-posix dpkg-dev make perl wine wine64
+    libgl1 libxcomposite1 libxcursor1 libxfixes3 libxi6 libxinerama1 libxrandr2 libxrender1
 )
 
 if [[ ${1:-} == --list ]]; then
