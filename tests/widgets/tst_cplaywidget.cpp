@@ -201,7 +201,7 @@ void TestTile::barsAreBlack()
 void TestTile::everySizeIsDrawnToItsEdges()
 {
     showTile({480, 300});
-    const std::pair<unsigned, unsigned> sizes[] = {{641, 361}, {642, 480}, {7, 5}, {174, 100},
+    const std::pair<unsigned, unsigned> sizes[] = {{641, 361}, {642, 480}, {7, 5},  {174, 100},
                                                    {8, 1},     {1, 1},     {16, 3}, {9, 400}};
     for (const auto& [width, height] : sizes) {
         const unsigned middle = height / 2;
