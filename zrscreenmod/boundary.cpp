@@ -14,7 +14,7 @@ namespace {
 std::atomic<bool> s_closed{false};
 
 /// No text of a meeting is longer; a stray pointer into a large block looks like one.
-constexpr qptrdiff kMaxTextBytes = 1024 * 1024;
+constexpr qptrdiff kMaxTextBytes = qptrdiff(1024) * 1024;
 
 /// Length of a text, 0 for null, -1 with a log line when its memory cannot be read.
 qptrdiff textLength(const char* text)
