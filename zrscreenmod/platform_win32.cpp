@@ -1,10 +1,13 @@
 #include "platform.h"
 
+#include "qtparent.h"
+
 #include <QApplication>
 #include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
+#include <QWindow>
 
 #include <cstdint>
 #include <cstring>
@@ -82,11 +85,24 @@ void keepModuleLoaded() {}
 
 bool setParentWindow(NativeWindow child, NativeWindow parent)
 {
-    if (!SetParent(toHwnd(child), toHwnd(parent))) {
+    const HWND childHwnd = toHwnd(child);
+    const HWND parentHwnd = toHwnd(parent);
+    if (!IsWindow(childHwnd) || (parentHwnd && !IsWindow(parentHwnd))) {
+        qDebug() << "IsWindow failed";
+        return false;
+    }
+    // Qt does it for its own windows, and gives them the style that goes with the place: a window
+    // without the style of a child would be taken for one at the top level by Windows and by Qt.
+    if (QWindow* const window = findQtWindow(child))
+        setQtParent(window, parent);
+    else
+        SetParent(childHwnd, parentHwnd);
+    const HWND wanted = parentHwnd ? parentHwnd : GetDesktopWindow();
+    if (GetAncestor(childHwnd, GA_PARENT) != wanted) {
         qDebug() << "SetParent failed, error:" << GetLastError();
         return false;
     }
-    SetWindowPos(toHwnd(child), nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    SetWindowPos(childHwnd, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     return true;
 }
 

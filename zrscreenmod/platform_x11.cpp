@@ -1,5 +1,7 @@
 #include "platform.h"
 
+#include "qtparent.h"
+
 #include <QApplication>
 #include <QCoreApplication>
 #include <QDebug>
@@ -148,51 +150,6 @@ bool withdraw(xcb_connection_t* c, xcb_window_t window, xcb_window_t root, bool 
         return wmState(c, window) == 0 && (!findInTree(c, window, &place) || place.parent == root);
     });
     return true;
-}
-
-// --- Qt's windows -----------------------------------------------------------------------------
-
-/// Qt's object for a window of this process; null for every other window.
-QWindow* findQtWindow(platform::NativeWindow id)
-{
-    const QWindowList windows = QGuiApplication::allWindows();
-    const auto found = std::find_if(windows.cbegin(), windows.cend(), [id](const QWindow* w) {
-        // Only a window that has been created is asked for its id: winId() would create it.
-        return w->handle() && w->type() != Qt::ForeignWindow && w->winId() == id;
-    });
-    return found == windows.cend() ? nullptr : *found;
-}
-
-constexpr char kContainerProperty[] = "zrNativeContainer";
-
-bool isContainer(const QWindow* window)
-{
-    return window && window->property(kContainerProperty).toBool();
-}
-
-/// Tells Qt which native window its window is in. Qt then places popups and maps to global
-/// coordinates by asking the X server, and shows the window again after a hide without waiting
-/// for a window manager, which has nothing to do with it.
-void setQtParent(QWindow* child, platform::NativeWindow parent)
-{
-    QWindow* const before = child->parent();
-    QWindow* after = nullptr;
-    if (parent != 0) {
-        after = findQtWindow(parent);
-        if (!after) {
-            after = QWindow::fromWinId(parent);
-            after->setProperty(kContainerProperty, true);
-            // The container goes with its child. It must not be the other way round, and a
-            // deferred deletion would never come: the host's loop is not a loop of Qt.
-            QObject::connect(child, &QObject::destroyed, after, [after](QObject* dying) {
-                dying->setParent(nullptr);
-                delete after;
-            });
-        }
-    }
-    child->setParent(after);
-    if (isContainer(before))
-        delete before;
 }
 
 // --- Application ----------------------------------------------------------------------------
