@@ -35,6 +35,7 @@ export WINEDEBUG=${WINEDEBUG:--all}
 export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-winemenubuilder.exe=d;mscoree=d;mshtml=d}
 export WINEARCH=win64
 export LIBGL_ALWAYS_SOFTWARE=1
+export LC_ALL=C.UTF-8 # names of files
 [ -z "$search" ] || export WINEPATH=$search
 # Wine keeps variables that begin with QT_ from its programs, as those of the desktop around it are
 # not for them; what has WINE in front of it gets through.
@@ -42,6 +43,17 @@ for name in QT_FORCE_STDERR_LOGGING QT_LOGGING_RULES QT_FATAL_WARNINGS; do
   [ -z "${!name:-}" ] || export "WINE$name=${!name}"
 done
 [ -z "$plugins" ] || export WINEQT_QPA_PLATFORM_PLUGIN_PATH=Z:${plugins//\//\\}
+
+fill_prefix() {
+  "$wine" wineboot --init || return
+  # The font that every Windows has and no Linux.
+  local font
+  for font in "Microsoft YaHei" 微软雅黑; do
+    "$wine" reg add 'HKCU\Software\Wine\Fonts\Replacements' /f \
+      /v "$font" /d "Noto Sans CJK SC" || return
+  done
+  wineserver -w
+}
 
 # The first prefix takes ten seconds to make and 700 MB. The others are copies, which share the
 # files of Windows with it: these are read only, and Wine replaces the registry's files as a whole.
@@ -51,8 +63,7 @@ make_prefix() {
   flock "$making"
   if [ ! -f "$template/.ready" ]; then
     rm -rf "$template"
-    WINEPREFIX=$template "$wine" wineboot --init {making}>&- >"$template.log" 2>&1 \
-      && WINEPREFIX=$template wineserver -w {making}>&- \
+    WINEPREFIX=$template fill_prefix {making}>&- >"$template.log" 2>&1 \
       || { cat "$template.log" >&2; exit 2; }
     touch "$template/.ready"
   fi
