@@ -127,7 +127,8 @@ int main(int argc, char** argv)
         return measure({argument(1, 8), argument(2, 12500), argument(3, 0)}) ? EXIT_SUCCESS
                                                                              : EXIT_FAILURE;
     // One caller on an idle machine, a busy meeting, and all at once.
-    const bool complete =
-        measure({1, 5000, 200}) & measure({8, 2500, 1000}) & measure({8, 12500, 0});
-    return complete ? EXIT_SUCCESS : EXIT_FAILURE;
+    const bool one = measure({1, 5000, 200});
+    const bool busy = measure({8, 2500, 1000});
+    const bool flood = measure({8, 12500, 0});
+    return one && busy && flood ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -23,7 +23,7 @@ public:
 private:
     QTemporaryDir m_folder;
     std::string m_name;
-    void* m_handle = nullptr; ///< Windows alone
+    [[maybe_unused]] void* m_handle = nullptr; ///< Windows alone
 };
 
 /// Whether the process is there; one that has ended and was not waited for is.
