@@ -1,0 +1,75 @@
+// What the log holds when the library ends, one way or another. Each case runs in a process and in
+// a folder of its own; check_log.cmake looks for the lines afterwards.
+#include "check.h"
+#include "meeting.h"
+
+#include <cstdlib>
+
+namespace {
+
+constexpr int kLines = 300;
+
+/// Logs numbered lines, the last of them right before it returns.
+void logLines(Meeting& meeting, const std::string& mark)
+{
+    for (int i = 0; i < kLines; ++i) {
+        const std::string name = mark + "-" + std::to_string(i);
+        void* const play =
+            meeting.zr.AddPerson(meeting.screen, text("u"), text(name), 1, 0, nullptr);
+        REQUIRE(play != nullptr);
+        CHECK_EQUAL(meeting.zr.DelPerson(meeting.screen, play, false), 1);
+    }
+}
+
+void release(Meeting& meeting)
+{
+    meeting.zr.Release(meeting.screen);
+    meeting.screen = nullptr;
+}
+
+} // namespace
+
+ZR_CASE(log_released, unloadsAfterRelease)
+{
+    const NativeWindow window(640, 360);
+    Meeting meeting(&window, 640, 360);
+    logLines(meeting, "released");
+    release(meeting);
+    meeting.zr.unload();
+}
+
+ZR_CASE(log_unreleased, unloadsWithoutRelease)
+{
+    const NativeWindow window(640, 360);
+    Meeting meeting(&window, 640, 360);
+    logLines(meeting, "unreleased");
+    meeting.zr.unload();
+    meeting.screen = nullptr;
+}
+
+ZR_CASE(log_exit, endsWithTheLibraryLoaded)
+{
+    static const auto* const window = new NativeWindow(640, 360);
+    static auto* const meeting = new Meeting(window, 640, 360);
+    logLines(*meeting, "exit");
+    meeting->zr.leaveLoaded();
+    std::exit(0);
+}
+
+ZR_CASE(log_five, loadsAndUnloadsFiveTimes)
+{
+    int threadsAfterFirst = 0;
+    for (int round = 0; round < 5; ++round) {
+        {
+            const NativeWindow window(640, 360);
+            Meeting meeting(&window, 640, 360);
+            logLines(meeting, "five-" + std::to_string(round));
+            release(meeting);
+            meeting.zr.unload();
+        }
+        if (round == 0)
+            threadsAfterFirst = native::threadCount();
+        // The log's thread is gone; on Windows it comes to its end after the unloading.
+        CHECK(pumpUntil([&] { return native::threadCount() <= threadsAfterFirst; }));
+    }
+}
