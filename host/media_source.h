@@ -1,4 +1,4 @@
-// Opens the source of pictures that a specification names.
+// Opens the source of pictures that a source option names.
 #pragma once
 
 #include "host_platform.h"
