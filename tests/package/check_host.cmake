@@ -4,7 +4,8 @@ include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
 set(picture "${WORK_DIR}/host.png")
 file(REMOVE ${picture})
-execute_process(COMMAND ${RUN} "${PACKAGE_DIR}/bin/zrhost.exe" --participants 2 --size 640x360
+file(GLOB program "${PACKAGE_DIR}/bin/zrhost" "${PACKAGE_DIR}/bin/zrhost.exe")
+execute_process(COMMAND ${RUN} "${program}" --participants 2 --size 640x360
   --duration 5 --screenshot host.png
   WORKING_DIRECTORY ${WORK_DIR} OUTPUT_VARIABLE output ERROR_VARIABLE errors RESULT_VARIABLE result)
 message(STATUS "${output}\n${errors}")

@@ -2,28 +2,10 @@
 cmake_minimum_required(VERSION 3.22)
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
-file(REMOVE_RECURSE ${WORK_DIR})
-file(MAKE_DIRECTORY ${WORK_DIR}/zip "${PACKAGE_DIR}")
-execute_process(COMMAND ${CPACK} -G ZIP -B ${WORK_DIR}/zip WORKING_DIRECTORY ${BUILD_DIR}
-  COMMAND_ECHO STDOUT COMMAND_ERROR_IS_FATAL ANY)
-file(GLOB zip ${WORK_DIR}/zip/*.zip)
-list(LENGTH zip count)
-if(NOT count EQUAL 1)
-  message(FATAL_ERROR "cpack made ${count} archives: ${zip}")
-endif()
-file(ARCHIVE_EXTRACT INPUT ${zip} DESTINATION ${WORK_DIR}/unpacked)
-# The archive has one folder at its top.
-file(GLOB top ${WORK_DIR}/unpacked/*)
-file(REMOVE_RECURSE "${PACKAGE_DIR}")
-file(RENAME ${top} "${PACKAGE_DIR}")
-
-foreach(file bin/ZRScreenMod.dll bin/zrhost.exe bin/platforms/qwindows.dll include/zrscreenmod.h
-    lib/libZRScreenMod.dll.a lib/ZRScreenMod.def lib/cmake/ZRScreenMod/ZRScreenModConfig.cmake
-    share/doc/zrscreenmod/licences.md share/doc/zrscreenmod/LGPL-3)
-  if(NOT EXISTS "${PACKAGE_DIR}/${file}")
-    message(SEND_ERROR "the package has no ${file}")
-  endif()
-endforeach()
+unpack(ZIP zip)
+require(bin/ZRScreenMod.dll bin/zrhost.exe bin/platforms/qwindows.dll include/zrscreenmod.h
+  lib/libZRScreenMod.dll.a lib/ZRScreenMod.def lib/cmake/ZRScreenMod/ZRScreenModConfig.cmake
+  share/doc/zrscreenmod/licences.md share/doc/zrscreenmod/LGPL-3)
 
 # Every Windows from version 7 has these.
 set(system advapi32 d3d11 dwmapi dxgi gdi32 imm32 kernel32 mpr msvcrt netapi32 ole32 oleaut32 opengl32 shell32
