@@ -229,7 +229,7 @@ static void releaseFromWithin(const NativeWindow& window, unsigned long id, bool
     pump(100);
     CHECK_ROW(meeting.inbox.count() == count, row);
     CHECK_ROW(meeting.zr.GetCurMode(meeting.screen) == 0, row);
-    CHECK_ROW(window.childCount() == 0, row);
+    CHECK_ROW(pumpUntil([&] { return window.childCount() == 0; }), row);
     // The process goes on with a new screen.
     meeting.inbox.reset();
     meeting.screen = meeting.zr.Init(window.hwnd(), meeting.inbox.notify());
