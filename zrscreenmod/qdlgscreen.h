@@ -154,7 +154,7 @@ private:
     void insertByJoinTime(tagPersonInfo* person);
     void enterShare(tagPersonInfo* share);
     void leaveShare();
-    bool hasShare() const;
+    bool hasShare() const { return m_iShareCount > 0; }
     /// The participant behind a pointer; logs one that no gallery knows.
     tagPersonInfo* checkedPerson(const void* pPerson) const;
     void forgetPerson(const tagPersonInfo* person);
@@ -218,6 +218,7 @@ private:
     tagPersonInfo* m_pMorePerson = nullptr; ///< whose "more" menu the host has open
     tagPersonInfo* m_pVoicePerson = nullptr;
     tagPersonInfo* m_pPreVoicePerson = nullptr;
+    int m_iShareCount = 0; ///< shared screens among the participants
     int m_iModeBeforeShare = eLayoutEqualCut;
     int m_iLookMode = eLayoutEqualCut; ///< the mode after the last change of a look
 

@@ -270,9 +270,11 @@ bool QDlgScreen::isPersonVisible(const QString& userId)
 QRect QDlgScreen::shareRect()
 {
     const tagPersonInfo* share = m_pShareScreenPerson;
-    for (const tagPersonInfo* person : m_vecPerson) {
-        if (!share && isShareScreenId(person->userID))
-            share = person;
+    if (!share && hasShare()) {
+        const auto isShare = [](const tagPersonInfo* p) { return isShareScreenId(p->userID); };
+        const auto found = std::find_if(m_vecPerson.begin(), m_vecPerson.end(), isShare);
+        if (found != m_vecPerson.end())
+            share = *found;
     }
     QRect rect;
     // A tile without a picture yet has no rectangle to tell.

@@ -80,7 +80,7 @@ tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userN
     m_mapByUserId.insert(userId, person);
     m_setJoinTime.insert(person->joinTime);
     hub().addLivePerson(person);
-    if (isShareScreenId(userId) && !hasShare())
+    if (isShareScreenId(userId) && m_iShareCount++ == 0)
         m_iModeBeforeShare = hub().curScreenMode();
     insertByJoinTime(person);
     onModAddPerson(person);
@@ -98,12 +98,6 @@ void QDlgScreen::onModAddPerson(void* pPerson)
     testHideMoreMenu();
     qDebug() << "onModAddPerson finish, userName:" << person->userName
              << ",pWidget:" << static_cast<void*>(person->pWidget);
-}
-
-bool QDlgScreen::hasShare() const
-{
-    return std::any_of(m_vecPerson.begin(), m_vecPerson.end(),
-                       [](const tagPersonInfo* person) { return isShareScreenId(person->userID); });
 }
 
 tagPersonInfo* QDlgScreen::checkedPerson(const void* pPerson) const
@@ -207,6 +201,8 @@ void QDlgScreen::retirePerson(tagPersonInfo* person)
     hub().removeLivePerson(person);
     m_setJoinTime.erase(person->joinTime);
     m_mapByUserId.remove(person->userID);
+    if (isShareScreenId(person->userID))
+        --m_iShareCount;
     const auto owned = m_mapOwned.find(person);
     CPlayWidget* tile = person->pWidget;
     tile->disconnect(this);
