@@ -1,6 +1,7 @@
 #include "qdlgplayinfo.h"
 
 #include "nametext.h"
+#include "personorder.h"
 #include "qzrscreenconfig.h"
 
 #include <QCursor>
@@ -19,7 +20,6 @@ constexpr int kSpinnerStepDegrees = 25;
 /// How long a spell of bad network is bridged by the frozen picture and the spinner.
 constexpr qint64 kSpinnerLimitMs = 15000;
 
-constexpr int kRoleHost = 1;
 constexpr int kRoleAdministrator = 2;
 
 const QColor kBackground(28, 32, 39);
@@ -205,10 +205,10 @@ QDlgPlayInfo::Layout QDlgPlayInfo::computeLayout() const
     const int barHeight = scaled(48);
     const int moreSide = scaled(48);
     layout.more = QRect(width() - moreSide, height() - moreSide, moreSide, moreSide);
-    if (m_state.iRole == kRoleHost || m_state.iRole == kRoleAdministrator) {
+    if (m_state.iRole == zr::kRoleHost || m_state.iRole == kRoleAdministrator) {
         layout.badge = QRect(0, height() - barHeight, scaled(94), barHeight);
         layout.badgeText =
-            m_state.iRole == kRoleHost ? QStringLiteral("主持人") : QStringLiteral("管理员");
+            m_state.iRole == zr::kRoleHost ? QStringLiteral("主持人") : QStringLiteral("管理员");
     }
 
     const QFontMetrics metrics(overlayFont(26));
@@ -312,7 +312,7 @@ void QDlgPlayInfo::paintBadge(QPainter& painter) const
     if (m_layout.badge.isEmpty())
         return;
     painter.fillRect(m_layout.badge,
-                     m_state.iRole == kRoleHost ? QColor(89, 152, 255) : QColor(228, 143, 70));
+                     m_state.iRole == zr::kRoleHost ? QColor(89, 152, 255) : QColor(228, 143, 70));
     painter.setPen(Qt::white);
     painter.setFont(overlayFont(22));
     painter.drawText(m_layout.badge, Qt::AlignCenter, m_layout.badgeText);

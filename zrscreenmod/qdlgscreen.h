@@ -154,7 +154,8 @@ private:
     void insertByJoinTime(tagPersonInfo* person);
     void enterShare(tagPersonInfo* share);
     void leaveShare();
-    bool hasShare() const { return m_iShareCount > 0; }
+    /// The shared screen that comes first in the join order; null without one.
+    tagPersonInfo* firstShare() const;
     /// The participant behind a pointer; logs one that no gallery knows.
     tagPersonInfo* checkedPerson(const void* pPerson) const;
     void forgetPerson(const tagPersonInfo* person);

@@ -270,12 +270,8 @@ bool QDlgScreen::isPersonVisible(const QString& userId)
 QRect QDlgScreen::shareRect()
 {
     const tagPersonInfo* share = m_pShareScreenPerson;
-    if (!share && hasShare()) {
-        const auto isShare = [](const tagPersonInfo* p) { return isShareScreenId(p->userID); };
-        const auto found = std::find_if(m_vecPerson.begin(), m_vecPerson.end(), isShare);
-        if (found != m_vecPerson.end())
-            share = *found;
-    }
+    if (!share)
+        share = firstShare();
     QRect rect;
     // A tile without a picture yet has no rectangle to tell.
     const bool shown = share && isTileVisible(share) && share->pWidget->hasVideoRect();

@@ -100,6 +100,15 @@ void QDlgScreen::onModAddPerson(void* pPerson)
              << ",pWidget:" << static_cast<void*>(person->pWidget);
 }
 
+tagPersonInfo* QDlgScreen::firstShare() const
+{
+    if (m_iShareCount == 0)
+        return nullptr;
+    const auto isShare = [](const tagPersonInfo* p) { return isShareScreenId(p->userID); };
+    const auto share = std::find_if(m_vecPerson.begin(), m_vecPerson.end(), isShare);
+    return share == m_vecPerson.end() ? nullptr : *share;
+}
+
 tagPersonInfo* QDlgScreen::checkedPerson(const void* pPerson) const
 {
     tagPersonInfo* person = livePerson(pPerson);
@@ -120,12 +129,10 @@ void QDlgScreen::enterShare(tagPersonInfo* share)
 
 void QDlgScreen::leaveShare()
 {
-    const auto isShare = [](const tagPersonInfo* p) { return isShareScreenId(p->userID); };
-    const auto other = std::find_if(m_vecPerson.begin(), m_vecPerson.end(), isShare);
-    if (other != m_vecPerson.end()) {
+    if (tagPersonInfo* other = firstShare()) {
         // The meeting still has a share: its arrangement stays.
         if (hub().curScreenMode() == eLayoutShare && !m_pShareScreenPerson)
-            m_pShareScreenPerson = *other;
+            m_pShareScreenPerson = other;
         return;
     }
     setMeetingMode(static_cast<eLayoutType>(m_iModeBeforeShare));
