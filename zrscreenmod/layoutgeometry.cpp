@@ -169,36 +169,4 @@ int gridStreamType(int mode, int count, int page)
     }
 }
 
-int pageCount(int count, int tilesPerPage)
-{
-    if (count <= 0 || tilesPerPage <= 0)
-        return 0;
-    return (count - 1) / tilesPerPage + 1;
-}
-
-int clampPage(int page, int count, int tilesPerPage)
-{
-    return std::clamp(page, 0, std::max(pageCount(count, tilesPerPage) - 1, 0));
-}
-
-int pageAfterRemoval(int mode, int page, int remaining)
-{
-    int largeTiles = 0;
-    switch (mode) {
-    case eLayoutSpeakerRight:
-    case eLayoutSpeakerBottom:
-    case eLayoutSpeakerTop:
-        largeTiles = 1;
-        break;
-    case eLayoutSpeaker4:
-        largeTiles = 2;
-        break;
-    default:
-        return page;
-    }
-    const bool emptied =
-        static_cast<qint64>(page) * kStripTiles == static_cast<qint64>(remaining) - largeTiles;
-    return emptied ? std::max(page - 1, 0) : page;
-}
-
 } // namespace zr

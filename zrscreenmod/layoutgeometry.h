@@ -42,6 +42,9 @@ struct LayoutInput
     int count = 0;              ///< participants in the whole display list, not on the page
     int page = 0;               ///< 0-based
     int mode = eLayoutEqualCut; ///< the meeting mode, which decides the grade
+    bool polling = false;       ///< pages turn by themselves: a lone tile keeps its place
+    int speaker = -1;           ///< the speaker's index in the display list; -1 without one
+    int secondSpeaker = -1;     ///< of two large tiles the second; -1 takes the first other one
 };
 
 /// Shrinks a size to 16:9. The sides are compared by their truncated quotients w/16 and h/9, and
@@ -62,19 +65,40 @@ struct LayoutInput
 /// up to two pixels below the dialog.
 [[nodiscard]] std::vector<TilePlacement> nineCutPlacements(const LayoutInput& input);
 
+/// The adaptive gallery with up to sixteen tiles on each page.
+[[nodiscard]] std::vector<TilePlacement> sixteenCutPlacements(const LayoutInput& input);
+
+/// One large tile, with five small ones at its right and below it.
+[[nodiscard]] std::vector<TilePlacement> sixCutPlacements(const LayoutInput& input);
+
+/// One large tile, with seven small ones at its right and below it; it has no pages.
+[[nodiscard]] std::vector<TilePlacement> eightCutPlacements(const LayoutInput& input);
+
+/// The speaker with a strip of small tiles at the right, below or on top (modes 6, 7, 8). Without
+/// a speaker the strip stands alone.
+[[nodiscard]] std::vector<TilePlacement> speakerPlacements(const LayoutInput& input);
+
+/// Two speakers side by side above a strip (mode 9).
+[[nodiscard]] std::vector<TilePlacement> speaker4Placements(const LayoutInput& input);
+
+/// Squares of 2, 3 or 4 tiles a side (modes 11, 12, 13), which keep their shape.
+[[nodiscard]] std::vector<TilePlacement> fixedGridPlacements(const LayoutInput& input);
+
+/// One tile alone, centred in the dialog: a shared screen, a single participant.
+[[nodiscard]] TilePlacement aloneCentred(QSize area, int index);
+
+/// Where the speaker stands when the next one floats in the speaker tool (modes 4 and 5): the
+/// whole dialog, or, alone, the area that speakerToolArea gives.
+[[nodiscard]] std::vector<TilePlacement> speakerToolPlacements(const LayoutInput& input,
+                                                               const QRect& toolArea);
+
+/// The 16:9 area that belongs to the speaker tool's modes, centred in the dialog. A dialog of at
+/// most 100 pixels a side is not one yet: the screen takes its place.
+/// @param wide the dialog counts a quarter wider
+[[nodiscard]] QRect speakerToolArea(QSize dialog, QSize screen, bool wide);
+
 /// Stream grade of the tiles of a grid, in any meeting mode (`eLayoutType`). Both adaptive
 /// galleries ask by pages of six: only the first page of at most two participants is large.
 [[nodiscard]] int gridStreamType(int mode, int count, int page);
-
-/// Pages that `count` tiles fill; 0 for none.
-[[nodiscard]] int pageCount(int count, int tilesPerPage);
-
-/// The page, or the nearest one that has tiles; 0 when there is none.
-[[nodiscard]] int clampPage(int page, int count, int tilesPerPage);
-
-/// The page to show after a participant has left, for the arrangements with a strip: one back when
-/// the strip's page has just become empty. Other modes keep the page.
-/// @param remaining participants that are left, the large tiles' ones included
-[[nodiscard]] int pageAfterRemoval(int mode, int page, int remaining);
 
 } // namespace zr

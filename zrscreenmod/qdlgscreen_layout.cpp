@@ -3,6 +3,7 @@
 
 #include "cplaywidget.h"
 #include "meetingmode.h"
+#include "paging.h"
 #include "qzrscreenconfig.h"
 
 #include <QCoreApplication>

@@ -2,6 +2,7 @@
 #include "qdlgscreen.h"
 
 #include "cplaywidget.h"
+#include "paging.h"
 #include "personorder.h"
 #include "platform.h"
 #include "qzrscreenconfig.h"

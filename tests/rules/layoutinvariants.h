@@ -2,6 +2,7 @@
 #pragma once
 
 #include "layoutgeometry.h"
+#include "paging.h"
 
 #include <QString>
 

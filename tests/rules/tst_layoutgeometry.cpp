@@ -1,4 +1,5 @@
 #include "layoutgeometry.h"
+#include "paging.h"
 
 #include "layoutinvariants.h"
 #include "zrscreenmod.h"

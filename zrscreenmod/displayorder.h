@@ -1,0 +1,29 @@
+// The order in which participants are shown: who can be heard comes before the muted, and among
+// each those with a picture first.
+#pragma once
+
+#include <QtGlobal>
+
+#include <vector>
+
+namespace zr {
+
+/// What a participant's place depends on.
+struct OrderKey
+{
+    bool share = false; ///< a shared screen
+    bool host = false;  ///< the host of the meeting
+    bool self = false;  ///< the local user
+    bool muted = true;
+    bool picture = false; ///< the camera is on
+    qint64 joinTime = 0;
+    int customized = -1; ///< the position that the host gave; -1 without one
+};
+
+/// The shared screens, then whom the host customised, by position, then the host of the meeting and
+/// the local user, then all others by what can be heard and seen of them, and by join time.
+/// @param persons in join order
+/// @return the display order, as indices into `persons`; each exactly once.
+[[nodiscard]] std::vector<int> displayOrder(const std::vector<OrderKey>& persons);
+
+} // namespace zr
