@@ -1,0 +1,21 @@
+// What takes the place of a picture that nobody sends.
+#pragma once
+
+#include <QDialog>
+#include <QRect>
+
+/// A crossed-out camera in the middle of black. A child of its parent, shown at once. GUI thread.
+class QDlgNoVideo : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit QDlgNoVideo(QWidget* parent);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QRect m_rcImage;
+};
