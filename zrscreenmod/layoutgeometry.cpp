@@ -1,6 +1,6 @@
 #include "layoutgeometry.h"
 
-#include "zrscreenmod.h"
+#include "layoutparts.h"
 
 #include <algorithm>
 #include <iterator>
@@ -56,14 +56,24 @@ constexpr GridShape kNineCutShapes[] = {
     {9, 3, 3, 4, 2, 0},
 };
 
+// Intended as well: four columns or rows take off 5, where their three gaps need 6.
+constexpr GridShape kSixteenCutShapes[] = {
+    {1, 1, 1, 0, 0, 0},  //
+    {2, 2, 1, 2, 0, 0},  //
+    {3, 2, 2, 2, 2, 1},  //
+    {4, 2, 2, 2, 2, 0},  //
+    {5, 3, 2, 4, 2, 2},  //
+    {6, 3, 2, 4, 2, 0},  //
+    {7, 3, 3, 4, 4, 0},  //
+    {10, 4, 3, 5, 4, 0}, //
+    {13, 4, 4, 5, 5, 0},
+};
+
 constexpr GalleryGrid kEqualCut{std::begin(kEqualCutShapes), std::end(kEqualCutShapes),
                                 kEqualCutTiles};
 constexpr GalleryGrid kNineCut{std::begin(kNineCutShapes), std::end(kNineCutShapes), kNineCutTiles};
-
-QSize bounded(QSize size)
-{
-    return {std::clamp(size.width(), 0, kMaxSidePx), std::clamp(size.height(), 0, kMaxSidePx)};
-}
+constexpr GalleryGrid kSixteenCut{std::begin(kSixteenCutShapes), std::end(kSixteenCutShapes),
+                                  kSixteenCutTiles};
 
 const GridShape& shapeFor(const GalleryGrid& grid, int count)
 {
@@ -73,26 +83,25 @@ const GridShape& shapeFor(const GalleryGrid& grid, int count)
     return *std::prev(next);
 }
 
-/// The half-open range of list indices on a page; empty for a page outside the list.
-struct PageRange
+/// Tiles on a side of a fixed grid; 0 for a mode that is none.
+int fixedGridSide(int mode)
 {
-    int first;
-    int last;
-};
-
-PageRange pageRange(int page, int count, int tilesPerPage)
-{
-    const qint64 first = static_cast<qint64>(page) * tilesPerPage;
-    if (page < 0 || first >= count)
-        return {0, 0};
-    return {static_cast<int>(first),
-            static_cast<int>(std::min<qint64>(first + tilesPerPage, count))};
+    switch (mode) {
+    case eLayoutGrid4:
+        return 2;
+    case eLayoutGrid9:
+        return 3;
+    case eLayoutGrid16:
+        return 4;
+    default:
+        return 0;
+    }
 }
 
 std::vector<TilePlacement> galleryPlacements(const GalleryGrid& grid, const LayoutInput& input)
 {
     const PageRange range = pageRange(input.page, input.count, grid.tilesPerPage);
-    if (range.first == range.last)
+    if (range.size() == 0)
         return {};
 
     const QSize area = bounded(input.area);
@@ -107,7 +116,7 @@ std::vector<TilePlacement> galleryPlacements(const GalleryGrid& grid, const Layo
     const int grade = gridStreamType(input.mode, input.count, input.page);
 
     std::vector<TilePlacement> placements;
-    placements.reserve(static_cast<std::size_t>(range.last - range.first));
+    placements.reserve(range.size());
     for (int index = range.first; index < range.last; ++index) {
         const int column = (index - range.first) % shape.columns;
         const int row = (index - range.first) / shape.columns;
@@ -153,6 +162,70 @@ std::vector<TilePlacement> equalCutPlacements(const LayoutInput& input)
 std::vector<TilePlacement> nineCutPlacements(const LayoutInput& input)
 {
     return galleryPlacements(kNineCut, input);
+}
+
+std::vector<TilePlacement> sixteenCutPlacements(const LayoutInput& input)
+{
+    return galleryPlacements(kSixteenCut, input);
+}
+
+std::vector<TilePlacement> fixedGridPlacements(const LayoutInput& input)
+{
+    const int side = fixedGridSide(input.mode);
+    const PageRange range = pageRange(input.page, input.count, side * side);
+    const QSize area = bounded(input.area);
+    const int gapsPx = side - 1;
+    if (range.size() == 0)
+        return {};
+
+    const QSize tile =
+        fitSize16x9({(area.width() - gapsPx) / side, (area.height() - gapsPx) / side});
+    const QPoint corner((area.width() - side * tile.width() - gapsPx) / 2,
+                        (area.height() - side * tile.height() - gapsPx) / 2);
+    const int grade = gridStreamType(input.mode, input.count, input.page);
+
+    std::vector<TilePlacement> placements;
+    placements.reserve(range.size());
+    for (int index = range.first; index < range.last; ++index) {
+        const int column = (index - range.first) % side;
+        const int row = (index - range.first) / side;
+        const QPoint offset((tile.width() + 1) * column, (tile.height() + 1) * row);
+        placements.push_back({index, QRect(corner + offset, tile), grade});
+    }
+    return placements;
+}
+
+TilePlacement aloneCentred(QSize area, int index)
+{
+    return {index, centerRect16x9(area), kGradeLarge};
+}
+
+std::vector<TilePlacement> placementsFor(const LayoutInput& input, bool nineCut)
+{
+    switch (input.mode) {
+    case eLayoutEqualCut:
+        return nineCut ? nineCutPlacements(input) : equalCutPlacements(input);
+    case eLayout6Cut:
+        return sixCutPlacements(input);
+    case eLayout8Cut:
+        return eightCutPlacements(input);
+    case eLayoutSpeakerRight:
+    case eLayoutSpeakerBottom:
+    case eLayoutSpeakerTop:
+        return speakerPlacements(input);
+    case eLayoutSpeaker4:
+        return speaker4Placements(input);
+    case eLayoutGrid4:
+    case eLayoutGrid9:
+    case eLayoutGrid16:
+        return fixedGridPlacements(input);
+    case eLayoutSingle:
+        if (input.count > 0)
+            return {aloneCentred(input.area, 0)};
+        return {};
+    default:
+        return {};
+    }
 }
 
 int gridStreamType(int mode, int count, int page)

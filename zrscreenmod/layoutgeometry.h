@@ -2,7 +2,8 @@
 // are pixels and every division truncates toward zero.
 //
 // Every function takes any arguments: negative sides and counts are taken as 0, sides above
-// kMaxSidePx as kMaxSidePx, and a page outside the list has no tiles.
+// kMaxSidePx as kMaxSidePx, an index outside the list as none, and a page outside the list has no
+// tiles but those of the speakers.
 #pragma once
 
 #include "zrscreenmod.h"
@@ -22,9 +23,10 @@ constexpr int kGradeSmall = 2;
 constexpr int kGradeGrid = 3;
 constexpr int kGradeLarge = 4;
 
-/// Tiles per page of the two adaptive galleries, and of the strips beside a speaker.
+/// Tiles per page of the adaptive galleries, and of the strips beside a speaker.
 constexpr int kEqualCutTiles = 6;
 constexpr int kNineCutTiles = 9;
+constexpr int kSixteenCutTiles = 16;
 constexpr int kStripTiles = 6;
 
 /// One tile of the current page.
@@ -65,30 +67,36 @@ struct LayoutInput
 /// up to two pixels below the dialog.
 [[nodiscard]] std::vector<TilePlacement> nineCutPlacements(const LayoutInput& input);
 
-/// The adaptive gallery with up to sixteen tiles on each page.
+/// The adaptive gallery with up to sixteen tiles on each page, which no mode shows. Four columns or
+/// rows may end a pixel outside the dialog.
 [[nodiscard]] std::vector<TilePlacement> sixteenCutPlacements(const LayoutInput& input);
 
-/// One large tile, with five small ones at its right and below it.
+/// One large tile, with five small ones at its right and below it. Everybody behind the page is
+/// placed too, on an empty rectangle.
 [[nodiscard]] std::vector<TilePlacement> sixCutPlacements(const LayoutInput& input);
 
-/// One large tile, with seven small ones at its right and below it; it has no pages.
+/// One large tile, with seven small ones at its right and below it. It has no pages: from the ninth
+/// on, everybody is placed on an empty rectangle.
 [[nodiscard]] std::vector<TilePlacement> eightCutPlacements(const LayoutInput& input);
 
-/// The speaker with a strip of small tiles at the right, below or on top (modes 6, 7, 8). Without
-/// a speaker the strip stands alone.
+/// The speaker with a strip of small tiles at the right, below or on top (modes 6, 7, 8). The
+/// speaker fills what the strip leaves and is not 16:9. Without a speaker the strip stands alone
+/// while polling, and otherwise there are no tiles. The right edge of the speaker or of the strip
+/// may lie up to two pixels outside the dialog, the lower edge of the speaker one.
 [[nodiscard]] std::vector<TilePlacement> speakerPlacements(const LayoutInput& input);
 
-/// Two speakers side by side above a strip (mode 9).
+/// Two speakers side by side above a strip (mode 9). Without a first speaker as above.
 [[nodiscard]] std::vector<TilePlacement> speaker4Placements(const LayoutInput& input);
 
-/// Squares of 2, 3 or 4 tiles a side (modes 11, 12, 13), which keep their shape.
+/// Squares of 2, 3 or 4 tiles a side (modes 11, 12, 13), which keep their shape. Other modes have
+/// no tiles.
 [[nodiscard]] std::vector<TilePlacement> fixedGridPlacements(const LayoutInput& input);
 
 /// One tile alone, centred in the dialog: a shared screen, a single participant.
 [[nodiscard]] TilePlacement aloneCentred(QSize area, int index);
 
 /// Where the speaker stands when the next one floats in the speaker tool (modes 4 and 5): the
-/// whole dialog, or, alone, the area that speakerToolArea gives.
+/// whole dialog, or, alone, the area that speakerToolArea gives. No tile without a speaker.
 [[nodiscard]] std::vector<TilePlacement> speakerToolPlacements(const LayoutInput& input,
                                                                const QRect& toolArea);
 
@@ -96,6 +104,11 @@ struct LayoutInput
 /// most 100 pixels a side is not one yet: the screen takes its place.
 /// @param wide the dialog counts a quarter wider
 [[nodiscard]] QRect speakerToolArea(QSize dialog, QSize screen, bool wide);
+
+/// The arrangement of the input's mode, for all modes that need nothing else: not for the speaker
+/// tool's and the share's, which have no tiles here, as values that are no mode.
+/// @param nineCut the adaptive gallery is the one with nine tiles
+[[nodiscard]] std::vector<TilePlacement> placementsFor(const LayoutInput& input, bool nineCut);
 
 /// Stream grade of the tiles of a grid, in any meeting mode (`eLayoutType`). Both adaptive
 /// galleries ask by pages of six: only the first page of at most two participants is large.
