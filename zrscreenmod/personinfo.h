@@ -64,6 +64,10 @@ struct tagPersonInfo
     int iVolume = 0;          ///< 0 to 100
     bool bLocalVideo = false; ///< the local user's own camera picture
     bool bLocalVideoConfirmed = false;
+    /// The camera is on, as far as is known. Unlike bPreview it outlives a stream that is closed
+    /// because its tile is not visible; the order of the participants depends on it.
+    bool bPicture = false;
+    int iSentStreamType = 0; ///< the grade that the host was asked for; 0 once the stream closes
     std::atomic<quint64> pendingFrameSize{0}; ///< see QDlgScreen::playFrame
     std::atomic<bool> badFrameLogged{false};  ///< a refused frame was logged, no good one since
     std::atomic<int> pins{0};                 ///< threads at work on the record; see PersonPin
