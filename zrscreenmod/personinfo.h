@@ -62,6 +62,7 @@ struct tagPersonInfo
     // --- The module's own state ---
     quint64 serial = 0;       ///< never reused in the process, as addresses are; fixed at creation
     int iVolume = 0;          ///< 0 to 100
+    bool bShare = false;      ///< the id names a shared screen; fixed at creation
     bool bLocalVideo = false; ///< the local user's own camera picture
     bool bLocalVideoConfirmed = false;
     /// The camera is on, as far as is known. Unlike bPreview it outlives a stream that is closed
