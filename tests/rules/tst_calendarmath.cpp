@@ -1,0 +1,229 @@
+#include "calendarmath.h"
+
+#include <QtTest>
+
+Q_DECLARE_METATYPE(zr::DateChoice)
+
+namespace {
+
+QDateTime at(int y, int mo, int d, int h = 0, int mi = 0, int s = 0, int ms = 0)
+{
+    return {QDate(y, mo, d), QTime(h, mi, s, ms)};
+}
+
+QString show(const zr::DateChoice& c)
+{
+    return QStringLiteral("%1-%2-%3 %4:%5:%6")
+        .arg(c.year)
+        .arg(c.month)
+        .arg(c.day)
+        .arg(c.hour)
+        .arg(c.minute)
+        .arg(c.second);
+}
+
+} // namespace
+
+class TestCalendarMath : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void agreesWithQtsCalendar();
+    void sheetOfAMonth_data();
+    void sheetOfAMonth();
+    void resolvesWhatIsRequested_data();
+    void resolvesWhatIsRequested();
+    void movesByMonths_data();
+    void movesByMonths();
+    void confirmsTheFutureOnly_data();
+    void confirmsTheFutureOnly();
+    void scrollsListsToTheSelection();
+    void opensInside_data();
+    void opensInside();
+};
+
+void TestCalendarMath::agreesWithQtsCalendar()
+{
+    for (int year = zr::kFirstYear; year <= zr::kLastYear; ++year) {
+        QCOMPARE(zr::isLeapYear(year), QDate::isLeapYear(year));
+        for (int month = 1; month <= 12; ++month) {
+            const QDate first(year, month, 1);
+            QCOMPARE(zr::daysInMonth(year, month), first.daysInMonth());
+            QCOMPARE(zr::weekdayOfFirst(year, month), first.dayOfWeek());
+            // The sheet is the days from the Monday at or before the 1st, one after the other.
+            QDate day = first.addDays(1 - first.dayOfWeek());
+            for (const zr::CalendarCell& cell : zr::calendarCells(year, month)) {
+                QCOMPARE(cell.day, day.day());
+                const auto place = day < first            ? zr::CellMonth::Previous
+                                   : day.month() == month ? zr::CellMonth::Shown
+                                                          : zr::CellMonth::Next;
+                QVERIFY2(cell.month == place, qPrintable(day.toString(Qt::ISODate)));
+                day = day.addDays(1);
+            }
+        }
+    }
+}
+
+void TestCalendarMath::sheetOfAMonth_data()
+{
+    QTest::addColumn<int>("year");
+    QTest::addColumn<int>("month");
+    QTest::addColumn<int>("leading");
+    QTest::addColumn<int>("firstLeading"); // the number in the first cell
+    QTest::addColumn<int>("rows");
+    QTest::newRow("starts on Monday, four rows") << 2021 << 2 << 0 << 1 << 4;
+    QTest::newRow("starts on Sunday, six rows") << 2026 << 3 << 6 << 23 << 6;
+    QTest::newRow("after the turn of the year") << 2027 << 1 << 4 << 28 << 5;
+    QTest::newRow("after a 29th of February") << 2024 << 3 << 4 << 26 << 5;
+}
+
+void TestCalendarMath::sheetOfAMonth()
+{
+    QFETCH(int, year);
+    QFETCH(int, month);
+    QFETCH(int, leading);
+    QFETCH(int, firstLeading);
+    QFETCH(int, rows);
+    const auto cells = zr::calendarCells(year, month);
+    QCOMPARE(cells[0].day, firstLeading);
+    QCOMPARE(cells[static_cast<std::size_t>(leading)].day, 1);
+    int lastShown = 0;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        if (cells[i].month == zr::CellMonth::Shown)
+            lastShown = static_cast<int>(i);
+    }
+    QCOMPARE(lastShown / zr::kCalendarColumns + 1, rows);
+}
+
+void TestCalendarMath::resolvesWhatIsRequested_data()
+{
+    QTest::addColumn<zr::DateChoice>("requested");
+    QTest::addColumn<zr::DateChoice>("expected");
+    using Choice = zr::DateChoice;
+    // Now is 31 January 2026, 18:30:15.
+    QTest::newRow("as it is") << Choice{2027, 2, 3, 4, 5, 6} << Choice{2027, 2, 3, 4, 5, 6};
+    QTest::newRow("all of now") << Choice{-1, -1, -1, -1, -1, -1}
+                                << Choice{2026, 1, 31, 18, 30, 15};
+    QTest::newRow("today's day in a shorter month")
+        << Choice{-1, 2, -1, 0, 0, 0} << Choice{2026, 2, 28, 0, 0, 0};
+    QTest::newRow("only the time of now")
+        << Choice{2028, 2, 29, -1, -1, 0} << Choice{2028, 2, 29, 18, 30, 0};
+    QTest::newRow("year of now, other month and day")
+        << Choice{-1, 12, 24, 20, 0, 0} << Choice{2026, 12, 24, 20, 0, 0};
+    QTest::newRow("too high") << Choice{2026, 13, 32, 99, 60, 61}
+                              << Choice{2026, 12, 31, 23, 59, 59};
+    QTest::newRow("too low") << Choice{0, 0, 0, -2, -2, -2} << Choice{1970, 1, 1, 0, 0, 0};
+    QTest::newRow("far out") << Choice{INT_MAX, INT_MIN, INT_MAX, INT_MIN, INT_MAX, INT_MIN}
+                             << Choice{2199, 1, 31, 0, 59, 0};
+    QTest::newRow("29 February of another year")
+        << Choice{2027, 2, 29, 1, 1, 1} << Choice{2027, 2, 28, 1, 1, 1};
+}
+
+void TestCalendarMath::resolvesWhatIsRequested()
+{
+    QFETCH(zr::DateChoice, requested);
+    QFETCH(zr::DateChoice, expected);
+    QCOMPARE(show(zr::resolvedChoice(requested, at(2026, 1, 31, 18, 30, 15))), show(expected));
+}
+
+void TestCalendarMath::movesByMonths_data()
+{
+    QTest::addColumn<QDate>("from"); // an invalid day stands for none
+    QTest::addColumn<int>("months");
+    QTest::addColumn<QDate>("to");
+    QTest::newRow("31 to 30 days") << QDate(2026, 3, 31) << 1 << QDate(2026, 4, 30);
+    QTest::newRow("back to February") << QDate(2024, 3, 31) << -1 << QDate(2024, 2, 29);
+    QTest::newRow("29 February, a year later") << QDate(2024, 2, 29) << 12 << QDate(2025, 2, 28);
+    QTest::newRow("29 February, a year earlier") << QDate(2024, 2, 29) << -12 << QDate(2023, 2, 28);
+    QTest::newRow("over the turn of the year") << QDate(2025, 12, 5) << 1 << QDate(2026, 1, 5);
+    QTest::newRow("back over it") << QDate(2026, 1, 5) << -1 << QDate(2025, 12, 5);
+    QTest::newRow("not before the first year") << QDate(1970, 6, 9) << -12 << QDate(1970, 6, 9);
+    QTest::newRow("the first month") << QDate(1970, 2, 9) << -1 << QDate(1970, 1, 9);
+    QTest::newRow("not beyond the last year") << QDate(2199, 12, 9) << 1 << QDate(2199, 12, 9);
+}
+
+void TestCalendarMath::movesByMonths()
+{
+    QFETCH(QDate, from);
+    QFETCH(int, months);
+    QFETCH(QDate, to);
+    const zr::DateChoice choice{from.year(), from.month(), from.day(), 7, 8, 9};
+    const zr::DateChoice expected{to.year(), to.month(), to.day(), 7, 8, 9};
+    QCOMPARE(show(zr::movedByMonths(choice, months)), show(expected));
+    const zr::DateChoice none = zr::clearedChoice(choice);
+    QCOMPARE(show(zr::movedByMonths(none, months)), show(zr::clearedChoice(expected)));
+    QVERIFY(!zr::isConfirmable(none, at(1969, 1, 1)));
+}
+
+void TestCalendarMath::confirmsTheFutureOnly_data()
+{
+    QTest::addColumn<QDateTime>("now");
+    QTest::addColumn<bool>("valid");
+    QTest::addColumn<bool>("past"); // the day
+    // Chosen is 28 February 2026, 18:30.
+    QTest::newRow("long before") << at(2025, 12, 31, 23, 59) << true << false;
+    QTest::newRow("in the minute") << at(2026, 2, 28, 18, 30, 0) << true << false;
+    QTest::newRow("in its last second") << at(2026, 2, 28, 18, 30, 59, 999) << true << false;
+    QTest::newRow("a second too late") << at(2026, 2, 28, 18, 31) << false << false;
+    QTest::newRow("at the end of the day") << at(2026, 2, 28, 23, 59, 59, 999) << false << false;
+    QTest::newRow("the next day") << at(2026, 3, 1) << false << true;
+    QTest::newRow("the next year, an earlier month") << at(2027, 1, 1) << false << true;
+}
+
+void TestCalendarMath::confirmsTheFutureOnly()
+{
+    QFETCH(QDateTime, now);
+    QFETCH(bool, valid);
+    QFETCH(bool, past);
+    const zr::DateChoice choice{2026, 2, 28, 18, 30, 0};
+    QCOMPARE(zr::isConfirmable(choice, now), valid);
+    QCOMPARE(zr::isPastDay(2026, 2, 28, now), past);
+    for (int zr::DateChoice::*field : {&zr::DateChoice::day, &zr::DateChoice::hour}) {
+        zr::DateChoice incomplete = choice;
+        incomplete.*field = -1;
+        QVERIFY(!zr::isConfirmable(incomplete, now));
+    }
+}
+
+void TestCalendarMath::scrollsListsToTheSelection()
+{
+    constexpr int kHeight = 28;
+    QCOMPARE(zr::listScrollPx(18, 24, kHeight), 33 * 17 + 3);
+    QCOMPARE(zr::listScrollPx(23, 24, kHeight), 33 * 17 + 3);
+    QCOMPARE(zr::listScrollPx(54, 60, kHeight), 33 * 53 + 3);
+    QCOMPARE(zr::listScrollPx(59, 60, kHeight), 33 * 53 + 3);
+    QCOMPARE(zr::listScrollPx(-1, 60, kHeight), 0);
+    for (const int rows : {24, 60}) {
+        for (int row = 0; row < rows; ++row) {
+            const int top = zr::kListTopPx + row * (kHeight + zr::kListGapPx)
+                            - zr::listScrollPx(row, rows, kHeight);
+            QVERIFY2(top >= 0 && top + kHeight <= zr::kVisibleListRows * (kHeight + zr::kListGapPx),
+                     qPrintable(QStringLiteral("row %1 of %2").arg(row).arg(rows)));
+        }
+    }
+}
+
+void TestCalendarMath::opensInside_data()
+{
+    QTest::addColumn<QPoint>("asked");
+    QTest::addColumn<QPoint>("expected");
+    // A widget of 420 x 300 with a content of 400 pixels, in an area of 1000 x 800 at (-50, 20).
+    QTest::newRow("room enough") << QPoint(700, 100) << QPoint(290, 100);
+    QTest::newRow("beyond the left edge") << QPoint(100, 100) << QPoint(-60, 100);
+    QTest::newRow("beyond the right edge") << QPoint(5000, 100) << QPoint(540, 100);
+    QTest::newRow("beyond the bottom") << QPoint(700, 790) << QPoint(290, 520);
+    QTest::newRow("above the top") << QPoint(700, -5000) << QPoint(290, 20);
+}
+
+void TestCalendarMath::opensInside()
+{
+    QFETCH(QPoint, asked);
+    QFETCH(QPoint, expected);
+    QCOMPARE(zr::pickerTopLeft(asked, {420, 300}, 400, {-50, 20, 1000, 800}), expected);
+    // Too small an area shows the top left.
+    QCOMPARE(zr::pickerTopLeft(asked, {420, 300}, 400, {0, 0, 200, 100}), QPoint(-10, 0));
+}
+
+QTEST_APPLESS_MAIN(TestCalendarMath)
+#include "tst_calendarmath.moc"
