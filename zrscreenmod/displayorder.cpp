@@ -8,7 +8,7 @@ namespace zr {
 
 namespace {
 
-enum Group
+enum class Group
 {
     kShare,
     kCustomized,
@@ -23,16 +23,16 @@ enum Group
 Group groupOf(const OrderKey& key)
 {
     if (key.customized >= 0)
-        return kCustomized;
+        return Group::kCustomized;
     if (key.share)
-        return kShare;
+        return Group::kShare;
     if (key.host)
-        return kHost;
+        return Group::kHost;
     if (key.self)
-        return kSelf;
+        return Group::kSelf;
     if (!key.muted)
-        return key.picture ? kHeardAndSeen : kHeard;
-    return key.picture ? kSeen : kNeither;
+        return key.picture ? Group::kHeardAndSeen : Group::kHeard;
+    return key.picture ? Group::kSeen : Group::kNeither;
 }
 
 /// Compares as the places do. Join times decide among the buckets alone: at the head the order is
@@ -40,9 +40,9 @@ Group groupOf(const OrderKey& key)
 std::tuple<Group, qint64> rankOf(const OrderKey& key)
 {
     const Group group = groupOf(key);
-    if (group == kCustomized)
+    if (group == Group::kCustomized)
         return {group, key.customized};
-    return {group, group >= kHeardAndSeen ? key.joinTime : 0};
+    return {group, group >= Group::kHeardAndSeen ? key.joinTime : 0};
 }
 
 } // namespace

@@ -17,11 +17,13 @@ struct OrderKey
     bool muted = true;
     bool picture = false; ///< the camera is on
     qint64 joinTime = 0;
-    int customized = -1; ///< the position that the host gave; -1 without one
+    /// Place among those whom the host ordered, from 0 on; -1 for the others. Not the position that
+    /// the host gave, which may be negative.
+    int customized = -1;
 };
 
-/// The shared screens, then whom the host customised, by position, then the host of the meeting and
-/// the local user, then all others by what can be heard and seen of them, and by join time.
+/// The shared screens, then whom the host customised, in its order, then the host of the meeting
+/// and the local user, then all others by what can be heard and seen of them, and by join time.
 /// @param persons in join order
 /// @return the display order, as indices into `persons`; each exactly once.
 [[nodiscard]] std::vector<int> displayOrder(const std::vector<OrderKey>& persons);

@@ -4,6 +4,7 @@
 #include "meetingmode.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace zr {
 
@@ -61,14 +62,8 @@ int pageAfterRemoval(int mode, int page, int remaining)
 
 int clampPageAroundSpeaker(int page, int count, int speaker)
 {
-    for (page = clampPage(page, count, kStripTiles); page > 0; --page) {
-        // A speaker at the start of the page or before it leaves the page one place further on.
-        const int start = page * kStripTiles;
-        const bool before = speaker >= 0 && speaker <= start;
-        if (start + (before ? 1 : 0) < count)
-            break;
-    }
-    return page;
+    const bool listed = speaker >= 0 && speaker < count;
+    return clampPage(page, listed ? count - 1 : count, kStripTiles);
 }
 
 int nextPage(int page, int pages, bool wrap)
@@ -77,6 +72,12 @@ int nextPage(int page, int pages, bool wrap)
     if (page < last)
         return std::max(page, -1) + 1;
     return wrap ? 0 : last;
+}
+
+int pollPeriodMs(int periodS)
+{
+    constexpr int kMaxPeriodS = std::numeric_limits<int>::max() / 1000;
+    return std::clamp(periodS, 1, kMaxPeriodS) * 1000;
 }
 
 int pollPage(int ticks, int pages)

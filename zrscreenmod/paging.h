@@ -13,7 +13,8 @@ constexpr int kPageTurnMs = 400;
 [[nodiscard]] int largeTiles(int mode);
 
 /// Tiles on a page of the paged part, as many as the arrangement really has; 0 for an arrangement
-/// that has no pages.
+/// that has no pages. The share's mode shows the adaptive gallery while there is no share: ask for
+/// that one's then.
 /// @param nineCut the adaptive gallery is the one with nine tiles
 [[nodiscard]] int tilesPerPage(int mode, bool nineCut);
 
@@ -28,12 +29,15 @@ constexpr int kPageTurnMs = 400;
 /// @param remaining participants that are left, the large tiles' ones included
 [[nodiscard]] int pageAfterRemoval(int mode, int page, int remaining);
 
-/// clampPage for a list in which the speaker stands, but takes no place of the strip.
-/// @param count of the whole display list @param speaker its index there
+/// clampPage for a strip: the speaker stands in the list, but takes no place of the strip.
+/// @param count of the whole display list @param speaker its index there; outside the list none
 [[nodiscard]] int clampPageAroundSpeaker(int page, int count, int speaker);
 
 /// The page that follows. From the last one on it is the first one with `wrap`, else the last.
 [[nodiscard]] int nextPage(int page, int pages, bool wrap);
+
+/// How long a poll shows a page: at least a second, and at most what a timer can count.
+[[nodiscard]] int pollPeriodMs(int periodS);
 
 /// The page that a poll shows after `ticks` ticks; 0 without pages.
 [[nodiscard]] int pollPage(int ticks, int pages);

@@ -1,5 +1,4 @@
 #include "layoutgeometry.h"
-#include "paging.h"
 
 #include "layoutinvariants.h"
 #include "zrscreenmod.h"
@@ -7,6 +6,7 @@
 #include <QRandomGenerator>
 #include <QtTest>
 
+#include <initializer_list>
 #include <limits>
 
 namespace {
@@ -14,30 +14,115 @@ namespace {
 constexpr int kIntMax = std::numeric_limits<int>::max();
 constexpr int kIntMin = std::numeric_limits<int>::min();
 
+/// The arrangements of the adaptive gallery's mode.
 enum class Gallery
 {
     six,
     nine,
+    sixteen,
 };
 
+/// Any arrangement but the speaker tool's: a mode, and for the first mode which gallery.
 std::vector<zr::TilePlacement> place(Gallery gallery, const zr::LayoutInput& input)
 {
-    return gallery == Gallery::six ? zr::equalCutPlacements(input) : zr::nineCutPlacements(input);
+    if (gallery == Gallery::sixteen && input.mode == eLayoutEqualCut)
+        return zr::sixteenCutPlacements(input);
+    return zr::placementsFor(input, gallery == Gallery::nine);
 }
 
-LayoutRules rulesOf(Gallery gallery, int count)
+LayoutRules galleryRules(Gallery gallery, int count)
 {
-    if (gallery == Gallery::six)
-        return {6, 0};
-    return {9, count >= 7 ? 2 : 0}; // three rows step four pixels but reserve two
+    LayoutRules rules;
+    rules.tilesPerPage = gallery == Gallery::six ? 6 : gallery == Gallery::nine ? 9 : 16;
+    // Three rows of the nine step four pixels but reserve two.
+    if (gallery == Gallery::nine && count >= 7)
+        rules.overhang = {0, 2};
+    // Four columns or rows of the sixteen step six pixels but reserve five.
+    if (gallery == Gallery::sixteen)
+        rules.overhang = {count >= 10 ? 1 : 0, count >= 13 ? 1 : 0};
+    return rules;
+}
+
+LayoutRules speakerRules(const zr::LayoutInput& input)
+{
+    LayoutRules rules;
+    rules.tilesPerPage = 6;
+    if (input.speaker >= 0)
+        rules.onEveryPage.push_back(input.speaker);
+    else if (!input.polling)
+        rules.unseenFrom = 0;
+    if (input.count < 2 && !input.polling)
+        return rules;
+    if (input.mode == eLayoutSpeaker4) {
+        const bool asked = input.secondSpeaker >= 0 && input.secondSpeaker != input.speaker;
+        const int second = asked ? input.secondSpeaker : input.speaker == 0 ? 1 : 0;
+        if (input.speaker >= 0 && second < input.count)
+            rules.onEveryPage.push_back(second);
+        return rules;
+    }
+    // The speaker's right and lower edges are inclusive; the strip on the right starts two further.
+    rules.overhang = {input.mode == eLayoutSpeakerRight ? 2 : 1,
+                      input.mode == eLayoutSpeakerBottom ? 0 : 1};
+    rules.largeTilesFill = true;
+    return rules;
+}
+
+LayoutRules rulesOf(Gallery gallery, const zr::LayoutInput& input)
+{
+    LayoutRules rules;
+    switch (input.mode) {
+    case eLayoutEqualCut:
+        return galleryRules(gallery, input.count);
+    case eLayout6Cut:
+        rules.tilesPerPage = 6;
+        return rules;
+    case eLayout8Cut:
+        rules.onEveryPage = {0, 1, 2, 3, 4, 5, 6, 7};
+        rules.onEveryPage.resize(static_cast<std::size_t>(std::clamp(input.count, 0, 8)));
+        rules.unseenFrom = 8;
+        return rules;
+    case eLayoutGrid4:
+    case eLayoutGrid9:
+    case eLayoutGrid16: {
+        const int side = input.mode - eLayoutGrid4 + 2;
+        rules.tilesPerPage = side * side;
+        return rules;
+    }
+    case eLayoutSingle:
+        if (input.count > 0)
+            rules.onEveryPage = {0};
+        rules.unseenFrom = 1;
+        return rules;
+    default:
+        return speakerRules(input);
+    }
 }
 
 using Corners = std::vector<QPoint>;
+using Tiles = std::vector<zr::TilePlacement>;
+
+/// Large tiles, and then small ones of one size, from the index `first` on.
+Tiles tiles(Tiles large, int first, QSize size, const Corners& corners)
+{
+    for (const QPoint& corner : corners)
+        large.push_back({first++, QRect(corner, size), zr::kGradeSmall});
+    return large;
+}
+
+QString describeAll(const Tiles& all)
+{
+    QStringList lines;
+    for (const auto& tile : all)
+        lines << describe(tile);
+    return lines.join(QLatin1Char('\n'));
+}
 
 } // namespace
 
 Q_DECLARE_METATYPE(Gallery)
 Q_DECLARE_METATYPE(Corners)
+Q_DECLARE_METATYPE(Tiles)
+Q_DECLARE_METATYPE(zr::LayoutInput)
 
 class tst_LayoutGeometry : public QObject
 {
@@ -47,11 +132,13 @@ private slots:
     void fit();
     void galleryRectangles_data();
     void galleryRectangles();
+    void rectangles_data();
+    void rectangles();
+    void speakerTool();
+    void invariantsHoldForGeneratedDialogs_data();
     void invariantsHoldForGeneratedDialogs();
     void hostileInput();
     void gradesOfGrids();
-    void pages();
-    void pageAfterRemovalInStrips();
 };
 
 void tst_LayoutGeometry::fit()
@@ -144,6 +231,49 @@ void tst_LayoutGeometry::galleryRectangles_data()
     row("wide 8", Gallery::nine, wide, 8, 0, {234, 132},
         {{447, 1}, {683, 1}, {919, 1}, {447, 135}, {683, 135}, {919, 135}, {565, 269}, {801, 269}});
 
+    // Seven and more of sixteen reserve all their gaps, and the pair of eight is not centred.
+    row("HD 3 of sixteen", Gallery::sixteen, hd, 3, 0, {639, 359}, {{0, 0}, {641, 0}, {320, 361}});
+    row("HD 8 of sixteen", Gallery::sixteen, hd, 8, 0, {425, 238},
+        {{0, 1}, {427, 1}, {854, 1}, {0, 241}, {427, 241}, {854, 241}, {0, 481}, {427, 481}});
+    row("HD 26 on a second page of sixteen", Gallery::sixteen, hd, 26, 1, {318, 178},
+        {{1, 1},
+         {321, 1},
+         {641, 1},
+         {961, 1},
+         {1, 181},
+         {321, 181},
+         {641, 181},
+         {961, 181},
+         {1, 361},
+         {321, 361}});
+    row("12 of sixteen", Gallery::sixteen, hd, 12, 0, {318, 178},
+        {{1, 91},
+         {321, 91},
+         {641, 91},
+         {961, 91},
+         {1, 271},
+         {321, 271},
+         {641, 271},
+         {961, 271},
+         {1, 451},
+         {321, 451},
+         {641, 451},
+         {961, 451}});
+    row("13 of sixteen end outside", Gallery::sixteen, {1281, 721}, 13, 0, {319, 179},
+        {{0, 0},
+         {321, 0},
+         {642, 0},
+         {963, 0},
+         {0, 181},
+         {321, 181},
+         {642, 181},
+         {963, 181},
+         {0, 362},
+         {321, 362},
+         {642, 362},
+         {963, 362},
+         {0, 543}});
+
     both("nobody", hd, 0, {}, {});
     row("page after the last", Gallery::six, hd, 12, 2, {}, {});
     row("page before the first", Gallery::nine, hd, 12, -1, {}, {});
@@ -158,9 +288,9 @@ void tst_LayoutGeometry::galleryRectangles()
     QFETCH(const QSize, tile);
     QFETCH(const Corners, corners);
 
-    const auto tiles = place(gallery, {area, count, page});
+    const Tiles tiles = place(gallery, {area, count, page});
     QCOMPARE(tiles.size(), corners.size());
-    const int first = page * rulesOf(gallery, count).tilesPerPage;
+    const int first = page * galleryRules(gallery, count).tilesPerPage;
     for (std::size_t i = 0; i < tiles.size(); ++i) {
         QCOMPARE(tiles[i].index, first + static_cast<int>(i));
         QCOMPARE(tiles[i].rect, QRect(corners[i], tile));
@@ -168,52 +298,225 @@ void tst_LayoutGeometry::galleryRectangles()
     }
 }
 
+void tst_LayoutGeometry::rectangles_data()
+{
+    QTest::addColumn<zr::LayoutInput>("input");
+    QTest::addColumn<Tiles>("expected");
+
+    const auto row = [](const char* name, int mode, QSize area, int count, int page,
+                        const Tiles& expected, int speaker = -1, int second = -1,
+                        bool polling = false) {
+        QTest::newRow(name) << zr::LayoutInput{area, count, page, mode, polling, speaker, second}
+                            << expected;
+    };
+    const auto poll = [&row](const char* name, int mode, QSize area, int count,
+                             const Tiles& expected, int speaker = -1) {
+        row(name, mode, area, count, 0, expected, speaker, -1, true);
+    };
+    const QSize hd(1280, 720);
+    const QSize tall(1000, 700);
+    const QSize wide(1600, 400);
+    const auto large = [](int index, const QRect& rect) {
+        return Tiles{{index, rect, zr::kGradeLarge}};
+    };
+    const auto grid = [](int grade, Tiles all) {
+        for (auto& tile : all)
+            tile.grade = grade;
+        return all;
+    };
+
+    const Corners sixHd{{854, 1}, {854, 241}, {1, 481}, {427, 481}, {854, 481}};
+    row("six HD", eLayout6Cut, hd, 6, 0, tiles(large(0, {1, 1, 851, 478}), 1, {424, 238}, sixHd));
+    row("six, smaller by the fit", eLayout6Cut, {966, 540}, 6, 0,
+        tiles(large(0, {1, 1, 636, 358}), 1, {316, 178},
+              {{645, 1}, {645, 181}, {1, 361}, {323, 361}, {645, 361}}));
+    row("six in a tall dialog", eLayout6Cut, tall, 6, 0,
+        tiles(large(0, {1, 70, 664, 372}), 1, {331, 185},
+              {{667, 70}, {667, 257}, {1, 444}, {334, 444}, {667, 444}}));
+    row("six in a wide dialog, second page", eLayout6Cut, {1601, 401}, 10, 1,
+        tiles(large(6, {445, 1, 472, 265}), 7, {235, 131}, {{919, 1}, {919, 134}, {445, 268}}));
+    Tiles seven = tiles(large(0, {1, 1, 851, 478}), 1, {424, 238}, sixHd);
+    seven.push_back({6, QRect(), zr::kGradeSmall});
+    row("six, the seventh has an empty rectangle", eLayout6Cut, hd, 7, 0, seven);
+    row("six, one alone", eLayout6Cut, tall, 1, 0, large(0, {0, 69, 1000, 562}));
+    poll("six, one while polling", eLayout6Cut, tall, 1, large(0, {1, 70, 664, 372}));
+
+    const Corners eightHd{{961, 1},   {961, 181}, {961, 361}, {1, 541},
+                          {321, 541}, {641, 541}, {961, 541}};
+    Tiles nine = tiles(large(0, {1, 1, 958, 538}), 1, {318, 178}, eightHd);
+    nine.push_back({8, QRect(), zr::kGradeSmall});
+    row("eight HD, the ninth has an empty rectangle", eLayout8Cut, hd, 9, 0, nine);
+    row("eight in a tall dialog has no pages", eLayout8Cut, tall, 8, 3,
+        tiles(large(0, {1, 70, 748, 419}), 1, {248, 138},
+              {{751, 70}, {751, 210}, {751, 351}, {1, 491}, {251, 491}, {501, 491}, {751, 491}}));
+    row("eight, one alone", eLayout8Cut, wide, 1, 0, large(0, {444, 0, 711, 400}));
+    poll("eight, one while polling", eLayout8Cut, tall, 1, large(0, {1, 70, 748, 419}));
+
+    // The strip is centred by what a full page holds, also on the last page.
+    const Tiles rightHd = large(2, {0, 0, 1070, 721});
+    row("right HD, second page", eLayoutSpeakerRight, hd, 9, 1,
+        tiles(rightHd, 7, {211, 118}, {{1071, 1}, {1071, 121}}), 2);
+    row("right HD, three", eLayoutSpeakerRight, hd, 3, 0,
+        tiles(rightHd, 0, {211, 118}, {{1071, 241}, {1071, 361}}), 2);
+    row("right in a wide dialog", eLayoutSpeakerRight, wide, 7, 0,
+        tiles(large(6, {0, 0, 712, 401}), 0, {115, 65},
+              {{713, 0}, {713, 67}, {713, 134}, {713, 201}, {713, 268}, {713, 335}}),
+        6);
+    row("below HD", eLayoutSpeakerBottom, hd, 7, 0,
+        tiles(large(0, {0, 0, 1281, 600}), 1, {211, 118},
+              {{2, 601}, {215, 601}, {428, 601}, {641, 601}, {854, 601}, {1067, 601}}),
+        0);
+    row("below, tall", eLayoutSpeakerBottom, tall, 4, 0,
+        tiles(large(0, {0, 0, 1001, 563}), 1, {164, 92}, {{252, 584}, {418, 584}, {584, 584}}), 0);
+    row("on top HD", eLayoutSpeakerTop, hd, 3, 0,
+        tiles(large(0, {0, 120, 1281, 601}), 1, {211, 118}, {{428, 1}, {641, 1}}), 0);
+    row("on top, tall, a page outside the strip", eLayoutSpeakerTop, tall, 7, 1,
+        large(3, {0, 94, 1001, 607}), 3);
+    row("a speaker alone", eLayoutSpeakerTop, tall, 1, 0, large(0, {0, 69, 1000, 562}), 0);
+    poll("a speaker alone while polling", eLayoutSpeakerBottom, tall, 1,
+         large(0, {0, 0, 1001, 563}), 0);
+    row("no speaker", eLayoutSpeakerBottom, tall, 2, 0, {});
+    poll("no speaker while polling", eLayoutSpeakerBottom, tall, 2,
+         tiles({}, 0, {164, 92}, {{335, 584}, {501, 584}}), 2); // an index outside the list
+
+    // One pixel is between the two, not two: the right edge of the first is inclusive.
+    const auto two = [](int a, int b, QRect rect, int left) {
+        return Tiles{{a, rect, zr::kGradeLarge},
+                     {b, QRect(QPoint(left, rect.top()), rect.size()), zr::kGradeLarge}};
+    };
+    row("two HD, second page", eLayoutSpeaker4, hd, 9, 1,
+        tiles(two(3, 1, {0, 120, 639, 359}, 640), 8, {211, 120}, {{2, 600}}), 3, 1);
+    row("two, the first other one", eLayoutSpeaker4, tall, 3, 0,
+        tiles(two(0, 1, {0, 151, 499, 280}, 500), 2, {165, 92}, {{417, 583}}), 0);
+    row("two in a wide dialog", eLayoutSpeaker4, wide, 5, 0,
+        tiles(two(4, 0, {327, 33, 472, 266}, 800), 1, {117, 66},
+              {{622, 333}, {741, 333}, {860, 333}}),
+        4, 4); // the speaker is no second one
+    row("two without a strip", eLayoutSpeaker4, tall, 2, 0, two(1, 0, {0, 210, 499, 280}, 500), 1);
+    row("one of two", eLayoutSpeaker4, tall, 1, 0, large(0, {0, 69, 1000, 562}), 0);
+    poll("one of two while polling", eLayoutSpeaker4, tall, 1, large(0, {0, 210, 499, 280}), 0);
+    row("none of two", eLayoutSpeaker4, tall, 2, 0, {});
+    poll("none of two while polling", eLayoutSpeaker4, tall, 2,
+         tiles({}, 0, {165, 92}, {{334, 583}, {501, 583}}));
+
+    row("grid 2 HD", eLayoutGrid4, hd, 4, 0,
+        grid(3, tiles({}, 0, {639, 359}, {{0, 0}, {640, 0}, {0, 360}, {640, 360}})));
+    row("grid 2, last page", eLayoutGrid4, tall, 6, 1,
+        grid(3, tiles({}, 4, {499, 280}, {{0, 69}, {500, 69}})));
+    row("grid 3", eLayoutGrid9, tall, 5, 0,
+        tiles({}, 0, {332, 186}, {{1, 70}, {334, 70}, {667, 70}, {1, 257}, {334, 257}}));
+    row("grid 4", eLayoutGrid16, tall, 22, 1,
+        tiles({}, 16, {249, 140},
+              {{0, 68}, {250, 68}, {500, 68}, {750, 68}, {0, 209}, {250, 209}}));
+
+    row("single", eLayoutSingle, wide, 3, 2, large(0, {444, 0, 711, 400}));
+    row("single, nobody", eLayoutSingle, wide, 0, 0, {});
+    row("the tool has a rule of its own", eLayoutSpeakerTool, hd, 3, 0, {}, 0);
+    row("no mode", 15, hd, 3, 0, {}, 0);
+}
+
+void tst_LayoutGeometry::rectangles()
+{
+    QFETCH(const zr::LayoutInput, input);
+    QFETCH(const Tiles, expected);
+    QCOMPARE(describeAll(place(Gallery::six, input)), describeAll(expected));
+}
+
+void tst_LayoutGeometry::speakerTool()
+{
+    struct Row
+    {
+        QSize dialog;
+        bool wide;
+        QRect area;
+    };
+    const QSize screen(1920, 1080);
+    const Row rows[] = {
+        {{1280, 720}, false, {2, 2, 1276, 716}},
+        {{1280, 720}, true, {4, 2, 1272, 716}},
+        {{1000, 700}, false, {2, 70, 996, 560}},
+        {{1000, 700}, true, {-123, 2, 1246, 696}},
+        {{101, 101}, false, {2, 23, 97, 54}},
+        {{100, 720}, true, {-908, -178, 1916, 1076}}, // the screen's, which is not widened
+        {{720, 100}, false, {-598, -488, 1916, 1076}},
+    };
+    for (const Row& row : rows)
+        QCOMPARE(zr::speakerToolArea(row.dialog, screen, row.wide), row.area);
+    QVERIFY(zr::speakerToolArea({kIntMin, 0}, {-1, kIntMin}, true).isEmpty());
+
+    const QRect area(2, 70, 996, 560);
+    const auto tool = [&area](int count, int speaker) {
+        return describeAll(zr::speakerToolPlacements(
+            {{1000, 700}, count, 0, eLayoutSpeakerTool, false, speaker}, area));
+    };
+    QCOMPARE(tool(1, 0), describeAll(Tiles{{0, area, zr::kGradeLarge}}));
+    QCOMPARE(tool(3, 2), describeAll(Tiles{{2, {0, 0, 1000, 700}, zr::kGradeLarge}}));
+    QVERIFY(tool(3, 3).isEmpty() && tool(3, -1).isEmpty());
+}
+
+void tst_LayoutGeometry::invariantsHoldForGeneratedDialogs_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<Gallery>("gallery");
+    QTest::newRow("nine") << int(eLayoutEqualCut) << Gallery::nine;
+    QTest::newRow("sixteen") << int(eLayoutEqualCut) << Gallery::sixteen;
+    for (int mode = eLayoutEqualCut; mode <= eLayoutSingle; ++mode) {
+        if (mode != eLayoutSpeakerTool && mode != eLayoutSpeakerTool2 && mode != eLayoutShare)
+            QTest::newRow(qPrintable(QString::number(mode))) << mode << Gallery::six;
+    }
+}
+
 void tst_LayoutGeometry::invariantsHoldForGeneratedDialogs()
 {
+    QFETCH(const int, mode);
+    QFETCH(const Gallery, gallery);
     QRandomGenerator random(20210);
-    for (int dialog = 0; dialog < 400; ++dialog) {
+    for (int dialog = 0; dialog < 100; ++dialog) {
         // Small dialogs, where truncation shows most, are as frequent as large ones.
         const int limit = 1 << random.bounded(3, 14);
-        const QSize area(random.bounded(limit), random.bounded(limit));
-        for (int count = 0; count <= 20; ++count) {
-            for (const Gallery gallery : {Gallery::six, Gallery::nine}) {
-                const QString fault = listFault(
-                    [gallery](const zr::LayoutInput& input) { return place(gallery, input); },
-                    {area, count, 0}, rulesOf(gallery, count));
-                QVERIFY2(fault.isEmpty(), qPrintable(fault));
-            }
+        const QSize area(random.bounded(1, limit), random.bounded(1, limit));
+        for (int count = 0; count <= 20; count += random.bounded(1, 3)) {
+            zr::LayoutInput input{area, count, 0, mode, random.bounded(4) == 0};
+            if (count > 0 && random.bounded(8) > 0)
+                input.speaker = random.bounded(count);
+            if (count > 0 && random.bounded(2) > 0)
+                input.secondSpeaker = random.bounded(count);
+            const QString fault =
+                listFault([gallery](const zr::LayoutInput& page) { return place(gallery, page); },
+                          input, rulesOf(gallery, input));
+            QVERIFY2(fault.isEmpty(), qPrintable(fault));
         }
     }
 }
 
 void tst_LayoutGeometry::hostileInput()
 {
-    const QSize hd(1280, 720);
-    struct Row
-    {
-        zr::LayoutInput input;
-        std::size_t tiles; ///< of the gallery with nine
-    };
-    const Row rows[] = {
-        {{{0, 0}, 9, 0}, 9},
-        {{{3, 1}, 9, 0}, 9}, // the gaps are wider
-        {{{kIntMin, -1}, 9, 0}, 9},
-        {{{kIntMax, kIntMax}, 9, 0}, 9},
-        {{{kIntMax, 1}, 9, 0}, 9},
-        {{hd, kIntMin, 0}, 0},
-        {{hd, kIntMax, (kIntMax - 1) / 9}, 1},
-        {{hd, 9, kIntMin}, 0},
-        {{hd, kIntMax, kIntMax}, 0},
-    };
-    for (const auto& [input, tiles] : rows) {
-        const auto nine = zr::nineCutPlacements(input);
-        QCOMPARE(nine.size(), tiles);
-        for (const auto& tile : nine)
-            QVERIFY2(tile.index >= 0 && tile.index < input.count && tile.rect.width() >= 0
-                         && tile.rect.height() >= 0 && tile.rect.bottom() <= zr::kMaxSidePx + 2,
-                     qPrintable(describe(tile)));
-        QVERIFY(zr::equalCutPlacements(input).size() <= 6);
+    const QSize areas[] = {{0, 0},   {3, 1},       {kIntMin, -1},     {kIntMax, kIntMax},
+                           {-1, 90}, {kIntMax, 1}, {kIntMin, kIntMax}};
+    const int pages[] = {kIntMin, -1, 0, (kIntMax - 1) / 6, kIntMax};
+    const int speakers[] = {kIntMin, -1, 0, 8, kIntMax};
+    for (int mode = -1; mode <= eLayoutSingle + 1; ++mode) {
+        // The cuts list everybody: their memory follows the list, which is a real one.
+        const int most = mode == eLayout6Cut || mode == eLayout8Cut ? 5000 : kIntMax;
+        for (const int count : {kIntMin, -1, 0, 1, 9, most}) {
+            for (const QSize& area : areas) {
+                for (const int page : pages) {
+                    for (const int speaker : speakers) {
+                        zr::LayoutInput input{area, count, page, mode, speaker < 0, speaker, 8};
+                        for (const auto& tile : place(Gallery::nine, input)) {
+                            QVERIFY2(tile.index >= 0 && tile.index < count,
+                                     qPrintable(describe(tile)));
+                            QVERIFY2(tile.rect.isEmpty() || tile.rect.right() <= zr::kMaxSidePx + 2,
+                                     qPrintable(describe(tile)));
+                        }
+                        QVERIFY(zr::speakerToolPlacements(input, {}).size() <= 1);
+                    }
+                }
+            }
+        }
     }
+    QCOMPARE(zr::nineCutPlacements({{640, 360}, kIntMax, (kIntMax - 1) / 9}).size(),
+             std::size_t(1));
 }
 
 void tst_LayoutGeometry::gradesOfGrids()
@@ -232,33 +535,6 @@ void tst_LayoutGeometry::gradesOfGrids()
                            {-1, 1, 0, 2}};
     for (const auto& [mode, count, page, grade] : rows)
         QCOMPARE(zr::gridStreamType(mode, count, page), grade);
-}
-
-void tst_LayoutGeometry::pages()
-{
-    // Participants, tiles on a page, pages; a page and where it is clamped to.
-    const int rows[][5] = {
-        {0, 6, 0, 3, 0}, {-4, 6, 0, -2, 0},      {6, 6, 1, 1, 0},
-        {7, 6, 2, 1, 1}, {10, 9, 2, 7, 1},       {30, 9, 4, 2, 2},
-        {5, 0, 0, 1, 0}, {30, 9, 4, kIntMin, 0}, {kIntMax, 1, kIntMax, kIntMax, kIntMax - 1}};
-    for (const auto& [count, tilesPerPage, pages, page, clamped] : rows) {
-        QCOMPARE(zr::pageCount(count, tilesPerPage), pages);
-        QCOMPARE(zr::clampPage(page, count, tilesPerPage), clamped);
-    }
-}
-
-void tst_LayoutGeometry::pageAfterRemovalInStrips()
-{
-    for (const int mode : {eLayoutSpeakerRight, eLayoutSpeakerBottom, eLayoutSpeakerTop}) {
-        QCOMPARE(zr::pageAfterRemoval(mode, 1, 7), 0); // the page is empty now
-        QCOMPARE(zr::pageAfterRemoval(mode, 1, 8), 1);
-        QCOMPARE(zr::pageAfterRemoval(mode, 0, 1), 0); // the speaker alone
-    }
-    QCOMPARE(zr::pageAfterRemoval(eLayoutSpeaker4, 2, 14), 1);
-    QCOMPARE(zr::pageAfterRemoval(eLayoutSpeaker4, 1, 9), 1);
-    QCOMPARE(zr::pageAfterRemoval(eLayoutSpeaker4, 1, 7), 1);
-    QCOMPARE(zr::pageAfterRemoval(eLayoutEqualCut, 1, 7), 1);
-    QCOMPARE(zr::pageAfterRemoval(eLayoutSpeakerTop, kIntMax, kIntMin), kIntMax);
 }
 
 QTEST_APPLESS_MAIN(tst_LayoutGeometry)
