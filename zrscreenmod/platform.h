@@ -61,6 +61,17 @@ void setChildStyle(NativeWindow window);
 /// knows, and the resize event of the widget, follow from the event loop. GUI thread.
 void placeWindow(NativeWindow window, const QRect& rect);
 
+/// Directs the keyboard to a window. Needed for one inside a window of the host's, to which neither
+/// Qt nor a window manager gives it. @return false when the system refuses: X11 does for a window
+/// that is not visible with all its parents. GUI thread.
+bool takeKeyboardFocus(NativeWindow window);
+
+/// Hands the keyboard to the parent of a window, if the window has it. GUI thread.
+void returnKeyboardFocus(NativeWindow window);
+
+/// The inside of a window, in screen pixels; unset when there is no such window. GUI thread.
+[[nodiscard]] QRect clientRectOnScreen(NativeWindow window);
+
 /// True when every probed byte of [p, p + size) can be read. The memory is not touched by this
 /// process in a way that could fault. Probes the first and the last byte, and every page between
 /// them when the range is at most 64 KiB long. False for null and for ranges that wrap around.

@@ -122,6 +122,40 @@ void placeWindow(NativeWindow window, const QRect& rect)
                  SWP_SHOWWINDOW);
 }
 
+bool takeKeyboardFocus(NativeWindow window)
+{
+    const HWND hwnd = toHwnd(window);
+    // The host may have made its window on another thread, whose input queue then decides.
+    const DWORD own = GetCurrentThreadId();
+    const DWORD other = GetWindowThreadProcessId(GetAncestor(hwnd, GA_ROOT), nullptr);
+    const bool attached = other != 0 && other != own && AttachThreadInput(own, other, TRUE);
+    SetFocus(hwnd);
+    const bool focused = GetFocus() == hwnd;
+    if (attached)
+        AttachThreadInput(own, other, FALSE);
+    if (!focused)
+        qDebug() << "SetFocus failed, error:" << GetLastError();
+    return focused;
+}
+
+void returnKeyboardFocus(NativeWindow window)
+{
+    const HWND hwnd = toHwnd(window);
+    const HWND parent = GetAncestor(hwnd, GA_PARENT);
+    if (parent && parent != GetDesktopWindow() && GetFocus() == hwnd)
+        SetFocus(parent);
+}
+
+QRect clientRectOnScreen(NativeWindow window)
+{
+    RECT client{};
+    POINT origin{0, 0};
+    const HWND hwnd = toHwnd(window);
+    if (!GetClientRect(hwnd, &client) || !ClientToScreen(hwnd, &origin))
+        return {};
+    return {origin.x, origin.y, client.right, client.bottom};
+}
+
 bool isReadable(const void* p, std::size_t size)
 {
     auto at = reinterpret_cast<std::uintptr_t>(p);

@@ -394,6 +394,46 @@ void placeWindow(NativeWindow window, const QRect& rect)
         succeeded(c, xcb_map_window_checked(c, id));
 }
 
+bool takeKeyboardFocus(NativeWindow window)
+{
+    xcb_connection_t* const c = connection();
+    const xcb_window_t id = toXcb(window);
+    if (!c || id == XCB_WINDOW_NONE)
+        return false;
+    // The host asks on behalf of events that this connection has not seen, so there is no better
+    // time than now. When the window goes, its parent has the keyboard.
+    return succeeded(c,
+                     xcb_set_input_focus_checked(c, XCB_INPUT_FOCUS_PARENT, id, XCB_CURRENT_TIME));
+}
+
+void returnKeyboardFocus(NativeWindow window)
+{
+    xcb_connection_t* const c = connection();
+    const xcb_window_t id = toXcb(window);
+    TreePlace place{};
+    if (!c || id == XCB_WINDOW_NONE || !findInTree(c, id, &place) || place.parent == place.root)
+        return;
+    const Reply<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
+    if (focus && focus->focus == id)
+        takeKeyboardFocus(place.parent);
+}
+
+QRect clientRectOnScreen(NativeWindow window)
+{
+    xcb_connection_t* const c = connection();
+    const xcb_window_t id = toXcb(window);
+    TreePlace place{};
+    if (!c || id == XCB_WINDOW_NONE || !findInTree(c, id, &place))
+        return {};
+    const Reply<xcb_get_geometry_reply_t> size(
+        xcb_get_geometry_reply(c, xcb_get_geometry(c, id), nullptr));
+    const Reply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
+        c, xcb_translate_coordinates(c, id, place.root, 0, 0), nullptr));
+    return size && origin ? QRect(origin->dst_x, origin->dst_y, size->width, size->height)
+                          : QRect();
+}
+
 bool isReadable(const void* p, std::size_t size)
 {
     const auto begin = reinterpret_cast<std::uintptr_t>(p);

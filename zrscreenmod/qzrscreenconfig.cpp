@@ -23,6 +23,7 @@ constexpr int kMaxSubtitles = 64;
 std::atomic<QZRScreenConfig*> s_instance{nullptr};
 QMutex s_creationLock;
 std::shared_mutex s_lifetimeLock;
+std::set<CAbsUIMsgCallback*> s_setDateCallback; ///< GUI thread
 
 /// A text of the host's as part of a file name: no separators, nothing a file system refuses.
 QString fileNamePart(QString text)
@@ -170,7 +171,29 @@ bool QZRScreenConfig::unregisterUICallback(CAbsUIMsgCallback* callback)
     return m_setUICallback.erase(callback) != 0;
 }
 
+void QZRScreenConfig::registerDateCallback(CAbsUIMsgCallback* callback)
+{
+    s_setDateCallback.insert(callback);
+}
+
+bool QZRScreenConfig::unregisterDateCallback(CAbsUIMsgCallback* callback)
+{
+    return s_setDateCallback.erase(callback) != 0;
+}
+
 void QZRScreenConfig::broadcast(unsigned long dwMsg, unsigned long long wParam, long long lParam)
+{
+    notifyAll(m_setUICallback, dwMsg, wParam, lParam);
+}
+
+void QZRScreenConfig::broadcastDate(unsigned long dwMsg, unsigned long long wParam,
+                                    long long lParam)
+{
+    notifyAll(s_setDateCallback, dwMsg, wParam, lParam);
+}
+
+void QZRScreenConfig::notifyAll(const std::set<CAbsUIMsgCallback*>& receivers, unsigned long dwMsg,
+                                unsigned long long wParam, long long lParam)
 {
     // The host may release or create a screen from inside its function, so the walk is over a copy
     // and asks again before each call. The hub itself outlives the walk: a release during a
@@ -185,9 +208,9 @@ void QZRScreenConfig::broadcast(unsigned long dwMsg, unsigned long long wParam, 
         }
         ~Depth() { --depth; } // also when the host throws
     } const inside(m_iBroadcastDepth);
-    const std::vector<CAbsUIMsgCallback*> callbacks(m_setUICallback.begin(), m_setUICallback.end());
+    const std::vector<CAbsUIMsgCallback*> callbacks(receivers.begin(), receivers.end());
     for (CAbsUIMsgCallback* callback : callbacks) {
-        if (m_setUICallback.count(callback) != 0)
+        if (receivers.count(callback) != 0)
             callback->UIMsgNotify(dwMsg, wParam, lParam);
     }
 }

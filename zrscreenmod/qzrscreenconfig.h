@@ -76,7 +76,6 @@ struct ScreenSettings
     std::atomic<bool> support16EqualCut{false};
     std::atomic<bool> pollingOpen{false};
     std::atomic<int> pollingPeriodS{10};
-    std::atomic<int> pollingTick{0}; ///< counted by the gallery
     std::atomic<bool> openLayoutCtrl{false};
     std::atomic<bool> layoutFollow{false};
     std::atomic<int> shareIdx{-1};
@@ -164,6 +163,13 @@ public:
     /// and unregister from inside; who is unregistered meanwhile is not called any more.
     void broadcast(unsigned long dwMsg, unsigned long long wParam, long long lParam);
     void broadcast(unsigned long dwMsg, const tagPersonInfo* person);
+    /// The hosts of the date pickers are a set of their own. They stay registered when the last
+    /// screen goes and takes the settings with it.
+    void registerDateCallback(CAbsUIMsgCallback* callback);
+    /// @return whether the callback was registered.
+    bool unregisterDateCallback(CAbsUIMsgCallback* callback);
+    /// As broadcast, to the hosts of the date pickers.
+    void broadcastDate(unsigned long dwMsg, unsigned long long wParam, long long lParam);
     /// How many broadcasts are under way: above 0 the GUI thread is inside a host's function.
     int broadcastDepth() const { return m_iBroadcastDepth; }
 
@@ -235,6 +241,8 @@ signals:
 private:
     QZRScreenConfig();
     void readVersionFile();
+    void notifyAll(const std::set<CAbsUIMsgCallback*>& receivers, unsigned long dwMsg,
+                   unsigned long long wParam, long long lParam);
 
     std::atomic<int> m_iCurMode{eLayoutEqualCut};
     bool m_b4K = false;
