@@ -101,7 +101,10 @@ trim() {
     esac
   done
   find "$tree" -name '*.dll' -exec x86_64-w64-mingw32-strip --strip-unneeded {} +
-  rm -rf "$tree"/{doc,examples} "$tree"/lib/libQt5Bootstrap.a "$tree"/plugins/generic
+  rm -rf "$tree"/{doc,examples} "$tree"/lib/libQt5Bootstrap.{a,la} "$tree"/plugins/generic
+  # What names the folder of the build, which is gone afterwards.
+  rm -f "$tree"/mkspecs/modules/qt_ext_*.pri
+  sed -i '/^QMAKE_PRL_BUILD_DIR/d' "$tree"/lib/*.prl
 }
 
 build_from_source() {
