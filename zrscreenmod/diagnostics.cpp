@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
@@ -57,7 +58,8 @@ void logMessageHandler(QtMsgType type, const QMessageLogContext& context, const 
             passOn(type, context, message);
         if (!target)
             return;
-        emit target->notifyWiteLog(formatLogLine(type, context, message));
+        emit target->notifyWiteLog(qFormatLogMessage(type, context, message)
+                                   + QStringLiteral("\r\n"));
         if (type == QtFatalMsg)
             target->waitUntilWritten(kFatalWaitMs);
     } catch (const std::exception&) {
@@ -78,14 +80,20 @@ namespace {
 
 void dropMessage(QtMsgType, const QMessageLogContext&, const QString&) {}
 
-bool replaceLogHandler(QtMessageHandler successor)
+void replaceLogHandler(QtMessageHandler successor)
 {
     const QtMessageHandler current = qInstallMessageHandler(successor);
     if (current != logMessageHandler)
         qInstallMessageHandler(current);
     g_target = nullptr;
-    constexpr int kAttempts = 1000;
-    for (int i = 0; g_inside > 0 && i < kAttempts; ++i)
+}
+
+bool waitUntilNobodyIsInside()
+{
+    // By the clock: a sleep of one millisecond takes up to sixteen on Windows.
+    constexpr int kTimeoutMs = 1000;
+    const QDeadlineTimer deadline(kTimeoutMs);
+    while (g_inside > 0 && !deadline.hasExpired())
         QThread::msleep(1);
     return g_inside == 0;
 }
@@ -94,12 +102,19 @@ bool replaceLogHandler(QtMessageHandler successor)
 
 bool removeLogHandler()
 {
-    return replaceLogHandler(g_previousHandler);
+    replaceLogHandler(g_previousHandler);
+    return waitUntilNobodyIsInside();
 }
 
 bool dropLogMessages()
 {
-    return replaceLogHandler(dropMessage);
+    replaceLogHandler(dropMessage);
+    return waitUntilNobodyIsInside();
+}
+
+void abandonLogMessages()
+{
+    replaceLogHandler(dropMessage);
 }
 
 void printExefileInfo()

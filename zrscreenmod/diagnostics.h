@@ -26,6 +26,10 @@ void installLogHandler(QMyLogThread* logThread);
 /// own handler works with static objects that are about to go while threads still log.
 [[nodiscard]] bool dropLogMessages();
 
+/// As dropLogMessages(), where the system has ended all other threads: nobody is waited for, since
+/// one that was inside the handler stays there.
+void abandonLogMessages();
+
 /// Logs the times of the application's file, the module's and the media engine's.
 void printExefileInfo();
 

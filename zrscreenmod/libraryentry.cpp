@@ -187,12 +187,13 @@ bool endLogThread(QMyLogThread& thread)
 }
 
 /// At the end of the process the system has ended all other threads already, wherever they were:
-/// waiting for one, or for a lock that it held, would never end.
+/// waiting for one, or for a lock that it held, would never end. One of Qt's locks is taken for
+/// every message, so nothing is logged from here on.
 void writeLastLines()
 {
     if (!g_pLogThread)
         return;
-    (void)removeLogHandler();
+    abandonLogMessages();
     g_pLogThread->writeWaitingLines();
 }
 

@@ -27,11 +27,6 @@ QString logFolder()
     return QCoreApplication::applicationDirPath() + QStringLiteral("/log");
 }
 
-QString formatLogLine(QtMsgType type, const QMessageLogContext& context, const QString& message)
-{
-    return qFormatLogMessage(type, context, message) + QStringLiteral("\r\n");
-}
-
 void deleteLogFiles(const QDir& folder, const QStringList& names)
 {
     for (const QString& name : names) {
@@ -177,10 +172,16 @@ void QMyLogThread::write()
     for (size_t i = m_uDone; i < m_work.lines.size(); ++i)
         addToBatch(m_work.lines[i]);
     flushBatch();
-    if (const qint64 lost = std::exchange(m_work.lostLines, 0); lost > 0) {
-        const QString message = QStringLiteral("log lines lost: %1").arg(lost);
-        myWriteLog(formatLogLine(QtWarningMsg, QMessageLogContext(), message));
-    }
+    if (const qint64 lost = std::exchange(m_work.lostLines, 0); lost > 0)
+        myWriteLog(lostLine(lost));
+}
+
+// By hand: Qt's formatting takes a lock, and a thread that the system has ended may have it.
+QString QMyLogThread::lostLine(qint64 count) const
+{
+    return QStringLiteral("[%1][QMyLogThread::write]  log lines lost: %2\r\n")
+        .arg(m_settings.now().time().toString(QStringLiteral("hh:mm:ss.zzz")))
+        .arg(count);
 }
 
 void QMyLogThread::myWriteLog(QString qstrLog)

@@ -17,10 +17,6 @@ class QDir;
 /// The folder "log" under the application directory.
 [[nodiscard]] QString logFolder();
 
-/// A message as it stands in the log, with its line end. Any thread.
-[[nodiscard]] QString formatLogLine(QtMsgType type, const QMessageLogContext& context,
-                                    const QString& message);
-
 /// Deletes files of the log and logs their names.
 void deleteLogFiles(const QDir& folder, const QStringList& names);
 
@@ -60,7 +56,8 @@ public:
     [[nodiscard]] bool finish(int timeoutMs = -1);
 
     /// Writes the lines that wait. For the end of a process whose other threads the system has
-    /// ended in the middle of their work; called by finish() too.
+    /// ended in the middle of their work; called by finish() too. Takes no lock of Qt's for itself,
+    /// but may log the deletion of files.
     void writeWaitingLines();
 
     /// Waits until the started thread runs. Any other thread. @return false after `timeoutMs`
@@ -96,6 +93,7 @@ private:
     void write();
     void addToBatch(const QString& line);
     void flushBatch();
+    [[nodiscard]] QString lostLine(qint64 count) const;
     QString filePath() const;
 
     const LogSettings m_settings;

@@ -28,12 +28,21 @@ void countingHandler(QtMsgType, const QMessageLogContext&, const QString& messag
         g_lastPassedOn = message;
 }
 
+QSemaphore g_standing;
+QSemaphore g_goOn;
+
+void standingHandler(QtMsgType, const QMessageLogContext&, const QString&)
+{
+    g_standing.release();
+    g_goOn.acquire();
+}
+
 /// Stands in for the handler that a host may have installed.
 class HostHandler
 {
 public:
-    HostHandler()
-        : m_before(qInstallMessageHandler(countingHandler))
+    explicit HostHandler(QtMessageHandler handler = countingHandler)
+        : m_before(qInstallMessageHandler(handler))
     {
         g_passedOn = 0;
         g_lastPassedOn.clear();
@@ -73,6 +82,7 @@ private slots:
     void theHandlerBeforeItGetsMessages_data();
     void theHandlerBeforeItGetsMessages();
     void aFatalMessageIsWrittenBeforeTheHandlerReturns();
+    void theEndOfTheProcessWaitsForNoThread();
 
     void startTidiesAndReports();
 
@@ -503,6 +513,34 @@ void tst_QMyLogThread::aFatalMessageIsWrittenBeforeTheHandlerReturns()
     QCOMPARE(g_lastPassedOn, QStringLiteral("the end"));
     QVERIFY(removeLogHandler());
     QVERIFY(log->finish());
+}
+
+void tst_QMyLogThread::theEndOfTheProcessWaitsForNoThread()
+{
+    // As when the system ends a thread inside the handler: it does not come out again. The lines
+    // that wait fill the file, and what is logged of the deletions must not reach a handler.
+    const HostHandler host(standingHandler);
+    qputenv("ZRSCREEN_LOG_STDERR", "1");
+    for (int hour = 1; hour <= 5; ++hour)
+        makeFile(QStringLiteral("zrscreenLog20260302-0%10000.txt").arg(hour));
+    makeFile(kFirstFile, zr::kLogFileLimitBytes);
+    const auto log = logThread();
+    for (int i = 0; i <= 1001; ++i)
+        emit log->notifyWiteLog(QStringLiteral("x\r\n"));
+    installLogHandler(log.get());
+    std::thread inside([] { qDebug("inside"); });
+    g_standing.acquire();
+
+    QElapsedTimer timer;
+    timer.start();
+    abandonLogMessages();
+    log->writeWaitingLines();
+    const qint64 elapsedMs = timer.elapsed();
+    g_goOn.release();
+    inside.join();
+    QVERIFY2(elapsedMs < 500, qPrintable(QString::number(elapsedMs)));
+    QCOMPARE(lines(QStringLiteral("zrscreenLog20260302-120000.txt")).size(), 1);
+    QCOMPARE(files().size(), 3);
 }
 
 // --- Start ----------------------------------------------------------------------------------
