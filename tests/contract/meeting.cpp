@@ -106,6 +106,11 @@ void Inbox::receive(unsigned long id, unsigned long long wParam, long long lPara
 void Inbox::reset()
 {
     onMessage = nullptr;
+    clear();
+}
+
+void Inbox::clear()
+{
     const std::lock_guard<std::mutex> lock(m_lock);
     m_messages.clear();
 }

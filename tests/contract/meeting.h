@@ -70,7 +70,10 @@ public:
     static Inbox& second();
 
     [[nodiscard]] ZRNotify notify() const { return m_notify; }
+    /// Forgets the messages and the handler.
     void reset();
+    /// Forgets the messages.
+    void clear();
     [[nodiscard]] std::vector<Message> all() const;
     [[nodiscard]] int count(unsigned long id) const;
     [[nodiscard]] int count(unsigned long id, long long lParam) const;

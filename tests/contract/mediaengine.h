@@ -1,0 +1,109 @@
+// A host's media engine: it does with the streams of a meeting what the messages ask for, and
+// notices when they do not fit together.
+#pragma once
+
+#include "meeting.h"
+
+#include <atomic>
+#include <map>
+#include <optional>
+#include <set>
+#include <thread>
+
+enum class Kind
+{
+    Person,
+    Nameless,
+    Self,
+    Share,
+};
+
+/// One participant and the stream that the engine has for him.
+struct Stream
+{
+    int number = 0; ///< also the host value and the join time
+    std::string id;
+    Kind kind = Kind::Person;
+    void* play = nullptr;
+    unsigned long long person = 0; ///< as messages name him; 0 before the first one
+    bool wanted = false;           ///< what the last message asked for
+    bool open = false;             ///< as reported with ZRScreen_Preview
+    bool told = false;             ///< a message has asked for something
+    bool removed = false;          ///< ZRMSG_PERSON_REMOVED has come
+    int grade = 0;                 ///< asked for last; 0 before the first time
+    Clock::time_point answerAt;    ///< when `open` follows `wanted`
+};
+
+/// Where a participant's picture is in the window, from its colour.
+struct Seen
+{
+    int areaPx = 0;
+    int x = 0; ///< of the picture's middle
+    int y = 0;
+};
+
+/// Opens a stream on ZRMSG_VIDEO_SHOWN, closes it on ZRMSG_VIDEO_HIDDEN, reports each change once,
+/// switches the grade, lets go on ZRMSG_PERSON_REMOVED. A thread delivers small pictures, each
+/// participant's in a colour of his own, for the streams that are open only.
+///
+/// Messages are judged as they come: a participant who is not there, a record that is another's, a
+/// grade for a share are failures. Streams with even numbers answer from inside the message, the
+/// others a moment later, as a network does.
+class MediaEngine
+{
+public:
+    static constexpr int kColours = 64; ///< numbers that differ by less have different colours
+
+    explicit MediaEngine(Meeting& meeting, bool threaded = true);
+    ~MediaEngine();
+    MediaEngine(const MediaEngine&) = delete;
+    MediaEngine& operator=(const MediaEngine&) = delete;
+
+    /// Adds a participant with a closed stream; the id is "u<number>", of a share
+    /// "sharescreen_<number>".
+    Stream& join(int number, Kind kind = Kind::Person);
+    void leave(int number);
+    /// Everybody is gone without a message, as after ZRScreen_ExitMeeting.
+    void forgetAll();
+    Stream& at(int number) { return m_streams.at(number); }
+    [[nodiscard]] const std::map<int, Stream>& streams() const { return m_streams; }
+
+    /// Carries out answers that are due. Called by run() and settle().
+    void answer();
+    /// Delivers one picture of every open stream on this thread; for an engine without its own.
+    void deliver();
+    /// Runs the event loop for a time.
+    void run(int timeMs);
+    /// Runs the event loop until nothing has come for more than a second. A meeting that does not
+    /// come to rest is a failure.
+    bool settle(const std::string& step);
+
+    /// Numbers of those whom the module calls visible, in the gallery or in the small window.
+    [[nodiscard]] std::set<int> visible() const;
+    /// What can be seen of everybody's pictures in the window.
+    [[nodiscard]] static std::map<int, Seen> look(const Screenshot& shot,
+                                                  const std::set<int>& numbers);
+    /// Checks that exactly the visible streams are open.
+    void checkOpen(const std::string& step) const;
+
+    /// Called with every message, after it has been judged.
+    std::function<void(const Message&)> onMessage;
+    /// Name of what the test does, for failures.
+    std::string step;
+
+private:
+    void receive(const Message& message);
+    void fail(const std::string& what) const;
+    Stream* addressee(const Message& message);
+    void apply(int number);
+    void playFrame(const Stream& stream);
+    void deliverAll();
+
+    Meeting& m_meeting;
+    std::map<int, Stream> m_streams; ///< changed under m_lock, by the GUI thread alone
+    std::map<int, Picture> m_pictures;
+    mutable std::mutex m_lock;
+    Clock::time_point m_changed = Clock::now(); ///< a message or an answer
+    std::atomic<bool> m_stop{false};
+    std::thread m_thread;
+};

@@ -1,0 +1,61 @@
+#include "pointer.h"
+
+#include "check.h"
+
+#include <X11/Xlib.h>
+#include <X11/extensions/XTest.h>
+
+#include <cstdlib>
+
+namespace {
+
+constexpr unsigned kLeft = 1;
+constexpr unsigned kWheelAway = 4;
+constexpr unsigned kWheelTowards = 5;
+
+/// A connection for the time of one gesture, so that it has arrived when the gesture is over.
+class Gesture
+{
+public:
+    Gesture(int x, int y)
+        : m_display(XOpenDisplay(nullptr))
+    {
+        REQUIRE(m_display != nullptr);
+        XTestFakeMotionEvent(m_display, -1, x, y, CurrentTime);
+    }
+    ~Gesture()
+    {
+        XSync(m_display, False);
+        XCloseDisplay(m_display);
+    }
+    Gesture(const Gesture&) = delete;
+    Gesture& operator=(const Gesture&) = delete;
+
+    void press(unsigned button)
+    {
+        XTestFakeButtonEvent(m_display, button, True, CurrentTime);
+        XTestFakeButtonEvent(m_display, button, False, CurrentTime);
+    }
+
+private:
+    Display* m_display;
+};
+
+} // namespace
+
+void pointer::moveTo(int x, int y)
+{
+    const Gesture gesture(x, y);
+}
+
+void pointer::click(int x, int y)
+{
+    Gesture(x, y).press(kLeft);
+}
+
+void pointer::turnWheel(int x, int y, int steps)
+{
+    Gesture gesture(x, y);
+    for (int i = 0; i < std::abs(steps); ++i)
+        gesture.press(steps > 0 ? kWheelAway : kWheelTowards);
+}

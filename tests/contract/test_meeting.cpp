@@ -1,0 +1,382 @@
+// A meeting of sixty, with a host whose media engine does what the messages ask for. At every quiet
+// moment exactly those streams are open whose pictures can be seen, each in the grade of its tile.
+#include "check.h"
+#include "mediaengine.h"
+#include "pointer.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+
+constexpr int kPeople = 60;
+constexpr int kHost = 1;
+constexpr int kSelf = 2;
+constexpr int kSmall = 2;
+constexpr int kGrid = 3;
+constexpr int kLarge = 4;
+constexpr int kAny = -1;
+
+std::string show(const std::set<int>& numbers)
+{
+    std::string list;
+    for (const int number : numbers)
+        list += (list.empty() ? "" : " ") + std::to_string(number);
+    return list;
+}
+
+/// Numbers of those who are seen, the largest tile first.
+std::vector<int> bySize(const std::map<int, Seen>& seen)
+{
+    std::vector<int> numbers;
+    for (const auto& [number, where] : seen)
+        numbers.push_back(number);
+    std::stable_sort(numbers.begin(), numbers.end(),
+                     [&](int a, int b) { return seen.at(a).areaPx > seen.at(b).areaPx; });
+    return numbers;
+}
+
+/// The grade that the tile at a place needs. @param rank 0 for the largest of `count` tiles
+int expectedGrade(int mode, int rank, int count, bool firstPage)
+{
+    switch (mode) {
+    case eLayoutEqualCut:
+        return firstPage && count <= 2 ? kLarge : kGrid;
+    case eLayout6Cut:
+    case eLayout8Cut:
+    case eLayoutSpeakerTool:
+    case eLayoutSpeakerTool2:
+    case eLayoutSpeakerRight:
+    case eLayoutSpeakerBottom:
+    case eLayoutSpeakerTop:
+        return rank == 0 ? kLarge : kSmall;
+    case eLayoutSpeaker4:
+        return rank <= 1 ? kLarge : kSmall;
+    case eLayoutShare:
+        return count == 1 ? kLarge : kSmall;
+    case eLayoutGrid4:
+        return kGrid;
+    case eLayoutGrid9:
+    case eLayoutGrid16:
+        return kSmall;
+    default:
+        return kLarge;
+    }
+}
+
+/// A meeting of sixty: one is its host, one the local user; some can speak.
+class BusyMeeting
+{
+public:
+    BusyMeeting()
+    {
+        meeting.zr.JoinMeetingFinish(meeting.screen, false);
+        for (int number = 1; number <= kPeople; ++number)
+            engine.join(number, number == kSelf ? Kind::Self : Kind::Person);
+        meeting.zr.SetPersonInfo(meeting.screen, engine.at(kHost).play, false, 1, text("Host"), 0);
+        for (const int number : {5, 6, 7, 40})
+            meeting.zr.SetMute(meeting.screen, engine.at(number).play, 0);
+        pointer::moveTo(kWidth + 100, kHeight + 100);
+        meeting.zr.JoinMeetingFinish(meeting.screen, true);
+    }
+
+    /// Waits for a quiet moment and checks that all of the host's state fits the screen.
+    /// @param count of those who are visible; kAny for any number @return who is
+    std::set<int> quiet(const std::string& step, int count, bool firstPage = true)
+    {
+        (void)engine.settle(step);
+        engine.checkOpen(step);
+        const std::set<int> visible = engine.visible();
+        CHECK_ROW(count == kAny || static_cast<int>(visible.size()) == count,
+                  step + ": visible are " + show(visible));
+        seen = MediaEngine::look(window.grab(), numbers());
+        std::set<int> onScreen;
+        for (const auto& [number, where] : seen)
+            onScreen.insert(number);
+        CHECK_ROW(onScreen == visible,
+                  step + ": seen " + show(onScreen) + ", visible " + show(visible));
+        checkGrades(step, firstPage);
+        return visible;
+    }
+
+    void mode(int mode, const std::map<int, std::string>& order = {})
+    {
+        CHECK_EQUAL(meeting.zr.ChangeLayout(meeting.screen, static_cast<eLayoutType>(mode), order),
+                    1);
+    }
+    void focus(int number)
+    {
+        CHECK_EQUAL(meeting.zr.FocusByUserID(meeting.screen, text(engine.at(number).id), false), 1);
+    }
+    /// Turns the page, away from an earlier turn.
+    void turn(int pages)
+    {
+        engine.run(450);
+        pointer::turnWheel(kWidth / 2, kHeight / 2, -pages);
+        engine.run(50);
+        pointer::moveTo(kWidth + 100, kHeight + 100);
+    }
+    /// Messages with this id for a participant, from a mark on.
+    [[nodiscard]] int count(unsigned long id, int number, size_t from) const
+    {
+        const std::vector<Message> all = meeting.inbox.all();
+        return static_cast<int>(
+            std::count_if(all.begin() + static_cast<std::ptrdiff_t>(from), all.end(),
+                          [&](const Message& m) { return m.id == id && m.lParam == number; }));
+    }
+    [[nodiscard]] int requests(int number, size_t from) const
+    {
+        return count(kSmall, number, from) + count(kGrid, number, from)
+               + count(kLarge, number, from);
+    }
+    /// Where the messages that follow begin.
+    [[nodiscard]] size_t mark() const { return static_cast<size_t>(meeting.inbox.count()); }
+    [[nodiscard]] std::set<int> numbers() const
+    {
+        std::set<int> all;
+        for (const auto& [number, stream] : engine.streams())
+            all.insert(number);
+        return all;
+    }
+    [[nodiscard]] int largest() const { return seen.empty() ? 0 : bySize(seen).front(); }
+    /// Whether somebody had the largest tile, or one as large, at the last quiet moment.
+    [[nodiscard]] bool isLarge(int number) const
+    {
+        const auto found = seen.find(number);
+        return found != seen.end() && found->second.areaPx * 10 > seen.at(largest()).areaPx * 9;
+    }
+
+    static constexpr int kWidth = 1280;
+    static constexpr int kHeight = 720;
+    const NativeWindow window{kWidth, kHeight};
+    Meeting meeting{&window, kWidth, kHeight};
+    MediaEngine engine{meeting};
+    std::map<int, Seen> seen; ///< at the last quiet moment
+
+private:
+    void checkGrades(const std::string& step, bool firstPage) const
+    {
+        const std::vector<int> tiles = bySize(seen);
+        const int mode = meeting.zr.GetCurMode(meeting.screen);
+        for (size_t rank = 0; rank < tiles.size(); ++rank) {
+            const Stream& stream = engine.streams().at(tiles[rank]);
+            const int expected =
+                stream.kind == Kind::Person
+                    ? expectedGrade(mode, static_cast<int>(rank), static_cast<int>(tiles.size()),
+                                    firstPage)
+                    : 0; // nobody asks for it
+            CHECK_ROW(stream.grade == expected, step + ": " + stream.id + " has grade "
+                                                    + std::to_string(stream.grade) + ", expected "
+                                                    + std::to_string(expected));
+        }
+    }
+};
+
+} // namespace
+
+ZR_CASE(modes, everyModeOpensWhatItShows)
+{
+    BusyMeeting busy;
+    const std::set<int> first = busy.quiet("mode 1", 6);
+    CHECK(first.count(kHost) == 1 && first.count(kSelf) == 1);
+    CHECK(first.count(5) == 1 && first.count(6) == 1 && first.count(7) == 1); // who can speak
+    const struct
+    {
+        int mode;
+        int visible;
+    } rows[] = {{2, 6},  {3, 8},  {6, 7},   {7, 7},  {8, 7},  {9, 8},
+                {11, 4}, {12, 9}, {13, 16}, {14, 1}, {10, 6}, {1, 6}};
+    for (const auto& row : rows) {
+        const std::string step = "mode " + std::to_string(row.mode);
+        busy.mode(row.mode);
+        (void)busy.quiet(step, row.visible);
+        CHECK_ROW(busy.meeting.zr.GetCurMode(busy.meeting.screen) == row.mode, step);
+    }
+    busy.mode(99);
+    CHECK(busy.quiet("a mode that does not exist", 0).empty());
+    busy.mode(eLayoutEqualCut);
+    busy.meeting.zr.SetSupport9EqualCut(busy.meeting.screen, true);
+    busy.meeting.zr.ReOrder(busy.meeting.screen, false);
+    (void)busy.quiet("nine a page", 9);
+}
+
+ZR_CASE(modes, theFocusPersonIsTheLargest)
+{
+    BusyMeeting busy;
+    for (const int mode : {6, 7, 8, 9, 4, 5}) {
+        const std::string step = "focus in mode " + std::to_string(mode);
+        const int speaker = 20 + mode;
+        busy.focus(speaker);
+        busy.mode(mode);
+        CHECK_ROW(busy.quiet(step, kAny).count(speaker) == 1, step);
+        CHECK_ROW(busy.isLarge(speaker), step);
+    }
+}
+
+ZR_CASE(paging, aPageThatIsTurnedBackCostsNothing)
+{
+    BusyMeeting busy;
+    const std::set<int> first = busy.quiet("page 1", 6);
+    busy.turn(1);
+    const std::set<int> second = busy.quiet("page 2", 6, false);
+    for (const int number : second)
+        CHECK_ROW(first.count(number) == 0, "on both pages: " + std::to_string(number));
+    busy.turn(-1);
+    CHECK_EQUAL(show(busy.quiet("page 1 again", 6)), show(first));
+
+    const size_t from = busy.mark();
+    busy.turn(1);
+    CHECK_EQUAL(show(busy.engine.visible()), show(second));
+    busy.turn(-1);
+    CHECK_EQUAL(show(busy.quiet("turned and back", 6)), show(first));
+    for (const int number : first)
+        CHECK_ROW(busy.count(ZRMSG_VIDEO_HIDDEN, number, from) == 0, std::to_string(number));
+    for (const int number : second)
+        CHECK_ROW(busy.count(ZRMSG_VIDEO_HIDDEN, number, from) == 1, std::to_string(number));
+
+    // Beside a speaker only the strip turns.
+    const int speaker = 30;
+    busy.focus(speaker);
+    busy.mode(eLayoutSpeakerTop);
+    const std::set<int> strip = busy.quiet("strip 1", 7);
+    busy.turn(1);
+    const std::set<int> next = busy.quiet("strip 2", 7, false);
+    for (const int number : next)
+        CHECK_ROW((strip.count(number) == 1) == (number == speaker), std::to_string(number));
+    CHECK(busy.isLarge(speaker));
+}
+
+ZR_CASE(paging, aPollShowsEverybodyInTurn)
+{
+    BusyMeeting busy;
+    for (int number = 11; number <= kPeople; ++number)
+        busy.engine.leave(number);
+    busy.mode(eLayoutGrid4);
+    const std::set<int> first = busy.quiet("before the poll", 4);
+    CHECK_EQUAL(busy.meeting.zr.SetOpenPollingPage(busy.meeting.screen, true, 3), 1);
+    busy.engine.step = "poll";
+    std::map<int, int> shown;
+    std::vector<std::set<int>> pages;
+    const auto end = Clock::now() + std::chrono::milliseconds(10500);
+    while (Clock::now() < end) {
+        busy.engine.run(100);
+        const std::set<int> page = busy.engine.visible();
+        if (!pages.empty() && page == pages.back())
+            continue;
+        pages.push_back(page);
+        for (const int number : page)
+            ++shown[number];
+    }
+    std::string all;
+    for (const std::set<int>& page : pages)
+        all += "[" + show(page) + "]";
+    CHECK_ROW(pages.size() == 4 && pages.front() == pages.back(), all); // ten by fours
+    for (int number = 1; number <= 10; ++number)
+        CHECK_ROW(shown[number] == 1 + static_cast<int>(pages.back().count(number)),
+                  std::to_string(number) + " in " + all);
+    CHECK_EQUAL(busy.meeting.zr.SetOpenPollingPage(busy.meeting.screen, false, 0), 1);
+    CHECK_EQUAL(show(busy.quiet("after the poll", 4)), show(first));
+}
+
+ZR_CASE(streams, aBurstCostsOneRequest)
+{
+    BusyMeeting busy;
+    (void)busy.quiet("mode 1", 6);
+    const size_t from = busy.mark();
+    for (const int mode : {2, 6, 13, 14, 3, 12, 7, 11, 9}) {
+        busy.mode(mode);
+        busy.meeting.zr.ReOrder(busy.meeting.screen, true);
+    }
+    busy.mode(eLayoutGrid16);
+    for (const int number : busy.quiet("burst", 16)) {
+        if (number != kSelf)
+            CHECK_ROW(busy.requests(number, from) == 1, std::to_string(number));
+        CHECK_ROW(busy.count(ZRMSG_VIDEO_SHOWN, number, from) <= 1, std::to_string(number));
+        CHECK_ROW(busy.count(ZRMSG_VIDEO_HIDDEN, number, from) == 0, std::to_string(number));
+    }
+}
+
+ZR_CASE(streams, sharesComeAndGo)
+{
+    BusyMeeting busy;
+    const std::set<int> first = busy.quiet("mode 1", 6);
+    busy.engine.join(61, Kind::Share);
+    CHECK(busy.quiet("share", kAny).count(61) == 1);
+    CHECK_EQUAL(busy.meeting.zr.GetCurMode(busy.meeting.screen), int{eLayoutSpeakerTool});
+    CHECK_EQUAL(busy.largest(), 61);
+    busy.mode(eLayoutShare);
+    CHECK_EQUAL(show(busy.quiet("share alone", 1)), "61");
+    busy.engine.leave(61);
+    CHECK_EQUAL(show(busy.quiet("share gone", 6)), show(first));
+    CHECK_EQUAL(busy.meeting.zr.GetCurMode(busy.meeting.screen), int{eLayoutEqualCut});
+}
+
+ZR_CASE(streams, looksChooseTheSpeaker)
+{
+    BusyMeeting busy;
+    Module& zr = busy.meeting.zr;
+    void* const screen = busy.meeting.screen;
+    busy.engine.settle("mode 1");
+    CHECK_EQUAL(zr.AllLook(screen, busy.engine.at(9).play, 1), 1);
+    (void)busy.quiet("look for all", 7);
+    CHECK_EQUAL(zr.GetCurMode(screen), int{eLayoutSpeakerRight});
+    CHECK(busy.isLarge(9));
+    CHECK_EQUAL(zr.LockLook(screen, busy.engine.at(33).play, 1), 1);
+    (void)busy.quiet("own look", 7);
+    CHECK(busy.isLarge(33));
+    CHECK_EQUAL(zr.SetExtendScreen(screen, true, false), 1);
+    (void)busy.quiet("extended screen", kAny);
+    CHECK_EQUAL(zr.SetExtendScreen(screen, false, false), 1);
+    (void)busy.quiet("no extended screen", 7);
+    busy.engine.leave(33);
+    (void)busy.quiet("the pinned one has left", kAny);
+}
+
+ZR_CASE(streams, theOrderIsTheHosts)
+{
+    BusyMeeting busy;
+    std::map<int, std::string> order;
+    std::string expected;
+    for (int place = 0; place < 6; ++place) {
+        order[place] = "u" + std::to_string(50 - place);
+        expected += std::to_string(50 - place) + " ";
+    }
+    busy.mode(eLayoutEqualCut, order);
+    (void)busy.quiet("customised", 6);
+    std::vector<std::pair<int, int>> places; // by place, number
+    for (const auto& [number, where] : busy.seen)
+        places.emplace_back(where.y / (BusyMeeting::kHeight / 2) * 10000 + where.x, number);
+    std::sort(places.begin(), places.end());
+    std::string seen;
+    for (const auto& [place, number] : places)
+        seen += std::to_string(number) + " ";
+    CHECK_EQUAL(seen, expected);
+    busy.mode(eLayoutEqualCut);
+    CHECK(busy.quiet("no order", 6).count(kHost) == 1);
+}
+
+ZR_CASE(streams, peopleComeAndGo)
+{
+    BusyMeeting busy;
+    std::set<int> visible = busy.quiet("mode 1", 6);
+    busy.engine.leave(5);
+    busy.engine.leave(6);
+    busy.engine.leave(60);
+    (void)busy.quiet("three have left", 6);
+    busy.engine.join(62, Kind::Nameless);
+    busy.meeting.zr.SetMute(busy.meeting.screen, busy.engine.at(62).play, 0);
+    busy.engine.join(63);
+    busy.meeting.zr.SetMute(busy.meeting.screen, busy.engine.at(63).play, 0);
+    visible = busy.quiet("two have come", 6);
+    CHECK_ROW(visible.count(62) == 1 && visible.count(63) == 1, show(visible));
+    for (const int number : busy.numbers()) {
+        if (number != 62 && number != 63)
+            busy.engine.leave(number);
+    }
+    CHECK_EQUAL(show(busy.quiet("two are left", 2)), "62 63");
+    busy.engine.leave(62);
+    (void)busy.quiet("one is left", 1);
+    busy.engine.leave(63);
+    (void)busy.engine.settle("nobody is left");
+    CHECK_EQUAL(busy.meeting.zr.GetCurMode(busy.meeting.screen), int{eLayoutEqualCut});
+}
