@@ -1,6 +1,7 @@
 #include "libraryentry.h"
 
 #include "boundary.h"
+#include "controlhandle.h"
 #include "diagnostics.h"
 #include "guithread.h"
 #include "platform.h"
@@ -55,6 +56,7 @@ constexpr std::chrono::seconds kGuiThreadTimeout(1);
 void destroyInterface()
 {
     delete std::exchange(g_pRegistrationTimer, nullptr);
+    releaseAllControls();
     releaseAllScreens();
     QZRScreenConfig::destroyInstance();
 }

@@ -1,7 +1,7 @@
 /// ZRScreenMod: the video screen of a meeting client, as a library with a flat C interface.
 ///
-/// This header is the whole contract between the library and the program that loads it (the
-/// host). It needs a C++17 compiler and the standard library that the module was built with (two
+/// This header, with `zrcontrols.h` that it includes, is the whole contract between the library and
+/// the program that loads it (the host). It needs a C++17 compiler and the standard library that the module was built with (two
 /// arguments are `std::string`, one is a `std::map`). It needs no Qt.
 ///
 /// ## What loading the library changes in the process
@@ -135,9 +135,10 @@ enum eZRMsg : unsigned long
     ZRMSG_VIDEO_SHOWN = 21,         ///< the participant's tile has become visible
     ZRMSG_MORE_MENU_CLOSED = 22,    ///< 0, 0
     ZRMSG_PERSON_INFO_UPDATED = 23, ///< wParam = play handle
-    ZRMSG_EDIT_LBUTTON_DOWN = 24,   ///< an embedded edit was pressed; lParam = 0
-    ZRMSG_EDIT_LBUTTON_UP = 25,     ///< an embedded edit was released; lParam = 0
-    ZRMSG_EDIT_KEY = 26,            ///< an embedded edit got a key; lParam = 0
+    ZRMSG_EDIT_LBUTTON_DOWN = 24,   ///< left button pressed on an embedded line edit; wParam =
+                                    ///< its handle, lParam = 0
+    ZRMSG_EDIT_LBUTTON_UP = 25,     ///< left button released there; as before
+    ZRMSG_EDIT_KEY = 26,            ///< Tab pressed in an embedded line edit; as before
     ZRMSG_SCREEN_MODE = 28,         ///< the meeting mode has changed; wParam = mode, lParam = 0
     ZRMSG_GALLERY_CLICK = 29,       ///< click anywhere in the gallery; 0, 0
     ZRMSG_SHARE_RECT_CHANGED = 30   ///< the shared content has another rectangle; lParam = 0,
@@ -365,5 +366,7 @@ ZR_API int ZR_CALL ZRScreen_AddSentence(void* hScreen, int iIDSentence, int iCol
                                         char* userName, char* transStr);
 
 } // extern "C"
+
+#include "zrcontrols.h"
 
 #endif // ZRSCREENMOD_H

@@ -1,0 +1,85 @@
+#include "datehandle.h"
+
+#include "calendarmath.h"
+#include "controlhandle.h"
+#include "platform.h"
+#include "qzrscreenconfig.h"
+#include "selectdatetimewidget.h"
+
+#include <QDebug>
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <memory>
+
+namespace {
+
+/// Where a picker can be seen, in the coordinates in which it is placed.
+QRect visibleArea(const ST_ZRDateHdl& picker, const QPoint& at)
+{
+    const QRect parent = picker.m_hParent
+                             ? platform::clientRectOnScreen(platform::toNative(picker.m_hParent))
+                             : QRect();
+    const QPoint origin = parent.isNull() ? QPoint() : parent.topLeft();
+    const QScreen* screen = QGuiApplication::screenAt(origin + at);
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    const QRect onScreen = screen ? screen->availableGeometry() : parent;
+    const QRect both = parent.isNull() ? onScreen : onScreen.intersected(parent);
+    // A parent that lies beyond the screen shows nothing anyway.
+    return (both.isEmpty() ? parent : both).translated(-origin);
+}
+
+void destroyDatePicker(ST_ZRDateHdl* picker)
+{
+    QZRScreenConfig::getInstance()->unregisterDateCallback(picker->m_pCallback);
+    delete picker->m_pWidget;
+    delete picker->m_pCallback;
+    delete picker;
+}
+
+} // namespace
+
+bool CWin32DateCallback::UIMsgNotify(unsigned long dwMsg, unsigned long long wParam,
+                                     long long lParam)
+{
+    qDebug() << "dwMsg:" << dwMsg << ",wParam:" << wParam << ",lParam:" << lParam;
+    if (m_pHandle && m_pHandle->m_hostNotify)
+        m_pHandle->m_hostNotify(dwMsg, wParam, lParam);
+    return true;
+}
+
+ST_ZRDateHdl* createDatePicker(HWND hParent, ZRNotify notify)
+{
+    const bool b4K = zr::isLargePickerScreen(platform::screenWidthPx(), platform::screenHeightPx());
+    auto widget = std::make_unique<SelectDateTimeWidget>(b4K);
+    if (hParent) {
+        if (!platform::setParentWindow(widget->winId(), platform::toNative(hParent))) {
+            qDebug() << "SetParent failed, hParent:" << hParent;
+            return nullptr;
+        }
+        platform::setChildStyle(widget->winId());
+    }
+    auto* const picker = new ST_ZRDateHdl;
+    picker->m_hostNotify = notify;
+    picker->m_pWidget = widget.release();
+    picker->m_pCallback = new CWin32DateCallback;
+    picker->m_pCallback->m_pHandle = picker;
+    picker->m_hParent = hParent;
+    QZRScreenConfig::getInstance()->registerDateCallback(picker->m_pCallback);
+    adoptDatePicker(picker, picker->m_pWidget, [picker] { destroyDatePicker(picker); });
+    return picker;
+}
+
+void openDatePicker(ST_ZRDateHdl& picker, const QPoint& at)
+{
+    SelectDateTimeWidget* const widget = picker.m_pWidget;
+    widget->refreshInterface();
+    widget->move(
+        zr::pickerTopLeft(at, widget->size(), widget->contentWidthPx(), visibleArea(picker, at)));
+    widget->show();
+    widget->raise();
+    widget->activateWindow();
+    widget->setFocus();
+    platform::takeKeyboardFocus(widget->winId());
+}

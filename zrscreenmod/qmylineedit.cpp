@@ -1,0 +1,89 @@
+#include "qmylineedit.h"
+
+#include "controlhandle.h"
+#include "platform.h"
+#include "qzrscreenconfig.h"
+
+#include <QCloseEvent>
+#include <QDebug>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QRegExp>
+#include <QRegExpValidator>
+
+QMyLineEdit::QMyLineEdit()
+    : QLineEdit(nullptr)
+{
+    setWindowFlags(Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
+}
+
+bool QMyLineEdit::setInputPattern(const QString& pattern)
+{
+    const QRegExp expression(pattern, Qt::CaseSensitive, QRegExp::RegExp);
+    if (!expression.isValid()) {
+        qDebug() << "QRegExp failed:" << expression.errorString() << ",pattern:" << pattern;
+        return false;
+    }
+    const QValidator* const before = validator();
+    setValidator(pattern.isEmpty() ? nullptr : new QRegExpValidator(expression, this));
+    delete before;
+    return true;
+}
+
+void QMyLineEdit::takeFocus()
+{
+    setFocus();
+    platform::takeKeyboardFocus(winId());
+}
+
+void QMyLineEdit::notifyHosts(unsigned long dwMsg) const
+{
+    QZRScreenConfig::getInstance()->broadcast(dwMsg, reinterpret_cast<quintptr>(this), 0);
+}
+
+bool QMyLineEdit::event(QEvent* event)
+{
+    // Not in keyPressEvent: Tab does not get there while there is another widget to go to.
+    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Tab) {
+        return pressTab(event);
+    }
+    return QLineEdit::event(event);
+}
+
+bool QMyLineEdit::pressTab(QEvent* event)
+{
+    const ControlStay stay;
+    qDebug() << "QMyLineEdit Tab Press";
+    notifyHosts(ZRMSG_EDIT_KEY);
+    const bool handled = QLineEdit::event(event);
+    // There is nothing else in this window. A host that has not chosen who is next gets the keys.
+    platform::returnKeyboardFocus(winId());
+    return handled;
+}
+
+void QMyLineEdit::mousePressEvent(QMouseEvent* event)
+{
+    const ControlStay stay;
+    // First of all, so that a host that directs the keyboard elsewhere has the last word.
+    platform::takeKeyboardFocus(winId());
+    if (event->button() == Qt::LeftButton) {
+        qDebug() << "QMyLineEidt LBtnDown";
+        notifyHosts(ZRMSG_EDIT_LBUTTON_DOWN);
+    }
+    QLineEdit::mousePressEvent(event);
+}
+
+void QMyLineEdit::mouseReleaseEvent(QMouseEvent* event)
+{
+    const ControlStay stay;
+    if (event->button() == Qt::LeftButton) {
+        qDebug() << "QMyLineEidt LBtnUp";
+        notifyHosts(ZRMSG_EDIT_LBUTTON_UP);
+    }
+    QLineEdit::mouseReleaseEvent(event);
+}
+
+void QMyLineEdit::closeEvent(QCloseEvent* event)
+{
+    event->ignore(); // the window belongs to the host
+}

@@ -1,0 +1,31 @@
+// The single-line input that the host places inside its own windows.
+#pragma once
+
+#include <QLineEdit>
+
+/// A frameless line edit in a native window of its own. It reports the left mouse button and the
+/// Tab key to the hosts, with its own address as wParam. GUI thread.
+class QMyLineEdit : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    QMyLineEdit();
+
+    /// Lets only what can become a match of the pattern (of `QRegExp`, case-sensitive) be typed; an
+    /// empty one lets everything. @return false for a pattern that is not valid; the one before
+    /// stays.
+    bool setInputPattern(const QString& pattern);
+    /// As QWidget::setFocus, and has the system send the keys here.
+    void takeFocus();
+
+protected:
+    bool event(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void notifyHosts(unsigned long dwMsg) const;
+    bool pressTab(QEvent* event);
+};

@@ -1,0 +1,24 @@
+// Text that is read, scrolled by dragging it or its bar.
+#pragma once
+
+#include <QTextEdit>
+
+/// Only the vertical scroll bar is ever shown. GUI thread.
+class QMyTextEdit : public QTextEdit
+{
+    Q_OBJECT
+
+public:
+    explicit QMyTextEdit(QWidget* parent = nullptr);
+
+    /// Shows a text from its top, also while the one before is being scrolled.
+    void setText(const QString& text);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+
+private:
+    void stopScroller();
+};
