@@ -39,6 +39,7 @@ int Application::run()
     settings.seed = m_options.seed;
     settings.pictureSize = m_options.pictureSize;
     settings.fps = m_options.fps;
+    settings.followStreams = m_options.followStreams;
     m_session = std::make_unique<Session>(m_api, *this, settings);
     joinMeeting();
     scheduleScenario();
@@ -200,6 +201,16 @@ void Application::resizeWindow(WindowId id, Size size)
 void Application::saveWindow(WindowId id, const std::string& file)
 {
     writePng(window(id).grab(), file);
+}
+
+void Application::click(WindowId id, Point at, int times)
+{
+    window(id).click(at, times);
+}
+
+void Application::turnWheel(WindowId id, Point at, int steps)
+{
+    window(id).turnWheel(at, steps);
 }
 
 void Application::print(const std::string& line)

@@ -26,6 +26,8 @@ public:
     Size windowSize(WindowId id) override;
     void resizeWindow(WindowId id, Size size) override;
     void saveWindow(WindowId id, const std::string& file) override;
+    void click(WindowId id, Point at, int times) override;
+    void turnWheel(WindowId id, Point at, int steps) override;
     void print(const std::string& line) override;
     void fail(const std::string& line) override;
     void quit() override;

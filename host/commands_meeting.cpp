@@ -29,11 +29,7 @@ void shareAdd(Session& session, const Args& args)
 
 void preview(Session& session, const Args& args)
 {
-    Participant& participant = session.person(args.text(0));
-    if (participant.media)
-        participant.media->setPaused(!args.flag(1));
-    printRefusal(session, args,
-                 session.api().Preview(session.screen(), participant.play, args.flag(1)));
+    printRefusal(session, args, session.setCamera(session.person(args.text(0)), args.flag(1)));
 }
 
 void name(Session& session, const Args& args)
@@ -147,9 +143,14 @@ void addMeetingCommands(std::vector<Command>& table)
                      "volume alice 60"});
     table.push_back({"preview",
                      {who(), onOff()},
-                     "the video stream is open, pictures flow",
+                     "the camera is on, pictures flow",
                      preview,
                      "preview alice off"});
+    table.push_back({"streams",
+                     {choice({"always", "follow"})},
+                     "are open all the time, or as the module asks",
+                     [](Session& s, const Args& a) { s.followStreams(a.flag(0)); },
+                     "streams follow"});
     table.push_back({"hand",
                      {who(), onOff()},
                      "the hand is raised",

@@ -271,6 +271,23 @@ void addWindowCommands(std::vector<Command>& table)
          "put the screen into another window",
          [](Session& s, const Args& a) { s.setParent(static_cast<WindowId>(a.number(0))); },
          "reparent second"});
+    const ArgSpec x = integer("X", kMinPx, kMaxPx);
+    const ArgSpec y = integer("Y", kMinPx, kMaxPx);
+    table.push_back(
+        {"click",
+         {x, y, optional(integer("TIMES", 0, 9))},
+         "click at a point of the window; 0 times: only point there",
+         [](Session& s, const Args& a) {
+             s.stage().click(s.parent(), {a.number(0), a.number(1)}, a.has(2) ? a.number(2) : 1);
+         },
+         "click 100 50 2"});
+    table.push_back({"wheel",
+                     {x, y, integer("STEPS", -100, 100)},
+                     "turn the wheel there, away from the user for positive steps",
+                     [](Session& s, const Args& a) {
+                         s.stage().turnWheel(s.parent(), {a.number(0), a.number(1)}, a.number(2));
+                     },
+                     "wheel 100 50 -1"});
     table.push_back({"screenshot",
                      {text("FILE.png")},
                      "save what the window shows",

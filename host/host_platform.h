@@ -19,6 +19,8 @@ void useUtf8Text();
 [[nodiscard]] std::vector<std::string> programArguments(int argc, char** argv);
 /// Converts UTF-8 to the local 8-bit encoding, as the module's `char*` texts expect it.
 [[nodiscard]] std::string toLocal8Bit(const std::string& utf8);
+/// The way back, for the texts that the module sends.
+[[nodiscard]] std::string fromLocal8Bit(const std::string& local);
 
 /// @return why `file` cannot be opened for reading; empty when it can
 [[nodiscard]] std::string whyUnreadable(const std::string& file);

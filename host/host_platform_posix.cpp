@@ -279,6 +279,11 @@ std::string toLocal8Bit(const std::string& utf8)
     return utf8; // see useUtf8Text()
 }
 
+std::string fromLocal8Bit(const std::string& local)
+{
+    return local; // see useUtf8Text()
+}
+
 std::string whyUnreadable(const std::string& file)
 {
     struct stat status

@@ -35,6 +35,10 @@ public:
     virtual void resize(Size size) = 0;
     /// Brings the window before the others: what is covered cannot be grabbed.
     virtual void raise() = 0;
+    /// Moves the mouse to a point of the window and clicks so many times.
+    virtual void click(Point at, int times) = 0;
+    /// Turns the wheel there: away from the user for positive steps.
+    virtual void turnWheel(Point at, int steps) = 0;
     /// Reads the part of the window that lies on the screen, its children included.
     /// @throws HostError
     [[nodiscard]] virtual RgbImage grab() const = 0;

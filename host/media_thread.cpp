@@ -9,8 +9,9 @@ namespace zrhost {
 
 using std::chrono::steady_clock;
 
-MediaThread::MediaThread(Work work)
+MediaThread::MediaThread(Work work, bool paused)
     : m_work(std::move(work))
+    , m_paused(paused)
     , m_thread([this] { run(); })
 {
 }

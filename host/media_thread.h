@@ -25,7 +25,7 @@ public:
         std::function<void(const std::string& problem)> ended;
     };
 
-    explicit MediaThread(Work work);
+    MediaThread(Work work, bool paused);
     ~MediaThread();
     MediaThread(const MediaThread&) = delete;
     MediaThread& operator=(const MediaThread&) = delete;
@@ -42,7 +42,7 @@ private:
 
     Work m_work;
     StopSignal m_stop;
-    std::atomic<bool> m_paused{false};
+    std::atomic<bool> m_paused;
     std::atomic<long long> m_delivered{0};
     std::atomic<long long> m_refused{0};
     std::thread m_thread; // last: it uses the other members

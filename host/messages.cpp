@@ -1,5 +1,6 @@
 #include "messages.h"
 
+#include "host_platform.h"
 #include "zrscreenmod/zrscreenmod.h"
 
 #include <cstdint>
@@ -86,7 +87,7 @@ std::string describeArguments(Arguments arguments, unsigned long long wParam, lo
         return " class=" + std::to_string(wParam);
     case Arguments::UserId: {
         const char* const userId = reinterpret_cast<const char*>(static_cast<uintptr_t>(wParam));
-        return " userId=" + std::string(userId ? userId : "")
+        return " userId=" + fromLocal8Bit(userId ? userId : "")
                + (lParam != 0 ? " focus=new" : " focus=old");
     }
     case Arguments::Edit:

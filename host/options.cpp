@@ -58,6 +58,8 @@ const Option kOptions[] = {
      [](Options& o, const std::string& text) { o.pictureSize = parseSize(text, "--picture"); }},
     {"fps", "F", "pictures a second of synthetic sources (default: 25)",
      [](Options& o, const std::string& text) { o.fps = parseNumber(text, 0.1, 240, "--fps"); }},
+    {"follow-streams", nullptr, "deliver pictures only where the module asks for them",
+     [](Options& o, const std::string&) { o.followStreams = true; }},
     {"seed", "S", "decides the colours and when each video begins (default: 1)",
      [](Options& o, const std::string& text) {
          o.seed = static_cast<unsigned>(parseInteger(text, 0, 4294967295LL, "--seed"));

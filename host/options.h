@@ -24,6 +24,7 @@ struct Options
     unsigned seed = 1;
     std::string scenario;
     std::string library;
+    bool followStreams = false;
     bool headless = false;
     bool interactive = false;
 

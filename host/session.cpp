@@ -32,6 +32,7 @@ Session::Session(const ScreenApi& api, Stage& stage, const Settings& settings)
     : m_api(api)
     , m_stage(stage)
     , m_settings(settings)
+    , m_followStreams(settings.followStreams)
 {
     g_session = this;
 }
@@ -64,6 +65,7 @@ void Session::closeScreen()
         remove(*m_people.back());
     m_api.Release(m_screen);
     m_screen = nullptr;
+    m_shown.clear();
 }
 
 void* Session::screen() const
@@ -97,10 +99,60 @@ Participant& Session::add(const std::string& id, const std::string& name, const 
     Participant& participant = *m_people.emplace_back(std::move(added));
     if (source.kind != SourceKind::None) {
         m_api.SetMute(m_screen, participant.play, 0);
-        m_api.Preview(m_screen, participant.play, true);
         startMedia(participant, delayMs);
+        updateStream(participant);
     }
     return participant;
+}
+
+void Session::followStreams(bool follow)
+{
+    m_followStreams = follow;
+    for (const auto& participant : m_people)
+        updateStream(*participant);
+}
+
+int Session::setCamera(Participant& participant, bool on)
+{
+    participant.camera = on;
+    if (!m_followStreams) {
+        participant.open = on;
+        if (participant.media)
+            participant.media->setPaused(!on);
+        return m_api.Preview(screen(), participant.play, on);
+    }
+    updateStream(participant);
+    return 1;
+}
+
+void Session::updateStream(Participant& participant)
+{
+    if (!participant.media)
+        return; // without a source, or about to leave
+    const bool asked = !m_followStreams || m_shown.count(participant.number) > 0;
+    const bool open = participant.camera && asked;
+    if (open == participant.open)
+        return;
+    participant.open = open;
+    participant.media->setPaused(!open);
+    m_api.Preview(m_screen, participant.play, open);
+}
+
+void Session::onMessage(unsigned long message, long long hostValue)
+{
+    if (message == ZRMSG_VIDEO_SHOWN)
+        m_shown.insert(hostValue);
+    else if (message == ZRMSG_VIDEO_HIDDEN || message == ZRMSG_PERSON_REMOVED)
+        m_shown.erase(hostValue);
+    if (message != ZRMSG_VIDEO_SHOWN && message != ZRMSG_VIDEO_HIDDEN)
+        return;
+    // Nobody yet: the message came from inside ZRScreen_AddPerson, and add() goes on with him.
+    for (const auto& participant : m_people) {
+        if (participant->number == hostValue) {
+            updateStream(*participant);
+            break;
+        }
+    }
 }
 
 void Session::startMedia(Participant& participant, int delayMs)
@@ -124,7 +176,7 @@ void Session::startMedia(Participant& participant, int delayMs)
     work.ended = [this, number = participant.number](const std::string& problem) {
         m_stage.post([this, number, problem] { onSourceEnded(number, problem); });
     };
-    participant.media = std::make_unique<MediaThread>(std::move(work));
+    participant.media = std::make_unique<MediaThread>(std::move(work), true);
 }
 
 void Session::onSourceEnded(int number, const std::string& problem)
@@ -221,10 +273,12 @@ std::string Session::nameOfHostValue(long long value) const
 
 int Session::notify(unsigned long message, unsigned long long wParam, long long lParam)
 {
-    if (g_session)
-        g_session->m_stage.print(describeMessage(message, wParam, lParam, [](long long value) {
-            return g_session->nameOfHostValue(value);
-        }));
+    if (!g_session)
+        return 0;
+    g_session->m_stage.print(describeMessage(message, wParam, lParam, [](long long value) {
+        return g_session->nameOfHostValue(value);
+    }));
+    g_session->onMessage(message, lParam);
     return 0;
 }
 

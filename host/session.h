@@ -7,6 +7,7 @@
 #include "stage.h"
 
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,8 @@ struct Participant
     int role = 0;         ///< as in ZRScreen_SetPersonInfo
     bool self = false;
     int identity = 0;
+    bool camera = true;                 ///< there are pictures to send
+    bool open = false;                  ///< the stream, as reported to the module
     std::unique_ptr<MediaThread> media; ///< null without a source
 };
 
@@ -35,6 +38,7 @@ public:
         unsigned seed = 1;
         Size pictureSize{640, 360}; ///< of synthetic pictures
         double fps = 25;            ///< of synthetic pictures
+        bool followStreams = false; ///< see followStreams()
     };
 
     /// Both references must outlive the session.
@@ -52,12 +56,19 @@ public:
     [[nodiscard]] void* screen() const;
 
     /// Adds a participant whose pictures begin after `delayMs`, and reports an open microphone
-    /// and an open stream. @throws HostError for an id that is taken, or an unreadable file
+    /// and, unless the module is to ask for it, an open stream. @throws HostError for an id that is
+    /// taken, or an unreadable file
     Participant& add(const std::string& id, const std::string& name, const SourceSpec& source,
                      int delayMs = 0);
     void remove(Participant& participant);
     /// Finds a participant by id, number or name. @throws HostError
     [[nodiscard]] Participant& person(const std::string& name);
+    /// Whether streams are opened and closed as the module asks (ZRMSG_VIDEO_SHOWN,
+    /// ZRMSG_VIDEO_HIDDEN), as a media engine does, or are open all the time.
+    void followStreams(bool follow);
+    /// The participant's camera is switched on or off.
+    /// @return what the module returned
+    int setCamera(Participant& participant, bool on);
     /// Delivers one synthetic picture on the calling thread.
     [[nodiscard]] int deliverOne(Participant& participant, Size size);
     /// Reports the participant's role and name as they are now recorded.
@@ -80,6 +91,8 @@ public:
 private:
     static int notify(unsigned long message, unsigned long long wParam, long long lParam);
     void startMedia(Participant& participant, int delayMs);
+    void onMessage(unsigned long message, long long hostValue);
+    void updateStream(Participant& participant);
     void onSourceEnded(int number, const std::string& problem);
     void fillWindow(Size size);
     [[nodiscard]] std::string nameOfHostValue(long long value) const;
@@ -91,6 +104,8 @@ private:
     WindowId m_parent = WindowId::Main;
     std::vector<std::unique_ptr<Participant>> m_people;
     std::vector<std::string> m_idsByNumber; ///< also of those who have left: messages come late
+    bool m_followStreams;
+    std::set<long long> m_shown; ///< numbers of those whose tiles are visible
 };
 
 } // namespace zrhost

@@ -17,6 +17,13 @@ enum class WindowId
     Second
 };
 
+/// In a window, pixels from its top left corner.
+struct Point
+{
+    int x = 0;
+    int y = 0;
+};
+
 class Stage
 {
 public:
@@ -30,6 +37,11 @@ public:
     virtual void resizeWindow(WindowId id, Size size) = 0;
     /// Writes what the window shows to a PNG file. @throws HostError
     virtual void saveWindow(WindowId id, const std::string& file) = 0;
+
+    /// Moves the mouse to a point of the window and clicks so many times; 0 only moves it.
+    virtual void click(WindowId id, Point at, int times) = 0;
+    /// Turns the wheel there: away from the user for positive steps.
+    virtual void turnWheel(WindowId id, Point at, int steps) = 0;
 
     /// Prints one line for the user.
     virtual void print(const std::string& line) = 0;

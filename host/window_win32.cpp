@@ -26,6 +26,15 @@ Size withFrame(Size inside, DWORD style)
     return {rect.right - rect.left, rect.bottom - rect.top};
 }
 
+void sendMouse(DWORD flags, int wheel = 0)
+{
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flags;
+    input.mi.mouseData = static_cast<DWORD>(wheel);
+    SendInput(1, &input, sizeof input);
+}
+
 class Win32Window : public HostWindow
 {
 public:
@@ -36,11 +45,15 @@ public:
     Size size() const override;
     void resize(Size size) override;
     void raise() override;
+    void click(Point at, int times) override;
+    void turnWheel(Point at, int steps) override;
     RgbImage grab() const override;
 
     static LRESULT CALLBACK onMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
 private:
+    void pointAt(Point at) const;
+
     HWND m_window = nullptr;
     Events m_events;
 };
@@ -131,6 +144,28 @@ void Win32Window::resize(Size size)
 void Win32Window::raise()
 {
     SetWindowPos(m_window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+}
+
+void Win32Window::pointAt(Point at) const
+{
+    POINT point{at.x, at.y};
+    ClientToScreen(m_window, &point);
+    SetCursorPos(point.x, point.y);
+}
+
+void Win32Window::click(Point at, int times)
+{
+    pointAt(at);
+    for (int i = 0; i < times; ++i) {
+        sendMouse(MOUSEEVENTF_LEFTDOWN);
+        sendMouse(MOUSEEVENTF_LEFTUP);
+    }
+}
+
+void Win32Window::turnWheel(Point at, int steps)
+{
+    pointAt(at);
+    sendMouse(MOUSEEVENTF_WHEEL, steps * WHEEL_DELTA);
 }
 
 /// A bitmap whose pixels are read as 4 bytes: blue, green, red, unused; rows from the top.

@@ -3,6 +3,7 @@
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
 
 #include <algorithm>
 #include <array>
@@ -52,6 +53,8 @@ public:
     Size size() const override { return m_size; }
     void resize(Size size) override;
     void raise() override;
+    void click(Point at, int times) override;
+    void turnWheel(Point at, int steps) override;
     RgbImage grab() const override;
 
     [[nodiscard]] Window id() const { return m_window; }
@@ -59,6 +62,7 @@ public:
 
 private:
     void waitUntilMapped();
+    void press(Point at, unsigned button, int times);
 
     X11Display& m_display;
     Window m_window = 0;
@@ -206,6 +210,32 @@ void X11Window::raise()
 {
     XRaiseWindow(m_display.connection(), m_window);
     XFlush(m_display.connection());
+}
+
+void X11Window::press(Point at, unsigned button, int times)
+{
+    Display* const connection = m_display.connection();
+    int x = 0;
+    int y = 0;
+    Window child = 0;
+    XTranslateCoordinates(connection, m_window, DefaultRootWindow(connection), at.x, at.y, &x, &y,
+                          &child);
+    XTestFakeMotionEvent(connection, -1, x, y, CurrentTime);
+    for (int i = 0; i < times; ++i) {
+        XTestFakeButtonEvent(connection, button, True, CurrentTime);
+        XTestFakeButtonEvent(connection, button, False, CurrentTime);
+    }
+    XFlush(connection);
+}
+
+void X11Window::click(Point at, int times)
+{
+    press(at, Button1, times);
+}
+
+void X11Window::turnWheel(Point at, int steps)
+{
+    press(at, steps > 0 ? Button4 : Button5, std::abs(steps));
 }
 
 void X11Window::onEvent(const XEvent& event)

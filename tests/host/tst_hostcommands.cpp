@@ -28,6 +28,14 @@ public:
         note("resize " + std::to_string(size.width));
     }
     void saveWindow(WindowId, const std::string& file) override { note("save " + file); }
+    void click(WindowId, Point at, int times) override
+    {
+        note("click " + std::to_string(at.x) + " x" + std::to_string(times));
+    }
+    void turnWheel(WindowId, Point at, int steps) override
+    {
+        note("wheel " + std::to_string(at.y) + " by " + std::to_string(steps));
+    }
     void print(const std::string& line) override { note(line); }
     void fail(const std::string& line) override { note("FAIL " + line); }
     void quit() override { note("quit"); }
@@ -90,6 +98,7 @@ private slots:
     void leavingIsOrderly();
     void sourcesThatEndAreReported();
     void messagesNameTheParticipant();
+    void streamsFollowTheMessages();
 
 private:
     void run(const std::string& line) { bindCommand(splitWords(line)).run(*m_session); }
@@ -280,9 +289,38 @@ void TestHostCommands::messagesNameTheParticipant()
     m_stage.take();
     fakeNotify()(4, 0x20, 1);
     fakeNotify()(ZRMSG_PERSON_REMOVED, 0x20, 2); // comes after bob has left
-    QCOMPARE(m_stage.take(),
-             (QStringList{"stream request grade=4 for alice",
-                          "message ZRMSG_PERSON_REMOVED person=0x20 hostValue=bob"}));
+    fakeNotify()(ZRMSG_FOCUS_STREAM, reinterpret_cast<uintptr_t>("alice"), 0);
+    QCOMPARE(m_stage.take(), (QStringList{"stream request grade=4 for alice",
+                                          "message ZRMSG_PERSON_REMOVED person=0x20 hostValue=bob",
+                                          "message ZRMSG_FOCUS_STREAM userId=alice focus=old"}));
+}
+
+void TestHostCommands::streamsFollowTheMessages()
+{
+    const auto calls = [this](unsigned long message, long long hostValue) {
+        (void)takeCalls();
+        fakeNotify()(message, 0x20, hostValue);
+        return takeCalls().join(QLatin1Char(' '));
+    };
+    run("add carol synthetic@64x36/100");
+    run("add dave synthetic@64x36/100");
+    QCOMPARE(calls(ZRMSG_VIDEO_HIDDEN, 3), QString()); // streams are always open
+    (void)takeCalls();
+    run("streams follow");
+    QCOMPARE(takeCalls(), QStringList{"Preview(carol, 0)"});
+    (void)takeFakeFrames();
+    QTRY_VERIFY(fakeFrameCount() > 3);
+    for (const std::string& frame : takeFakeFrames())
+        QVERIFY2(frame.rfind("dave ", 0) == 0, frame.c_str());
+    QCOMPARE(calls(ZRMSG_VIDEO_SHOWN, 3), QStringLiteral("Preview(carol, 1)"));
+    QCOMPARE(calls(ZRMSG_VIDEO_SHOWN, 3), QString()); // one report for each change
+    QCOMPARE(calls(ZRMSG_VIDEO_HIDDEN, 4), QStringLiteral("Preview(dave, 0)"));
+    // The message that opens him comes from inside the call that adds him.
+    run("add erin synthetic@64x36/100");
+    QCOMPARE(takeCalls().last(), QStringLiteral("Preview(erin, 1)"));
+    run("preview erin off");
+    QCOMPARE(takeCalls(), QStringList{"Preview(erin, 0)"});
+    QCOMPARE(calls(ZRMSG_VIDEO_SHOWN, 5), QString()); // his camera is off
 }
 
 QTEST_GUILESS_MAIN(TestHostCommands)
