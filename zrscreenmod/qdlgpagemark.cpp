@@ -30,6 +30,8 @@ QDlgPageMark::QDlgPageMark(QWidget* parent)
 
 void QDlgPageMark::setPages(int current, int count)
 {
+    if (m_iCurrent == current && m_iCount == count)
+        return;
     m_iCurrent = current;
     m_iCount = count;
     update();

@@ -4,27 +4,28 @@
 #include "cplaywidget.h"
 #include "meetingmode.h"
 #include "qzrscreenconfig.h"
+#include "speaktool.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QDebug>
-#include <QKeyEvent>
 #include <QMouseEvent>
-#include <QWheelEvent>
 
-namespace {
-
-/// A step of a mouse wheel in the unit of QWheelEvent, eighths of a degree.
-constexpr int kWheelStep = 120;
-
-} // namespace
+#include <chrono>
+#include <limits>
 
 QDlgScreen::QDlgScreen(QWidget* parent)
     : QDialog(parent)
 {
     // A plain child, not a dialog window.
     setWindowFlags(Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
+    setFocusPolicy(Qt::ClickFocus); // for the keys that turn pages
     m_iModeBeforeShare = hub().curScreenMode();
+    m_pageClock = [] {
+        using namespace std::chrono;
+        return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+    };
+    makePageControls();
     connectHub();
 }
 
@@ -69,6 +70,11 @@ void QDlgScreen::connectHub()
     connect(hub, &Hub::sigSwitchExtendScreen, this, &Self::OnSwitchExtendScreen);
     connect(hub, &Hub::sigPopSelfShareWnd, this, &Self::OnPopSelfShareWnd);
     connect(hub, &Hub::sigSetVoiceActivateUser, this, &Self::OnSetVoiceActivateUser);
+    connect(hub, &Hub::notifyClickExtPlayWidget, this, &Self::onNotifyClickExtPlayWidget);
+    connect(hub, &Hub::clickPageCtl, this, &Self::onClickPageCtl);
+    connect(hub, &Hub::modSignalHideSpeakTool, this, &Self::onModHideSpeakTool);
+    connect(hub, &Hub::modSignalShowSpeakTool, this, &Self::onModShowSpeakTool);
+    connect(hub, &Hub::sigOpenLayoutPoll, this, &Self::onOpenLayoutPoll);
 }
 
 bool QDlgScreen::event(QEvent* event)
@@ -86,26 +92,48 @@ bool QDlgScreen::event(QEvent* event)
 
 void QDlgScreen::timerEvent(QTimerEvent* event)
 {
-    if (event->timerId() == m_retireTimer.timerId()) {
+    const int id = event->timerId();
+    const auto stop = [this](int& timerId) {
+        killTimer(timerId);
+        timerId = 0;
+    };
+    if (id == m_retireTimer.timerId()) {
         m_retireTimer.stop();
         freeRetired();
-        return;
-    }
-    if (event->timerId() != m_iMuteTimerId) {
+    } else if (id == m_iCheckTimerId) {
+        checkOrder();
+    } else if (id == m_iMuteTimerId) {
+        stop(m_iMuteTimerId);
+        qDebug() << "changeersonVidoMute(true)";
+        changePersonVideoMute(true);
+    } else if (id == m_iSpeakToolTimerId) {
+        stop(m_iSpeakToolTimerId);
+        m_pSpeakTool->refreshTool();
+    } else if (id == m_iPollTimerId) {
+        m_iPollTick = (m_iPollTick + 1) % std::numeric_limits<int>::max();
+        reLayout();
+    } else {
         QDialog::timerEvent(event);
-        return;
     }
-    killTimer(m_iMuteTimerId);
-    m_iMuteTimerId = 0;
-    qDebug() << "changeersonVidoMute(true)";
-    changePersonVideoMute(true);
+}
+
+void QDlgScreen::killTimers()
+{
+    for (int* timerId :
+         {&m_iCheckTimerId, &m_iMuteTimerId, &m_iSpeakToolTimerId, &m_iPollTimerId}) {
+        if (*timerId != 0)
+            killTimer(*timerId);
+        *timerId = 0;
+    }
 }
 
 void QDlgScreen::resizeEvent(QResizeEvent* event)
 {
     QDialog::resizeEvent(event);
-    if (width() >= zr::kMinLayoutWidthPx)
-        reLayout();
+    if (width() < zr::kMinLayoutWidthPx)
+        return;
+    reLayout();
+    placePageControls();
 }
 
 void QDlgScreen::mousePressEvent(QMouseEvent* event)
@@ -115,31 +143,6 @@ void QDlgScreen::mousePressEvent(QMouseEvent* event)
         return; // a tile that passed its press on
     hub().broadcast(ZRMSG_GALLERY_PRESS, 0, 0);
     notifyLButtonClick();
-}
-
-void QDlgScreen::wheelEvent(QWheelEvent* event)
-{
-    // A touchpad turns by fractions of a step.
-    m_iWheelRest += event->angleDelta().y();
-    const int steps = m_iWheelRest / kWheelStep;
-    m_iWheelRest %= kWheelStep;
-    if (steps != 0)
-        onWheel(steps);
-    event->accept();
-}
-
-void QDlgScreen::onWheel(int iStep)
-{
-    if (iStep > 0)
-        pagePre();
-    else if (iStep < 0)
-        pageNext(false);
-}
-
-void QDlgScreen::keyPressEvent(QKeyEvent* event)
-{
-    // A dialog would close itself on Escape; every key is the frame dialog's.
-    event->ignore();
 }
 
 void QDlgScreen::closeEvent(QCloseEvent* event)
@@ -155,7 +158,6 @@ void QDlgScreen::onModMove(QRect rc)
 
 void QDlgScreen::onModScreenToolbar(QRect rc, bool bShow)
 {
-    m_rcToolbar = bShow ? rc : QRect();
     emit hub().notifyToolbar(rc, bShow);
 }
 

@@ -2,14 +2,15 @@
 #pragma once
 
 #include "layoutgeometry.h"
+#include "paging.h"
 #include "personinfo.h"
 
 #include <QBasicTimer>
 #include <QDialog>
-#include <QElapsedTimer>
 #include <QEvent>
 #include <QHash>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -17,7 +18,13 @@
 #include <unordered_map>
 #include <vector>
 
+namespace zr {
+struct SpeakerKey;
+}
+class QDlgPageMark;
+class QMyPageCtrl;
 class QZRScreenConfig;
+class SpeakTool;
 
 /// Owns the participant records and their tiles. Everything here belongs to the GUI thread but
 /// playFrame, which any thread may call.
@@ -60,20 +67,50 @@ public:
     /// Carries out an arrangement that is scheduled; for queries of what is visible.
     void flushLayout();
     bool setMeetingMode(eLayoutType mode);
-    /// Turn the page; refused within 400 ms of the last turn. @param bWrap go on from the last
-    /// page to the first @return false when refused
-    bool pageNext(bool bWrap);
-    bool pagePre();
+    /// Gives the gallery the tool that shows the next speaker in modes 4 and 5; without one the
+    /// next speaker is not visible. To be called before there are participants.
+    void setSpeakTool(std::unique_ptr<SpeakTool> tool);
     /// Where a shared screen's picture is, in screen pixels; tells the host when it has changed.
     QRect shareRect();
     bool isPersonVisible(const QString& userId);
     /// Repaints the shared screens, after a share was paused or resumed.
     void refreshShareTiles();
 
-    // --- Focus, previews and stream grades (qdlgscreen_focus.cpp) ---
+    // --- Order (qdlgscreen_order.cpp) ---
+    /// Starts the timer that looks once a second for a new order, unless it runs.
+    void startCheckTimer();
+
+    // --- Pages and polling (qdlgscreen_pages.cpp) ---
+    /// Turn the page; refused within 400 ms of the last turn. @param bWrap go on from the last
+    /// page to the first @return false when refused
+    bool pageNext(bool bWrap);
+    bool pagePre();
+    /// The page that is shown, from 0.
+    int page() const { return m_iPage; }
+    /// Pages of the current arrangement; 0 for one that has none.
+    int pageCount() const;
+    /// Replaces the clock of the page turns: milliseconds that never go back.
+    void setPageClock(std::function<qint64()> nowMs) { m_pageClock = std::move(nowMs); }
+
+    // --- Focus and the small window (qdlgscreen_focus.cpp) ---
+    /// Makes a participant the speaker, chosen by a user or the host, and arranges the tiles.
+    /// @param mode applied when the focus person changes; 0 keeps the mode @return true
     bool setFocusPerson(tagPersonInfo* person, int mode);
+    /// Makes a tile's participant the speaker, and tells the host whose stream is the large one.
+    /// @return whether the focus has moved
+    bool changePersonToFocus(CPlayWidget* tile);
+    int showSmallWndWhenRestore(bool bShow);
+    /// The native id of the speaker tool's window while it is open, else 0.
+    int GetSmallWndId() const;
+    /// The small window is the speaker tool where it is in use, else the strip beside the speaker.
+    bool isPersonVisibleInSmallWnd(const QString& userId);
+
+    // --- Streams (qdlgscreen_streams.cpp) ---
+    /// Takes the host's report that a participant's stream is open or closed.
     void setPreview(void* pPerson, bool bPreview);
+    /// Records the grade that a tile needs; the host is asked with the next frame.
     void setPersonStreamType(tagPersonInfo* person, int iStreamType);
+    /// Asks the host for a grade; never for a shared screen, which has one only.
     void switchStream(tagPersonInfo* person, int streamType);
     void setPersonDefStreamType(void* pPerson);
     /// Reports tiles to the host: with false those that have become visible, with true those that
@@ -81,10 +118,6 @@ public:
     void changePersonVideoMute(bool bMute);
     /// Reports every participant without a visible tile as hidden, while the local user shares.
     void muteInvisiblePerson(bool bMute);
-    int showSmallWndWhenRestore(bool bShow);
-    /// The native id of the small window; 0, since the gallery has none open.
-    int GetSmallWndId() const { return 0; }
-    bool isPersonVisibleInSmallWnd(const QString& userId) const;
 
     // --- Look modes, audio, menus (qdlgscreen_look.cpp) ---
     bool setAllLook(void* pPerson, bool bAllLook);
@@ -102,13 +135,25 @@ public slots:
     void onPlayStatusChange(CPlayWidget* tile);
     void onPlayWidgetLBtnClick(CPlayWidget* tile);
     void onWheel(int iStep);
+    /// Turns the page for Qt::Key_PageUp, _PageDown, _Left and _Right.
+    void onKey(int iKey);
     void onClickAudioCtl(void* pPerson);
     void onClickMore(void* pPerson, int igPosRight);
+    /// Orders and arranges the participants anew. @param bKeepFocusPerson a shared screen neither
+    /// becomes the focus person nor ends the focus
     void onDisplayOrder(bool bKeepFocusPerson = false);
+    /// Whether the small window shows the participant.
+    bool IsBindToSmallWnd(ST_PersonInfo* person);
     void onHandleHandup(void* pPerson);
     void onPlayFrameUpdateUI(void* pPerson, int iWidth, int iHeight);
     void onLookToast(bool bAll);
+    void onClickPageCtl(QWidget* control);
     void onNotifyUpdateUserInfo(void* pPlayHdl, void* pPerson);
+    /// A click on the extended screen is one on the participant whom it shows.
+    void onNotifyClickExtPlayWidget(void* pTile);
+    /// Orders the participants. @param bJustTestSorting only compare with the present order
+    /// @return whether the order differs from the one before
+    bool SortCurrentPersons(bool bJustTestSorting);
     int OnPopSelfShareWnd(bool bFloat, bool bMuteVideo = false);
     void onModMove(QRect rc);
     void onModAllLook(void* pPerson, bool bAllLook);
@@ -126,10 +171,22 @@ public slots:
     void onModAddPerson(void* pPerson);
     void onModFocusByUserID(QString qstrUserID, bool bVolActive);
     void onModSwitchMode(int eType);
+    void onModHideSpeakTool(bool bshare);
+    void onModShowSpeakTool(bool bshare);
     void notifyLButtonClick();
+    bool IsPersonInCustomizeSort(ST_PersonInfo* person);
     void OnSetVoiceActivateUser(QString qstrUserID);
+    /// Shows who has begun to speak: as the speaker where voice activation may choose, else in the
+    /// small window.
+    void ActivateIntoSmallWnd(ST_PersonInfo* newActivatedPerson, ST_PersonInfo* oldActivatedPerson);
+    /// Takes over what has changed in a record, wherever the participant is shown.
+    void updatePersonDisplayInfo(ST_PersonInfo* person);
     void OnSwitchExtendScreen(bool bExtendScreen, bool bDeviceChange = false);
+    /// Replaces the places that the host gives: position to user id. Ids that nobody has do no
+    /// harm, and of two positions for one id the lower counts.
     void SetCustomizeSorting(std::map<int, std::string> grpSorting);
+    /// Starts or ends polling as the settings say, from the first page on.
+    void onOpenLayoutPoll();
     void UpdateUserNetStatus(QString qstrUserID, int dir, bool bIsWeak, int nNetStatus);
 
 protected:
@@ -164,33 +221,92 @@ private:
     void clearGallery();
 
     // Arrangement
-    void buildDisplayList();
+    /// A participant and where the arrangement wants the tile.
+    struct PlacedPerson
+    {
+        tagPersonInfo* person;
+        QRect rect; ///< empty when the tile is not to be shown
+        int grade;
+    };
+    int arrangedMode() const;
+    void arrangeTiles();
     void reLayoutEqualCut();
     void reLayout9EqualCut();
+    void reLayout6Cut();
+    void reLayout8Cut();
+    void reLayoutSpeaker(eLayoutType mode);
+    void reLayoutSpeaker4();
+    void reLayoutSpeakerTool();
+    void reLayoutShare();
+    void reLayoutFixedGrid();
+    void reLayoutSingle();
     zr::LayoutInput layoutInput() const;
-    bool passesVideoFilter(const tagPersonInfo* person) const;
+    std::vector<PlacedPerson> placed(const std::vector<zr::TilePlacement>& placements) const;
     void logDisplayList();
     /// The only caller of setGeometry, ShowPlay, HidePlay and setPersonStreamType.
-    void applyPlacements(const char* prefix, const std::vector<zr::TilePlacement>& placements);
-    void hideAllTiles();
-    void hideUnplacedTiles(const std::set<const tagPersonInfo*>& placed);
+    void applyPlacements(const char* prefix, const std::vector<PlacedPerson>& placements);
+    void hideUnplacedTiles(const std::vector<PlacedPerson>& placements);
     void finishLayout();
+    void showSpeakTool(tagPersonInfo* person);
+    void hideSpeakTool();
+
+    // Order
+    void buildDisplayList();
+    void chooseSpeakers();
+    std::vector<tagPersonInfo*> sortedPersons() const;
+    bool passesVideoFilter(const tagPersonInfo* person) const;
+    void focusOnShare();
+    void checkOrder();
+
+    // Pages and polling
+    void makePageControls();
+    void placePageControls();
+    void updatePageControls();
     int tilesPerPage() const;
+    void clampPage();
     void turnToPage(int page);
-    bool acceptPageTurn();
+    bool pollingActive() const;
+    void TestShowPoll(std::vector<tagPersonInfo*>& persons);
+    void updatePollTimer();
+    /// Stops the timers that an empty gallery has no use for.
+    void killTimers();
 
     // Focus and look
+    bool isFocusChosen() const;
     void dropFocus();
+    void storeFocus(tagPersonInfo* person, bool bAuto);
+    void changeFocus(tagPersonInfo* person, bool bAuto);
+    bool isLayoutDictated() const;
+    std::vector<zr::SpeakerKey> speakerKeys(bool bNext) const;
+    int indexOf(const tagPersonInfo* person) const;
+    /// Index in the display list; -1 for nobody. Without a chosen focus the choice is automatic.
+    int chooseSpeaker();
+    /// Who stands beside the speaker, as an index in the display list; -1 for nobody.
+    int chooseNextSpeaker(int speaker) const;
+    void admitVoice(std::vector<zr::TilePlacement>& placements, int large) const;
+    void seatLayoutCtrl(std::vector<tagPersonInfo*>& persons) const;
+    void clickPerson(tagPersonInfo* clicked);
+    bool isToolInUse() const;
+    /// Shows the tool over what the local user shares, also in modes that have none.
+    void floatSpeakTool();
     bool isTileVisible(const tagPersonInfo* person) const;
     void applyLook(tagPersonInfo* person, bool bOn);
     void setSpeaking(tagPersonInfo* person, bool bSpeaking);
     tagPersonInfo* personOf(const CPlayWidget* tile) const;
 
+    // Streams
+    bool notePicture(tagPersonInfo* person, bool bPreview);
+    void expectMute(tagPersonInfo* person);
+    void passStreamType(tagPersonInfo* person);
+    void reportHidden(tagPersonInfo* person);
+    void startMuteTimer();
+
     std::unordered_map<const void*, std::unique_ptr<tagPersonInfo>> m_mapOwned;
     QHash<QString, tagPersonInfo*> m_mapByUserId;
     std::vector<tagPersonInfo*> m_vecPerson;     ///< everybody, in join order
-    std::vector<tagPersonInfo*> m_vecCurPersons; ///< in display order
-    std::vector<quint64> m_vecLoggedSerials;     ///< the display list as it was logged last
+    std::vector<tagPersonInfo*> m_vecSorted;     ///< in display order, without who is filtered out
+    std::vector<tagPersonInfo*> m_vecCurPersons; ///< m_vecSorted, or what a poll shows of it
+    std::vector<quint64> m_vecLoggedSerials;     ///< the places of a page as they were logged last
     std::set<qint64> m_setJoinTime;
     /// Deleted participants whose memory is still in use by another thread or in an event that is
     /// under way.
@@ -206,15 +322,35 @@ private:
     bool m_bInLayout = false;
     bool m_bLayoutAgain = false; ///< asked for from inside an arrangement
     bool m_bLayoutScheduled = false;
+    bool m_bShareFocusDue = false; ///< a change of the order may give the focus to a share
+    int m_iLaidOutMode = 0;        ///< the mode of the last arrangement; 0 before the first
+    // Places of the speakers in m_vecCurPersons, during an arrangement; -1 without one.
+    int m_iSpeaker = -1;
+    int m_iNextSpeaker = -1;
+
     int m_iPage = 0;
-    int m_iWheelRest = 0;          ///< turned by less than a step, in eighths of a degree
-    QElapsedTimer m_pageTurnClock; ///< since the last accepted page turn
-    int m_iMuteTimerId = 0;        ///< single shot, 1000 ms after each arrangement
+    int m_iWheelRest = 0; ///< turned by less than a step, in eighths of a degree
+    zr::PageTurnGate m_pageGate;
+    std::function<qint64()> m_pageClock;
+    QMyPageCtrl* m_pPagePre = nullptr; ///< child, as the two below; all three above the tiles
+    QMyPageCtrl* m_pPageNext = nullptr;
+    QDlgPageMark* m_pPageMark = nullptr;
+    int m_iPollTick = 0; ///< counts the turns of a poll
+
+    // Timers; 0 while they do not run.
+    int m_iCheckTimerId = 0;     ///< 1000 ms, looks for a new order
+    int m_iMuteTimerId = 0;      ///< single shot, 1000 ms after each arrangement
+    int m_iSpeakToolTimerId = 0; ///< single shot, 3000 ms after the tool got another participant
+    int m_iPollTimerId = 0;      ///< the polling period
+
+    std::unique_ptr<SpeakTool> m_pSpeakTool; ///< null without a tool
+    bool m_bPlaceTool = false;               ///< the tool is to be placed when it is shown next
+    bool m_bSpeakToolHidden = false;         ///< the host wants no tool
 
     tagPersonInfo* m_pFocusPerson = nullptr;
-    tagPersonInfo* m_pAutoFocusPerson = nullptr; ///< the focus that an arrangement chose itself
-    tagPersonInfo* m_pPreFocusPerson = nullptr;
-    tagPersonInfo* m_pSelectedPerson = nullptr; ///< clicked last
+    tagPersonInfo* m_pAutoFocusPerson = nullptr; ///< the focus, if it was not chosen; else null
+    tagPersonInfo* m_pPreFocusPerson = nullptr;  ///< never the focus person
+    tagPersonInfo* m_pSelectedPerson = nullptr;  ///< clicked where nobody is the speaker
     tagPersonInfo* m_pShareScreenPerson = nullptr;
     tagPersonInfo* m_pMorePerson = nullptr; ///< whose "more" menu the host has open
     tagPersonInfo* m_pVoicePerson = nullptr;
@@ -223,11 +359,12 @@ private:
     int m_iModeBeforeShare = eLayoutEqualCut;
     int m_iLookMode = eLayoutEqualCut; ///< the mode after the last change of a look
 
-    std::map<int, QString> m_mapCustomizedPersons;
-    QRect m_rcShareReported; ///< the share rectangle that the host was told last
-    QRect m_rcToolbar;       ///< the client's toolbar over the gallery; empty when hidden
+    QHash<QString, int> m_mapCustomizedPersons; ///< rank by user id
+    QRect m_rcShareReported;                    ///< the share rectangle that the host was told last
+    QRect m_rcMoreTile; ///< the tile when the "more" menu was opened
     QString m_qstrCurrentSpeaking;
     bool m_bWhiteBoardClosed = false;
     bool m_bHideSmallWnd = false;
-    bool m_bSelfShareFloat = false;
+    bool m_bSmallWndMinimised = false; ///< the client is minimised, and the tool with it
+    bool m_bSelfShareFloat = false;    ///< the local user shares, and the tool floats over it
 };

@@ -3,8 +3,9 @@
 
 #include "cplaywidget.h"
 #include "meetingmode.h"
-#include "paging.h"
+#include "platform.h"
 #include "qzrscreenconfig.h"
+#include "speaktool.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -17,8 +18,11 @@ namespace {
 /// Streams of invisible participants are closed this long after an arrangement, so that a page
 /// that is turned back soon costs the host nothing.
 constexpr int kMuteDelayMs = 1000;
-/// Page turns closer to each other than this are one.
-constexpr int kPageTurnMs = 400;
+/// The tool's picture is brought up to date this long after another participant was bound to it,
+/// when the stream has had time to open.
+constexpr int kSpeakToolRefreshMs = 3000;
+/// Between the tool and the dialog's edges; a base size.
+constexpr int kScreenMarginPx = 24;
 
 } // namespace
 
@@ -45,121 +49,242 @@ void QDlgScreen::reLayout()
         return;
     }
     m_bLayoutScheduled = false;
-    if (width() < zr::kMinLayoutWidthPx || !m_bJoinMeetingFinish)
+    if (width() < zr::kMinLayoutWidthPx)
         return;
-    const int mode = hub().curScreenMode();
-    m_bInLayout = true;
-    buildDisplayList();
-    if (zr::isGalleryMode(mode) && m_pFocusPerson && hub().gallery.focusPerson != m_pFocusPerson)
-        dropFocus();
-    if (!zr::isArrangedMode(mode))
-        hideAllTiles();
-    else if (mode == eLayoutEqualCut && hub().settings.support9EqualCut)
-        reLayout9EqualCut();
-    else
-        reLayoutEqualCut();
-    m_bInLayout = false;
-    finishLayout();
+    if (m_bJoinMeetingFinish) {
+        const int mode = hub().curScreenMode();
+        m_bInLayout = true;
+        if (mode != std::exchange(m_iLaidOutMode, mode))
+            m_iPollTick = 0;
+        if (zr::isGalleryMode(mode) && m_pFocusPerson
+            && hub().gallery.focusPerson != m_pFocusPerson)
+            dropFocus();
+        buildDisplayList();
+        arrangeTiles();
+        floatSpeakTool();
+        m_bInLayout = false;
+        finishLayout();
+    }
+    updatePageControls();
+    updatePollTimer();
     if (std::exchange(m_bLayoutAgain, false)) {
         m_bLayoutScheduled = false;
         scheduleLayout();
     }
 }
 
-void QDlgScreen::buildDisplayList()
+int QDlgScreen::arrangedMode() const
 {
-    m_vecCurPersons = m_vecPerson;
-    if (hub().settings.noVideoFilter) {
-        m_vecCurPersons.erase(
-            std::remove_if(m_vecCurPersons.begin(), m_vecCurPersons.end(),
-                           [this](const tagPersonInfo* p) { return !passesVideoFilter(p); }),
-            m_vecCurPersons.end());
+    // Without a share its mode is the adaptive gallery in every respect, pages included.
+    const int mode = hub().curScreenMode();
+    return mode == eLayoutShare && !m_pShareScreenPerson && m_iShareCount == 0 ? eLayoutEqualCut
+                                                                               : mode;
+}
+
+void QDlgScreen::arrangeTiles()
+{
+    const int mode = arrangedMode();
+    if (!isToolInUse())
+        hideSpeakTool();
+    switch (mode) {
+    case eLayoutEqualCut:
+        return hub().settings.support9EqualCut ? reLayout9EqualCut() : reLayoutEqualCut();
+    case eLayout6Cut:
+        return reLayout6Cut();
+    case eLayout8Cut:
+        return reLayout8Cut();
+    case eLayoutSpeakerTool:
+    case eLayoutSpeakerTool2:
+        return reLayoutSpeakerTool();
+    case eLayoutSpeakerRight:
+    case eLayoutSpeakerBottom:
+    case eLayoutSpeakerTop:
+        return reLayoutSpeaker(static_cast<eLayoutType>(mode));
+    case eLayoutSpeaker4:
+        return reLayoutSpeaker4();
+    case eLayoutShare:
+        return reLayoutShare();
+    case eLayoutGrid4:
+    case eLayoutGrid9:
+    case eLayoutGrid16:
+        return reLayoutFixedGrid();
+    case eLayoutSingle:
+        return reLayoutSingle();
+    default: // no mode: nothing is shown
+        return applyPlacements("", {});
     }
-    m_iPage = zr::clampPage(m_iPage, static_cast<int>(m_vecCurPersons.size()), tilesPerPage());
 }
 
-int QDlgScreen::tilesPerPage() const
-{
-    const bool nine = hub().curScreenMode() == eLayoutEqualCut && hub().settings.support9EqualCut;
-    return nine ? zr::kNineCutTiles : zr::kEqualCutTiles;
-}
-
-bool QDlgScreen::passesVideoFilter(const tagPersonInfo* person) const
-{
-    return person->bPreview || person->bSelf || isShareScreenId(person->userID);
-}
+// --- The modes --------------------------------------------------------------------------------
 
 zr::LayoutInput QDlgScreen::layoutInput() const
 {
-    return {size(), static_cast<int>(m_vecCurPersons.size()), m_iPage, hub().curScreenMode()};
+    zr::LayoutInput input;
+    input.area = size();
+    input.count = static_cast<int>(m_vecCurPersons.size());
+    input.page = m_iPage;
+    input.mode = arrangedMode();
+    input.polling = pollingActive();
+    input.speaker = m_iSpeaker;
+    input.secondSpeaker = m_iNextSpeaker;
+    return input;
+}
+
+std::vector<QDlgScreen::PlacedPerson>
+QDlgScreen::placed(const std::vector<zr::TilePlacement>& placements) const
+{
+    std::vector<PlacedPerson> persons;
+    persons.reserve(placements.size());
+    for (const zr::TilePlacement& placement : placements)
+        persons.push_back({m_vecCurPersons[static_cast<std::size_t>(placement.index)],
+                           placement.rect, placement.grade});
+    return persons;
 }
 
 void QDlgScreen::reLayoutEqualCut()
 {
     logDisplayList();
-    applyPlacements("equalcut person i:", zr::equalCutPlacements(layoutInput()));
+    applyPlacements("equalcut person i:", placed(zr::equalCutPlacements(layoutInput())));
 }
 
 void QDlgScreen::reLayout9EqualCut()
 {
     logDisplayList();
-    applyPlacements("equalcut person i:", zr::nineCutPlacements(layoutInput()));
+    applyPlacements("equalcut person i:", placed(zr::nineCutPlacements(layoutInput())));
 }
+
+void QDlgScreen::reLayout6Cut()
+{
+    applyPlacements("6cut person i:", placed(zr::sixCutPlacements(layoutInput())));
+}
+
+void QDlgScreen::reLayout8Cut()
+{
+    applyPlacements("8cut person i:", placed(zr::eightCutPlacements(layoutInput())));
+}
+
+void QDlgScreen::reLayoutSpeaker(eLayoutType mode)
+{
+    const char* prefix = "speaker 1 person i:";
+    if (mode == eLayoutSpeakerBottom)
+        prefix = "speaker 2 person i:";
+    else if (mode == eLayoutSpeakerTop)
+        prefix = "speaker 3 person i:";
+    std::vector<zr::TilePlacement> placements = zr::speakerPlacements(layoutInput());
+    if (m_bHideSmallWnd && m_iSpeaker >= 0)
+        placements = {zr::aloneCentred(size(), m_iSpeaker)};
+    admitVoice(placements, zr::largeTiles(mode));
+    applyPlacements(prefix, placed(placements));
+}
+
+void QDlgScreen::reLayoutSpeaker4()
+{
+    std::vector<zr::TilePlacement> placements = zr::speaker4Placements(layoutInput());
+    const int large = zr::largeTiles(eLayoutSpeaker4);
+    if (m_bHideSmallWnd)
+        placements.resize(std::min(placements.size(), static_cast<std::size_t>(large)));
+    admitVoice(placements, large);
+    applyPlacements("speaker 4 person i:", placed(placements));
+}
+
+void QDlgScreen::reLayoutShare()
+{
+    if (!m_pShareScreenPerson)
+        m_pShareScreenPerson = firstShare();
+    const zr::TilePlacement tile = zr::aloneCentred(size(), 0);
+    applyPlacements("share person i:", {{m_pShareScreenPerson, tile.rect, tile.grade}});
+}
+
+void QDlgScreen::reLayoutFixedGrid()
+{
+    applyPlacements("grid person i:", placed(zr::fixedGridPlacements(layoutInput())));
+}
+
+void QDlgScreen::reLayoutSingle()
+{
+    std::vector<zr::TilePlacement> placements;
+    if (!m_vecCurPersons.empty())
+        placements.push_back(zr::aloneCentred(size(), 0));
+    applyPlacements("single person i:", placed(placements));
+}
+
+void QDlgScreen::reLayoutSpeakerTool()
+{
+    const QSize screen(platform::screenWidthPx(), platform::screenHeightPx());
+    // The subtitle panel takes a fifth of the frame from the gallery.
+    const bool wide = hub().settings.subtitleOpen && !hub().isSubtitleSuppressed();
+    const QRect area = zr::speakerToolArea(size(), screen, wide);
+    std::vector<PlacedPerson> placements = placed(zr::speakerToolPlacements(layoutInput(), area));
+    // The next speaker has a picture in the tool and no tile.
+    tagPersonInfo* next = nullptr;
+    if (m_pSpeakTool && m_iNextSpeaker >= 0)
+        next = m_vecCurPersons[static_cast<std::size_t>(m_iNextSpeaker)];
+    if (next)
+        placements.push_back({next, QRect(), zr::kGradeSmall});
+    applyPlacements("speakertool person i:", placements);
+    if (livePerson(next))
+        showSpeakTool(next);
+    else
+        hideSpeakTool();
+}
+
+// --- Applying an arrangement ------------------------------------------------------------------
 
 void QDlgScreen::logDisplayList()
 {
-    // Only the places that somebody else has taken since they were logged: with a thousand
+    // Only the page's places that somebody else has taken since they were logged: with a thousand
     // participants the whole list would cost more than the arrangement.
-    m_vecLoggedSerials.resize(m_vecCurPersons.size());
-    for (std::size_t i = 0; i < m_vecCurPersons.size(); ++i) {
+    const auto perPage = static_cast<std::size_t>(tilesPerPage());
+    const std::size_t first = static_cast<std::size_t>(m_iPage) * perPage;
+    m_vecLoggedSerials.resize(perPage);
+    for (std::size_t i = first; i < std::min(first + perPage, m_vecCurPersons.size()); ++i) {
         const tagPersonInfo* person = m_vecCurPersons[i];
-        if (std::exchange(m_vecLoggedSerials[i], person->serial) != person->serial)
+        if (std::exchange(m_vecLoggedSerials[i - first], person->serial) != person->serial)
             qDebug() << "xx i:" << i << ",userName:" << person->userName
                      << "0pWidget:" << static_cast<void*>(person->pWidget);
     }
 }
 
-void QDlgScreen::applyPlacements(const char* prefix,
-                                 const std::vector<zr::TilePlacement>& placements)
+void QDlgScreen::applyPlacements(const char* prefix, const std::vector<PlacedPerson>& placements)
 {
-    // Showing a tile sends a message, from inside which the host may delete participants: every
-    // step asks again who is still there.
-    std::vector<tagPersonInfo*> persons;
-    persons.reserve(placements.size());
-    for (const zr::TilePlacement& placement : placements)
-        persons.push_back(m_vecCurPersons[static_cast<std::size_t>(placement.index)]);
-    hideUnplacedTiles({persons.begin(), persons.end()});
-
+    hideUnplacedTiles(placements);
     for (std::size_t i = 0; i < placements.size(); ++i) {
-        tagPersonInfo* person = livePerson(persons[i]);
+        // Showing a tile sends a message, from inside which the host may delete participants:
+        // every step asks again who is still there.
+        const auto& [candidate, rect, grade] = placements[i];
+        tagPersonInfo* person = livePerson(candidate);
         if (!person)
             continue;
         CPlayWidget* tile = person->pWidget;
-        const QRect& rect = placements[i].rect;
-        qDebug() << prefix << i << ",userName:" << person->userName
-                 << "pWidget:" << static_cast<void*>(tile) << "Geometry:" << rect;
-        setPersonStreamType(person, placements[i].grade);
         if (rect.isEmpty()) {
-            tile->HidePlay();
+            // There may be as many as participants: only what changes costs something.
+            if (person->iStreamType != grade)
+                setPersonStreamType(person, grade);
             continue;
         }
-        if (tile->geometry() != rect)
+        const bool moved = tile->geometry() != rect;
+        if (moved || !tile->isShowing())
+            qDebug() << prefix << i << ",userName:" << person->userName
+                     << "pWidget:" << static_cast<void*>(tile) << "Geometry:" << rect;
+        setPersonStreamType(person, grade);
+        if (moved)
             tile->setGeometry(rect);
         tile->ShowPlay();
     }
 }
 
-void QDlgScreen::hideAllTiles()
-{
-    hideUnplacedTiles({});
-}
-
-void QDlgScreen::hideUnplacedTiles(const std::set<const tagPersonInfo*>& placed)
+void QDlgScreen::hideUnplacedTiles(const std::vector<PlacedPerson>& placements)
 {
     // Tiles that keep their place are not hidden in between: the picture must not flicker when
     // somebody is renamed.
     for (const tagPersonInfo* person : m_vecPerson) {
-        if (placed.count(person) == 0)
+        if (!person->pWidget->isShowing())
+            continue;
+        const bool stays = std::any_of(
+            placements.begin(), placements.end(), [person](const PlacedPerson& placement) {
+                return placement.person == person && !placement.rect.isEmpty();
+            });
+        if (!stays)
             person->pWidget->HidePlay();
     }
 }
@@ -168,17 +293,27 @@ void QDlgScreen::finishLayout()
 {
     testHideMoreMenu();
     changePersonVideoMute(false);
-    if (m_iMuteTimerId != 0)
-        killTimer(m_iMuteTimerId);
-    m_iMuteTimerId = startTimer(kMuteDelayMs, Qt::CoarseTimer);
+    startMuteTimer();
     shareRect();
 }
+
+void QDlgScreen::startMuteTimer()
+{
+    if (m_iMuteTimerId != 0)
+        killTimer(m_iMuteTimerId);
+    // A host that emptied the gallery from inside a message has nobody left to hide.
+    m_iMuteTimerId = m_vecPerson.empty() ? 0 : startTimer(kMuteDelayMs, Qt::CoarseTimer);
+}
+
+// --- The mode ---------------------------------------------------------------------------------
 
 bool QDlgScreen::setMeetingMode(eLayoutType mode)
 {
     qDebug() << "xxxxxd setMeetingMode:" << static_cast<int>(mode);
     if (hub().curScreenMode() == eLayoutShare && mode != eLayoutShare)
         m_pShareScreenPerson = nullptr;
+    if (zr::isSpeakerToolMode(mode))
+        m_bPlaceTool = true;
     hub().setCurScreenMode(mode);
     scheduleLayout();
     if (mode != eLayoutShare) {
@@ -199,66 +334,68 @@ void QDlgScreen::onModSwitchMode(int eType)
     onMeetingMode(eType);
 }
 
-void QDlgScreen::onDisplayOrder(bool bKeepFocusPerson)
+// --- The speaker tool -------------------------------------------------------------------------
+
+void QDlgScreen::setSpeakTool(std::unique_ptr<SpeakTool> tool)
 {
-    Q_UNUSED(bKeepFocusPerson)
-    qDebug() << "onDisplayOrder0 m_vecPerson.size():" << m_vecPerson.size();
+    m_pSpeakTool = std::move(tool);
     scheduleLayout();
 }
 
-// --- Pages ------------------------------------------------------------------------------------
-
-bool QDlgScreen::acceptPageTurn()
+void QDlgScreen::showSpeakTool(tagPersonInfo* person)
 {
-    if (m_pageTurnClock.isValid() && m_pageTurnClock.elapsed() < kPageTurnMs)
-        return false;
-    m_pageTurnClock.start();
-    return true;
-}
-
-void QDlgScreen::turnToPage(int page)
-{
-    if (page == m_iPage)
+    if (m_bSpeakToolHidden || m_bHideSmallWnd || m_bSmallWndMinimised) {
+        hideSpeakTool();
         return;
-    m_iPage = page;
-    reLayout();
+    }
+    if (m_pSpeakTool->boundPerson() != person) {
+        m_pSpeakTool->bindPerson(person);
+        if (m_iSpeakToolTimerId != 0)
+            killTimer(m_iSpeakToolTimerId);
+        m_iSpeakToolTimerId = startTimer(kSpeakToolRefreshMs, Qt::CoarseTimer);
+    }
+    if (std::exchange(m_bPlaceTool, false)) {
+        const QRect dialog(mapToGlobal(QPoint(0, 0)), size());
+        m_pSpeakTool->moveTool(
+            zr::speakToolPosition(dialog, m_pSpeakTool->toolSize(), hub().scaled(kScreenMarginPx)));
+    }
+    if (!m_pSpeakTool->isToolVisible())
+        m_pSpeakTool->showTool();
 }
 
-bool QDlgScreen::pageNext(bool bWrap)
+void QDlgScreen::hideSpeakTool()
 {
-    if (!acceptPageTurn())
-        return false;
-    const int pages = zr::pageCount(static_cast<int>(m_vecCurPersons.size()), tilesPerPage());
-    if (m_iPage + 1 < pages)
-        turnToPage(m_iPage + 1);
-    else if (bWrap)
-        turnToPage(0);
-    return true;
+    if (!m_pSpeakTool)
+        return;
+    if (m_iSpeakToolTimerId != 0)
+        killTimer(m_iSpeakToolTimerId);
+    m_iSpeakToolTimerId = 0;
+    if (m_pSpeakTool->isToolVisible())
+        m_pSpeakTool->hideTool();
+    if (m_pSpeakTool->boundPerson())
+        m_pSpeakTool->bindPerson(nullptr);
 }
 
-bool QDlgScreen::pagePre()
+void QDlgScreen::onModHideSpeakTool(bool)
 {
-    if (!acceptPageTurn())
-        return false;
-    if (m_iPage > 0)
-        turnToPage(m_iPage - 1);
-    return true;
+    m_bSpeakToolHidden = true;
+    scheduleLayout();
 }
 
-void QDlgScreen::SetCustomizeSorting(std::map<int, std::string> grpSorting)
+void QDlgScreen::onModShowSpeakTool(bool)
 {
-    m_mapCustomizedPersons.clear();
-    for (const auto& [position, userId] : grpSorting)
-        m_mapCustomizedPersons.emplace(position, QString::fromStdString(userId));
-    qDebug() << "SetCustomizeSorting, m_mapCustomizedPersons size:"
-             << m_mapCustomizedPersons.size();
+    m_bSpeakToolHidden = false;
+    m_bPlaceTool = true;
+    scheduleLayout();
 }
 
 // --- What is where ----------------------------------------------------------------------------
 
 bool QDlgScreen::isTileVisible(const tagPersonInfo* person) const
 {
-    return person->pWidget->isShowing();
+    return person->pWidget->isShowing()
+           || (m_pSpeakTool && m_pSpeakTool->boundPerson() == person
+               && m_pSpeakTool->showsPicture());
 }
 
 bool QDlgScreen::isPersonVisible(const QString& userId)
@@ -283,7 +420,7 @@ QRect QDlgScreen::shareRect()
     if (rect != m_rcShareReported) {
         m_rcShareReported = rect;
         // A participant who was maximised stands in the share's place, and is none.
-        const bool isShare = shown && isShareScreenId(share->userID);
+        const bool isShare = shown && share->bShare;
         hub().broadcast(ZRMSG_SHARE_RECT_CHANGED, isShare ? 1 : 0, 0);
     }
     return rect;
@@ -292,7 +429,7 @@ QRect QDlgScreen::shareRect()
 void QDlgScreen::refreshShareTiles()
 {
     for (const tagPersonInfo* person : m_vecPerson) {
-        if (isShareScreenId(person->userID)) {
+        if (person->bShare) {
             person->pWidget->RefreshPlayInfo();
             person->pWidget->update();
         }

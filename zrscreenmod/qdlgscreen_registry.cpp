@@ -5,7 +5,9 @@
 #include "paging.h"
 #include "personorder.h"
 #include "platform.h"
+#include "qmypagectrl.h"
 #include "qzrscreenconfig.h"
+#include "speaktool.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -59,6 +61,7 @@ tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userN
     person->serial = nextSerial();
     person->userID = userId;
     person->userName = userName;
+    person->bShare = isShareScreenId(userId);
     person->joinTime = zr::uniqueJoinTime(m_setJoinTime, joinTime);
     person->iHostInt = hostInt;
     person->pUserData = pUserData;
@@ -68,20 +71,21 @@ tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userN
     connect(tile, &CPlayWidget::mouseLDClick, this, &QDlgScreen::onLeftBtnDBClick);
     connect(tile, &CPlayWidget::notifyPlayStatusChange, this, &QDlgScreen::onPlayStatusChange);
     connect(tile, &CPlayWidget::mouseLClick, this, &QDlgScreen::onPlayWidgetLBtnClick);
-    if (isShareScreenId(userId)) {
+    if (person->bShare) {
         // Queued behind the tile's own slot, which places the picture.
         connect(
             tile, &CPlayWidget::notifyViewCenter, this, [this] { shareRect(); },
             Qt::QueuedConnection);
     }
     tile->SetPersonInfo(person, false);
+    tile->stackUnder(m_pPagePre); // the lowest of the page controls
     person->pWidget = tile;
 
     m_mapOwned.emplace(person, std::move(record));
     m_mapByUserId.insert(userId, person);
     m_setJoinTime.insert(person->joinTime);
     hub().addLivePerson(person);
-    if (isShareScreenId(userId) && m_iShareCount++ == 0)
+    if (person->bShare && m_iShareCount++ == 0)
         m_iModeBeforeShare = hub().curScreenMode();
     insertByJoinTime(person);
     onModAddPerson(person);
@@ -93,10 +97,14 @@ void QDlgScreen::onModAddPerson(void* pPerson)
     tagPersonInfo* person = checkedPerson(pPerson);
     if (!person)
         return;
-    if (isShareScreenId(person->userID))
+    if (person->bShare)
         enterShare(person);
     scheduleLayout();
     testHideMoreMenu();
+    if (m_pSpeakTool && m_pSpeakTool->isToolVisible())
+        m_pSpeakTool->refreshTool();
+    if (!m_vecPerson.empty()) // a host may have emptied the gallery from inside a message
+        startCheckTimer();
     qDebug() << "onModAddPerson finish, userName:" << person->userName
              << ",pWidget:" << static_cast<void*>(person->pWidget);
 }
@@ -105,7 +113,7 @@ tagPersonInfo* QDlgScreen::firstShare() const
 {
     if (m_iShareCount == 0)
         return nullptr;
-    const auto isShare = [](const tagPersonInfo* p) { return isShareScreenId(p->userID); };
+    const auto isShare = [](const tagPersonInfo* p) { return p->bShare; };
     const auto share = std::find_if(m_vecPerson.begin(), m_vecPerson.end(), isShare);
     return share == m_vecPerson.end() ? nullptr : *share;
 }
@@ -123,7 +131,7 @@ void QDlgScreen::enterShare(tagPersonInfo* share)
     const int mode = hub().curScreenMode();
     qDebug() << "share screen,userName:" << share->userName << ",userID:" << share->userID
              << ",LockMode:" << m_iModeBeforeShare;
-    if (!hub().settings.layoutFollow && !hub().settings.pollingOpen)
+    if (!hub().settings.layoutFollow && !pollingActive())
         setFocusPerson(share,
                        mode == eLayoutSpeakerTool2 ? eLayoutSpeakerTool2 : eLayoutSpeakerTool);
 }
@@ -144,8 +152,10 @@ bool QDlgScreen::DelPerson(tagPersonInfo* person)
     if (!person)
         return true;
     qDebug() << "DelPerson, userName:" << person->userName << ",userID:" << person->userID;
-    const bool isShare = isShareScreenId(person->userID);
+    const bool isShare = person->bShare;
     const bool wasFocus = person == m_pFocusPerson;
+    const bool wasMaximised =
+        !isShare && person == m_pShareScreenPerson && hub().curScreenMode() == eLayoutShare;
     // A host that has the stream open must close it; nobody opens the local user's or a share's.
     if (person->bPreview && !person->bSelf)
         hub().broadcast(ZRMSG_PERSON_REMOVED, person);
@@ -165,6 +175,8 @@ bool QDlgScreen::DelPerson(tagPersonInfo* person)
     retirePerson(person);
     if (isShare)
         leaveShare();
+    else if (wasMaximised)
+        setMeetingMode(static_cast<eLayoutType>(hub().gallery.savedMode));
 
     m_iPage =
         zr::pageAfterRemoval(hub().curScreenMode(), m_iPage, static_cast<int>(m_vecPerson.size()));
@@ -200,7 +212,10 @@ void QDlgScreen::forgetPerson(const tagPersonInfo* person)
     const auto remove = [person](std::vector<tagPersonInfo*>& list) {
         list.erase(std::remove(list.begin(), list.end(), person), list.end());
     };
+    if (m_pSpeakTool && m_pSpeakTool->boundPerson() == person)
+        hideSpeakTool();
     remove(m_vecPerson);
+    remove(m_vecSorted);
     remove(m_vecCurPersons);
 }
 
@@ -209,7 +224,7 @@ void QDlgScreen::retirePerson(tagPersonInfo* person)
     hub().removeLivePerson(person);
     m_setJoinTime.erase(person->joinTime);
     m_mapByUserId.remove(person->userID);
-    if (isShareScreenId(person->userID))
+    if (person->bShare)
         --m_iShareCount;
     const auto owned = m_mapOwned.find(person);
     CPlayWidget* tile = person->pWidget;
@@ -249,15 +264,15 @@ void QDlgScreen::clearGallery()
         forgetPerson(person);
         retirePerson(person);
     }
+    killTimers();
+    hideSpeakTool();
     m_iPage = 0;
+    updatePageControls();
 }
 
 int QDlgScreen::ProcessExitMeeting()
 {
     qDebug() << "QDlgScreen::ProcessExitMeeting()";
-    if (m_iMuteTimerId != 0)
-        killTimer(m_iMuteTimerId);
-    m_iMuteTimerId = 0;
     QCoreApplication::removePostedEvents(this, kLayoutEvent);
     m_bLayoutScheduled = false;
     clearGallery();
@@ -282,10 +297,10 @@ bool QDlgScreen::updatePersonInfo(void* pPerson, bool bSelf, int iRoteType, cons
     if (!person)
         return false;
     person->bSelf = bSelf;
-    person->bLocalVideo = bSelf && !isShareScreenId(person->userID);
+    person->bLocalVideo = bSelf && !person->bShare;
     person->iRoteType = iRoteType;
     person->iRoleExtra = roleExtra;
-    if (!name.isEmpty() && !isShareScreenId(person->userID))
+    if (!name.isEmpty() && !person->bShare)
         hub().setPersonName(person, name);
     qDebug() << "xxx updatePersonInfo, userName:" << person->userName << ",bSelf:" << bSelf
              << ",iRoteType:" << iRoteType;

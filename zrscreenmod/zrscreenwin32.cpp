@@ -375,7 +375,6 @@ int ZR_CALL ZRScreen_SetOpenPollingPage(void* hScreen, bool bOpen, int iTickSec)
     return onHub(hScreen, [bOpen, iTickSec](QZRScreenConfig& hub) {
         hub.settings.pollingOpen = bOpen;
         hub.settings.pollingPeriodS = qMax(1, iTickSec);
-        hub.settings.pollingTick = 0;
         emit hub.sigOpenLayoutPoll();
     });
 }
@@ -462,6 +461,7 @@ int ZR_CALL ZRScreen_SetShareSponsor(void* hScreen, std::string userId)
     ZR_LOG_THREAD("thread:");
     return onHub(hScreen, [&userId](QZRScreenConfig& hub) {
         hub.setShareSponsor(QString::fromStdString(userId));
+        emit hub.notifyDisplayOrder(true);
     });
 }
 

@@ -1,67 +1,8 @@
 // The gallery: registry, arrangement, messages, and what hosts do to it from inside a message.
-#include "testsupport.h"
+#include "gallerytest.h"
 
-#include "cplaywidget.h"
-#include "qdlgscreen.h"
-#include "qzrscreenconfig.h"
-
-#include <QtTest>
-
-#include <functional>
-#include <memory>
-#include <vector>
-
-namespace {
-
-/// Records what a host is told, and lets a test act like a host from inside a message.
-class HostDouble : public CAbsUIMsgCallback
-{
-public:
-    struct Message
-    {
-        unsigned long id;
-        unsigned long long wParam;
-        long long lParam;
-    };
-
-    bool UIMsgNotify(unsigned long id, unsigned long long wParam, long long lParam) override
-    {
-        messages.push_back({id, wParam, lParam});
-        if (onMessage)
-            onMessage(messages.back());
-        return true;
-    }
-    int count(unsigned long id, const tagPersonInfo* person = nullptr) const
-    {
-        return static_cast<int>(
-            std::count_if(messages.begin(), messages.end(), [&](const Message& m) {
-                return m.id == id && (!person || m.wParam == reinterpret_cast<quintptr>(person));
-            }));
-    }
-
-    std::vector<Message> messages;
-    std::function<void(const Message&)> onMessage;
-};
-
-/// Counts what happens to a widget.
-class EventCounter : public QObject
-{
-public:
-    explicit EventCounter(QObject* watched) { watched->installEventFilter(this); }
-    int changes = 0; ///< moved, resized, shown or hidden
-
-protected:
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        const auto type = event->type();
-        if (type == QEvent::Move || type == QEvent::Resize || type == QEvent::Show
-            || type == QEvent::Hide)
-            ++changes;
-        return false;
-    }
-};
-
-} // namespace
+using zrtest::EventCounter;
+using zrtest::HostDouble;
 
 class TestGallery : public QObject
 {
@@ -91,56 +32,33 @@ private slots:
     void exitEmptiesTheGallery();
 
 private:
-    tagPersonInfo* add(const QString& id, qint64 joinTime = 0, const QString& name = {});
-    std::vector<tagPersonInfo*> addMany(int count);
-    bool play(tagPersonInfo* person, quint32 width = 64, quint32 height = 36);
-    void settle() { QCoreApplication::sendPostedEvents(); }
-    QZRScreenConfig& hub() { return *QZRScreenConfig::getInstance(); }
+    tagPersonInfo* add(const QString& id, qint64 joinTime = 0, const QString& name = {})
+    {
+        return m_meeting->add(id, joinTime, name);
+    }
+    std::vector<tagPersonInfo*> addMany(int count) { return m_meeting->addMany(count); }
+    bool play(tagPersonInfo* person, quint32 width = 64, quint32 height = 36)
+    {
+        return m_meeting->play(person, width, height);
+    }
+    void settle() { m_meeting->settle(); }
+    QZRScreenConfig& hub() { return m_meeting->hub(); }
 
-    std::unique_ptr<HostDouble> m_host;
-    std::unique_ptr<QDlgScreen> m_gallery;
-    std::vector<uchar> m_picture = std::vector<uchar>(1280 * 720 * 2, 90);
+    std::unique_ptr<zrtest::Meeting> m_meeting;
+    HostDouble* m_host = nullptr;
+    QDlgScreen* m_gallery = nullptr;
 };
 
 void TestGallery::init()
 {
-    m_host = std::make_unique<HostDouble>();
-    hub().registerUICallback(m_host.get());
-    m_gallery = std::make_unique<QDlgScreen>(nullptr);
-    m_gallery->resize(1280, 720);
-    m_gallery->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_gallery.get()));
-    m_gallery->setJoinMeetingFinish(true);
+    m_meeting = std::make_unique<zrtest::Meeting>();
+    m_host = &m_meeting->host;
+    m_gallery = m_meeting->gallery.get();
 }
 
 void TestGallery::cleanup()
 {
-    m_gallery.reset();
-    hub().unregisterUICallback(m_host.get());
-    QZRScreenConfig::destroyInstance();
-}
-
-tagPersonInfo* TestGallery::add(const QString& id, qint64 joinTime, const QString& name)
-{
-    return m_gallery->AddPerson(id, name.isEmpty() ? id : name, joinTime, 0, nullptr);
-}
-
-std::vector<tagPersonInfo*> TestGallery::addMany(int count)
-{
-    std::vector<tagPersonInfo*> persons;
-    for (int i = 0; i < count; ++i)
-        persons.push_back(add(QStringLiteral("u%1").arg(i), 100 + i));
-    settle();
-    return persons;
-}
-
-bool TestGallery::play(tagPersonInfo* person, quint32 width, quint32 height)
-{
-    VantrelRTCVideoFrameQT frame{};
-    frame.pData = m_picture.data();
-    frame.width = width;
-    frame.height = height;
-    return m_gallery->playFrame(person, &frame);
+    m_meeting.reset();
 }
 
 void TestGallery::joinTimesAreUniqueAndOrdered()
@@ -345,6 +263,7 @@ void TestGallery::hostRunsALoopInsideMessages()
 
 void TestGallery::framesAskForTheGradeOnce()
 {
+    hub().settings.layoutFollow = true; // so that the share leaves the others in sight
     const auto persons = addMany(3);
     tagPersonInfo* self = add("me");
     m_gallery->updatePersonInfo(self, true, 0, "Me", 0);
@@ -371,7 +290,7 @@ void TestGallery::badFramesAreRefused()
 {
     tagPersonInfo* person = addMany(1)[0];
     VantrelRTCVideoFrameQT frame{};
-    frame.pData = m_picture.data();
+    frame.pData = m_meeting->picture.data();
     const std::vector<std::pair<quint32, quint32>> sizes{
         {0, 0}, {0, 8}, {8, 0}, {16385, 8}, {8, 16385}, {0xffffffffU, 0xffffffffU}, {65536, 65536}};
     for (const auto& [width, height] : sizes) {

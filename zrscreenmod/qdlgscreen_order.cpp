@@ -1,0 +1,155 @@
+// The gallery: the order in which participants are shown.
+#include "qdlgscreen.h"
+
+#include "displayorder.h"
+#include "meetingmode.h"
+#include "personorder.h"
+#include "qzrscreenconfig.h"
+
+#include <QDebug>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+/// What can be heard and seen of the participants changes without an arrangement; it is looked at
+/// this often.
+constexpr int kCheckPeriodMs = 1000;
+
+} // namespace
+
+// --- The display list -------------------------------------------------------------------------
+
+bool QDlgScreen::passesVideoFilter(const tagPersonInfo* person) const
+{
+    return person->bPicture || person->bSelf || person->bShare
+           || (person == m_pFocusPerson && isFocusChosen());
+}
+
+std::vector<tagPersonInfo*> QDlgScreen::sortedPersons() const
+{
+    const bool filter = hub().settings.noVideoFilter;
+    std::vector<tagPersonInfo*> persons;
+    std::vector<zr::OrderKey> keys;
+    persons.reserve(m_vecPerson.size());
+    keys.reserve(m_vecPerson.size());
+    for (tagPersonInfo* person : m_vecPerson) {
+        if (filter && !passesVideoFilter(person))
+            continue;
+        zr::OrderKey key;
+        key.share = person->bShare;
+        key.host = person->iRoteType == zr::kRoleHost;
+        key.self = person->bSelf;
+        key.muted = person->bMute;
+        key.picture = person->bPicture;
+        key.joinTime = person->joinTime;
+        if (!m_mapCustomizedPersons.isEmpty())
+            key.customized = m_mapCustomizedPersons.value(person->userID, -1);
+        persons.push_back(person);
+        keys.push_back(key);
+    }
+    std::vector<tagPersonInfo*> sorted;
+    sorted.reserve(persons.size());
+    for (const int index : zr::displayOrder(keys))
+        sorted.push_back(persons[static_cast<std::size_t>(index)]);
+    return sorted;
+}
+
+bool QDlgScreen::SortCurrentPersons(bool bJustTestSorting)
+{
+    std::vector<tagPersonInfo*> sorted = sortedPersons();
+    const bool changed = sorted != m_vecSorted;
+    if (bJustTestSorting)
+        return changed;
+    m_vecSorted = std::move(sorted);
+    m_vecCurPersons = m_vecSorted;
+    seatLayoutCtrl(m_vecCurPersons);
+    for (tagPersonInfo* person : m_vecSorted) {
+        if (person->iRoteType == zr::kRoleHost)
+            person->bPrePreview = false;
+    }
+    return changed;
+}
+
+void QDlgScreen::buildDisplayList()
+{
+    if (std::exchange(m_bShareFocusDue, false))
+        focusOnShare();
+    SortCurrentPersons(false);
+    chooseSpeakers();
+    if (pollingActive())
+        TestShowPoll(m_vecCurPersons);
+    clampPage();
+}
+
+void QDlgScreen::chooseSpeakers()
+{
+    const bool speakers = zr::isSpeakerMode(arrangedMode());
+    m_iSpeaker = speakers ? chooseSpeaker() : -1;
+    m_iNextSpeaker = m_iSpeaker >= 0 ? chooseNextSpeaker(m_iSpeaker) : -1;
+}
+
+void QDlgScreen::onDisplayOrder(bool bKeepFocusPerson)
+{
+    qDebug() << "onDisplayOrder0 m_vecPerson.size():" << m_vecPerson.size();
+    if (!bKeepFocusPerson)
+        m_bShareFocusDue = true;
+    scheduleLayout(); // which orders the participants
+}
+
+// --- Places that the host gives ---------------------------------------------------------------
+
+void QDlgScreen::SetCustomizeSorting(std::map<int, std::string> grpSorting)
+{
+    m_mapCustomizedPersons.clear();
+    for (const auto& [position, userId] : grpSorting) {
+        const QString id = QString::fromStdString(userId);
+        if (!m_mapCustomizedPersons.contains(id))
+            m_mapCustomizedPersons.insert(id, m_mapCustomizedPersons.size());
+    }
+    qDebug() << "SetCustomizeSorting, m_mapCustomizedPersons size:"
+             << m_mapCustomizedPersons.size();
+    scheduleLayout();
+}
+
+bool QDlgScreen::IsPersonInCustomizeSort(ST_PersonInfo* person)
+{
+    const tagPersonInfo* live = livePerson(person);
+    return live && m_mapCustomizedPersons.contains(live->userID);
+}
+
+// --- Looking for a new order ------------------------------------------------------------------
+
+void QDlgScreen::startCheckTimer()
+{
+    if (m_iCheckTimerId != 0)
+        return;
+    m_iCheckTimerId = startTimer(kCheckPeriodMs, Qt::CoarseTimer);
+    if (m_iCheckTimerId == 0)
+        qDebug() << "xxxxx cannot startCheckTimer";
+}
+
+void QDlgScreen::checkOrder()
+{
+    // Before joining there is no order to compare with.
+    if (!m_bJoinMeetingFinish || zr::isSpeakerToolMode(hub().curScreenMode()))
+        return;
+    if (!SortCurrentPersons(true))
+        return;
+    qDebug() << "SortCurrentPersons on timer";
+    emit hub().notifyDisplayOrder(false);
+}
+
+// --- A share and the focus --------------------------------------------------------------------
+
+void QDlgScreen::focusOnShare()
+{
+    tagPersonInfo* share = firstShare();
+    if (!share)
+        return;
+    if (hub().settings.layoutFollow)
+        dropFocus();
+    else if (!m_pFocusPerson)
+        setFocusPerson(share, 0); // in the mode at hand, whose arrangement is under way
+}
