@@ -1,11 +1,17 @@
-// The gallery: the focus person, clicks on tiles, previews and stream grades.
+// The gallery: the focus person, clicks on tiles, and the small window.
 #include "qdlgscreen.h"
 
 #include "cplaywidget.h"
+#include "focusrules.h"
 #include "meetingmode.h"
+#include "personorder.h"
 #include "qzrscreenconfig.h"
+#include "speaktool.h"
 
+#include <QApplication>
 #include <QDebug>
+
+#include <algorithm>
 
 namespace {
 
@@ -20,6 +26,22 @@ unsigned long long layoutClass(int mode)
     return zr::isGalleryMode(mode) ? 5 : 7;
 }
 
+/// True for the participant who shares, and for what they share.
+bool isSponsor(const tagPersonInfo* person, const QString& sponsor)
+{
+    if (sponsor.isEmpty())
+        return false;
+    return person->userID == (person->bShare ? QStringLiteral("sharescreen_") + sponsor : sponsor);
+}
+
+/// The tile at an address that a signal carried; null when no tile is there.
+CPlayWidget* tileAt(const void* address)
+{
+    const QWidgetList widgets = QApplication::allWidgets();
+    const auto found = std::find(widgets.begin(), widgets.end(), address);
+    return found == widgets.end() ? nullptr : qobject_cast<CPlayWidget*>(*found);
+}
+
 } // namespace
 
 tagPersonInfo* QDlgScreen::personOf(const CPlayWidget* tile) const
@@ -27,17 +49,40 @@ tagPersonInfo* QDlgScreen::personOf(const CPlayWidget* tile) const
     return tile ? livePerson(tile->GetPersonInfo()) : nullptr;
 }
 
-void QDlgScreen::dropFocus()
+// --- The focus person -------------------------------------------------------------------------
+
+bool QDlgScreen::isFocusChosen() const
 {
-    m_pPreFocusPerson = m_pFocusPerson;
-    if (m_pAutoFocusPerson == m_pFocusPerson)
-        m_pAutoFocusPerson = nullptr;
-    m_pFocusPerson = nullptr;
-    hub().gallery.focusPerson = nullptr;
+    return m_pFocusPerson && m_pFocusPerson != m_pAutoFocusPerson;
 }
 
-bool QDlgScreen::setFocusPerson(tagPersonInfo* person, int mode)
+void QDlgScreen::dropFocus()
 {
+    if (m_pFocusPerson)
+        m_pPreFocusPerson = m_pFocusPerson;
+    storeFocus(nullptr, false);
+}
+
+void QDlgScreen::storeFocus(tagPersonInfo* person, bool bAuto)
+{
+    // What the hub holds may be another gallery's choice.
+    tagPersonInfo*& published = hub().gallery.focusPerson;
+    if (person && !bAuto)
+        published = person;
+    else if (published == m_pFocusPerson)
+        published = nullptr;
+    m_pFocusPerson = person;
+    m_pAutoFocusPerson = bAuto ? person : nullptr;
+    // Whatever was clicked before has given way to this.
+    if (person)
+        m_pSelectedPerson = nullptr;
+    if (person && m_pPreFocusPerson == person)
+        m_pPreFocusPerson = nullptr;
+}
+
+bool QDlgScreen::setFocusPerson(tagPersonInfo* candidate, int mode)
+{
+    tagPersonInfo* person = livePerson(candidate);
     if (!person) {
         qDebug() << "setFocusPerson userName:";
         return true;
@@ -45,50 +90,204 @@ bool QDlgScreen::setFocusPerson(tagPersonInfo* person, int mode)
     if (person == m_pFocusPerson) {
         qDebug() << "pPersonInfo--m_pFocusPerson:" << static_cast<void*>(person)
                  << static_cast<void*>(m_pFocusPerson);
+        storeFocus(person, false); // chosen from now on, whoever chose before
         return true;
     }
-    if (m_pFocusPerson)
-        dropFocus();
-    m_pFocusPerson = person;
-    hub().gallery.focusPerson = person;
+    changeFocus(person, false);
     qDebug() << "setFocusPerson userName:" << person->userName;
     if (mode != 0)
         setMeetingMode(static_cast<eLayoutType>(mode));
+    else
+        scheduleLayout();
     return true;
+}
+
+void QDlgScreen::changeFocus(tagPersonInfo* person, bool bAuto)
+{
+    tagPersonInfo* before = m_pFocusPerson;
+    storeFocus(person, bAuto);
+    if (before && before != person)
+        m_pPreFocusPerson = before;
 }
 
 void QDlgScreen::onModFocusByUserID(QString qstrUserID, bool bVolActive)
 {
     // Voice activation suggests a speaker; it does not take the place of a chosen one.
-    if (bVolActive && m_pFocusPerson && m_pFocusPerson != m_pAutoFocusPerson)
+    if (bVolActive && isFocusChosen())
         return;
     tagPersonInfo* person = findPerson(qstrUserID);
-    if (!person) {
+    if (person && bVolActive) {
+        changeFocus(person, true);
+    } else if (person) {
+        setFocusPerson(person, 0);
+    } else if (qstrUserID.isEmpty() && !bVolActive) {
+        dropFocus(); // nobody's: the arrangements choose again
+    } else {
         qDebug() << "onModFocusByUserID, no such userID:" << qstrUserID;
         return;
     }
-    setFocusPerson(person, 0);
-    if (bVolActive)
-        m_pAutoFocusPerson = person;
     scheduleLayout();
 }
+
+bool QDlgScreen::isLayoutDictated() const
+{
+    return hub().settings.layoutFollow || hub().settings.openLayoutCtrl;
+}
+
+// --- Who is the speaker -----------------------------------------------------------------------
+
+std::vector<zr::SpeakerKey> QDlgScreen::speakerKeys(bool bNext) const
+{
+    // A speaker whom an arrangement chose stays while people come and go, and follows the voices
+    // only where the host wants that.
+    const bool voices = bNext || !m_pAutoFocusPerson || hub().settings.voiceActivation;
+    const tagPersonInfo* previous =
+        !bNext && m_pAutoFocusPerson ? m_pAutoFocusPerson : m_pPreFocusPerson;
+    const tagPersonInfo* talking = findPerson(m_qstrCurrentSpeaking);
+    const QString sponsor = hub().shareSponsor();
+    std::vector<zr::SpeakerKey> keys;
+    keys.reserve(m_vecCurPersons.size());
+    for (const tagPersonInfo* person : m_vecCurPersons) {
+        zr::SpeakerKey key;
+        key.share = person->bShare;
+        key.sponsor = isSponsor(person, sponsor);
+        key.activated = voices && person == m_pVoicePerson;
+        key.talking = voices && (person == talking || person == m_pPreVoicePerson);
+        key.previous = person == previous;
+        key.host = person->iRoteType == zr::kRoleHost;
+        key.self = person->bSelf;
+        keys.push_back(key);
+    }
+    return keys;
+}
+
+int QDlgScreen::chooseSpeaker()
+{
+    if (!isFocusChosen() && m_pSelectedPerson && indexOf(m_pSelectedPerson) >= 0)
+        changeFocus(m_pSelectedPerson, false);
+    if (isFocusChosen())
+        return indexOf(m_pFocusPerson);
+    if (m_vecCurPersons.empty())
+        return -1;
+    // Where the host dictates the layout, the order is the host's as well.
+    const int index = isLayoutDictated() ? 0 : zr::defaultSpeaker(speakerKeys(false));
+    tagPersonInfo* person = m_vecCurPersons[static_cast<std::size_t>(index)];
+    if (person != m_pFocusPerson)
+        changeFocus(person, true);
+    return index;
+}
+
+int QDlgScreen::chooseNextSpeaker(int speaker) const
+{
+    return zr::nextSpeaker(speakerKeys(true), speaker);
+}
+
+int QDlgScreen::indexOf(const tagPersonInfo* person) const
+{
+    const auto found = std::find(m_vecCurPersons.begin(), m_vecCurPersons.end(), person);
+    return found == m_vecCurPersons.end() ? -1 : static_cast<int>(found - m_vecCurPersons.begin());
+}
+
+void QDlgScreen::admitVoice(std::vector<zr::TilePlacement>& placements, int large) const
+{
+    if (m_pVoicePerson && m_pVoicePerson != m_pFocusPerson && !m_pVoicePerson->bSelf)
+        zr::admitToStrip(placements, indexOf(m_pVoicePerson), large);
+}
+
+void QDlgScreen::seatLayoutCtrl(std::vector<tagPersonInfo*>& persons) const
+{
+    if (!hub().settings.openLayoutCtrl)
+        return;
+    tagPersonInfo* speaker = m_pVoicePerson;
+    if (!speaker)
+        speaker = findPerson(m_qstrCurrentSpeaking);
+    zr::takeSeats<tagPersonInfo>(
+        persons, {{firstShare(), hub().settings.shareIdx}, {speaker, hub().settings.speakerIdx}});
+}
+
+// --- Clicks -----------------------------------------------------------------------------------
 
 void QDlgScreen::onPlayWidgetLBtnClick(CPlayWidget* tile)
 {
     if (tagPersonInfo* person = personOf(tile))
-        m_pSelectedPerson = person;
+        clickPerson(person);
+}
+
+void QDlgScreen::onNotifyClickExtPlayWidget(void* pTile)
+{
+    // The extended screen's tile shows a record of its own.
+    const CPlayWidget* tile = tileAt(pTile);
+    const tagPersonInfo* shown = tile ? tile->GetPersonInfo() : nullptr;
+    if (tagPersonInfo* person = shown ? findPerson(shown->userID) : livePerson(pTile))
+        clickPerson(person);
+}
+
+void QDlgScreen::clickPerson(tagPersonInfo* clicked)
+{
     hub().broadcast(ZRMSG_TILE_CLICK, 0, 0);
     notifyLButtonClick();
+    // From here on the host may have deleted anybody from inside a message.
+    tagPersonInfo* person = livePerson(clicked);
+    if (!person)
+        return;
+    const tagPersonInfo* speaker = m_pFocusPerson;
+    zr::ClickInput input;
+    input.mode = hub().curScreenMode();
+    input.dictated = hub().settings.layoutFollow;
+    input.onSpeaker = person == speaker;
+    input.speakerHasStream = speaker && speaker->bPreview;
+    input.personHasPicture = person->bPreview || person->bPicture;
+    switch (zr::clickEffect(input)) {
+    case zr::ClickEffect::None:
+        return;
+    case zr::ClickEffect::Keep:
+        hub().broadcast(ZRMSG_FOCUS_KEPT, 0, 0);
+        return;
+    case zr::ClickEffect::Select:
+        m_pSelectedPerson = person;
+        break;
+    case zr::ClickEffect::Move:
+    case zr::ClickEffect::MoveStream:
+        changePersonToFocus(person->pWidget);
+        break;
+    }
+    if (livePerson(person))
+        hub().broadcast(ZRMSG_FOCUS_PERSON, person);
+}
+
+bool QDlgScreen::changePersonToFocus(CPlayWidget* tile)
+{
+    tagPersonInfo* person = personOf(tile);
+    if (!person || person == m_pFocusPerson)
+        return false;
+    const tagPersonInfo* before = m_pFocusPerson;
+    const bool streamMoves = before && before->bPreview;
+    const bool leavesPin = before && (before->bAllLook || before->bLockLook);
+    const bool pinnedForAll = before && before->bAllLook;
+    const QByteArray oldId = before ? before->userID.toLocal8Bit() : QByteArray();
+    const QByteArray newId = person->userID.toLocal8Bit();
+    setFocusPerson(person, 0);
+    if (streamMoves) {
+        hub().broadcast(ZRMSG_FOCUS_STREAM, reinterpret_cast<quintptr>(newId.constData()), 1);
+        hub().broadcast(ZRMSG_FOCUS_STREAM, reinterpret_cast<quintptr>(oldId.constData()), 0);
+    }
+    if (leavesPin)
+        onLookToast(pinnedForAll);
+    return true;
 }
 
 void QDlgScreen::onLeftBtnDBClick(CPlayWidget* tile)
 {
+    tagPersonInfo* clicked = personOf(tile);
     const int mode = hub().curScreenMode();
     hub().broadcast(ZRMSG_DBLCLICK_LAYOUT, layoutClass(mode), 0);
-    if (!personOf(tile) || hub().settings.layoutFollow || zr::isSpeakerToolMode(mode))
+    tagPersonInfo* person = livePerson(clicked);
+    // Pages that turn by themselves leave no time to click, and would turn under a maximised tile.
+    const bool blocked = hub().settings.layoutFollow || pollingActive();
+    if (!person || blocked || zr::isSpeakerToolMode(mode))
         return;
     if (m_pFocusPerson) {
-        const bool bIsShare = isShareScreenId(m_pFocusPerson->userID);
+        const bool bIsShare = m_pFocusPerson->bShare;
         qDebug() << "bIsShare:" << bIsShare;
         if (tile != m_pFocusPerson->pWidget) {
             if (!bIsShare)
@@ -100,137 +299,105 @@ void QDlgScreen::onLeftBtnDBClick(CPlayWidget* tile)
     }
     if (m_vecCurPersons.size() < kMinCountToMaximise)
         return;
-    const bool maximised =
-        m_pShareScreenPerson && m_pShareScreenPerson->pWidget == tile && mode == eLayoutShare;
+    const bool maximised = mode == eLayoutShare && person == m_pShareScreenPerson;
     if (maximised) {
         setMeetingMode(static_cast<eLayoutType>(hub().gallery.savedMode));
         return;
     }
     if (mode != eLayoutShare)
         hub().gallery.savedMode = mode;
-    m_pShareScreenPerson = personOf(tile);
+    m_pShareScreenPerson = person;
     setMeetingMode(eLayoutShare);
 }
 
-// --- Previews and stream grades ---------------------------------------------------------------
+// --- Small window: the strip beside the speaker, or the speaker tool --------------------------
 
-void QDlgScreen::setPreview(void* pPerson, bool bPreview)
+bool QDlgScreen::isToolInUse() const
 {
-    if (!pPerson)
+    return zr::isSpeakerToolMode(hub().curScreenMode()) || m_bSelfShareFloat;
+}
+
+void QDlgScreen::floatSpeakTool()
+{
+    if (!m_bSelfShareFloat || zr::isSpeakerToolMode(hub().curScreenMode()))
         return;
-    tagPersonInfo* person = livePerson(pPerson);
-    if (!person) {
-        qDebug() << "xxxx QDlgScreen::setPreview testDelPerson";
+    const int index = zr::floatingSpeaker(speakerKeys(true));
+    tagPersonInfo* person =
+        m_pSpeakTool && index >= 0 ? m_vecCurPersons[static_cast<std::size_t>(index)] : nullptr;
+    if (!person)
+        return hideSpeakTool();
+    if (!person->pWidget->isShowing()) // else the tile's grade counts
+        setPersonStreamType(person, zr::kGradeSmall);
+    showSpeakTool(person);
+}
+
+bool QDlgScreen::IsBindToSmallWnd(ST_PersonInfo* candidate)
+{
+    const tagPersonInfo* person = livePerson(candidate);
+    if (!person || m_bHideSmallWnd)
+        return false;
+    if (isToolInUse())
+        return m_pSpeakTool && m_pSpeakTool->isToolVisible()
+               && m_pSpeakTool->boundPerson() == person;
+    const int mode = hub().curScreenMode();
+    const bool strip = zr::isSpeakerMode(mode);
+    return strip && person != m_pFocusPerson && person->pWidget->isShowing();
+}
+
+bool QDlgScreen::isPersonVisibleInSmallWnd(const QString& userId)
+{
+    flushLayout();
+    return IsBindToSmallWnd(findPerson(userId));
+}
+
+int QDlgScreen::GetSmallWndId() const
+{
+    const bool open = m_pSpeakTool && m_pSpeakTool->isToolVisible();
+    return open ? m_pSpeakTool->toolId() : 0;
+}
+
+void QDlgScreen::ActivateIntoSmallWnd(ST_PersonInfo* newActivatedPerson,
+                                      ST_PersonInfo* oldActivatedPerson)
+{
+    tagPersonInfo* person = livePerson(newActivatedPerson);
+    if (!person || person == oldActivatedPerson || person == m_pFocusPerson)
         return;
-    }
-    qDebug() << "userID:" << person->userID << ",userName:" << person->userName
-             << ",pInfo->bPrePreview:" << person->bPrePreview << ",bPreview:" << bPreview;
-    emit hub().notifyExtPreview(person->userID, bPreview);
-    const bool changed = person->bPreview != bPreview;
-    person->bPreview = bPreview;
-    if (!person->bSelf && (changed || !person->bVideoStatusChange)) {
-        person->bPrePreview = changed;
-        qDebug() << "notifyDisplayOrder userName:" << person->userName
-                 << ",set bVideoStatusChange=true, bPreview:" << bPreview;
-    }
-    person->bVideoStatusChange = true;
-    if (!bPreview)
-        person->iStreamStatus = kStreamNone;
-    person->pWidget->RefreshPlayInfo();
-    if (changed && hub().settings.noVideoFilter)
-        scheduleLayout();
-}
-
-void QDlgScreen::onModPreview(void* pPerson, bool bPreview)
-{
-    setPreview(pPerson, bPreview);
-}
-
-void QDlgScreen::setPersonStreamType(tagPersonInfo* person, int iStreamType)
-{
-    // Only recorded: the host is asked when the next frame arrives, once for all the arrangements
-    // that came in between.
-    if (!livePerson(person))
+    zr::VoiceInput input;
+    input.mode = hub().curScreenMode();
+    input.activation = hub().settings.voiceActivation;
+    input.dictated = isLayoutDictated();
+    input.chosenSpeaker = isFocusChosen();
+    input.self = person->bSelf;
+    switch (zr::voiceEffect(input)) {
+    case zr::VoiceEffect::None:
         return;
-    person->iStreamType = iStreamType;
-    person->bStreamTypeChanged = true;
-    qDebug() << "iStreamType:" << iStreamType << ",userName:" << person->userName;
-}
-
-void QDlgScreen::switchStream(tagPersonInfo* person, int streamType)
-{
-    qDebug() << "switchStream,userName:" << person->userName << ",streamType:" << streamType;
-    if (isShareScreenId(person->userID)) {
-        qDebug() << "switchStream isShareScreen";
-        return;
+    case zr::VoiceEffect::Speaker:
+        changeFocus(person, true);
+        break;
+    case zr::VoiceEffect::SmallWindow:
+        break; // the arrangement admits who speaks
     }
-    hub().broadcast(static_cast<unsigned long>(streamType), person);
+    scheduleLayout();
 }
-
-void QDlgScreen::setPersonDefStreamType(void* pPerson)
-{
-    tagPersonInfo* person = livePerson(pPerson);
-    if (!person) {
-        qDebug() << "setPersonDefStreamType pPerson == nullptr";
-        return;
-    }
-    qDebug() << "0iStreamType:" << person->iStreamType << ",iDefType:" << person->iDefType
-             << ",userName:" << person->userName;
-    person->iStreamType = person->iDefType;
-    qDebug() << "1iStreamType:" << person->iStreamType << ",iDefType:" << person->iDefType
-             << ",userName:" << person->userName;
-    switchStream(person, person->iDefType);
-}
-
-void QDlgScreen::changePersonVideoMute(bool bMute)
-{
-    qDebug() << "start changePersonVideoMute";
-    const std::vector<tagPersonInfo*> persons = m_vecPerson; // a message may change the list
-    for (tagPersonInfo* candidate : persons) {
-        tagPersonInfo* person = livePerson(candidate);
-        if (!person)
-            continue;
-        const bool visible = isTileVisible(person);
-        if (visible && person->iPlayState != kPlayShown) {
-            qDebug() << "openPreview2,userName:" << person->userName;
-            hub().setPersonShown(person, true);
-        } else if (!visible && bMute && person->iPlayState != kPlayHidden) {
-            qDebug() << "closePreview2,userName:" << person->userName;
-            person->iStreamStatus = kStreamNone;
-            hub().setPersonShown(person, false);
-        }
-    }
-    qDebug() << "end changePersonVideoMute";
-}
-
-void QDlgScreen::muteInvisiblePerson(bool bMute)
-{
-    if (!bMute)
-        return;
-    const std::vector<tagPersonInfo*> persons = m_vecPerson;
-    for (tagPersonInfo* candidate : persons) {
-        tagPersonInfo* person = livePerson(candidate);
-        if (!person || isTileVisible(person) || person->iPlayState == kPlayHidden)
-            continue;
-        qDebug() << "closePreviewWhenSelfShare,userName:" << person->userName;
-        hub().setPersonShown(person, false);
-    }
-}
-
-// --- Small window, own share, extended screen -------------------------------------------------
 
 void QDlgScreen::onSetHideSmallWnd(bool bHide)
 {
+    if (m_bHideSmallWnd == bHide)
+        return;
     m_bHideSmallWnd = bHide;
     scheduleLayout();
 }
 
 int QDlgScreen::showSmallWndWhenRestore(bool bShow)
 {
-    if (bShow)
-        scheduleLayout();
+    // While the client is minimised the tool would float over other programs.
+    m_bSmallWndMinimised = !bShow;
+    scheduleLayout();
+    flushLayout();
     return 1;
 }
+
+// --- Own share, extended screen ---------------------------------------------------------------
 
 int QDlgScreen::OnPopSelfShareWnd(bool bFloat, bool bMuteVideo)
 {
@@ -246,10 +413,13 @@ void QDlgScreen::OnSwitchExtendScreen(bool bExtendScreen, bool bDeviceChange)
     qDebug() << "OnSwitchExtendScreen bExtendScreen:" << bExtendScreen
              << ",bDeviceChange:" << bDeviceChange;
     hub().settings.extendScreen = bExtendScreen;
+    if (bDeviceChange) {
+        // A monitor came or went: another primary screen may want other images, and the tool may
+        // stand where there is no screen any more.
+        hub().getImgPrefix();
+        for (tagPersonInfo* person : m_vecPerson)
+            updatePersonDisplayInfo(person);
+        m_bPlaceTool = true;
+    }
     scheduleLayout();
-}
-
-bool QDlgScreen::isPersonVisibleInSmallWnd(const QString&) const
-{
-    return false; // the gallery has no small window open
 }

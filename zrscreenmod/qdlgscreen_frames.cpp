@@ -5,6 +5,7 @@
 #include "i420frame.h"
 #include "platform.h"
 #include "qzrscreenconfig.h"
+#include "speaktool.h"
 
 #include <QDebug>
 
@@ -55,6 +56,8 @@ bool QDlgScreen::playFrame(void* pPerson, const VantrelRTCVideoFrameQT* frame)
                                       static_cast<int>(frame->height));
     person->dwLastFrameTick.store(platform::tickMs(), std::memory_order_relaxed);
     person->pWidget->PlayFrame(*frame);
+    if (m_pSpeakTool) // set before there are participants, and then left alone
+        m_pSpeakTool->playFrame(pPerson, *frame);
     return true;
 }
 
@@ -80,14 +83,9 @@ void QDlgScreen::onPlayFrameUpdateUI(void* pPerson, int iWidth, int iHeight)
         changed = true;
     }
     if (changed)
-        person->pWidget->RefreshPlayInfo();
-    if (!person->bStreamTypeChanged)
-        return;
-    qDebug() << "userName:" << person->userName << ",streamType:" << person->iStreamType;
-    person->bStreamTypeChanged = false;
+        updatePersonDisplayInfo(person);
     // Last, since the host may delete the participant from inside the message.
-    if (!person->bSelf && !person->userName.isEmpty())
-        switchStream(person, person->iStreamType);
+    passStreamType(person);
 }
 
 void QDlgScreen::onModVideoSize(void* pPerson, int iWidth, int iHeight)

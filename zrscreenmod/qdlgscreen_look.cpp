@@ -4,9 +4,12 @@
 #include "cplaywidget.h"
 #include "meetingmode.h"
 #include "qzrscreenconfig.h"
+#include "speaktool.h"
 
 #include <QCursor>
 #include <QDebug>
+
+#include <utility>
 
 namespace {
 
@@ -18,14 +21,14 @@ void QDlgScreen::applyLook(tagPersonInfo* person, bool bOn)
 {
     const int mode = hub().curScreenMode();
     const bool follow = hub().settings.layoutFollow;
-    m_pShareScreenPerson = nullptr;
+    tagPersonInfo* shown = std::exchange(m_pShareScreenPerson, nullptr);
     if (bOn) {
         for (tagPersonInfo* other : m_vecPerson) {
             if (other == person || !(other->bAllLook || other->bLockLook))
                 continue;
             other->bAllLook = false;
             other->bLockLook = false;
-            other->pWidget->RefreshPlayInfo();
+            updatePersonDisplayInfo(other);
         }
         if (follow)
             setMeetingMode(eLayoutEqualCut);
@@ -41,7 +44,10 @@ void QDlgScreen::applyLook(tagPersonInfo* person, bool bOn)
             setMeetingMode(static_cast<eLayoutType>(saved));
     }
     m_iLookMode = hub().curScreenMode();
-    person->pWidget->RefreshPlayInfo();
+    // Somebody else's pin ends: who fills the dialog stays there. Messages came in between.
+    if (m_iLookMode == eLayoutShare && !m_pShareScreenPerson)
+        m_pShareScreenPerson = livePerson(shown);
+    updatePersonDisplayInfo(person);
 }
 
 bool QDlgScreen::setAllLook(void* pPerson, bool bAllLook)
@@ -94,7 +100,7 @@ bool QDlgScreen::setMute(void* pPerson, bool bMute)
     qDebug() << "setMute,userName:" << person->userName << ",bVolMute" << bMute
              << ",userID:" << person->userID;
     if (changed)
-        person->pWidget->RefreshPlayInfo();
+        updatePersonDisplayInfo(person);
     return changed;
 }
 
@@ -111,7 +117,7 @@ void QDlgScreen::onModVolume(void* pPerson, int iVolume)
         return;
     person->iVolume = volume;
     if (!person->bMute)
-        person->pWidget->RefreshPlayInfo();
+        updatePersonDisplayInfo(person);
 }
 
 void QDlgScreen::onModPersonHandup(void* pPerson, bool bHandUp)
@@ -120,7 +126,7 @@ void QDlgScreen::onModPersonHandup(void* pPerson, bool bHandUp)
     if (!person || person->bHandUp == bHandUp)
         return;
     person->bHandUp = bHandUp;
-    person->pWidget->RefreshPlayInfo();
+    updatePersonDisplayInfo(person);
 }
 
 void QDlgScreen::UpdateUserNetStatus(QString qstrUserID, int dir, bool bIsWeak, int nNetStatus)
@@ -131,35 +137,56 @@ void QDlgScreen::UpdateUserNetStatus(QString qstrUserID, int dir, bool bIsWeak, 
         qDebug() << "UpdateUserNetStatus, no such userID:" << qstrUserID;
 }
 
+void QDlgScreen::updatePersonDisplayInfo(ST_PersonInfo* candidate)
+{
+    const tagPersonInfo* person = livePerson(candidate);
+    if (!person)
+        return;
+    person->pWidget->RefreshPlayInfo();
+    if (m_pSpeakTool && m_pSpeakTool->boundPerson() == person)
+        m_pSpeakTool->refreshTool();
+}
+
+// --- Who speaks -------------------------------------------------------------------------------
+
 void QDlgScreen::setSpeaking(tagPersonInfo* person, bool bSpeaking)
 {
     if (person->bSpeaking == bSpeaking)
         return;
     person->bSpeaking = bSpeaking;
-    person->pWidget->RefreshPlayInfo();
-    // Where the host dictates who speaks, a change of speaker is a change of the arrangement.
+    updatePersonDisplayInfo(person);
+    // Where the host gives the speaker a seat, another speaker is another order.
     if (hub().settings.speakerIdx >= 0 && hub().settings.openLayoutCtrl)
         scheduleLayout();
 }
 
 void QDlgScreen::OnSetVoiceActivateUser(QString qstrUserID)
 {
-    if (m_pVoicePerson)
-        m_pPreVoicePerson = m_pVoicePerson;
-    const tagPersonInfo* before = m_pVoicePerson;
+    tagPersonInfo* before = m_pVoicePerson;
+    if (before)
+        m_pPreVoicePerson = before;
     m_pVoicePerson = findPerson(qstrUserID);
     for (tagPersonInfo* person : m_vecPerson)
         setSpeaking(person, person == m_pVoicePerson);
-    if (!m_pVoicePerson || m_pVoicePerson == before)
+    if (!m_pVoicePerson)
         return;
+    ActivateIntoSmallWnd(m_pVoicePerson, before);
     const int mode = hub().curScreenMode();
-    if (!zr::isSpeakerToolMode(mode) && (hub().settings.openLayoutCtrl || zr::isSpeakerMode(mode)))
+    if (m_pVoicePerson != before && !zr::isSpeakerToolMode(mode)
+        && (hub().settings.openLayoutCtrl || zr::isSpeakerMode(mode)))
         scheduleLayout();
 }
 
 void QDlgScreen::setCurrentSpeakingPerson(const QString& userId)
 {
+    if (m_qstrCurrentSpeaking == userId)
+        return;
     m_qstrCurrentSpeaking = userId;
+    const tagPersonInfo* person = findPerson(userId);
+    if (m_pSpeakTool)
+        m_pSpeakTool->setSpeaking(person ? person->userName : QString());
+    if (person && (zr::isSpeakerMode(hub().curScreenMode()) || hub().settings.openLayoutCtrl))
+        scheduleLayout();
 }
 
 // --- Clicks on the overlay, and the "more" menu -----------------------------------------------
@@ -182,6 +209,7 @@ void QDlgScreen::onClickMore(void* pPerson, int igPosRight)
         return;
     qDebug() << "role,bself,bLockLook:" << person->iRoteType << person->bSelf << person->bLockLook;
     m_pMorePerson = person;
+    m_rcMoreTile = person->pWidget->geometry();
     hub().broadcast(ZRMSG_CLICK_MORE, static_cast<unsigned long long>(igPosRight),
                     static_cast<long long>(reinterpret_cast<qintptr>(person->pUserData)));
 }
@@ -201,8 +229,10 @@ void QDlgScreen::testHideMoreMenu()
         m_pMorePerson = nullptr;
         return;
     }
+    // The menu stands where the tile was when it was opened.
     const CPlayWidget* tile = m_pMorePerson->pWidget;
-    if (tile->isVisible() && tile->rect().contains(tile->mapFromGlobal(QCursor::pos())))
+    if (tile->isVisible() && tile->geometry() == m_rcMoreTile
+        && tile->rect().contains(tile->mapFromGlobal(QCursor::pos())))
         return;
     m_pMorePerson = nullptr;
     hub().broadcast(ZRMSG_MORE_MENU_CLOSED, 0, 0);

@@ -1,0 +1,188 @@
+#include "focusrules.h"
+
+#include <QtTest>
+
+namespace {
+
+using zr::ClickEffect;
+using zr::SpeakerKey;
+using zr::VoiceEffect;
+
+/// A participant by letters: Share, sPonsor, Activated, Talking, pRevious, Host, seLf.
+SpeakerKey key(const char* letters)
+{
+    const QByteArray has(letters);
+    SpeakerKey key;
+    key.share = has.contains('S');
+    key.sponsor = has.contains('P');
+    key.activated = has.contains('A');
+    key.talking = has.contains('T');
+    key.previous = has.contains('R');
+    key.host = has.contains('H');
+    key.self = has.contains('L');
+    return key;
+}
+
+std::vector<SpeakerKey> keys(const char* persons)
+{
+    std::vector<SpeakerKey> list;
+    for (const QByteArray& letters : QByteArray(persons).split(' '))
+        list.push_back(key(letters.constData()));
+    return list;
+}
+
+} // namespace
+
+class tst_FocusRules : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void choosesSpeakers_data();
+    void choosesSpeakers();
+    void nobody();
+    void clicks();
+    void voices();
+    void admitsToTheStrip();
+    void takesSeats();
+};
+
+void tst_FocusRules::choosesSpeakers_data()
+{
+    QTest::addColumn<QByteArray>("persons"); // "-" has nothing
+    QTest::addColumn<int>("speaker");
+    QTest::addColumn<int>("next");
+    QTest::addColumn<int>("floating");
+    const auto row = [](const char* persons, int speaker, int next, int floating) {
+        QTest::newRow(persons) << QByteArray(persons) << speaker << next << floating;
+    };
+    row("L", 0, -1, 0);
+    row("L -", 1, 0, 1);
+    row("- -", 0, 1, 0);
+    row("L - H", 2, 1, 2);
+    row("LH -", 1, 0, 1);  // being the host does not put the local user first
+    row("- H R", 2, 1, 2); // who was the speaker stays
+    row("- H R T", 3, 2, 3);
+    row("- H R T A", 4, 3, 4);
+    row("LA - R", 2, 1, 2); // nor does the own voice
+    row("- A S", 2, 1, 1);
+    row("S SP -", 1, 2, 2); // the sponsor's share, and no second share beside it
+    row("S SP", 1, 0, 0);
+    row("S - P R", 0, 2, 2); // beside a share its sponsor
+    row("S - P A", 0, 3, 3); // after who speaks
+    row("S P L", 0, 1, 1);
+}
+
+void tst_FocusRules::choosesSpeakers()
+{
+    QFETCH(QByteArray, persons);
+    QFETCH(int, speaker);
+    const auto list = keys(persons);
+    QCOMPARE(zr::defaultSpeaker(list), speaker);
+    QTEST(zr::nextSpeaker(list, speaker), "next");
+    QTEST(zr::floatingSpeaker(list), "floating");
+}
+
+void tst_FocusRules::nobody()
+{
+    QCOMPARE(zr::defaultSpeaker({}), -1);
+    QCOMPARE(zr::nextSpeaker({}, 0), -1);
+    QCOMPARE(zr::floatingSpeaker({}), -1);
+    // Beside a person a share stands first; a speaker outside the list excludes nobody.
+    QCOMPARE(zr::nextSpeaker(keys("A - S"), 0), 2);
+    QCOMPARE(zr::nextSpeaker(keys("- A"), 7), 1);
+}
+
+void tst_FocusRules::clicks()
+{
+    struct Row
+    {
+        int mode;
+        bool dictated, onSpeaker, stream, picture;
+        ClickEffect effect;
+    };
+    const Row rows[] = {
+        {eLayoutEqualCut, false, false, true, true, ClickEffect::Select},
+        {eLayoutSingle, false, true, true, true, ClickEffect::Select},
+        {eLayoutEqualCut, true, false, true, true, ClickEffect::None},
+        {eLayoutSpeakerTop, true, false, true, true, ClickEffect::None},
+        {eLayoutSpeakerTop, false, true, true, true, ClickEffect::None},
+        {eLayoutSpeakerTop, false, false, false, true, ClickEffect::Move},
+        {eLayoutSpeakerTop, false, false, false, false, ClickEffect::Move},
+        {eLayoutSpeakerTool, false, false, true, true, ClickEffect::MoveStream},
+        {eLayoutSpeaker4, false, false, true, false, ClickEffect::Keep},
+    };
+    for (const Row& row : rows) {
+        const zr::ClickInput input{row.mode, row.dictated, row.onSpeaker, row.stream, row.picture};
+        QCOMPARE(int(zr::clickEffect(input)), int(row.effect));
+    }
+}
+
+void tst_FocusRules::voices()
+{
+    struct Row
+    {
+        zr::VoiceInput input; // mode, activation, dictated, chosenSpeaker, self
+        VoiceEffect effect;
+    };
+    const Row rows[] = {
+        {{eLayoutEqualCut, true, false, false, false}, VoiceEffect::None},
+        {{eLayoutSpeakerRight, true, true, false, false}, VoiceEffect::None},
+        {{eLayoutSpeakerRight, true, false, false, true}, VoiceEffect::None},
+        {{eLayoutSpeakerRight, true, false, false, false}, VoiceEffect::Speaker},
+        {{eLayoutSpeakerRight, true, false, true, false}, VoiceEffect::SmallWindow},
+        {{eLayoutSpeakerRight, false, false, false, false}, VoiceEffect::SmallWindow},
+        {{eLayoutSpeakerTool, true, false, false, false}, VoiceEffect::SmallWindow},
+    };
+    for (const Row& row : rows)
+        QCOMPARE(int(zr::voiceEffect(row.input)), int(row.effect));
+}
+
+void tst_FocusRules::admitsToTheStrip()
+{
+    const auto indices = [](int person, int large, int tiles) {
+        std::vector<zr::TilePlacement> placements;
+        for (int i = 0; i < tiles; ++i)
+            placements.push_back({10 + i, QRect(i, 0, 1, 1), zr::kGradeSmall});
+        zr::admitToStrip(placements, person, large);
+        QList<int> result;
+        for (const zr::TilePlacement& placement : placements)
+            result.push_back(placement.index);
+        return result;
+    };
+    QCOMPARE(indices(99, 1, 4), QList<int>({10, 11, 12, 99}));
+    QCOMPARE(indices(11, 1, 4), QList<int>({10, 11, 12, 13})); // is there already
+    QCOMPARE(indices(10, 1, 4), QList<int>({10, 11, 12, 13})); // is the speaker
+    QCOMPARE(indices(-1, 1, 4), QList<int>({10, 11, 12, 13}));
+    QCOMPARE(indices(99, 1, 2), QList<int>({10, 11})); // a lone tile stays
+    QCOMPARE(indices(99, 2, 1), QList<int>({10}));
+    QCOMPARE(indices(99, 0, 0), QList<int>());
+}
+
+void tst_FocusRules::takesSeats()
+{
+    int people[5]{};
+    using Seats = std::vector<zr::Seat<int>>;
+    const auto seated = [&people](int count, const Seats& seats) {
+        std::vector<int*> list;
+        for (int i = 0; i < count; ++i)
+            list.push_back(&people[i]);
+        zr::takeSeats<int>(list, seats);
+        QList<int> order;
+        for (const int* person : list)
+            order.push_back(int(person - people));
+        return order;
+    };
+    int* const a = &people[0];
+    int* const c = &people[2];
+    QCOMPARE(seated(4, {{c, 0}}), QList<int>({2, 0, 1, 3}));
+    QCOMPARE(seated(4, {{a, 2}, {c, 0}}), QList<int>({2, 1, 0, 3}));
+    QCOMPARE(seated(4, {{c, 0}, {a, 0}}), QList<int>({2, 0, 1, 3})); // the first keeps the seat
+    QCOMPARE(seated(4, {{c, 3}, {c, 0}}), QList<int>({0, 1, 3, 2})); // one seat each
+    QCOMPARE(seated(4, {{a, 99}}), QList<int>({1, 2, 3, 0}));
+    QCOMPARE(seated(4, {{a, -1}, {nullptr, 1}, {&people[4], 0}}), QList<int>({0, 1, 2, 3}));
+    QCOMPARE(seated(0, {{a, 0}}), QList<int>());
+}
+
+QTEST_APPLESS_MAIN(tst_FocusRules)
+#include "tst_focusrules.moc"
