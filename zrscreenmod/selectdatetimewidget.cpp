@@ -32,13 +32,14 @@ constexpr int kSheetWidth =
     zr::kCalendarColumns * kCellWidth + (zr::kCalendarColumns - 1) * kCellGap;
 constexpr int kSheetHeight =
     kWeekHeight + zr::kCalendarRows * kCellHeight + (zr::kCalendarRows - 1) * kCellGap;
-constexpr int kListWidth = 56;
+constexpr int kListWidth = 58;
+constexpr int kListPitch = kListWidth + 6;
 constexpr int kListButtonWidth = 42;
 constexpr int kListsLeft = kMargin + kSheetWidth + 2 * kMargin;
 constexpr int kBodyTop = kMargin + kHeadHeight;
 constexpr int kFootTop = kBodyTop + kSheetHeight + kMargin;
 constexpr int kFootHeight = 32;
-constexpr int kWidth = kListsLeft + 2 * kListWidth + kMargin;
+constexpr int kWidth = kListsLeft + kListPitch + kListWidth + kMargin;
 constexpr int kHeight = kFootTop + kMargin + kFootHeight + kMargin;
 constexpr int kIconSide = 16;
 
@@ -194,7 +195,7 @@ void SelectDateTimeWidget::buildLists()
     m_minutes.logLabel = "[APP]minBtn:";
     m_minutes.field = &zr::DateChoice::minute;
     buildList(m_hours, kHours, QStringLiteral("小时"), px(kListsLeft));
-    buildList(m_minutes, kMinutes, QStringLiteral("分钟"), px(kListsLeft + kListWidth));
+    buildList(m_minutes, kMinutes, QStringLiteral("分钟"), px(kListsLeft + kListPitch));
 }
 
 void SelectDateTimeWidget::buildList(List& list, int rows, const QString& head, int left)

@@ -141,6 +141,6 @@ inline int countDifferences(const QImage& actual, const QImage& expected, QImage
 /// Fails the test when a picture does not look like its golden.
 #define ZR_COMPARE_GOLDEN(pixmap, name)                                                            \
     do {                                                                                           \
-        const QString wrong = zrtest::compareGolden((pixmap), QString::fromLatin1(name));          \
+        const QString wrong = zrtest::compareGolden((pixmap), QString::fromUtf8(name));          \
         QVERIFY2(wrong.isEmpty(), qPrintable(wrong));                                              \
     } while (false)
