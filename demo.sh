@@ -3,6 +3,7 @@
 #     ./demo.sh                              the prepared meeting of six
 #     ./demo.sh --mode 1 --participants 4    a meeting of your own
 #     ./demo.sh --help                       all options and commands
+#     ./demo.sh --gallery DIR                a picture of every arrangement, in DIR
 # Without a display it runs on a virtual one and leaves the picture demo.png.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
@@ -58,8 +59,63 @@ fi
 
 # The real footage of a participant, at a size; a drawn picture where there is none.
 footage_source() {
-    [[ -n $footage ]] && echo "video@$1:$footage" || echo "synthetic@$1"
+    [[ -n $footage ]] && echo "video@$1:$PWD/$footage" || echo "synthetic@$1"
 }
+
+# A still picture of text and lines, such as somebody may share.
+make_share() {
+    local text=build/share.txt
+    cat >"$text" <<'TEXT'
+Quarterly report 季度报告
+
+Revenue            12,480    +4.2 %
+Costs               9,310    -1.1 %
+Participants          150
+
+The quick brown fox jumps over the lazy dog.
+敏捷的棕色狐狸跳过了懒狗。 0123456789
+TEXT
+    ffmpeg -nostdin -v error -y -f lavfi -i "color=white:size=1920x1080:rate=2,
+        drawgrid=width=120:height=120:thickness=1:color=gray@0.4,
+        drawbox=x=0:y=0:w=iw:h=ih:color=red:thickness=4,
+        drawtext=expansion=none:font='Noto Sans CJK SC':textfile=$text:fontsize=56:line_spacing=24:x=120:y=120" \
+        -frames:v 2 -pix_fmt yuv420p build/share.y4m
+}
+
+# Pictures of all arrangements in a folder.
+gallery() {
+    local folder
+    mkdir -p "$1"
+    folder=$(cd "$1" && pwd)
+    make_share
+    sed "s|@SHARE@|\"y4m:$PWD/build/share.y4m\"|" host/gallery.scenario >build/gallery.scenario
+    local people=(王小明 "Alice Johnson" 李娜 "Bob Smith" "Zoë Müller" 陈思远 "Ivan Petrov"
+        "Maria da Silva" 佐藤花子 "A rather long name that has to be cut somewhere" Noor Olu
+        김민준 "Eva Novák" "Liam O'Brien")
+    local names
+    names=$(IFS=,; echo "${people[*]}")
+    local run=("$PWD/$host" --names "$names" --follow-streams --size 1280x720
+        --source "1=$(footage_source 960x540)" --source "4=$(footage_source 960x540)"
+        --source "6=$(footage_source 320x180)" --source "7=none" --source "12=none"
+        --scenario "$PWD/build/gallery.scenario")
+    echo "Photographing every arrangement (a minute) ..."
+    (cd "$folder" && xvfb-run -a -s "-screen 0 1920x1080x24 -nolisten tcp" "${run[@]}") \
+        >"$log" 2>&1 </dev/null || {
+        tail -n 20 "$log" >&2
+        echo "The run failed; all of its output is in $log." >&2
+        exit 1
+    }
+    echo "The pictures are in $folder; the messages are in $log."
+}
+
+if [[ ${1:-} == --gallery ]]; then
+    [[ $# == 2 ]] || {
+        echo "usage: ./demo.sh --gallery DIR" >&2
+        exit 2
+    }
+    gallery "$2"
+    exit
+fi
 
 arguments=(--names "王小明,Alice Johnson,李娜,Bob Smith,Zoë Müller,陈思远")
 if (($# == 0)); then
