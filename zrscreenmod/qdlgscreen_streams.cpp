@@ -87,6 +87,8 @@ void QDlgScreen::setPersonStreamType(tagPersonInfo* person, int iStreamType)
     person->iStreamType = iStreamType;
     person->bStreamTypeChanged = true;
     qDebug() << "iStreamType:" << iStreamType << ",userName:" << person->userName;
+    // Its tile's elements are small or large accordingly.
+    person->pWidget->RefreshPlayInfo();
 }
 
 void QDlgScreen::passStreamType(tagPersonInfo* person)
