@@ -200,34 +200,6 @@ TilePlacement aloneCentred(QSize area, int index)
     return {index, centerRect16x9(area), kGradeLarge};
 }
 
-std::vector<TilePlacement> placementsFor(const LayoutInput& input, bool nineCut)
-{
-    switch (input.mode) {
-    case eLayoutEqualCut:
-        return nineCut ? nineCutPlacements(input) : equalCutPlacements(input);
-    case eLayout6Cut:
-        return sixCutPlacements(input);
-    case eLayout8Cut:
-        return eightCutPlacements(input);
-    case eLayoutSpeakerRight:
-    case eLayoutSpeakerBottom:
-    case eLayoutSpeakerTop:
-        return speakerPlacements(input);
-    case eLayoutSpeaker4:
-        return speaker4Placements(input);
-    case eLayoutGrid4:
-    case eLayoutGrid9:
-    case eLayoutGrid16:
-        return fixedGridPlacements(input);
-    case eLayoutSingle:
-        if (input.count > 0)
-            return {aloneCentred(input.area, 0)};
-        return {};
-    default:
-        return {};
-    }
-}
-
 int gridStreamType(int mode, int count, int page)
 {
     switch (mode) {

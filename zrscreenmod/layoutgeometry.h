@@ -33,7 +33,7 @@ constexpr int kStripTiles = 6;
 struct TilePlacement
 {
     int index;  ///< in the display list
-    QRect rect; ///< in the dialog; empty when the dialog is too small to show the tile
+    QRect rect; ///< in the dialog; empty for a tile that there is no room for
     int grade;  ///< kGradeSmall, kGradeGrid or kGradeLarge
 };
 
@@ -96,7 +96,8 @@ struct LayoutInput
 [[nodiscard]] TilePlacement aloneCentred(QSize area, int index);
 
 /// Where the speaker stands when the next one floats in the speaker tool (modes 4 and 5): the
-/// whole dialog, or, alone, the area that speakerToolArea gives. No tile without a speaker.
+/// whole dialog, or, alone, the area that speakerToolArea gives, as far as it is in the dialog. No
+/// tile without a speaker.
 [[nodiscard]] std::vector<TilePlacement> speakerToolPlacements(const LayoutInput& input,
                                                                const QRect& toolArea);
 
@@ -104,11 +105,6 @@ struct LayoutInput
 /// most 100 pixels a side is not one yet: the screen takes its place.
 /// @param wide the dialog counts a quarter wider
 [[nodiscard]] QRect speakerToolArea(QSize dialog, QSize screen, bool wide);
-
-/// The arrangement of the input's mode, for all modes that need nothing else: not for the speaker
-/// tool's and the share's, which have no tiles here, as values that are no mode.
-/// @param nineCut the adaptive gallery is the one with nine tiles
-[[nodiscard]] std::vector<TilePlacement> placementsFor(const LayoutInput& input, bool nineCut);
 
 /// Stream grade of the tiles of a grid, in any meeting mode (`eLayoutType`). Both adaptive
 /// galleries ask by pages of six: only the first page of at most two participants is large.

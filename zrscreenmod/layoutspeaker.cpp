@@ -205,7 +205,8 @@ std::vector<TilePlacement> speakerToolPlacements(const LayoutInput& input, const
     if (speaker < 0)
         return {};
     const QRect whole(QPoint(0, 0), bounded(input.area));
-    return {{speaker, input.count > 1 ? whole : toolArea, kGradeLarge}};
+    // The area may be wider than the dialog; the tile fits its picture into what there is.
+    return {{speaker, input.count > 1 ? whole : toolArea & whole, kGradeLarge}};
 }
 
 QRect speakerToolArea(QSize dialog, QSize screen, bool wide)

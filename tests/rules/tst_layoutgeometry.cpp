@@ -25,9 +25,24 @@ enum class Gallery
 /// Any arrangement but the speaker tool's: a mode, and for the first mode which gallery.
 std::vector<zr::TilePlacement> place(Gallery gallery, const zr::LayoutInput& input)
 {
-    if (gallery == Gallery::sixteen && input.mode == eLayoutEqualCut)
-        return zr::sixteenCutPlacements(input);
-    return zr::placementsFor(input, gallery == Gallery::nine);
+    switch (input.mode) {
+    case eLayoutEqualCut:
+        return gallery == Gallery::six    ? zr::equalCutPlacements(input)
+               : gallery == Gallery::nine ? zr::nineCutPlacements(input)
+                                          : zr::sixteenCutPlacements(input);
+    case eLayout6Cut:
+        return zr::sixCutPlacements(input);
+    case eLayout8Cut:
+        return zr::eightCutPlacements(input);
+    case eLayoutSpeakerRight:
+    case eLayoutSpeakerBottom:
+    case eLayoutSpeakerTop:
+        return zr::speakerPlacements(input);
+    case eLayoutSpeaker4:
+        return zr::speaker4Placements(input);
+    default:
+        return zr::fixedGridPlacements(input);
+    }
 }
 
 LayoutRules galleryRules(Gallery gallery, int count)
@@ -88,11 +103,6 @@ LayoutRules rulesOf(Gallery gallery, const zr::LayoutInput& input)
         rules.tilesPerPage = side * side;
         return rules;
     }
-    case eLayoutSingle:
-        if (input.count > 0)
-            rules.onEveryPage = {0};
-        rules.unseenFrom = 1;
-        return rules;
     default:
         return speakerRules(input);
     }
@@ -177,6 +187,8 @@ void tst_LayoutGeometry::fit()
         QCOMPARE(zr::fitSize16x9(row.size), row.fitted);
         QCOMPARE(zr::centerRect16x9(row.size), QRect(row.centred, row.fitted));
         QCOMPARE(zr::fitRect16x9(QRect({-30, 17}, row.size)), QRect({-30, 17}, row.fitted));
+        const zr::TilePlacement alone = zr::aloneCentred(row.size, 3);
+        QCOMPARE(describe(alone), describe({3, QRect(row.centred, row.fitted), 4}));
     }
 }
 
@@ -381,10 +393,7 @@ void tst_LayoutGeometry::rectangles_data()
         tiles({}, 16, {249, 140},
               {{0, 68}, {250, 68}, {500, 68}, {750, 68}, {0, 209}, {250, 209}}));
 
-    row("single", eLayoutSingle, wide, 3, 2, large(0, {444, 0, 711, 400}));
-    row("single, nobody", eLayoutSingle, wide, 0, 0, {});
-    row("the tool has a rule of its own", eLayoutSpeakerTool, hd, 3, 0, {}, 0);
-    row("no mode", 15, hd, 3, 0, {}, 0);
+    row("no grid", eLayoutShare, hd, 3, 0, {});
 }
 
 void tst_LayoutGeometry::rectangles()
@@ -424,6 +433,9 @@ void tst_LayoutGeometry::speakerTool()
     QCOMPARE(tool(1, 0), describeAll(Tiles{{0, area, zr::kGradeLarge}}));
     QCOMPARE(tool(3, 2), describeAll(Tiles{{2, {0, 0, 1000, 700}, zr::kGradeLarge}}));
     QVERIFY(tool(3, 3).isEmpty() && tool(3, -1).isEmpty());
+    const Tiles wider =
+        zr::speakerToolPlacements({{1000, 700}, 1, 0, 4, false, 0}, QRect(-123, 2, 1246, 696));
+    QCOMPARE(wider.front().rect, QRect(0, 2, 1000, 696)); // nothing of the picture is cut off
 }
 
 void tst_LayoutGeometry::invariantsHoldForGeneratedDialogs_data()
@@ -432,10 +444,8 @@ void tst_LayoutGeometry::invariantsHoldForGeneratedDialogs_data()
     QTest::addColumn<Gallery>("gallery");
     QTest::newRow("nine") << int(eLayoutEqualCut) << Gallery::nine;
     QTest::newRow("sixteen") << int(eLayoutEqualCut) << Gallery::sixteen;
-    for (int mode = eLayoutEqualCut; mode <= eLayoutSingle; ++mode) {
-        if (mode != eLayoutSpeakerTool && mode != eLayoutSpeakerTool2 && mode != eLayoutShare)
-            QTest::newRow(qPrintable(QString::number(mode))) << mode << Gallery::six;
-    }
+    for (const int mode : {1, 2, 3, 6, 7, 8, 9, 11, 12, 13})
+        QTest::newRow(qPrintable(QString::number(mode))) << mode << Gallery::six;
 }
 
 void tst_LayoutGeometry::invariantsHoldForGeneratedDialogs()
