@@ -261,6 +261,12 @@ void CPlayWidget::onRender(bool bCheckLocal)
         m_bRenderSkipped = true;
     else
         m_pPacer->requestUpdate(this);
+    const tagPersonInfo* const person = GetPersonInfo();
+    if (person && person->iPlayState == kPlayHidden
+        && QZRScreenConfig::getInstance()->overlay.hiddenVideo) {
+        m_pPlayInfo->setLoading(true, false);
+        return;
+    }
     // A stream that runs again is reported before its picture comes; this shows it.
     m_pPlayInfo->setLoading(false, !m_pPlayInfo->isPictureVisible());
 }

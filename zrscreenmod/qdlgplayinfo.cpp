@@ -1,17 +1,24 @@
 #include "qdlgplayinfo.h"
 
-#include "nametext.h"
-#include "personorder.h"
+#include "layoutgeometry.h"
+#include "overlayimages.h"
+#include "overlaypainter.h"
 #include "qzrscreenconfig.h"
+#include "tileaccessible.h"
+#include "volumelevel.h"
 
 #include <QCursor>
+#include <QDebug>
+#include <QFontMetrics>
+#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QTimerEvent>
 
 #include <algorithm>
-#include <array>
-#include <tuple>
+#include <utility>
+
+using zr::OverlayPart;
 
 namespace {
 
@@ -19,56 +26,45 @@ constexpr int kTickMs = 200;
 constexpr int kSpinnerStepDegrees = 25;
 /// How long a spell of bad network is bridged by the frozen picture and the spinner.
 constexpr qint64 kSpinnerLimitMs = 15000;
+/// How long a sentence stays after it has been added or has grown.
+constexpr int kBubbleMs = 5000;
 
-constexpr int kRoleAdministrator = 2;
-
-const QColor kBackground(28, 32, 39);
-const QColor kNameBar(12, 16, 23, 128);
-
-QColor avatarColor(int index)
+QZRScreenConfig& hub()
 {
-    static constexpr std::array<QRgb, 4> kColors{qRgb(112, 98, 248), qRgb(94, 176, 242),
-                                                 qRgb(95, 203, 146), qRgb(195, 109, 241)};
-    return QColor(kColors[static_cast<std::size_t>(index)]);
+    return *QZRScreenConfig::getInstance();
 }
 
-int scaled(int value)
+/// The change that comes ten times a second.
+bool differOnlyInVolume(zr::OverlayState before, const zr::OverlayState& after)
 {
-    return QZRScreenConfig::getInstance()->scaled(value);
+    before.iAudioLevel = after.iAudioLevel;
+    return before == after;
 }
 
-QFont overlayFont(int pixelSize)
+int colorIndex(int index)
 {
-    QFont font(QStringLiteral("微软雅黑"));
-    font.setPixelSize(scaled(pixelSize));
-    return font;
-}
-
-int textWidth(const QFontMetrics& metrics, const QString& text)
-{
-    return metrics.boundingRect(text).width();
+    return index >= 0 && index <= 3 ? index : 0;
 }
 
 } // namespace
 
-bool QDlgPlayInfo::State::operator==(const State& other) const
-{
-    const auto tie = [](const State& s) {
-        return std::tie(s.bPerson, s.bShare, s.bPaused, s.bPicture, s.bSelf, s.bSpeaking, s.bBorder,
-                        s.bSpinner, s.iRole, s.iColor, s.name, s.initials);
-    };
-    return tie(*this) == tie(other);
-}
-
 QDlgPlayInfo::QDlgPlayInfo(QWidget* pParent)
     : QWidget(pParent, Qt::CustomizeWindowHint | Qt::FramelessWindowHint)
+    , m_pImages(OverlayImages::shared())
+    , m_pAccessibility(shareTileAccessibility())
 {
     setAttribute(Qt::WA_NoSystemBackground);
     setAttribute(Qt::WA_TranslucentBackground);
     setFocusPolicy(Qt::NoFocus);
-    connect(QZRScreenConfig::getInstance(), &QZRScreenConfig::sigRefreshPlayDlg, this,
-            &QDlgPlayInfo::refresh);
+    connect(&hub(), &QZRScreenConfig::sigRefreshPlayDlg, this, &QDlgPlayInfo::refresh);
+    connect(&hub(), &QZRScreenConfig::notifyCurScreenMode, this, &QDlgPlayInfo::refresh);
+    connect(&hub(), &QZRScreenConfig::notifyAddSubtitle, this, &QDlgPlayInfo::onAddSubtitle);
+    connect(&hub(), &QZRScreenConfig::notifyCleanSubtitle, this, &QDlgPlayInfo::closeBubble);
 }
+
+QDlgPlayInfo::~QDlgPlayInfo() = default;
+
+// --- State ------------------------------------------------------------------------------------
 
 bool QDlgPlayInfo::setPerson(tagPersonInfo* pPerson)
 {
@@ -77,6 +73,8 @@ bool QDlgPlayInfo::setPerson(tagPersonInfo* pPerson)
     m_bShareTile = pPerson && isShareScreenId(pPerson->userID);
     if (!changed)
         return false;
+    m_qstrBubble.clear(); // the former participant's words
+    m_bubbleTimer.stop();
     applyState();
     return pPerson != nullptr;
 }
@@ -84,6 +82,12 @@ bool QDlgPlayInfo::setPerson(tagPersonInfo* pPerson)
 void QDlgPlayInfo::setOverlayMode(bool bOverlayMode)
 {
     m_bOverlayMode = bOverlayMode;
+    applyState();
+}
+
+void QDlgPlayInfo::setNoMenu(bool bNoMenu)
+{
+    m_bNoMenu = bNoMenu;
     applyState();
 }
 
@@ -125,9 +129,116 @@ void QDlgPlayInfo::UpdateNetStatus(int iType, bool bBad, int iLevel)
     refresh();
 }
 
-bool QDlgPlayInfo::IsMouseOnBtnMore() const
+zr::LookMark QDlgPlayInfo::lookMark() const
 {
-    return m_layout.more.contains(mapFromGlobal(QCursor::pos()));
+    if (!m_pPerson->bAllLook && !m_pPerson->bLockLook)
+        return zr::LookMark::None;
+    // Where nobody is larger than the others, or two are, the arrangement tells nothing apart.
+    const int mode = hub().curScreenMode();
+    if (!m_bNoMenu
+        && (mode == eLayoutEqualCut || mode == eLayout6Cut || mode == eLayout8Cut
+            || mode == eLayoutSpeaker4))
+        return zr::LookMark::None;
+    if (m_pPerson->bAllLook)
+        return zr::LookMark::AllLook;
+    const bool unlabelled = !m_bNoMenu && hub().overlay.lookOwner == 1;
+    return unlabelled ? zr::LookMark::Unlabelled : zr::LookMark::LockLook;
+}
+
+zr::OverlayState QDlgPlayInfo::gatherState() const
+{
+    zr::OverlayState state;
+    if (!m_pPerson)
+        return state;
+    const OverlaySwitches& switches = hub().overlay;
+    const bool waiting = m_bLoading || m_pPerson->iPlayState == kPlayHidden;
+    const int grade = m_pPerson->iStreamType;
+    state.bPerson = true;
+    state.bShare = m_bShareTile;
+    state.bBorder = m_bOverlayMode;
+    state.bSelf = m_pPerson->bSelf;
+    state.bNoMenu = m_bNoMenu;
+    state.bSmall = grade == zr::kGradeSmall || grade == zr::kGradeGrid;
+    state.name = m_pPerson->userName;
+    if (m_bShareTile) {
+        state.bPaused = hub().settings.pauseShare;
+        state.bPicture = !waiting && !state.bPaused;
+        state.watermark = hub().getWatermarkText();
+        return state;
+    }
+    const bool netBad = isNetBad() && !state.bSelf;
+    const bool started = m_pPerson->bPreview && m_pPerson->iStreamStatus != kStreamNone;
+    state.bPicture = started && !waiting && !(netBad && m_bLoadTimedOut);
+    state.bSpinner = state.bPicture && netBad;
+    state.bSpeaking = m_pPerson->bSpeaking && !m_bNoMenu && switches.speakingHighlight;
+    state.bMute = m_pPerson->bMute;
+    state.bCamera = started;
+    state.bHand = m_pPerson->bHandUp && (switches.allHands || state.bSelf);
+    state.bLargerText = switches.largerText;
+    state.iRole = m_pPerson->iRoteType;
+    state.iColor = colorIndex(m_pPerson->iRoleExtra);
+    state.iAudioLevel = zr::volumeLevel(m_pPerson->iVolume);
+    state.iNetLevel = m_iNetLevel;
+    state.look = lookMark();
+    if (switches.showResolution && m_pPerson->iVideoWidth != 0) {
+        state.resolution =
+            QStringLiteral("%1*%2").arg(m_pPerson->iVideoWidth).arg(m_pPerson->iVideoHeight);
+    }
+    state.bubble = m_qstrBubble;
+    state.iBubbleColor = m_iBubbleColor;
+    return state;
+}
+
+void QDlgPlayInfo::applyState()
+{
+    zr::OverlayState state = gatherState();
+    if (state == m_state)
+        return;
+    std::swap(m_state, state);
+    if (differOnlyInVolume(state, m_state)) {
+        // All levels have images of one size, so nothing moves.
+        zr::OverlayElement& audio = m_layout.at(OverlayPart::Audio);
+        if (m_state.bMute || !audio.isShown())
+            return;
+        audio.variant = m_state.iAudioLevel;
+        update(audio.rect);
+        return;
+    }
+    const zr::OverlayLayout before = std::exchange(m_layout, computeLayout());
+    updateSpinner();
+    QRegion changed;
+    for (const QRect& rect : zr::changedRects(before, m_layout))
+        changed += rect;
+    update(changed);
+    announceTile(*this, state, m_state);
+}
+
+zr::OverlayLayout QDlgPlayInfo::computeLayout() const
+{
+    zr::OverlayMetrics metrics;
+    metrics.tile = size();
+    metrics.bHighResolution = hub().is4K();
+    metrics.images = {m_pImages->sizes(false), m_pImages->sizes(true)};
+    metrics.width = [](const QString& text, int fontPx) {
+        const QFontMetrics font(overlayFont(fontPx));
+        return std::max(font.boundingRect(text).width(), font.horizontalAdvance(text));
+    };
+    return zr::layoutOverlay(m_state, metrics);
+}
+
+// --- Spinner and bubble -----------------------------------------------------------------------
+
+void QDlgPlayInfo::updateSpinner()
+{
+    const bool run = m_state.bSpinner && m_bShown;
+    if (run && !m_spinnerStart.isValid())
+        m_spinnerStart.start();
+    if (run == isSpinning())
+        return;
+    if (run)
+        m_spinnerTimer.start(kTickMs, Qt::CoarseTimer, this);
+    else
+        m_spinnerTimer.stop();
 }
 
 void QDlgPlayInfo::onTimeUpdateLoading()
@@ -138,100 +249,44 @@ void QDlgPlayInfo::onTimeUpdateLoading()
         return;
     }
     m_iSpinnerAngle = (m_iSpinnerAngle + kSpinnerStepDegrees) % 360;
-    update(m_layout.spinner);
+    // The corners of the image turn, too.
+    const int reach = m_layout.at(OverlayPart::Spinner).textRect.width() / 4;
+    update(m_layout.at(OverlayPart::Spinner).textRect.adjusted(-reach, -reach, reach, reach));
 }
 
-QDlgPlayInfo::State QDlgPlayInfo::gatherState() const
+void QDlgPlayInfo::onAddSubtitle(int iIDSentence)
 {
-    State state;
-    if (!m_pPerson)
-        return state;
-    const QZRScreenConfig& hub = *QZRScreenConfig::getInstance();
-    const bool waiting = m_bLoading || m_pPerson->iPlayState == kPlayHidden;
-    state.bPerson = true;
-    state.bShare = m_bShareTile;
-    state.bPaused = m_bShareTile && hub.settings.pauseShare;
-    state.bSelf = m_pPerson->bSelf;
-    state.bBorder = m_bOverlayMode;
-    state.name = m_pPerson->userName;
-    if (m_bShareTile) {
-        state.bPicture = !waiting && !state.bPaused;
-        return state;
-    }
-    const bool netBad = isNetBad() && !state.bSelf;
-    const bool started = m_pPerson->bPreview && m_pPerson->iStreamStatus != kStreamNone;
-    state.bPicture = started && !waiting && !(netBad && m_bLoadTimedOut);
-    state.bSpinner = state.bPicture && netBad;
-    state.bSpeaking = m_pPerson->bSpeaking;
-    state.iRole = m_pPerson->iRoteType;
-    const int color = m_pPerson->iRoleExtra;
-    state.iColor = color >= 0 && color <= 3 ? color : 0;
-    state.initials = zr::shortName(state.name);
-    return state;
-}
-
-void QDlgPlayInfo::applyState()
-{
-    State state = gatherState();
-    if (state == m_state)
+    if (!m_bShown || !m_pPerson || m_bShareTile || !hub().settings.subtitleOpen)
         return;
-    m_state = std::move(state);
-    m_layout = computeLayout();
-    updateSpinner();
-    update();
-}
-
-void QDlgPlayInfo::updateSpinner()
-{
-    const bool run = m_state.bSpinner && m_bShown;
-    if (run && !m_spinnerStart.isValid())
-        m_spinnerStart.start();
-    if (run == isSpinning())
+    const SubtitleRecord sentence = hub().subtitle(iIDSentence);
+    if (sentence.transStr.isEmpty() || sentence.userName != m_pPerson->userName)
         return;
-    if (run) {
-        m_iTimerId = startTimer(kTickMs, Qt::CoarseTimer);
-    } else {
-        killTimer(m_iTimerId);
-        m_iTimerId = 0;
-    }
+    m_qstrBubble = sentence.transStr;
+    m_iBubbleColor = colorIndex(sentence.iColorType);
+    m_bubbleTimer.start(kBubbleMs, Qt::CoarseTimer, this);
+    applyState();
 }
 
-QDlgPlayInfo::Layout QDlgPlayInfo::computeLayout() const
+void QDlgPlayInfo::closeBubble()
 {
-    Layout layout;
-    if (!m_state.bPerson || m_state.bShare)
-        return layout;
-
-    const int barHeight = scaled(48);
-    const int moreSide = scaled(48);
-    layout.more = QRect(width() - moreSide, height() - moreSide, moreSide, moreSide);
-    if (m_state.iRole == zr::kRoleHost || m_state.iRole == kRoleAdministrator) {
-        layout.badge = QRect(0, height() - barHeight, scaled(94), barHeight);
-        layout.badgeText =
-            m_state.iRole == zr::kRoleHost ? QStringLiteral("主持人") : QStringLiteral("管理员");
-    }
-
-    const QFontMetrics metrics(overlayFont(26));
-    const QString suffix = m_state.bSelf ? QStringLiteral("(我)") : QString();
-    const int left = layout.badge.isEmpty() ? 0 : layout.badge.width() + 1;
-    const int padding = scaled(10);
-    const int room = std::max(0, layout.more.left() - scaled(30) - left - 2 * padding);
-    const int nameRoom = std::max(0, room - textWidth(metrics, suffix));
-    layout.nameText = metrics.elidedText(m_state.name, Qt::ElideRight, nameRoom) + suffix;
-    const int textRoom = std::min(room, metrics.horizontalAdvance(layout.nameText));
-    layout.nameBar = QRect(left, height() - barHeight, textRoom + 2 * padding, barHeight);
-    layout.nameRect = layout.nameBar.adjusted(padding, 0, -padding, 0);
-
-    // The avatar stays clear of the name bar, which covers the bottom.
-    const int free = height() - 2 * (barHeight + scaled(10));
-    const int side = std::clamp(std::min(free, width()), 0, scaled(120));
-    layout.head = QRect((width() - side) / 2, (height() - side) / 2, side, side);
-
-    const int spinnerSide = std::min({scaled(48), width(), height()});
-    layout.spinner =
-        QRect((width() - spinnerSide) / 2, (height() - spinnerSide) / 2, spinnerSide, spinnerSide);
-    return layout;
+    m_bubbleTimer.stop();
+    if (m_qstrBubble.isEmpty())
+        return;
+    m_qstrBubble.clear();
+    applyState();
 }
+
+void QDlgPlayInfo::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() == m_spinnerTimer.timerId())
+        onTimeUpdateLoading();
+    else if (event->timerId() == m_bubbleTimer.timerId())
+        closeBubble();
+    else
+        QWidget::timerEvent(event);
+}
+
+// --- Geometry and painting --------------------------------------------------------------------
 
 void QDlgPlayInfo::rebuildBars()
 {
@@ -258,115 +313,7 @@ void QDlgPlayInfo::paintEvent(QPaintEvent* event)
         return;
     QPainter painter(this);
     painter.setClipRegion(event->region());
-    if (m_state.bShare)
-        paintShare(painter);
-    else
-        paintPerson(painter);
-    paintBorder(painter);
-}
-
-void QDlgPlayInfo::paintPerson(QPainter& painter) const
-{
-    if (m_state.bPicture)
-        painter.fillPath(m_barsPath, kBackground);
-    else
-        paintAvatar(painter);
-    paintBadge(painter);
-    paintNameBar(painter);
-    if (m_state.bSpinner)
-        paintSpinner(painter);
-}
-
-void QDlgPlayInfo::paintShare(QPainter& painter) const
-{
-    if (m_state.bPaused) {
-        painter.fillRect(rect(), kBackground);
-        painter.setPen(Qt::white);
-        painter.setFont(overlayFont(22));
-        QRect text(0, 0, scaled(620), scaled(40));
-        text.moveCenter(rect().center());
-        painter.drawText(text, Qt::AlignCenter, m_state.name + QStringLiteral(" 暂停了屏幕共享"));
-    } else if (m_state.bPicture) {
-        painter.fillPath(m_barsPath, kBackground);
-    } else {
-        painter.fillRect(rect(), kBackground);
-    }
-}
-
-void QDlgPlayInfo::paintAvatar(QPainter& painter) const
-{
-    painter.fillRect(rect(), kBackground);
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(avatarColor(m_state.iColor));
-    painter.drawEllipse(m_layout.head);
-    painter.setPen(Qt::white);
-    painter.setFont(overlayFont(36));
-    painter.drawText(m_layout.head, Qt::AlignCenter, m_state.initials);
-    painter.restore();
-}
-
-void QDlgPlayInfo::paintBadge(QPainter& painter) const
-{
-    if (m_layout.badge.isEmpty())
-        return;
-    painter.fillRect(m_layout.badge,
-                     m_state.iRole == zr::kRoleHost ? QColor(89, 152, 255) : QColor(228, 143, 70));
-    painter.setPen(Qt::white);
-    painter.setFont(overlayFont(22));
-    painter.drawText(m_layout.badge, Qt::AlignCenter, m_layout.badgeText);
-}
-
-void QDlgPlayInfo::paintNameBar(QPainter& painter) const
-{
-    if (m_layout.nameText.isEmpty())
-        return;
-    // Only the top right corner is round.
-    constexpr int kRadius = 4;
-    constexpr int kCorner = 5;
-    const QRect& bar = m_layout.nameBar;
-    QPainterPath outline;
-    outline.setFillRule(Qt::WindingFill);
-    outline.addRoundedRect(bar, kRadius, kRadius);
-    const QSize corner(kCorner, kCorner);
-    outline.addRect(QRect(bar.topLeft(), corner));
-    outline.addRect(QRect(QPoint(bar.left(), bar.bottom() - kCorner + 1), corner));
-    outline.addRect(QRect(bar.bottomRight() - QPoint(kCorner - 1, kCorner - 1), corner));
-
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(outline, kNameBar);
-    painter.restore();
-    painter.setPen(Qt::white);
-    painter.setFont(overlayFont(26));
-    painter.drawText(m_layout.nameRect, Qt::AlignVCenter | Qt::AlignLeft, m_layout.nameText);
-}
-
-void QDlgPlayInfo::paintSpinner(QPainter& painter) const
-{
-    constexpr int kSixteenthsPerDegree = 16; // the unit of drawArc
-    constexpr int kSpanDegrees = 270;
-    painter.fillRect(rect(), QColor(76, 8, 10, 15));
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    const int penWidth = scaled(4);
-    painter.setPen(QPen(Qt::white, penWidth, Qt::SolidLine, Qt::RoundCap));
-    painter.drawArc(m_layout.spinner.adjusted(penWidth, penWidth, -penWidth, -penWidth),
-                    -m_iSpinnerAngle * kSixteenthsPerDegree, kSpanDegrees * kSixteenthsPerDegree);
-    painter.restore();
-}
-
-void QDlgPlayInfo::paintBorder(QPainter& painter) const
-{
-    if (!m_state.bSpeaking && !m_state.bBorder)
-        return;
-    const int thickness = scaled(m_state.bSpeaking ? 5 : 2);
-    const QColor color = m_state.bSpeaking ? QColor(0, 255, 0) : QColor(10, 10, 10);
-    painter.fillRect(0, 0, width(), thickness, color);
-    painter.fillRect(0, height() - thickness, width(), thickness, color);
-    painter.fillRect(0, 0, thickness, height(), color);
-    painter.fillRect(width() - thickness, 0, thickness, height(), color);
+    paintOverlay(painter, {m_layout, *m_pImages, m_barsPath, hub().is4K(), m_iSpinnerAngle});
 }
 
 void QDlgPlayInfo::resizeEvent(QResizeEvent* event)
@@ -389,12 +336,85 @@ void QDlgPlayInfo::hideEvent(QHideEvent* event)
     QWidget::hideEvent(event);
     m_bShown = false;
     updateSpinner();
+    closeBubble();
 }
 
-void QDlgPlayInfo::timerEvent(QTimerEvent* event)
+// --- Controls ---------------------------------------------------------------------------------
+
+const zr::OverlayElement& QDlgPlayInfo::element(OverlayControl control) const
 {
-    if (event->timerId() == m_iTimerId)
-        onTimeUpdateLoading();
-    else
-        QWidget::timerEvent(event);
+    switch (control) {
+    case OverlayControl::Microphone:
+        return m_layout.at(OverlayPart::Audio);
+    case OverlayControl::More:
+        return m_layout.at(OverlayPart::More);
+    case OverlayControl::LowerHand:
+        break;
+    }
+    return m_layout.at(OverlayPart::Hand);
+}
+
+bool QDlgPlayInfo::hasControl(OverlayControl control) const
+{
+    if (m_bNoMenu || !element(control).isShown() || !hub().isLivePerson(m_pPerson))
+        return false;
+    // Nobody lowers the hand of another.
+    return control != OverlayControl::LowerHand || (m_state.bSelf && m_state.bHand);
+}
+
+void QDlgPlayInfo::activate(OverlayControl control)
+{
+    if (!hasControl(control))
+        return;
+    switch (control) {
+    case OverlayControl::Microphone:
+        emit hub().notifyClickAudioCtrl(m_pPerson);
+        break;
+    case OverlayControl::More: {
+        const QPoint origin = mapToGlobal(QPoint(0, 0));
+        qDebug() << "ptCur:" << QCursor::pos() << origin << rect();
+        const int x = origin.x() + width() - element(control).rect.width();
+        emit hub().notifyClickMore(m_pPerson, x);
+        break;
+    }
+    case OverlayControl::LowerHand:
+        emit hub().handleHandup(m_pPerson);
+        break;
+    }
+}
+
+bool QDlgPlayInfo::controlAt(const QPoint& point, OverlayControl* control) const
+{
+    for (const OverlayControl each :
+         {OverlayControl::Microphone, OverlayControl::More, OverlayControl::LowerHand}) {
+        if (element(each).rect.contains(point) && hasControl(each)) {
+            *control = each;
+            return true;
+        }
+    }
+    return false;
+}
+
+void QDlgPlayInfo::mousePressEvent(QMouseEvent* event)
+{
+    OverlayControl control{};
+    if (event->button() != Qt::LeftButton || !controlAt(event->pos(), &control)) {
+        QWidget::mousePressEvent(event); // the tile's
+        return;
+    }
+    event->accept();
+    activate(control);
+}
+
+void QDlgPlayInfo::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    // The second press of a double click on a control neither clicks again nor reaches the tile.
+    OverlayControl control{};
+    if (event->button() != Qt::LeftButton || !controlAt(event->pos(), &control))
+        event->ignore();
+}
+
+bool QDlgPlayInfo::IsMouseOnBtnMore() const
+{
+    return element(OverlayControl::More).rect.contains(mapFromGlobal(QCursor::pos()));
 }

@@ -1,25 +1,38 @@
 // The overlay of a tile: everything that is painted over the picture.
 #pragma once
 
+#include "overlaylayout.h"
 #include "personinfo.h"
 
+#include <QBasicTimer>
 #include <QElapsedTimer>
 #include <QPainterPath>
 #include <QWidget>
 
-class QPainter;
+#include <memory>
+
+class OverlayImages;
+
+/// What of the overlay can be clicked.
+enum class OverlayControl
+{
+    Microphone,
+    More,
+    LowerHand,
+};
 
 /// A frameless, transparent child of a tile, exactly as large as the tile. Mouse events that it
 /// has no use for reach the tile.
 ///
 /// It paints from a copy of the state that its setters and `refresh` gather, never from the
-/// participant's record, and repaints only when that copy has changed. GUI thread.
+/// participant's record, and repaints only what a change of that copy has changed. GUI thread.
 class QDlgPlayInfo : public QWidget
 {
     Q_OBJECT
 
 public:
     explicit QDlgPlayInfo(QWidget* pParent);
+    ~QDlgPlayInfo() override;
 
     /// Binds a participant, not owned; null unbinds, and then nothing is painted.
     /// @return whether another participant than before is bound; false for null.
@@ -29,6 +42,9 @@ public:
     bool isShareTile() const { return m_bShareTile; }
     /// Dark border around tiles whose participant does not speak.
     void setOverlayMode(bool bOverlayMode);
+    /// A tile that is not the gallery's: without the "more" button and the speaker's border, always
+    /// with the large images, and its controls do nothing.
+    void setNoMenu(bool bNoMenu);
 
     /// Takes over what has changed in the participant's record and in the hub. Does nothing while
     /// the overlay is hidden; showing it refreshes it.
@@ -42,19 +58,27 @@ public:
     void UpdateNetStatus(int iType, bool bBad, int iLevel);
     /// The network is bad in a direction: the picture is to stay as it is.
     bool isNetBad() const { return m_bSendBad || m_bReceiveBad; }
+
+    /// The control can be used: it is there, and the participant is still in the meeting.
+    bool hasControl(OverlayControl control) const;
+    /// Passes a click on a control to the host. The host may delete the participant meanwhile.
+    void activate(OverlayControl control);
     /// The pointer is on the "more" button.
     bool IsMouseOnBtnMore() const;
 
     /// What the overlay leaves of the tile's picture.
     bool isPictureVisible() const { return m_state.bPicture; }
-    /// The spinner runs: the timer is active only then.
-    bool isSpinning() const { return m_iTimerId != 0; }
+    /// The spinner runs: its timer is active only then.
+    bool isSpinning() const { return m_spinnerTimer.isActive(); }
     /// The parts of the overlay outside the picture.
     const QPainterPath& barsPath() const { return m_barsPath; }
-    /// The name as it is painted, shortened where it does not fit.
-    const QString& paintedName() const { return m_layout.nameText; }
+    /// What is shown, and where. For assistive technology and tests.
+    const zr::OverlayState& state() const { return m_state; }
+    const zr::OverlayLayout& overlayLayout() const { return m_layout; }
 
 public slots:
+    /// A sentence was added or has grown; it shows for some seconds when the participant said it.
+    void onAddSubtitle(int iIDSentence);
     void onTimeUpdateLoading();
 
 protected:
@@ -63,59 +87,30 @@ protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     /// Milliseconds since the spinner started.
     virtual qint64 spinnerElapsedMs() const { return m_spinnerStart.elapsed(); }
 
 private:
-    /// All that the painting depends on.
-    struct State
-    {
-        bool bPerson = false;
-        bool bShare = false;
-        bool bPaused = false;  ///< a shared screen that is paused
-        bool bPicture = false; ///< the picture shows, else the avatar covers it
-        bool bSelf = false;
-        bool bSpeaking = false;
-        bool bBorder = false;
-        bool bSpinner = false;
-        int iRole = 0;
-        int iColor = 0; ///< index into the avatar colours
-        QString name;
-        QString initials;
-
-        bool operator==(const State& other) const;
-    };
-    /// Where the elements lie; follows from the state and the overlay's size.
-    struct Layout
-    {
-        QRect badge; ///< empty without a role badge
-        QString badgeText;
-        QRect nameBar;
-        QRect nameRect;
-        QString nameText;
-        QRect head;
-        QRect more;
-        QRect spinner;
-    };
-
-    State gatherState() const;
-    Layout computeLayout() const;
-    void
-    applyState(); ///< takes over the state; repaints and starts or stops the timer if it differs
+    zr::OverlayState gatherState() const;
+    zr::LookMark lookMark() const;
+    zr::OverlayLayout computeLayout() const;
+    /// Takes over the state; where it differs, repaints what has changed and starts or stops the
+    /// timers.
+    void applyState();
     void updateSpinner();
+    void closeBubble();
     void rebuildBars();
+    bool controlAt(const QPoint& point, OverlayControl* control) const;
+    const zr::OverlayElement& element(OverlayControl control) const;
 
-    void paintPerson(QPainter& painter) const;
-    void paintShare(QPainter& painter) const;
-    void paintAvatar(QPainter& painter) const;
-    void paintBadge(QPainter& painter) const;
-    void paintNameBar(QPainter& painter) const;
-    void paintSpinner(QPainter& painter) const;
-    void paintBorder(QPainter& painter) const;
-
+    std::shared_ptr<const OverlayImages> m_pImages;
+    std::shared_ptr<const void> m_pAccessibility; ///< see shareTileAccessibility
     tagPersonInfo* m_pPerson = nullptr;
     bool m_bShareTile = false;
     bool m_bOverlayMode = false;
+    bool m_bNoMenu = false;
     bool m_bLoading = true;
     bool m_bSendBad = false;
     bool m_bReceiveBad = false;
@@ -124,10 +119,13 @@ private:
     int m_iNetLevel = 5;
     int m_iNetDirection = 0;
     int m_iSpinnerAngle = 0; ///< degrees
-    int m_iTimerId = 0;
+    QBasicTimer m_spinnerTimer;
+    QBasicTimer m_bubbleTimer;    ///< runs while the bubble shows
     QElapsedTimer m_spinnerStart; ///< invalid before the spell's first spinner
+    QString m_qstrBubble;
+    int m_iBubbleColor = 0;
     QRect m_rcVideo;
     QPainterPath m_barsPath;
-    State m_state;
-    Layout m_layout;
+    zr::OverlayState m_state;
+    zr::OverlayLayout m_layout;
 };

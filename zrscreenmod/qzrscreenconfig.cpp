@@ -73,7 +73,15 @@ void QZRScreenConfig::readVersionFile()
                              + QStringLiteral("/user_data/sys_ver.ini"),
                          QSettings::IniFormat);
     m_bCacheFrame = file.value(QStringLiteral("version/cache_frame"), false).toBool();
-    m_bShowResolution = file.value(QStringLiteral("version/show_resolution"), false).toBool();
+    overlay.showResolution = file.value(QStringLiteral("version/show_resolution"), false).toBool();
+    const auto read = [&file](const char* key, bool& value) {
+        value = file.value(QLatin1String(key), value).toBool();
+    };
+    read("overlay/speaking_highlight", overlay.speakingHighlight);
+    read("overlay/all_hands", overlay.allHands);
+    read("overlay/larger_text", overlay.largerText);
+    read("overlay/hidden_video", overlay.hiddenVideo);
+    overlay.lookOwner = file.value(QStringLiteral("overlay/look_owner"), overlay.lookOwner).toInt();
 }
 
 void QZRScreenConfig::setCurScreenMode(int mode)
@@ -154,6 +162,9 @@ QString QZRScreenConfig::personName(const tagPersonInfo& person) const
 void QZRScreenConfig::setPersonShown(tagPersonInfo* person, bool bShown)
 {
     if (!person)
+        return;
+    // A page that is turned back soon costs the host nothing: the stream is open still.
+    if (bShown && person->iPlayState == kPlayShown && person->bPreview)
         return;
     person->iPlayState = bShown ? kPlayShown : kPlayHidden;
     broadcast(bShown ? ZRMSG_VIDEO_SHOWN : ZRMSG_VIDEO_HIDDEN, person);
@@ -279,6 +290,12 @@ QMap<int, SubtitleRecord> QZRScreenConfig::subtitles() const
     return m_mapSubtitles;
 }
 
+SubtitleRecord QZRScreenConfig::subtitle(int iIDSentence) const
+{
+    const QMutexLocker locker(&m_textLock);
+    return m_mapSubtitles.value(iIDSentence);
+}
+
 bool QZRScreenConfig::isModeWithoutSubtitle(int mode) const
 {
     return zr::isSpeakerMode(mode < 1 ? curScreenMode() : mode);
@@ -301,4 +318,16 @@ QString QZRScreenConfig::shareSponsor() const
 {
     const QMutexLocker locker(&m_textLock);
     return m_qstrShareSponsor;
+}
+
+void QZRScreenConfig::setWatermarkText(const QString& text)
+{
+    const QMutexLocker locker(&m_textLock);
+    m_qstrWatermark = text;
+}
+
+QString QZRScreenConfig::getWatermarkText() const
+{
+    const QMutexLocker locker(&m_textLock);
+    return m_qstrWatermark;
 }

@@ -84,6 +84,18 @@ struct ScreenSettings
     std::atomic<bool> pauseShare{false};
 };
 
+/// What the overlays of the tiles show. No host call sets these: they have the values that a
+/// participant expects, and the INI file changes them (docs/integrating.md). GUI thread only.
+struct OverlaySwitches
+{
+    bool speakingHighlight = true; ///< a green border around who speaks
+    bool allHands = true;          ///< everybody's raised hand shows, not only one's own
+    bool largerText = false;       ///< look marks and subtitle bubbles
+    int lookOwner = 0;             ///< 1: look marks keep their place, but are not painted
+    bool hiddenVideo = true;       ///< a picture of a tile reported hidden counts as still loading
+    bool showResolution = false;   ///< the size of the picture, for developers
+};
+
 /// What the gallery publishes for the units below it. GUI thread only.
 struct GalleryState
 {
@@ -119,6 +131,7 @@ public:
 
     ScreenSettings settings;
     GalleryState gallery;
+    OverlaySwitches overlay;
 
     // --- Meeting mode ---
     /// The current meeting mode. Any thread.
@@ -129,6 +142,8 @@ public:
     // --- Screen size, images, scaling ---
     /// Re-evaluates the screen test. @return the prefix of all image names. GUI thread.
     QString getImgPrefix();
+    /// The prefix that the last evaluation gave. GUI thread.
+    QString imgPrefix() const { return m_qstrImgPrefix; }
     /// True when the primary screen counts as high-resolution.
     bool is4K() const { return m_b4K; }
     /// A base size times `factor` on a high-resolution screen (single precision, truncated), else
@@ -137,7 +152,7 @@ public:
 
     // --- Developer switches of the INI file, read once ---
     bool cacheFrame() const { return m_bCacheFrame; }
-    bool showResolution() const { return m_bShowResolution; }
+    bool showResolution() const { return overlay.showResolution; }
     /// Writes a picture into the frame dump folder; one file for each participant and size, holding
     /// the last frame. Any thread.
     void dumpFrame(const tagPersonInfo& person, const VantrelRTCVideoFrameQT& frame) const;
@@ -179,6 +194,8 @@ public:
                         const QString& transStr);
     void clearSubtitles();
     QMap<int, SubtitleRecord> subtitles() const;
+    /// @return an empty record for a sentence that is not stored (any more)
+    SubtitleRecord subtitle(int iIDSentence) const;
     /// Modes that leave no room for subtitles: 4 to 9. `mode` below 1 means the current one.
     bool isModeWithoutSubtitle(int mode) const;
     /// The current mode shows no subtitles: as above, or 10.
@@ -187,6 +204,10 @@ public:
     // --- Sharing; any thread ---
     void setShareSponsor(const QString& userId);
     QString shareSponsor() const;
+    /// What is written over shared screens, ready to be drawn; empty for nothing. A change shows
+    /// with the next sigRefreshPlayDlg.
+    void setWatermarkText(const QString& text);
+    QString getWatermarkText() const;
 
     /// The youngest gallery; null while there is none. It speaks for all where a message must be
     /// sent once. For comparing only: units below the gallery ask for what they need with a
@@ -248,7 +269,6 @@ private:
     bool m_b4K = false;
     QString m_qstrImgPrefix;
     bool m_bCacheFrame = false;
-    bool m_bShowResolution = false;
 
     mutable std::shared_mutex m_liveLock;
     std::unordered_set<const tagPersonInfo*> m_setLivePerson;
@@ -258,7 +278,8 @@ private:
     std::set<CAbsUIMsgCallback*> m_setUICallback;
     int m_iBroadcastDepth = 0;
 
-    mutable QMutex m_textLock; ///< guards the two below and the participants' names
+    mutable QMutex m_textLock; ///< guards the three below and the participants' names
     QMap<int, SubtitleRecord> m_mapSubtitles;
     QString m_qstrShareSponsor;
+    QString m_qstrWatermark;
 };

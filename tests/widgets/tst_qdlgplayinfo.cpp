@@ -44,7 +44,7 @@ private slots:
     void avatarCoversTheTileUntilThePictureShows();
     void avatarColorsAndInitialsFollowThePerson();
     void barsAreWhatThePictureLeaves();
-    void nameIsShortenedToFit();
+    void everySizeAndNameIsPainted();
     void speakerHasAGreenBorder();
     void pausedShareCoversTheTile();
     void repaintsOnlyWhenSomethingChanged();
@@ -155,21 +155,28 @@ void TestOverlay::barsAreWhatThePictureLeaves()
     }
 }
 
-void TestOverlay::nameIsShortenedToFit()
+void TestOverlay::everySizeAndNameIsPainted()
 {
-    m_person->bSelf = true;
+    m_person->bHandUp = m_person->bLockLook = true;
+    m_person->iRoteType = 1;
+    QZRScreenConfig::getInstance()->overlay.showResolution = true;
     m_overlay->setPerson(m_person.get());
-    QCOMPARE(m_overlay->paintedName(), QStringLiteral("Alice(我)"));
-    m_person->userName = QString(200, QLatin1Char('w'));
-    m_overlay->refresh();
-    const QString wide = m_overlay->paintedName();
-    QVERIFY(wide.startsWith(QLatin1String("ww")) && wide.endsWith(QStringLiteral("(我)")));
-    QVERIFY(wide.size() < 50);
-    m_overlay->resize(250, 300);
-    QVERIFY(m_overlay->paintedName().size() < wide.size());
-    for (const QSize& tiny : {QSize(60, 40), QSize(1, 1), QSize(0, 0)}) {
-        m_overlay->resize(tiny);
-        m_window->grab();
+    m_overlay->UpdateNetStatus(1, true, -7);
+    const QString names[] = {QString(),
+                             QString(10000, QLatin1Char('w')),
+                             QString(10000, QChar(0x200B)),
+                             QStringLiteral("a\r\nb\u2028c\u0000d\u202Ee"),
+                             QString(QChar(0xD800)) + QChar(0xDC00) + QChar(0xDFFF) + QChar(0xD800)};
+    for (const QString& name : names) {
+        for (const QSize& size : {QSize(0, 0), QSize(1, 1), QSize(20, 10), QSize(60, 40),
+                                  QSize(160, 90), QSize(400, 300)}) {
+            m_person->userName = name;
+            m_person->iVolume = size.width() - 100;
+            m_person->bMute = false;
+            m_overlay->resize(size);
+            m_overlay->refresh();
+            m_window->grab();
+        }
     }
 }
 

@@ -1,0 +1,475 @@
+#include "overlaylayout.h"
+
+#include "personorder.h"
+#include "screenscale.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace zr {
+
+namespace {
+
+constexpr int kRoleAdministrator = 2;
+/// The network icon warns: from this level on there is nothing to tell.
+constexpr int kGoodNetLevel = 4;
+constexpr int kBubbleLines = 2;
+constexpr int kPausedNameCharacters = 7;
+
+/// Lays one tile out. Each function reads what the ones before it have placed.
+class Builder
+{
+public:
+    Builder(const OverlayState& state, const OverlayMetrics& metrics)
+        : m_in(state)
+        , m_metrics(metrics)
+        , m_width(metrics.tile.width())
+        , m_height(metrics.tile.height())
+        , m_small(!state.bNoMenu && (state.bSmall || m_width < scaled(kSmallTileWidthPx)))
+    {
+        m_out.size = metrics.tile;
+        m_out.bSmall = m_small;
+    }
+
+    OverlayLayout build()
+    {
+        if (!m_in.bPerson || m_width <= 0 || m_height <= 0)
+            return m_out;
+        if (m_in.bShare) {
+            buildShare();
+        } else {
+            buildNameRow();
+            buildCover();
+            buildMarks();
+            buildBubble();
+            if (!m_in.resolution.isEmpty())
+                buildResolution();
+        }
+        buildBorder();
+        return m_out;
+    }
+
+private:
+    int scaled(int base) const { return scaledSize(base, 2.0F, m_metrics.bHighResolution); }
+    int pick(int large, int small) const { return scaled(m_small ? small : large); }
+    const OverlayImageSizes& images() const { return m_metrics.images[m_small ? 1 : 0]; }
+    OverlayElement& at(OverlayPart part) { return m_out.at(part); }
+    QRect tile() const { return {QPoint(0, 0), m_metrics.tile}; }
+    int width(const QString& text, int fontPx) const { return m_metrics.width(text, fontPx); }
+    QRect centred(const QSize& size) const
+    {
+        return {QPoint((m_width - size.width()) / 2, (m_height - size.height()) / 2), size};
+    }
+    /// The size of texts that have none of their own. The values are not scaled.
+    int baseFontPx() const
+    {
+        const int px = m_small ? (m_metrics.bHighResolution ? 16 : 18) : 24;
+        return px + (m_in.bLargerText ? 6 : 0);
+    }
+
+    void buildNameRow();
+    void buildBadge(int barTop, int barHeight);
+    QString fitName(int left, int* right) const;
+    void buildNetwork();
+    void buildCover();
+    void buildAvatar();
+    void buildMarks();
+    void buildBubble();
+    void buildResolution();
+    void buildShare();
+    void buildPaused(const QString& name);
+    void buildCaption(const QString& name);
+    void buildBorder();
+
+    const OverlayState& m_in;
+    const OverlayMetrics& m_metrics;
+    const int m_width;
+    const int m_height;
+    const bool m_small;
+    int m_rowTop = 0;     ///< of what stands at the bottom: name bar, and badge where it is above
+    int m_textOffset = 0; ///< from the bar's left edge to the name
+    OverlayLayout m_out;
+};
+
+void Builder::buildBadge(int barTop, int barHeight)
+{
+    const QString role = roleName(m_in.iRole);
+    if (role.isEmpty())
+        return;
+    OverlayElement& badge = at(OverlayPart::Badge);
+    badge.text = role;
+    badge.variant = m_in.iRole;
+    badge.fontPx = pick(22, 18);
+    badge.rect = QRect(0, barTop, std::min(pick(94, 68), m_width), barHeight);
+    badge.textRect = badge.rect;
+}
+
+/// The name as it fits a bar that begins at `left`. @param right gets the bar's right edge,
+/// exclusive @return empty when not even one character fits
+QString Builder::fitName(int left, int* right) const
+{
+    const int fontPx = pick(26, 18);
+    const int more = m_out.at(OverlayPart::More).rect.width();
+    const int limit = m_width - more - scaled(30);
+    const QString name = displayName(m_in.name);
+    const QString suffix = m_in.bSelf ? selfSuffix() : QString();
+    const int text = width(name, fontPx) + (m_in.bSelf ? width(suffix, fontPx) + scaled(6) : 0);
+    const int audio = images().audio.width() + scaled(10);
+    *right = left + audio + text + scaled(20);
+    if (*right <= limit)
+        return name + suffix;
+    // Nothing stands to the right of one's own name, so it may come nearer to the button.
+    const int rightmost = m_in.bSelf ? m_width - more - scaled(5) : limit + scaled(5);
+    const int room = rightmost - scaled(5) - (left + m_textOffset);
+    const QString cut = cutName(name, suffix, room, fontPx, m_metrics.width);
+    *right = std::min(rightmost, left + m_textOffset + width(cut, fontPx) + scaled(10));
+    return cut;
+}
+
+void Builder::buildNameRow()
+{
+    const OverlayImageSizes& images = this->images();
+    const int barHeight = std::min(pick(48, 40), m_height);
+    const int barTop = m_height - barHeight;
+    m_textOffset = images.audio.width() + scaled(10) - (m_small ? scaled(5) : 0);
+    OverlayElement& more = at(OverlayPart::More);
+    more.rect =
+        QRect(QPoint(m_width - images.more.width(), m_height - images.more.height()), images.more);
+    // The microphone is the last to go.
+    if (m_in.bNoMenu || !tile().contains(more.rect) || more.rect.left() < m_textOffset)
+        more.rect = QRect();
+
+    buildBadge(barTop, barHeight);
+    OverlayElement& badge = at(OverlayPart::Badge);
+    OverlayElement& name = at(OverlayPart::Name);
+    m_rowTop = barTop;
+    int left = badge.isShown() ? badge.rect.width() + 1 : 0;
+    int right = 0;
+    name.text = fitName(left, &right);
+    if (name.text.isEmpty() && !m_in.name.isEmpty() && badge.isShown()) {
+        // On a very small tile the badge goes above the name.
+        const int height = badge.fontPx + scaled(6);
+        badge.rect = QRect(0, barTop - height - 1, badge.rect.width(), height);
+        badge.textRect = badge.rect;
+        if (badge.rect.top() < 0)
+            badge = OverlayElement();
+        else
+            m_rowTop = badge.rect.top();
+        left = 0;
+        name.text = fitName(left, &right);
+    }
+    const bool audioFits =
+        left + scaled(5) + images.audio.width() <= m_width && images.audio.height() <= barHeight;
+    if (name.text.isEmpty())
+        right = left + images.audio.width() + scaled(10);
+    if (!audioFits)
+        return;
+    QRect& bar = at(OverlayPart::NameBar).rect;
+    bar = QRect(left, barTop, std::min(right, m_width) - left, barHeight);
+    at(OverlayPart::Audio).rect = QRect(
+        QPoint(left + scaled(5), barTop + (barHeight - images.audio.height()) / 2), images.audio);
+    at(OverlayPart::Audio).variant = m_in.bMute ? 0 : m_in.iAudioLevel;
+    if (!name.text.isEmpty()) {
+        name.fontPx = pick(26, 18);
+        name.textRect = bar.adjusted(m_textOffset, 0, 0, 0);
+        name.rect = name.textRect;
+    }
+    buildNetwork();
+}
+
+void Builder::buildNetwork()
+{
+    if (!isWeakNetwork(m_in))
+        return;
+    const QRect& more = at(OverlayPart::More).rect;
+    QRect& bar = at(OverlayPart::NameBar).rect;
+    const int rightmost = more.isEmpty() ? m_width : more.left() - scaled(5);
+    const int wider = m_metrics.bHighResolution ? scaled(40) : 20;
+    bar.setWidth(std::min(bar.width() + wider, rightmost - bar.left()));
+    const QSize size(scaled(18), scaled(14));
+    OverlayElement& network = at(OverlayPart::Network);
+    network.rect = QRect(QPoint(bar.right() + 1 - scaled(4) - size.width(),
+                                bar.top() + (bar.height() - size.height()) / 2),
+                         size);
+    network.variant = std::max(0, m_in.iNetLevel);
+    if (!bar.contains(network.rect) || network.rect.intersects(at(OverlayPart::Audio).rect))
+        network = OverlayElement();
+}
+
+void Builder::buildCover()
+{
+    OverlayElement& cover = at(OverlayPart::Cover);
+    cover.rect = tile();
+    cover.variant = static_cast<int>(m_in.bPicture ? Cover::Bars : Cover::Full);
+    if (!m_in.bPicture)
+        buildAvatar();
+    if (m_in.bSpinner) {
+        OverlayElement& spinner = at(OverlayPart::Spinner);
+        const QSize image = images().spinner;
+        const int side = std::min({image.width(), image.height(), m_width, m_height});
+        spinner.rect = tile();
+        spinner.textRect = centred({side, side});
+    }
+}
+
+void Builder::buildAvatar()
+{
+    constexpr int kSmallestSide = 16;
+    const int nominal = pick(120, 60);
+    int side = std::min(nominal, m_width);
+    int top = (m_height - side) / 2;
+    if (m_small) {
+        // It moves up, and shrinks when the tile's top is reached.
+        const int bottom = m_rowTop - scaled(10);
+        side = std::min(side, bottom);
+        top = std::min((m_height - side) / 2, bottom - side);
+    } else if (const int overlap = top + side - m_rowTop; overlap > 0) {
+        side -= 2 * overlap + scaled(10);
+        top = (m_height - side) / 2;
+    }
+    if (side < scaled(kSmallestSide) || top < 0)
+        return;
+    OverlayElement& avatar = at(OverlayPart::Avatar);
+    avatar.rect = QRect((m_width - side) / 2, top, side, side);
+    avatar.textRect = avatar.rect;
+    avatar.text = shortName(displayName(m_in.name));
+    avatar.fontPx = std::max(1, pick(36, 22) * side / nominal);
+    avatar.variant = m_in.iColor;
+}
+
+void Builder::buildMarks()
+{
+    QPoint point(0, scaled(5));
+    int centreY = -1;
+    if (m_in.look != LookMark::None) {
+        const double factor = m_small ? 0.7 : 1.0;
+        const auto size = [&](int base) { return static_cast<int>(scaled(base) * factor); };
+        const QRect mark(size(16), size(15), size(150), size(48));
+        OverlayElement& look = at(OverlayPart::Look);
+        if (mark.right() < m_width && mark.bottom() < m_rowTop) {
+            look.rect = mark;
+            look.textRect = mark;
+            look.variant = static_cast<int>(m_in.look);
+            look.fontPx = scaled(baseFontPx() - 2);
+            look.text = lookText(m_in.look);
+            point = QPoint(mark.right() + 1, 0);
+            centreY = mark.center().y();
+        }
+    }
+    if (!m_in.bHand || images().hand.isEmpty())
+        return;
+    const QSize hand = images().hand;
+    const int y = centreY < 0 ? point.y() : centreY - hand.height() / 2;
+    const QRect rect(QPoint(point.x() + scaled(5), y), hand);
+    if (rect.right() < m_width && rect.bottom() < m_rowTop)
+        at(OverlayPart::Hand).rect = rect;
+}
+
+void Builder::buildBubble()
+{
+    if (m_in.bubble.isEmpty())
+        return;
+    const int margin = scaled(5);
+    const int dot = scaled(10);
+    const int padding = scaled(15);
+    const int textLeft = padding + dot + scaled(10);
+    const int fontPx = scaled(m_in.bLargerText ? 36 : 18);
+    const int room = m_width - 2 * margin - textLeft - padding;
+    if (room < fontPx)
+        return;
+    const int line = fontPx * 3 / 2;
+    const int secondLine = fontPx / 18 * 15 * 3 / 2;
+    const int bottom = m_rowTop - scaled(10);
+    int lines = kBubbleLines;
+    if (line + secondLine + 2 * margin > bottom)
+        lines = 1;
+    const QStringList texts = lastLines(m_in.bubble, lines, room, fontPx, m_metrics.width);
+    if (texts.isEmpty())
+        return;
+    const bool two = texts.size() > 1;
+    const int wanted = std::max(line + (two ? secondLine : 0) + 2 * margin, scaled(50));
+    const int height = std::min(wanted, bottom);
+    if (height < line)
+        return;
+    int textWidth = 0;
+    for (const QString& text : texts)
+        textWidth = std::max(textWidth, width(text, fontPx));
+    const int bubbleWidth = std::max(scaled(120), textLeft + textWidth + padding);
+    OverlayElement& bubble = at(OverlayPart::Bubble);
+    bubble.rect =
+        QRect(margin, bottom - height, std::min(bubbleWidth, m_width - 2 * margin), height);
+    bubble.textRect = bubble.rect.adjusted(textLeft, 0, 0, 0);
+    bubble.text = texts.join(QLatin1Char('\n'));
+    bubble.fontPx = fontPx;
+    bubble.variant = m_in.iBubbleColor;
+}
+
+void Builder::buildResolution()
+{
+    OverlayElement& resolution = at(OverlayPart::Resolution);
+    const QSize size(std::min(scaled(160), m_width), std::min(scaled(40), m_height));
+    resolution.rect = QRect(QPoint(std::max(0, m_width - size.width() - scaled(10)), 0), size);
+    resolution.textRect = resolution.rect;
+    resolution.text = m_in.resolution;
+    resolution.fontPx = baseFontPx();
+}
+
+void Builder::buildShare()
+{
+    OverlayElement& cover = at(OverlayPart::Cover);
+    cover.rect = tile();
+    const bool bars = m_in.bPicture && !m_in.bPaused;
+    cover.variant = static_cast<int>(bars ? Cover::Bars : Cover::Full);
+    const QString name = displayName(m_in.name);
+    if (m_in.bPaused) {
+        buildPaused(name);
+        return;
+    }
+    buildCaption(name);
+    if (m_in.bPicture && !m_in.watermark.isEmpty()) {
+        OverlayElement& watermark = at(OverlayPart::Watermark);
+        watermark.rect = tile();
+        watermark.text = m_in.watermark;
+    }
+}
+
+void Builder::buildPaused(const QString& name)
+{
+    const QString suffix = QStringLiteral(" 暂停了屏幕共享");
+    const QSize size(std::min(pick(620, 220), m_width), pick(40, 20));
+    OverlayElement& paused = at(OverlayPart::Paused);
+    paused.fontPx = pick(22, 14);
+    paused.rect = centred(size).intersected(tile());
+    paused.textRect = paused.rect;
+    paused.text = cutName(m_small ? firstCharacters(name, kPausedNameCharacters) : name, suffix,
+                          size.width(), paused.fontPx, m_metrics.width)
+                      .trimmed();
+    if (paused.text.isEmpty())
+        paused = OverlayElement();
+}
+
+void Builder::buildCaption(const QString& name)
+{
+    const QString suffix = shareSuffix();
+    const int height = std::min(pick(48, 40), m_height);
+    const int padding = scaled(10);
+    OverlayElement& caption = at(OverlayPart::Caption);
+    caption.fontPx = pick(26, 20);
+    const int room = m_width - scaled(40) - 2 * padding;
+    caption.text = cutName(name, suffix, room, caption.fontPx, m_metrics.width);
+    if (caption.text.isEmpty()) {
+        caption = OverlayElement();
+        return;
+    }
+    caption.rect =
+        QRect(0, m_height - height, width(caption.text, caption.fontPx) + 2 * padding, height);
+    caption.textRect = caption.rect.adjusted(padding, 0, 0, 0);
+}
+
+void Builder::buildBorder()
+{
+    if (!m_in.bSpeaking && !m_in.bBorder)
+        return;
+    const int thickness = scaled(m_in.bSpeaking ? 5 : 2);
+    OverlayElement& border = at(OverlayPart::Border);
+    border.rect = tile();
+    border.textRect = tile().adjusted(thickness, thickness, -thickness, -thickness);
+    border.variant = static_cast<int>(m_in.bSpeaking ? Border::Speaking : Border::Dark);
+}
+
+void addArea(std::vector<QRect>& rects, OverlayPart part, const OverlayElement& element,
+             const QSize& tile)
+{
+    if (!element.isShown())
+        return;
+    if (part != OverlayPart::Border) {
+        rects.push_back(element.rect);
+        return;
+    }
+    for (const QRect& strip : borderRects(tile, element.textRect.left()))
+        rects.push_back(strip);
+}
+
+} // namespace
+
+bool OverlayState::operator==(const OverlayState& other) const
+{
+    const auto tie = [](const OverlayState& s) {
+        return std::tie(s.bPerson, s.bShare, s.bPaused, s.bPicture, s.bSelf, s.bSpeaking, s.bBorder,
+                        s.bSpinner, s.bMute, s.bCamera, s.bSmall, s.bNoMenu, s.bHand, s.bLargerText,
+                        s.iRole, s.iColor, s.iAudioLevel, s.iNetLevel, s.iBubbleColor, s.look,
+                        s.name, s.resolution, s.watermark, s.bubble);
+    };
+    return tie(*this) == tie(other);
+}
+
+bool OverlayElement::operator==(const OverlayElement& other) const
+{
+    const auto tie = [](const OverlayElement& e) {
+        return std::tie(e.rect, e.textRect, e.text, e.fontPx, e.variant);
+    };
+    return tie(*this) == tie(other);
+}
+
+QString roleName(int role)
+{
+    if (role == kRoleHost)
+        return QStringLiteral("主持人");
+    return role == kRoleAdministrator ? QStringLiteral("管理员") : QString();
+}
+
+QString lookText(LookMark look)
+{
+    switch (look) {
+    case LookMark::AllLook:
+        return QStringLiteral("全员看TA");
+    case LookMark::LockLook:
+        return QStringLiteral("锁定看TA");
+    case LookMark::None:
+    case LookMark::Unlabelled:
+        break;
+    }
+    return {};
+}
+
+QString selfSuffix()
+{
+    return QStringLiteral("(我)");
+}
+
+QString shareSuffix()
+{
+    return QStringLiteral("发起的共享");
+}
+
+bool isWeakNetwork(const OverlayState& state)
+{
+    return !state.bSelf && state.iNetLevel < kGoodNetLevel;
+}
+
+OverlayLayout layoutOverlay(const OverlayState& state, const OverlayMetrics& metrics)
+{
+    return Builder(state, metrics).build();
+}
+
+std::vector<QRect> changedRects(const OverlayLayout& before, const OverlayLayout& after)
+{
+    std::vector<QRect> rects;
+    for (std::size_t i = 0; i < after.elements.size(); ++i) {
+        if (before.elements[i] == after.elements[i])
+            continue;
+        addArea(rects, static_cast<OverlayPart>(i), before.elements[i], before.size);
+        addArea(rects, static_cast<OverlayPart>(i), after.elements[i], after.size);
+    }
+    return rects;
+}
+
+std::array<QRect, 4> borderRects(const QSize& tile, int widthPx)
+{
+    const int w = tile.width();
+    const int h = tile.height();
+    return {QRect(0, 0, w, widthPx), QRect(0, h - widthPx, w, widthPx), QRect(0, 0, widthPx, h),
+            QRect(w - widthPx, 0, widthPx, h)};
+}
+
+} // namespace zr

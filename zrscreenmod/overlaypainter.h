@@ -1,0 +1,30 @@
+// Paints the overlay of a tile from its layout.
+#pragma once
+
+#include "overlaylayout.h"
+
+#include <QColor>
+#include <QFont>
+#include <QPainterPath>
+
+class OverlayImages;
+class QPainter;
+
+/// What the layout does not tell.
+struct OverlayPaint
+{
+    const zr::OverlayLayout& layout;
+    const OverlayImages& images;
+    const QPainterPath& bars; ///< what the picture leaves of the tile
+    bool bHighResolution;
+    int iSpinnerAngle; ///< degrees
+};
+
+/// Paints the elements, in their order, that touch the painter's clip.
+void paintOverlay(QPainter& painter, const OverlayPaint& paint);
+
+/// The font of all texts of the overlay.
+QFont overlayFont(int pixelSize);
+
+/// The colour of an avatar. @param index what lies outside 0 to 3 has the first colour
+QColor avatarColor(int index);
