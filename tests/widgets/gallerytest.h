@@ -6,6 +6,7 @@
 #include "cplaywidget.h"
 #include "qdlgscreen.h"
 #include "qzrscreenconfig.h"
+#include "speaktool.h"
 
 #include <QtTest>
 
@@ -67,6 +68,39 @@ protected:
         paints += type == QEvent::Paint;
         return false;
     }
+};
+
+/// A tool that only remembers what the gallery did with it.
+class ToolDouble : public SpeakTool
+{
+public:
+    void bindPerson(tagPersonInfo* person) override { bound = person; }
+    tagPersonInfo* boundPerson() const override { return bound; }
+    void showTool() override { visible = true; }
+    void hideTool() override { visible = false; }
+    bool isToolVisible() const override { return visible; }
+    bool showsPicture() const override { return visible; }
+    void refreshTool() override { ++refreshes; }
+    void setSpeaking(const QString& names) override { speaking = names; }
+    int toolId() const override { return visible ? 1 : 0; }
+    void moveTool(QPoint topLeft) override
+    {
+        position = topLeft;
+        ++moves;
+    }
+    QSize toolSize() const override { return {272, 225}; }
+    void playFrame(const void* person, const VantrelRTCVideoFrameQT&) override
+    {
+        frames += person == bound;
+    }
+
+    tagPersonInfo* bound = nullptr;
+    bool visible = false;
+    QPoint position;
+    QString speaking;
+    int moves = 0;
+    int refreshes = 0;
+    int frames = 0;
 };
 
 /// A shown gallery of 1280 x 720 that has joined, and its host.

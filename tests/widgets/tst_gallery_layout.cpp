@@ -3,9 +3,10 @@
 #include "gallerytest.h"
 
 #include "layoutgeometry.h"
+#include "qdlgnovideo.h"
 #include "qdlgpagemark.h"
 #include "qmypagectrl.h"
-#include "speaktool.h"
+#include "qmypagescroll.h"
 
 #include <QAbstractEventDispatcher>
 #include <QSignalSpy>
@@ -41,34 +42,9 @@ const std::map<int, std::vector<zr::TilePlacement> (*)(const zr::LayoutInput&)> 
          return std::vector<zr::TilePlacement>{zr::aloneCentred(input.area, 0)};
      }}};
 
-/// A tool that only remembers what the gallery did with it.
-class ToolDouble : public SpeakTool
-{
-public:
-    void bindPerson(tagPersonInfo* person) override { bound = person; }
-    tagPersonInfo* boundPerson() const override { return bound; }
-    void showTool() override { visible = true; }
-    void hideTool() override { visible = false; }
-    bool isToolVisible() const override { return visible; }
-    bool showsPicture() const override { return visible; }
-    void refreshTool() override {}
-    void setSpeaking(const QString&) override {}
-    int toolId() const override { return visible ? 1 : 0; }
-    void moveTool(QPoint topLeft) override
-    {
-        position = topLeft;
-        ++moves;
-    }
-    QSize toolSize() const override { return {272, 225}; }
-    void playFrame(const void*, const VantrelRTCVideoFrameQT&) override {}
-
-    tagPersonInfo* bound = nullptr;
-    bool visible = false;
-    QPoint position;
-    int moves = 0;
-};
-
 } // namespace
+
+using zrtest::ToolDouble;
 
 class TestGalleryLayout : public QObject
 {
@@ -371,6 +347,19 @@ void TestGalleryLayout::filtersWhoHasNoPicture()
     m->gallery->setFocusPerson(persons[3], eLayoutSpeakerRight);
     m->settle();
     QVERIFY(persons[3]->pWidget->isShowing());
+    // Where nobody is left, a placeholder takes the whole dialog for as long.
+    QVERIFY(!m->gallery->findChild<QDlgNoVideo*>());
+    for (tagPersonInfo* person : {persons[0], persons[2], persons[3]})
+        m->gallery->DelPerson(person);
+    m->settle();
+    QCOMPARE(shown(), QStringList());
+    const auto* placeholder = m->gallery->findChild<QDlgNoVideo*>();
+    QVERIFY(placeholder && placeholder->isVisible());
+    QCOMPARE(placeholder->geometry(), m->gallery->rect());
+    m->gallery->setPreview(persons[1], true);
+    m->settle();
+    QCOMPARE(shown().join(' '), QString("u1"));
+    QVERIFY(!m->gallery->findChild<QDlgNoVideo*>());
 }
 
 // --- Pages ------------------------------------------------------------------------------------
@@ -450,7 +439,7 @@ void TestGalleryLayout::showsPageControls()
 {
     QDlgScreen* gallery = m->gallery.get();
     auto controls = gallery->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
-    QCOMPARE(controls.size(), 3);
+    QCOMPARE(controls.size(), 4);
     const auto visible = [&controls] {
         return std::count_if(controls.begin(), controls.end(),
                              [](const QWidget* control) { return control->isVisible(); });
@@ -480,6 +469,14 @@ void TestGalleryLayout::showsPageControls()
     QCOMPARE(left, 24);
     QCOMPARE(right + arrows[1]->width(), 800 - 24);
     QCOMPARE(arrows[0]->y(), (500 - arrows[0]->height()) / 2);
+    // Where the marks have no room, a bar takes their place.
+    const auto* bar = gallery->findChild<QMyPageScroll*>();
+    QVERIFY(!bar->isVisible());
+    m->addMany(200);
+    QVERIFY(bar->isVisible() && !gallery->findChild<QDlgPageMark*>()->isVisible());
+    const int top = bar->y();
+    QVERIFY(gallery->pageNext(false));
+    QVERIFY(bar->y() > top);
     gallery->ProcessExitMeeting();
     QCOMPARE(visible(), 0);
 }
