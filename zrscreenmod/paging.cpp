@@ -85,6 +85,15 @@ int pollPage(int ticks, int pages)
     return pages > 0 ? std::max(ticks, 0) % pages : 0;
 }
 
+PageBar pageBar(int page, int pages, int trackPx)
+{
+    const int track = std::max(trackPx, 0);
+    const int height = std::min(std::max(track / std::max(pages, 1), kMinPageBarPx), track);
+    const int last = std::max(pages - 1, 1);
+    const qint64 top = static_cast<qint64>(track - height) * std::clamp(page, 0, last) / last;
+    return {static_cast<int>(top), height};
+}
+
 bool PageTurnGate::accept(qint64 nowMs)
 {
     if (m_bTurned && nowMs - m_lastMs < kPageTurnMs)

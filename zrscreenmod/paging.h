@@ -42,6 +42,18 @@ constexpr int kPageTurnMs = 400;
 /// The page that a poll shows after `ticks` ticks; 0 without pages.
 [[nodiscard]] int pollPage(int ticks, int pages);
 
+/// Where on a track the bar lies that stands for the page among so many that dots have no room.
+struct PageBar
+{
+    int topPx;
+    int heightPx;
+};
+
+/// The bar is as long a part of the track as the page is of all pages, but at least kMinPageBarPx
+/// long, and goes from one end of the track to the other.
+constexpr int kMinPageBarPx = 24;
+[[nodiscard]] PageBar pageBar(int page, int pages, int trackPx);
+
 /// Lets page turns through that are far enough from the last accepted one. The clock is the
 /// caller's: milliseconds that never go back.
 class PageTurnGate

@@ -37,6 +37,11 @@ void QDlgPageMark::setPages(int current, int count)
     update();
 }
 
+int QDlgPageMark::capacity() const
+{
+    return (height() + kGap) / (m_imgBlue.height() + kGap);
+}
+
 void QDlgPageMark::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);

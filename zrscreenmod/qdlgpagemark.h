@@ -20,6 +20,8 @@ public:
     /// @param current the page of the blue dot, from 0; outside the pages no dot is blue
     /// @param count of the dots; 0 paints nothing
     void setPages(int current, int count);
+    /// Dots that fit into the column.
+    int capacity() const;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

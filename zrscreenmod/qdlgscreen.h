@@ -21,8 +21,10 @@
 namespace zr {
 struct SpeakerKey;
 }
+class QDlgNoVideo;
 class QDlgPageMark;
 class QMyPageCtrl;
+class QMyPageScroll;
 class QZRScreenConfig;
 class SpeakTool;
 
@@ -262,6 +264,8 @@ private:
     void makePageControls();
     void placePageControls();
     void updatePageControls();
+    void placePageBar(int pages);
+    void updateNoVideo();
     int tilesPerPage() const;
     void clampPage();
     void turnToPage(int page);
@@ -332,10 +336,12 @@ private:
     int m_iWheelRest = 0; ///< turned by less than a step, in eighths of a degree
     zr::PageTurnGate m_pageGate;
     std::function<qint64()> m_pageClock;
-    QMyPageCtrl* m_pPagePre = nullptr; ///< child, as the two below; all three above the tiles
+    QMyPageCtrl* m_pPagePre = nullptr; ///< child, as those below; all of them above the tiles
     QMyPageCtrl* m_pPageNext = nullptr;
     QDlgPageMark* m_pPageMark = nullptr;
-    int m_iPollTick = 0; ///< counts the turns of a poll
+    QMyPageScroll* m_pPageScroll = nullptr; ///< in place of the marks, when those have no room
+    QDlgNoVideo* m_pNoVideo = nullptr;      ///< child; while the filter leaves nobody, else null
+    int m_iPollTick = 0;                    ///< counts the turns of a poll
 
     // Timers; 0 while they do not run.
     int m_iCheckTimerId = 0;     ///< 1000 ms, looks for a new order
@@ -361,7 +367,7 @@ private:
 
     QHash<QString, int> m_mapCustomizedPersons; ///< rank by user id
     QRect m_rcShareReported;                    ///< the share rectangle that the host was told last
-    QRect m_rcMoreTile; ///< the tile when the "more" menu was opened
+    QRect m_rcMoreTile;                         ///< the tile when the "more" menu was opened
     QString m_qstrCurrentSpeaking;
     bool m_bWhiteBoardClosed = false;
     bool m_bHideSmallWnd = false;

@@ -66,6 +66,7 @@ void QDlgScreen::reLayout()
         finishLayout();
     }
     updatePageControls();
+    updateNoVideo();
     updatePollTimer();
     if (std::exchange(m_bLayoutAgain, false)) {
         m_bLayoutScheduled = false;

@@ -2,8 +2,10 @@
 #include "qdlgscreen.h"
 
 #include "meetingmode.h"
+#include "qdlgnovideo.h"
 #include "qdlgpagemark.h"
 #include "qmypagectrl.h"
+#include "qmypagescroll.h"
 #include "qzrscreenconfig.h"
 
 #include <QDebug>
@@ -12,6 +14,7 @@
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -88,6 +91,7 @@ void QDlgScreen::makePageControls()
     m_pPagePre = new QMyPageCtrl(this);
     m_pPageNext = new QMyPageCtrl(this);
     m_pPageMark = new QDlgPageMark(this);
+    m_pPageScroll = new QMyPageScroll(this);
     m_pPagePre->setImage(QImage(prefix + QStringLiteral("pagePre.png")));
     m_pPageNext->setImage(QImage(prefix + QStringLiteral("pageNext.png")));
     for (QMyPageCtrl* control : {m_pPagePre, m_pPageNext}) {
@@ -104,16 +108,50 @@ void QDlgScreen::placePageControls()
     m_pPagePre->move(margin, y);
     m_pPageNext->move(width() - m_pPageNext->width() - margin, y);
     m_pPageMark->move(width() - margin, (height() - m_pPageMark->height()) / 2);
+    placePageBar(pageCount());
+    if (m_pNoVideo)
+        m_pNoVideo->setGeometry(rect());
+}
+
+void QDlgScreen::placePageBar(int pages)
+{
+    // The bar runs where the marks would stand, in the middle of the margin.
+    const QRect track = m_pPageMark->geometry();
+    const zr::PageBar bar = zr::pageBar(m_iPage, pages, track.height());
+    m_pPageScroll->setBarHeight(bar.heightPx);
+    m_pPageScroll->move((track.left() + width() - m_pPageScroll->width()) / 2,
+                        track.top() + bar.topPx);
 }
 
 void QDlgScreen::updatePageControls()
 {
     const int pages = m_bJoinMeetingFinish ? pageCount() : 0;
     const bool shown = pages > 1;
-    m_pPageMark->setPages(m_iPage, pages);
-    for (QWidget* control : std::initializer_list<QWidget*>{m_pPagePre, m_pPageNext, m_pPageMark}) {
-        if (control->isHidden() == shown)
-            control->setVisible(shown);
+    const bool marks = pages <= m_pPageMark->capacity();
+    const auto show = [](QWidget* control, bool visible) {
+        if (control->isHidden() == visible)
+            control->setVisible(visible);
+    };
+    if (marks)
+        m_pPageMark->setPages(m_iPage, pages);
+    else
+        placePageBar(pages);
+    show(m_pPagePre, shown);
+    show(m_pPageNext, shown);
+    show(m_pPageMark, shown && marks);
+    show(m_pPageScroll, shown && !marks);
+}
+
+void QDlgScreen::updateNoVideo()
+{
+    const bool nobody = m_bJoinMeetingFinish && m_vecSorted.empty() && !m_vecPerson.empty();
+    if (nobody == (m_pNoVideo != nullptr))
+        return;
+    if (nobody) {
+        m_pNoVideo = new QDlgNoVideo(this);
+        m_pNoVideo->setGeometry(rect());
+    } else {
+        delete std::exchange(m_pNoVideo, nullptr);
     }
 }
 

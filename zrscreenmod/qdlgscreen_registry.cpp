@@ -268,6 +268,7 @@ void QDlgScreen::clearGallery()
     hideSpeakTool();
     m_iPage = 0;
     updatePageControls();
+    updateNoVideo();
 }
 
 int QDlgScreen::ProcessExitMeeting()

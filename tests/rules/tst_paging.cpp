@@ -24,6 +24,7 @@ private slots:
     void aroundSpeaker();
     void turning();
     void polling();
+    void bar();
     void gate();
 };
 
@@ -110,6 +111,22 @@ void tst_Paging::polling()
     QCOMPARE(zr::pollPeriodMs(10), 10000);
     QCOMPARE(zr::pollPeriodMs(0), 1000);
     QCOMPARE(zr::pollPeriodMs(kIntMax), 2147483000);
+}
+
+void tst_Paging::bar()
+{
+    // Page, pages, length of the track, where the bar begins, and how long it is.
+    const int rows[][5] = {{0, 5, 350, 0, 70},        {4, 5, 350, 280, 70},
+                           {2, 5, 350, 140, 70},      {0, 1000, 350, 0, 24},
+                           {999, 1000, 350, 326, 24}, {7, 3, 90, 60, 30},
+                           {-1, 3, 90, 0, 30},        {0, 0, 90, 0, 90},
+                           {1, 2, 10, 0, 10},         {kIntMax, kIntMax, kIntMax, kIntMax - 24, 24},
+                           {0, 3, -5, 0, 0}};
+    for (const auto& [page, pages, track, top, height] : rows) {
+        const zr::PageBar bar = zr::pageBar(page, pages, track);
+        QCOMPARE(bar.topPx, top);
+        QCOMPARE(bar.heightPx, height);
+    }
 }
 
 void tst_Paging::gate()
