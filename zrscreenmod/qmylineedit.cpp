@@ -83,6 +83,25 @@ void QMyLineEdit::mouseReleaseEvent(QMouseEvent* event)
     QLineEdit::mouseReleaseEvent(event);
 }
 
+void QMyLineEdit::changeEvent(QEvent* event)
+{
+    QLineEdit::changeEvent(event);
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::PaletteChange)
+        dimPlaceholder();
+}
+
+/// A style sheet gives the placeholder the colour of the text, as if it had been typed.
+void QMyLineEdit::dimPlaceholder()
+{
+    QPalette colors = palette();
+    QColor dim = colors.color(QPalette::Text);
+    dim.setAlpha(110);
+    if (colors.color(QPalette::PlaceholderText) == dim)
+        return;
+    colors.setColor(QPalette::PlaceholderText, dim);
+    setPalette(colors);
+}
+
 void QMyLineEdit::closeEvent(QCloseEvent* event)
 {
     event->ignore(); // the window belongs to the host

@@ -23,9 +23,11 @@ protected:
     bool event(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
     void notifyHosts(unsigned long dwMsg) const;
     bool pressTab(QEvent* event);
+    void dimPlaceholder();
 };
