@@ -450,7 +450,7 @@ int ZR_CALL ZRScreen_IsPersonVisibleInSmallWnd(void* hScreen, char* userId)
     const auto id = readLocal8Bit(userId);
     if (!id)
         return 0;
-    return askGallery(hScreen, 0, [&id](const QDlgScreen& gallery) {
+    return askGallery(hScreen, 0, [&id](QDlgScreen& gallery) {
         return gallery.isPersonVisibleInSmallWnd(*id) ? 1 : 0;
     });
 }
