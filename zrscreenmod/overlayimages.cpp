@@ -12,7 +12,7 @@ std::shared_ptr<const OverlayImages> OverlayImages::shared()
     const QString prefix = QZRScreenConfig::getInstance()->imgPrefix();
     std::shared_ptr<const OverlayImages> images = s_images.lock();
     if (!images || images->m_prefix != prefix) {
-        images.reset(new OverlayImages(prefix));
+        images = std::make_shared<const OverlayImages>(prefix);
         s_images = images;
     }
     return images;

@@ -15,6 +15,8 @@ class OverlayImages
 {
 public:
     static std::shared_ptr<const OverlayImages> shared();
+    /// @param prefix see QZRScreenConfig::getImgPrefix
+    explicit OverlayImages(const QString& prefix);
 
     /// @param level see zr::volumeLevel; 0 for a muted microphone
     const QPixmap& audio(int level, bool bSmall) const;
@@ -24,8 +26,6 @@ public:
     zr::OverlayImageSizes sizes(bool bSmall) const;
 
 private:
-    explicit OverlayImages(const QString& prefix);
-
     const QString m_prefix;
     // Large and small.
     std::array<QPixmap, 2> m_mute;

@@ -39,9 +39,9 @@ public:
             buildShare();
         } else {
             buildNameRow();
-            buildCover();
             buildMarks();
             buildBubble();
+            buildCover();
             if (!m_in.resolution.isEmpty())
                 buildResolution();
         }
@@ -68,7 +68,8 @@ private:
     }
 
     void buildNameRow();
-    void buildBadge(int barTop, int barHeight);
+    void buildBadge(int barHeight);
+    void stackBadge();
     QString fitName(int left, int* right) const;
     void buildNetwork();
     void buildCover();
@@ -86,12 +87,12 @@ private:
     const int m_width;
     const int m_height;
     const bool m_small;
-    int m_rowTop = 0;     ///< of what stands at the bottom: name bar, and badge where it is above
+    int m_rowTop = 0;     ///< of the name bar
     int m_textOffset = 0; ///< from the bar's left edge to the name
     OverlayLayout m_out;
 };
 
-void Builder::buildBadge(int barTop, int barHeight)
+void Builder::buildBadge(int barHeight)
 {
     const QString role = roleName(m_in.iRole);
     if (role.isEmpty())
@@ -100,8 +101,20 @@ void Builder::buildBadge(int barTop, int barHeight)
     badge.text = role;
     badge.variant = m_in.iRole;
     badge.fontPx = pick(22, 18);
-    badge.rect = QRect(0, barTop, std::min(pick(94, 68), m_width), barHeight);
+    badge.rect = QRect(0, m_rowTop, std::min(pick(94, 68), m_width), barHeight);
     badge.textRect = badge.rect;
+}
+
+/// On a very small tile the badge stands above the name, as small as can be read.
+void Builder::stackBadge()
+{
+    OverlayElement& badge = at(OverlayPart::Badge);
+    const QSize size(std::min(scaled(52), m_width), scaled(20));
+    badge.fontPx = scaled(14);
+    badge.rect = QRect(QPoint(0, m_rowTop - size.height() - 1), size);
+    badge.textRect = badge.rect;
+    if (badge.rect.top() < 0)
+        badge = OverlayElement();
 }
 
 /// The name as it fits a bar that begins at `left`. @param right gets the bar's right edge,
@@ -117,7 +130,7 @@ QString Builder::fitName(int left, int* right) const
     const int audio = images().audio.width() + scaled(10);
     *right = left + audio + text + scaled(20);
     if (*right <= limit)
-        return name + suffix;
+        return cutName(name, suffix, m_width, fontPx, m_metrics.width); // fits whole
     // Nothing stands to the right of one's own name, so it may come nearer to the button.
     const int rightmost = m_in.bSelf ? m_width - more - scaled(5) : limit + scaled(5);
     const int room = rightmost - scaled(5) - (left + m_textOffset);
@@ -130,31 +143,23 @@ void Builder::buildNameRow()
 {
     const OverlayImageSizes& images = this->images();
     const int barHeight = std::min(pick(48, 40), m_height);
-    const int barTop = m_height - barHeight;
+    const int barTop = m_rowTop = m_height - barHeight;
     m_textOffset = images.audio.width() + scaled(10) - (m_small ? scaled(5) : 0);
-    OverlayElement& more = at(OverlayPart::More);
-    more.rect =
+    QRect& more = at(OverlayPart::More).rect;
+    more =
         QRect(QPoint(m_width - images.more.width(), m_height - images.more.height()), images.more);
     // The microphone is the last to go.
-    if (m_in.bNoMenu || !tile().contains(more.rect) || more.rect.left() < m_textOffset)
-        more.rect = QRect();
+    if (m_in.bNoMenu || !tile().contains(more) || more.left() < m_textOffset)
+        more = QRect();
 
-    buildBadge(barTop, barHeight);
-    OverlayElement& badge = at(OverlayPart::Badge);
+    buildBadge(barHeight);
+    const OverlayElement& badge = at(OverlayPart::Badge);
     OverlayElement& name = at(OverlayPart::Name);
-    m_rowTop = barTop;
     int left = badge.isShown() ? badge.rect.width() + 1 : 0;
     int right = 0;
     name.text = fitName(left, &right);
     if (name.text.isEmpty() && !m_in.name.isEmpty() && badge.isShown()) {
-        // On a very small tile the badge goes above the name.
-        const int height = badge.fontPx + scaled(6);
-        badge.rect = QRect(0, barTop - height - 1, badge.rect.width(), height);
-        badge.textRect = badge.rect;
-        if (badge.rect.top() < 0)
-            badge = OverlayElement();
-        else
-            m_rowTop = badge.rect.top();
+        stackBadge();
         left = 0;
         name.text = fitName(left, &right);
     }
@@ -216,14 +221,17 @@ void Builder::buildAvatar()
 {
     constexpr int kSmallestSide = 16;
     const int nominal = pick(120, 60);
+    // It clears what the participant says, too.
+    const OverlayElement& bubble = at(OverlayPart::Bubble);
+    const int rowTop = bubble.isShown() ? bubble.rect.top() : m_rowTop;
     int side = std::min(nominal, m_width);
     int top = (m_height - side) / 2;
-    if (m_small) {
+    if (m_small || bubble.isShown()) {
         // It moves up, and shrinks when the tile's top is reached.
-        const int bottom = m_rowTop - scaled(10);
-        side = std::min(side, bottom);
+        const int bottom = rowTop - scaled(10);
+        side = std::min(side, bottom - scaled(4));
         top = std::min((m_height - side) / 2, bottom - side);
-    } else if (const int overlap = top + side - m_rowTop; overlap > 0) {
+    } else if (const int overlap = top + side - rowTop; overlap > 0) {
         side -= 2 * overlap + scaled(10);
         top = (m_height - side) / 2;
     }
@@ -260,8 +268,11 @@ void Builder::buildMarks()
         return;
     const QSize hand = images().hand;
     const int y = centreY < 0 ? point.y() : centreY - hand.height() / 2;
-    const QRect rect(QPoint(point.x() + scaled(5), y), hand);
-    if (rect.right() < m_width && rect.bottom() < m_rowTop)
+    QRect rect(QPoint(point.x() + scaled(5), y), hand);
+    // A badge that stands above the name drives it to the other side.
+    if (rect.intersects(at(OverlayPart::Badge).rect))
+        rect.moveRight(m_width - 1 - scaled(5));
+    if (rect.left() >= 0 && rect.right() < m_width && rect.bottom() < m_rowTop)
         at(OverlayPart::Hand).rect = rect;
 }
 
@@ -279,16 +290,19 @@ void Builder::buildBubble()
         return;
     const int line = fontPx * 3 / 2;
     const int secondLine = fontPx / 18 * 15 * 3 / 2;
-    const int bottom = m_rowTop - scaled(10);
-    int lines = kBubbleLines;
-    if (line + secondLine + 2 * margin > bottom)
-        lines = 1;
+    // It stands above the name and leaves the marks free.
+    const OverlayElement& badge = at(OverlayPart::Badge);
+    const int bottom =
+        std::min(m_rowTop, badge.isShown() ? badge.rect.top() : m_height) - scaled(10);
+    const int top =
+        std::max(at(OverlayPart::Look).rect.bottom(), at(OverlayPart::Hand).rect.bottom()) + 1;
+    const int lines = line + secondLine + 2 * margin > bottom - top ? 1 : kBubbleLines;
     const QStringList texts = lastLines(m_in.bubble, lines, room, fontPx, m_metrics.width);
     if (texts.isEmpty())
         return;
     const bool two = texts.size() > 1;
     const int wanted = std::max(line + (two ? secondLine : 0) + 2 * margin, scaled(50));
-    const int height = std::min(wanted, bottom);
+    const int height = std::min(wanted, bottom - top);
     if (height < line)
         return;
     int textWidth = 0;

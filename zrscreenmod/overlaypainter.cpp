@@ -4,6 +4,7 @@
 #include "personorder.h"
 #include "screenscale.h"
 
+#include <QFont>
 #include <QFontMetrics>
 #include <QPainter>
 
@@ -23,6 +24,14 @@ const QColor kSpinnerTint(76, 8, 10, 15);
 const QColor kWatermark(185, 185, 185, 0x53);
 
 constexpr int kMarkRadius = 10;
+
+/// Of all texts of the overlay.
+QFont overlayFont(int pixelSize)
+{
+    QFont font(QStringLiteral("微软雅黑"));
+    font.setPixelSize(std::max(1, pixelSize));
+    return font;
+}
 
 class Painter
 {
@@ -178,7 +187,8 @@ void Painter::paintNetwork(const OverlayElement& network)
     const int penWidth = scaled(2);
     const int step = (rect.width() - penWidth) / (kBars - 1);
     for (int i = 0; i < kBars; ++i) {
-        const int height = rect.height() * (i + 1) / kBars;
+        // From two sevenths of the icon's height: the first bar alone has to be seen.
+        const int height = rect.height() * (4 + i * 10 / (kBars - 1)) / 14;
         m_p.fillRect(rect.left() + i * step, rect.bottom() + 1 - height, penWidth, height,
                      i < lit ? color : idle);
     }
@@ -271,6 +281,16 @@ void Painter::paintBorder(const OverlayElement& border)
 
 } // namespace
 
+zr::OverlayMetrics overlayMetrics(const QSize& tile, bool bHighResolution,
+                                  const OverlayImages& images)
+{
+    const zr::TextWidth width = [](const QString& text, int fontPx) {
+        const QFontMetrics font(overlayFont(fontPx));
+        return std::max(font.boundingRect(text).width(), font.horizontalAdvance(text));
+    };
+    return {tile, bHighResolution, {images.sizes(false), images.sizes(true)}, width};
+}
+
 void paintOverlay(QPainter& painter, const OverlayPaint& paint)
 {
     const QRectF clip = painter.clipBoundingRect();
@@ -279,13 +299,6 @@ void paintOverlay(QPainter& painter, const OverlayPaint& paint)
         if (element.isShown() && clip.intersects(element.rect))
             Painter(painter, paint).paint(static_cast<OverlayPart>(i), element);
     }
-}
-
-QFont overlayFont(int pixelSize)
-{
-    QFont font(QStringLiteral("微软雅黑"));
-    font.setPixelSize(std::max(1, pixelSize));
-    return font;
 }
 
 QColor avatarColor(int index)

@@ -4,7 +4,6 @@
 #include "overlaylayout.h"
 
 #include <QColor>
-#include <QFont>
 #include <QPainterPath>
 
 class OverlayImages;
@@ -20,11 +19,13 @@ struct OverlayPaint
     int iSpinnerAngle; ///< degrees
 };
 
+/// What a tile is laid out with: the sizes of the images and the widths of texts in the overlay's
+/// font.
+zr::OverlayMetrics overlayMetrics(const QSize& tile, bool bHighResolution,
+                                  const OverlayImages& images);
+
 /// Paints the elements, in their order, that touch the painter's clip.
 void paintOverlay(QPainter& painter, const OverlayPaint& paint);
-
-/// The font of all texts of the overlay.
-QFont overlayFont(int pixelSize);
 
 /// The colour of an avatar. @param index what lies outside 0 to 3 has the first colour
 QColor avatarColor(int index);

@@ -9,13 +9,11 @@
 
 #include <QCursor>
 #include <QDebug>
-#include <QFontMetrics>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QTimerEvent>
 
-#include <algorithm>
 #include <utility>
 
 using zr::OverlayPart;
@@ -215,15 +213,7 @@ void QDlgPlayInfo::applyState()
 
 zr::OverlayLayout QDlgPlayInfo::computeLayout() const
 {
-    zr::OverlayMetrics metrics;
-    metrics.tile = size();
-    metrics.bHighResolution = hub().is4K();
-    metrics.images = {m_pImages->sizes(false), m_pImages->sizes(true)};
-    metrics.width = [](const QString& text, int fontPx) {
-        const QFontMetrics font(overlayFont(fontPx));
-        return std::max(font.boundingRect(text).width(), font.horizontalAdvance(text));
-    };
-    return zr::layoutOverlay(m_state, metrics);
+    return zr::layoutOverlay(m_state, overlayMetrics(size(), hub().is4K(), *m_pImages));
 }
 
 // --- Spinner and bubble -----------------------------------------------------------------------

@@ -15,6 +15,7 @@
 #include <QFont>
 #include <QFontDatabase>
 #include <QImage>
+#include <QPainter>
 #include <QPixmap>
 #include <QStyleFactory>
 #include <QtTest>
@@ -112,15 +113,21 @@ inline int countDifferences(const QImage& actual, const QImage& expected, QImage
                   <= kForgiven;
 }
 
-/// Compares a picture with the golden of that name, or writes it. @return what is wrong, empty when
-/// nothing is
-[[nodiscard]] inline QString compareGolden(const QPixmap& pixmap, const QString& name)
+/// Compares a picture with the golden of that name, or writes it. @param ignored what may look
+/// otherwise @return what is wrong, empty when nothing is
+[[nodiscard]] inline QString compareGolden(const QPixmap& pixmap, const QString& name,
+                                           const QVector<QRect>& ignored = {})
 {
-    const QImage actual = pixmap.toImage().convertToFormat(QImage::Format_RGB32);
+    QImage actual = pixmap.toImage().convertToFormat(QImage::Format_RGB32);
     const QString file = QStringLiteral(ZR_GOLDEN_DIR "/%1.png").arg(name);
     if (isGoldenUpdate())
         return actual.save(file) ? QString() : QStringLiteral("%1 cannot be written").arg(file);
-    const QImage expected = QImage(file).convertToFormat(QImage::Format_RGB32);
+    QImage expected = QImage(file).convertToFormat(QImage::Format_RGB32);
+    for (QImage* image : {&actual, &expected}) {
+        QPainter painter(image);
+        for (const QRect& rect : ignored)
+            painter.fillRect(rect, Qt::black);
+    }
     QImage difference;
     const QString left = QStringLiteral(ZR_GOLDEN_FAILURES "/%1.").arg(name);
     for (const char* kind : {"actual.png", "expected.png", "difference.png"})
@@ -141,6 +148,6 @@ inline int countDifferences(const QImage& actual, const QImage& expected, QImage
 /// Fails the test when a picture does not look like its golden.
 #define ZR_COMPARE_GOLDEN(pixmap, name)                                                            \
     do {                                                                                           \
-        const QString wrong = zrtest::compareGolden((pixmap), QString::fromUtf8(name));          \
+        const QString wrong = zrtest::compareGolden((pixmap), QString::fromUtf8(name));            \
         QVERIFY2(wrong.isEmpty(), qPrintable(wrong));                                              \
     } while (false)

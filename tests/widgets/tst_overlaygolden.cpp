@@ -1,0 +1,314 @@
+// How the overlay of a tile is to look in each of its states.
+//
+// contactsheet.sh makes one picture of the goldens, to be looked at.
+#include "golden.h"
+#include "testsupport.h"
+
+#include "overlayimages.h"
+#include "overlaypainter.h"
+
+#include <QPainter>
+
+#include <vector>
+
+using zr::LookMark;
+using zr::OverlayState;
+
+namespace {
+
+/// Tiles side by side, all of one size.
+class Sheet
+{
+public:
+    Sheet(const QSize& tile, int columns, bool b4K)
+        : m_tile(b4K ? tile * 2 : tile)
+        , m_columns(columns)
+        , m_b4K(b4K)
+        , m_images(b4K ? QStringLiteral(":/pic4k/") : QStringLiteral(":/pic/"))
+    {
+    }
+
+    void add(const OverlayState& state)
+    {
+        QPixmap picture(m_tile);
+        // Stands for the participant's picture, with bars above and below.
+        picture.fill(QColor(110, 120, 100));
+        QPainter painter(&picture);
+        painter.setFont(QApplication::font());
+        painter.setClipRect(picture.rect());
+        const zr::OverlayLayout layout =
+            zr::layoutOverlay(state, overlayMetrics(m_tile, m_b4K, m_images));
+        QPainterPath bars;
+        const int bar = m_tile.height() / 12;
+        bars.addRect(0, 0, m_tile.width(), bar);
+        bars.addRect(0, m_tile.height() - bar, m_tile.width(), bar);
+        paintOverlay(painter, {layout, m_images, bars, m_b4K, 50});
+        const QPoint at = place(static_cast<int>(m_vecTiles.size()));
+        for (const QRect& rect : textAreas(layout))
+            m_vecTextAreas.push_back(rect.translated(at));
+        m_vecTiles.push_back(picture);
+    }
+
+    QPixmap pixmap() const
+    {
+        const int count = static_cast<int>(m_vecTiles.size());
+        const int rows = (count + m_columns - 1) / m_columns;
+        QPixmap all(m_columns * (m_tile.width() + kGap) - kGap,
+                    rows * (m_tile.height() + kGap) - kGap);
+        all.fill(Qt::black);
+        QPainter painter(&all);
+        for (int i = 0; i < count; ++i)
+            painter.drawPixmap(place(i), m_vecTiles[static_cast<std::size_t>(i)]);
+        return all;
+    }
+    /// What looks otherwise with another font, by no more than the font.
+    const QVector<QRect>& textAreas() const { return m_vecTextAreas; }
+
+private:
+    static constexpr int kGap = 4;
+
+    QPoint place(int i) const
+    {
+        return {(i % m_columns) * (m_tile.width() + kGap),
+                (i / m_columns) * (m_tile.height() + kGap)};
+    }
+    QVector<QRect> textAreas(const zr::OverlayLayout& layout) const
+    {
+        QVector<QRect> areas;
+        for (std::size_t i = 0; i < layout.elements.size(); ++i) {
+            const zr::OverlayElement& element = layout.elements[i];
+            const auto part = static_cast<zr::OverlayPart>(i);
+            QRect area = element.text.isEmpty() ? QRect() : element.textRect;
+            // These are as wide as their text.
+            if (part == zr::OverlayPart::Name)
+                area.setRight(layout.at(zr::OverlayPart::More).rect.left() - 1);
+            else if (part == zr::OverlayPart::Caption || part == zr::OverlayPart::Bubble)
+                area.setRight(m_tile.width() - 1);
+            else if (part == zr::OverlayPart::Watermark)
+                area = element.rect;
+            else if (part == zr::OverlayPart::Avatar) // the circle around it counts
+                area = area.adjusted(area.width() / 8, area.width() / 4, -area.width() / 8,
+                                     -area.width() / 4);
+            if (!area.isEmpty())
+                areas.push_back(area);
+        }
+        return areas;
+    }
+
+    const QSize m_tile;
+    const int m_columns;
+    const bool m_b4K;
+    const OverlayImages m_images;
+    std::vector<QPixmap> m_vecTiles;
+    QVector<QRect> m_vecTextAreas;
+};
+
+OverlayState person(const QString& name)
+{
+    OverlayState state;
+    state.bPerson = state.bPicture = state.bCamera = true;
+    state.name = name;
+    return state;
+}
+
+OverlayState alice(bool bSmall)
+{
+    OverlayState state = person(QStringLiteral("爱丽丝"));
+    state.bSmall = bSmall;
+    return state;
+}
+
+/// Each state that a person tells from the others, at one size.
+void addStates(Sheet& sheet, bool bSmall)
+{
+    const auto add = [&](auto change) {
+        OverlayState state = alice(bSmall);
+        change(state);
+        sheet.add(state);
+    };
+    add([](OverlayState&) {});
+    add([](OverlayState& s) {
+        s.bPicture = false;
+        s.bMute = true;
+    });
+    add([](OverlayState& s) {
+        s.bSelf = s.bHand = true;
+        s.iRole = 1;
+    });
+    add([](OverlayState& s) {
+        s.iRole = 2;
+        s.bPicture = false;
+        s.iColor = 1;
+        s.iNetLevel = 1;
+    });
+    add([](OverlayState& s) {
+        s.look = LookMark::AllLook;
+        s.bHand = true;
+        s.bSpeaking = true;
+    });
+    add([](OverlayState& s) {
+        s.look = LookMark::LockLook;
+        s.bBorder = true;
+        s.bMute = true;
+    });
+    add([](OverlayState& s) {
+        s.bSpinner = true;
+        s.iNetLevel = 2;
+        s.resolution = QStringLiteral("1280*720");
+    });
+    add([](OverlayState& s) {
+        s.bubble = QStringLiteral("大家好，我们开始今天的会议");
+        s.iBubbleColor = 2;
+        s.bSelf = true;
+        s.bPicture = false;
+    });
+    add([](OverlayState& s) { s.bShare = true; });
+    add([](OverlayState& s) {
+        s.bShare = true;
+        s.bPicture = false;
+        s.bBorder = true;
+    });
+    add([](OverlayState& s) {
+        s.bShare = s.bPaused = true;
+        s.name = QStringLiteral("尼古拉斯特斯拉博士");
+    });
+    add([](OverlayState& s) {
+        s.bShare = true;
+        s.watermark = QStringLiteral("张三-138****5678");
+    });
+}
+
+void addNames(Sheet& sheet)
+{
+    const QString names[] = {
+        QString(),
+        QStringLiteral("Al"),
+        QStringLiteral("Wolfeschlegelsteinhausenbergerdorff Senior"),
+        QStringLiteral("中华人民共和国驻外大使馆文化参赞处"),
+        QStringLiteral("李Alexander明 (Product)"),
+        QStringLiteral("Иванов Пётр Александрович"),
+        QStringLiteral("عبد الرحمن"),
+        QStringLiteral("عبد الرحمن بن محمد بن خلدون الحضرمي"),
+        // Symbols that the font has; whether it is helped out by another one depends on the
+        // machine.
+        QStringLiteral("☺★ Família ♥♪☎☺★♥♪☎☺★♥♪☎☺★♥♪☎"),
+        QStringLiteral("Zoe\u0308 \n first\tline"),
+    };
+    for (const QString& name : names) {
+        for (const bool self : {false, true}) {
+            OverlayState state = person(name);
+            state.bSmall = true;
+            state.bSelf = self;
+            state.bPicture = name.size() < 20 && !self;
+            state.iRole = self ? 1 : 0;
+            state.iNetLevel = self ? 5 : 3;
+            sheet.add(state);
+        }
+    }
+}
+
+/// The microphone at each level and muted, and the network at each level.
+void addLevels(Sheet& sheet)
+{
+    for (int i = 0; i <= 7; ++i) {
+        OverlayState state = alice(true);
+        state.bMute = i == 0;
+        state.iAudioLevel = std::max(1, i);
+        state.iNetLevel = i;
+        sheet.add(state);
+    }
+}
+
+void addTiny(Sheet& sheet)
+{
+    for (const int role : {0, 1}) {
+        for (const bool self : {false, true}) {
+            for (const bool picture : {true, false}) {
+                OverlayState state = alice(true);
+                state.bSelf = self;
+                state.iRole = role;
+                state.bPicture = picture;
+                state.iNetLevel = 2;
+                state.bHand = picture;
+                state.bubble = role == 0 && self && !picture ? QStringLiteral("你好") : QString();
+                sheet.add(state);
+            }
+        }
+    }
+}
+
+void addFull(Sheet& sheet)
+{
+    OverlayState state = alice(false);
+    state.iRole = 1;
+    state.look = LookMark::AllLook;
+    state.bHand = state.bSelf = state.bSpeaking = true;
+    state.bubble = QStringLiteral("The quick brown fox jumps over the lazy dog while everybody in "
+                                  "the meeting is looking on, and nobody says a word about it.\n"
+                                  "敏捷的棕色狐狸跳过了懒狗，大家都看着，谁也没说什么。");
+    sheet.add(state);
+    OverlayState share = alice(false);
+    share.bShare = true;
+    share.watermark = QStringLiteral("张三-138****5678");
+    sheet.add(share);
+}
+
+} // namespace
+
+class TestOverlayGolden : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { m_bFont = zrtest::useGoldenFont(); }
+    void looksAsItShould_data();
+    void looksAsItShould();
+
+private:
+    bool m_bFont = false;
+};
+
+void TestOverlayGolden::looksAsItShould_data()
+{
+    QTest::addColumn<QSize>("tile");
+    QTest::addColumn<int>("columns");
+    QTest::newRow("states_small") << QSize(320, 180) << 4;
+    QTest::newRow("states_large") << QSize(640, 360) << 4;
+    QTest::newRow("names") << QSize(320, 180) << 4;
+    QTest::newRow("levels") << QSize(320, 60) << 4;
+    QTest::newRow("tiny") << QSize(160, 90) << 4;
+    QTest::newRow("full") << QSize(1280, 720) << 2;
+}
+
+void TestOverlayGolden::looksAsItShould()
+{
+    QFETCH(QSize, tile);
+    QFETCH(int, columns);
+    const QByteArray row = QTest::currentDataTag();
+    const bool onWindows = QSysInfo::kernelType() == QLatin1String("winnt");
+    QVERIFY2(m_bFont || onWindows, "the package fonts-noto-cjk is not installed");
+    if (row == "names" && !m_bFont)
+        QSKIP("the bars are as wide as the font makes them");
+    for (const bool b4K : {false, true}) {
+        if (b4K && (row == "states_large" || row == "names" || row == "full"))
+            continue; // large pictures that would show nothing new
+        Sheet sheet(tile, columns, b4K);
+        if (row.startsWith("states"))
+            addStates(sheet, row.endsWith("small"));
+        else if (row == "names")
+            addNames(sheet);
+        else if (row == "levels")
+            addLevels(sheet);
+        else if (row == "tiny")
+            addTiny(sheet);
+        else
+            addFull(sheet);
+        const QByteArray name = "overlay_" + row + (b4K ? "_4k" : "");
+        const QString wrong = zrtest::compareGolden(sheet.pixmap(), QString::fromUtf8(name),
+                                                    m_bFont ? QVector<QRect>() : sheet.textAreas());
+        QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
+    }
+}
+
+ZR_WIDGET_TEST_MAIN(TestOverlayGolden)
+#include "tst_overlaygolden.moc"
