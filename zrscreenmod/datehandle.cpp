@@ -75,8 +75,10 @@ void openDatePicker(ST_ZRDateHdl& picker, const QPoint& at)
 {
     SelectDateTimeWidget* const widget = picker.m_pWidget;
     widget->refreshInterface();
-    widget->move(
-        zr::pickerTopLeft(at, widget->size(), widget->contentWidthPx(), visibleArea(picker, at)));
+    // Not move(), which takes the distance from the parent's edge for a window frame.
+    widget->setGeometry(
+        {zr::pickerTopLeft(at, widget->size(), widget->contentWidthPx(), visibleArea(picker, at)),
+         widget->size()});
     widget->show();
     widget->raise();
     widget->activateWindow();

@@ -156,9 +156,9 @@ void ZR_CALL ZRCtrl_QLineEdit_SetParent(void* h, HWND parent)
     ZR_ENTER_OR_RETURN();
     logThread("current thread:");
     onLineEdit(h, [parent](QMyLineEdit& edit) {
-        const QPoint place = edit.pos();
+        const QRect place = edit.geometry();
         if (platform::setParentWindow(edit.winId(), platform::toNative(parent)))
-            edit.move(place);
+            edit.setGeometry(place);
         else
             qDebug() << "SetParent failed, parent:" << parent;
     });

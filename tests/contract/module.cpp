@@ -28,6 +28,11 @@ Module::Module()
 #undef ZR_LOOK_UP
 }
 
+void* Module::find(const char* name) const
+{
+    return native::findSymbol(m_library, name);
+}
+
 Module::~Module()
 {
     unload();

@@ -30,6 +30,8 @@ public:
 
     /// Unloads the library early. Checks that it is really gone from the process.
     void unload();
+    /// An export by its full name; null when there is none.
+    [[nodiscard]] void* find(const char* name) const;
     /// Forgets the library without unloading it: it ends with the process.
     void leaveLoaded() { m_library = nullptr; }
 
