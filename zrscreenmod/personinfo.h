@@ -98,3 +98,9 @@ inline bool isShareScreenId(const QString& userId)
 {
     return userId.contains(QLatin1String("sharescreen_"));
 }
+
+/// The id of the screen that a participant shares.
+inline QString sponsoredShareId(const QString& sponsorId)
+{
+    return QLatin1String("sharescreen_") + sponsorId;
+}

@@ -213,7 +213,8 @@ private:
     void insertByJoinTime(tagPersonInfo* person);
     void enterShare(tagPersonInfo* share);
     void leaveShare();
-    /// The shared screen that comes first in the join order; null without one.
+    /// The share sponsor's screen, else the one that comes first in the join order; null without
+    /// one.
     tagPersonInfo* firstShare() const;
     /// The participant behind a pointer; logs one that no gallery knows.
     tagPersonInfo* checkedPerson(const void* pPerson) const;

@@ -31,7 +31,7 @@ bool isSponsor(const tagPersonInfo* person, const QString& sponsor)
 {
     if (sponsor.isEmpty())
         return false;
-    return person->userID == (person->bShare ? QStringLiteral("sharescreen_") + sponsor : sponsor);
+    return person->userID == (person->bShare ? sponsoredShareId(sponsor) : sponsor);
 }
 
 /// The tile at an address that a signal carried; null when no tile is there.
@@ -139,8 +139,10 @@ bool QDlgScreen::isLayoutDictated() const
 std::vector<zr::SpeakerKey> QDlgScreen::speakerKeys(bool bNext) const
 {
     // A speaker whom an arrangement chose stays while people come and go, and follows the voices
-    // only where the host wants that.
-    const bool voices = bNext || !m_pAutoFocusPerson || hub().settings.voiceActivation;
+    // only where the host wants that and no tool shows who speaks.
+    const bool follow =
+        hub().settings.voiceActivation && !zr::isSpeakerToolMode(hub().curScreenMode());
+    const bool voices = bNext || !m_pAutoFocusPerson || follow;
     const tagPersonInfo* previous =
         !bNext && m_pAutoFocusPerson ? m_pAutoFocusPerson : m_pPreFocusPerson;
     const tagPersonInfo* talking = findPerson(m_qstrCurrentSpeaking);

@@ -78,7 +78,7 @@ tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userN
             Qt::QueuedConnection);
     }
     tile->SetPersonInfo(person, false);
-    tile->stackUnder(m_pPagePre); // the lowest of the page controls
+    tile->lower(); // under the page controls, and not created yet, as stackUnder would
     person->pWidget = tile;
 
     m_mapOwned.emplace(person, std::move(record));
@@ -113,6 +113,8 @@ tagPersonInfo* QDlgScreen::firstShare() const
 {
     if (m_iShareCount == 0)
         return nullptr;
+    if (tagPersonInfo* sponsored = findPerson(sponsoredShareId(hub().shareSponsor())))
+        return sponsored;
     const auto isShare = [](const tagPersonInfo* p) { return p->bShare; };
     const auto share = std::find_if(m_vecPerson.begin(), m_vecPerson.end(), isShare);
     return share == m_vecPerson.end() ? nullptr : *share;

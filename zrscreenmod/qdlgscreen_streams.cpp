@@ -84,11 +84,11 @@ void QDlgScreen::setPersonStreamType(tagPersonInfo* person, int iStreamType)
     // that came in between.
     if (!livePerson(person))
         return;
-    person->iStreamType = iStreamType;
+    const int before = std::exchange(person->iStreamType, iStreamType);
     person->bStreamTypeChanged = true;
     qDebug() << "iStreamType:" << iStreamType << ",userName:" << person->userName;
-    // Its tile's elements are small or large accordingly.
-    person->pWidget->RefreshPlayInfo();
+    if (before != iStreamType) // its tile's elements are small or large accordingly
+        person->pWidget->RefreshPlayInfo();
 }
 
 void QDlgScreen::passStreamType(tagPersonInfo* person)
