@@ -140,7 +140,9 @@ QString cutName(const QString& name, const QString& suffix, int roomPx, int font
          end = finder.toNextBoundary()) {
         kept = end;
     }
-    return kept > 0 ? cut(kept) : QString();
+    if (kept > 0)
+        return cut(kept);
+    return fits(suffix) ? suffix : QString();
 }
 
 QString firstCharacters(const QString& name, int count)

@@ -26,7 +26,8 @@ QString displayName(const QString& userName);
 
 /// The start of a name that fits, marked as cut, and the suffix, which is never cut. A character
 /// is never cut in half, nor parted from its accents.
-/// @return the whole name where it fits; empty where not even one character fits
+/// @return the whole name where it fits; the suffix alone where not even one character fits, and
+/// nothing where that does not fit either
 QString cutName(const QString& name, const QString& suffix, int roomPx, int fontPx,
                 const TextWidth& width);
 

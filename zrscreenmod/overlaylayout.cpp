@@ -70,7 +70,14 @@ private:
     void buildNameRow();
     void buildBadge(int barHeight);
     void stackBadge();
-    QString fitName(int left, int* right) const;
+    /// The name as it fits a bar.
+    struct FittedName
+    {
+        QString text;
+        int right;  ///< of the bar, exclusive
+        bool bFits; ///< at least its first character does
+    };
+    FittedName fitName(int left) const;
     void buildNetwork();
     void buildCover();
     void buildAvatar();
@@ -117,9 +124,8 @@ void Builder::stackBadge()
         badge = OverlayElement();
 }
 
-/// The name as it fits a bar that begins at `left`. @param right gets the bar's right edge,
-/// exclusive @return empty when not even one character fits
-QString Builder::fitName(int left, int* right) const
+/// @param left of the bar
+Builder::FittedName Builder::fitName(int left) const
 {
     const int fontPx = pick(26, 18);
     const int more = m_out.at(OverlayPart::More).rect.width();
@@ -127,16 +133,18 @@ QString Builder::fitName(int left, int* right) const
     const QString name = displayName(m_in.name);
     const QString suffix = m_in.bSelf ? selfSuffix() : QString();
     const int text = width(name, fontPx) + (m_in.bSelf ? width(suffix, fontPx) + scaled(6) : 0);
-    const int audio = images().audio.width() + scaled(10);
-    *right = left + audio + text + scaled(20);
-    if (*right <= limit)
-        return cutName(name, suffix, m_width, fontPx, m_metrics.width); // fits whole
+    const int right = left + images().audio.width() + scaled(10) + text + scaled(20);
+    if (right <= limit)
+        return {cutName(name, suffix, m_width, fontPx, m_metrics.width), right, true};
     // Nothing stands to the right of one's own name, so it may come nearer to the button.
     const int rightmost = m_in.bSelf ? m_width - more - scaled(5) : limit + scaled(5);
-    const int room = rightmost - scaled(5) - (left + m_textOffset);
+    const int textLeft = left + m_textOffset;
+    const int room = rightmost - scaled(5) - textLeft;
     const QString cut = cutName(name, suffix, room, fontPx, m_metrics.width);
-    *right = std::min(rightmost, left + m_textOffset + width(cut, fontPx) + scaled(10));
-    return cut;
+    if (cut.isEmpty())
+        return {cut, left + images().audio.width() + scaled(10), room >= 0 && name.isEmpty()};
+    const int cutRight = textLeft + width(cut, fontPx) + scaled(10);
+    return {cut, std::min(rightmost, cutRight), name.isEmpty() || cut != suffix};
 }
 
 void Builder::buildNameRow()
@@ -156,21 +164,19 @@ void Builder::buildNameRow()
     const OverlayElement& badge = at(OverlayPart::Badge);
     OverlayElement& name = at(OverlayPart::Name);
     int left = badge.isShown() ? badge.rect.width() + 1 : 0;
-    int right = 0;
-    name.text = fitName(left, &right);
-    if (name.text.isEmpty() && !m_in.name.isEmpty() && badge.isShown()) {
+    FittedName fitted = fitName(left);
+    if (!fitted.bFits && badge.isShown()) {
         stackBadge();
         left = 0;
-        name.text = fitName(left, &right);
+        fitted = fitName(left);
     }
+    name.text = fitted.text;
     const bool audioFits =
         left + scaled(5) + images.audio.width() <= m_width && images.audio.height() <= barHeight;
-    if (name.text.isEmpty())
-        right = left + images.audio.width() + scaled(10);
     if (!audioFits)
         return;
     QRect& bar = at(OverlayPart::NameBar).rect;
-    bar = QRect(left, barTop, std::min(right, m_width) - left, barHeight);
+    bar = QRect(left, barTop, std::min(fitted.right, m_width) - left, barHeight);
     at(OverlayPart::Audio).rect = QRect(
         QPoint(left + scaled(5), barTop + (barHeight - images.audio.height()) / 2), images.audio);
     at(OverlayPart::Audio).variant = m_in.bMute ? 0 : m_in.iAudioLevel;
@@ -254,7 +260,8 @@ void Builder::buildMarks()
         const auto size = [&](int base) { return static_cast<int>(scaled(base) * factor); };
         const QRect mark(size(16), size(15), size(150), size(48));
         OverlayElement& look = at(OverlayPart::Look);
-        if (mark.right() < m_width && mark.bottom() < m_rowTop) {
+        if (mark.right() < m_width && mark.bottom() < m_rowTop
+            && !mark.intersects(at(OverlayPart::Badge).rect)) {
             look.rect = mark;
             look.textRect = mark;
             look.variant = static_cast<int>(m_in.look);

@@ -9,6 +9,9 @@ class TestNameText : public QObject
 private slots:
     void initials_data();
     void initials();
+    void namesOfOneLine();
+    void cutNamesKeepTheSuffix();
+    void sentencesRoll();
 };
 
 void TestNameText::initials_data()
@@ -41,6 +44,68 @@ void TestNameText::initials()
     QFETCH(QString, name);
     QFETCH(QString, expected);
     QCOMPARE(zr::shortName(name), expected);
+}
+
+namespace {
+
+/// Every character, but accents, is as wide as the font is high.
+int width(const QString& text, int fontPx)
+{
+    int count = 0;
+    for (const QChar c : text)
+        count += c.isLowSurrogate() || c.isMark() || c.category() == QChar::Other_Format ? 0 : 1;
+    return count * fontPx;
+}
+
+} // namespace
+
+void TestNameText::namesOfOneLine()
+{
+    const QString replaced(QChar::ReplacementCharacter);
+    QCOMPARE(zr::displayName(QStringLiteral(" a\r\nb\u2028c\u0007d ")), QStringLiteral("a b c d"));
+    QCOMPARE(zr::displayName(QStringLiteral("a\u202Eb\u2067c\u200Ed")), QStringLiteral("abcd"));
+    QCOMPARE(zr::displayName(QString(QChar(0xDC00)) + QChar(0xD83D)), replaced + replaced);
+    const QString emoji = QStringLiteral("\U0001F600");
+    QCOMPARE(zr::displayName(emoji), emoji);
+    const QString cut = zr::displayName(QLatin1Char('x') + emoji.repeated(5000));
+    QVERIFY(cut.size() == 255 && cut.endsWith(emoji));
+}
+
+void TestNameText::cutNamesKeepTheSuffix()
+{
+    const auto cut = [](const QString& name, int characters) {
+        return zr::cutName(name, QStringLiteral("+"), characters * 10, 10, width);
+    };
+    QCOMPARE(cut(QStringLiteral("abcdef"), 7), QStringLiteral("abcdef+"));
+    QCOMPARE(cut(QStringLiteral("abcdef"), 6), QStringLiteral("ab...+"));
+    QCOMPARE(cut(QStringLiteral("abcdef"), 5), QStringLiteral("a...+"));
+    QCOMPARE(cut(QStringLiteral("abcdef"), 4), QStringLiteral("+"));
+    for (const int none : {0, -3})
+        QCOMPARE(cut(QStringLiteral("abcdef"), none), QString());
+    // Neither half a pair nor a letter without its accent.
+    QCOMPARE(cut(QStringLiteral("a\U0001F600bcdef"), 6), QStringLiteral("a\U0001F600...+"));
+    QCOMPARE(cut(QStringLiteral("ae\u0301bcdef"), 6), QStringLiteral("ae\u0301...+"));
+    // The dots stand where the name ends; the suffix is not turned around.
+    QCOMPARE(cut(QStringLiteral("\u0627\u0628\u062A\u062B\u062C\u062D"), 6),
+             QStringLiteral("\u2068\u0627\u0628...\u2069+"));
+    QCOMPARE(zr::firstCharacters(QStringLiteral("abcdefgh"), 7), QStringLiteral("abcdefg..."));
+    QCOMPARE(zr::firstCharacters(QStringLiteral("abcdefg"), 7), QStringLiteral("abcdefg"));
+}
+
+void TestNameText::sentencesRoll()
+{
+    const auto lines = [](const QString& text) {
+        return zr::lastLines(text, 2, 60, 10, width).join(QLatin1Char('|'));
+    };
+    QCOMPARE(lines(QString()), QString());
+    QCOMPARE(lines(QStringLiteral("one")), QStringLiteral("one"));
+    QCOMPARE(lines(QStringLiteral("one two three")), QStringLiteral("two|three"));
+    QCOMPARE(lines(QStringLiteral("one two three four")), QStringLiteral("three|four"));
+    QCOMPARE(lines(QStringLiteral("abcdefghij")), QStringLiteral("abcdef|ghij"));
+    QCOMPARE(lines(QStringLiteral("one\ntwo\n")), QStringLiteral("one|two"));
+    QCOMPARE(zr::lastLines(QStringLiteral("abc"), 2, -5, 10, width),
+             QStringList({QStringLiteral("b"), QStringLiteral("c")}));
+    QCOMPARE(lines(QString(1000000, QLatin1Char('x'))).size(), 6 + 1 + 1024 % 6);
 }
 
 QTEST_APPLESS_MAIN(TestNameText)
