@@ -12,6 +12,8 @@ int speakerRank(const SpeakerKey& key)
 {
     if (key.share)
         return key.sponsor ? 0 : 1;
+    if (key.pinned)
+        return 2;
     if (key.self)
         return 8;
     if (key.activated)

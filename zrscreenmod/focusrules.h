@@ -14,6 +14,7 @@ struct SpeakerKey
 {
     bool share = false;     ///< a shared screen
     bool sponsor = false;   ///< the participant whose share it is, or that share itself
+    bool pinned = false;    ///< by the host of the meeting or by the local user
     bool activated = false; ///< the voice-activated participant
     bool talking = false;   ///< named by the host as the one who speaks
     bool previous = false;  ///< was the speaker before
@@ -21,9 +22,9 @@ struct SpeakerKey
     bool self = false;      ///< the local user
 };
 
-/// Chooses the speaker where nobody has: a share (the sponsor's before others), else who speaks,
-/// else who was the speaker before, else the host, else the first one. The local user is chosen
-/// last: nobody wants to look at themselves.
+/// Chooses the speaker where nobody has: a share (the sponsor's before others), else who is pinned,
+/// else who speaks, else who was the speaker before, else the host, else the first one. The local
+/// user is chosen last: nobody wants to look at themselves.
 /// @return an index into `persons`, of the first among equals; -1 when it is empty
 [[nodiscard]] int defaultSpeaker(const std::vector<SpeakerKey>& persons);
 

@@ -297,6 +297,7 @@ private:
     bool isTileVisible(const tagPersonInfo* person) const;
     void applyLook(tagPersonInfo* person, bool bOn);
     void setSpeaking(tagPersonInfo* person, bool bSpeaking);
+    void nameWhoSpeaks();
     tagPersonInfo* personOf(const CPlayWidget* tile) const;
 
     // Streams
@@ -342,6 +343,7 @@ private:
     QDlgPageMark* m_pPageMark = nullptr;
     QMyPageScroll* m_pPageScroll = nullptr; ///< in place of the marks, when those have no room
     QDlgNoVideo* m_pNoVideo = nullptr;      ///< child; while the filter leaves nobody, else null
+    bool m_bRaiseControls = false;          ///< a tile has appeared, maybe above the controls
     int m_iPollTick = 0;                    ///< counts the turns of a poll
 
     // Timers; 0 while they do not run.

@@ -138,11 +138,9 @@ bool QDlgScreen::isLayoutDictated() const
 
 std::vector<zr::SpeakerKey> QDlgScreen::speakerKeys(bool bNext) const
 {
-    // A speaker whom an arrangement chose stays while people come and go, and follows the voices
-    // only where the host wants that and no tool shows who speaks.
-    const bool follow =
-        hub().settings.voiceActivation && !zr::isSpeakerToolMode(hub().curScreenMode());
-    const bool voices = bNext || !m_pAutoFocusPerson || follow;
+    // A speaker whom an arrangement chose stays while people come and go. Only a new voice takes
+    // the place, where the host wants that: ActivateIntoSmallWnd.
+    const bool voices = bNext || !m_pAutoFocusPerson;
     const tagPersonInfo* previous =
         !bNext && m_pAutoFocusPerson ? m_pAutoFocusPerson : m_pPreFocusPerson;
     const tagPersonInfo* talking = findPerson(m_qstrCurrentSpeaking);
@@ -153,6 +151,7 @@ std::vector<zr::SpeakerKey> QDlgScreen::speakerKeys(bool bNext) const
         zr::SpeakerKey key;
         key.share = person->bShare;
         key.sponsor = isSponsor(person, sponsor);
+        key.pinned = person->bAllLook || person->bLockLook;
         key.activated = voices && person == m_pVoicePerson;
         key.talking = voices && (person == talking || person == m_pPreVoicePerson);
         key.previous = person == previous;

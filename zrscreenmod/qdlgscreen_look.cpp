@@ -147,6 +147,16 @@ void QDlgScreen::updatePersonDisplayInfo(ST_PersonInfo* candidate)
         m_pSpeakTool->refreshTool();
 }
 
+void QDlgScreen::nameWhoSpeaks()
+{
+    if (!m_pSpeakTool)
+        return;
+    const tagPersonInfo* person = findPerson(m_qstrCurrentSpeaking);
+    if (!person)
+        person = m_pVoicePerson;
+    m_pSpeakTool->setSpeaking(person ? person->userName : QString());
+}
+
 // --- Who speaks -------------------------------------------------------------------------------
 
 void QDlgScreen::setSpeaking(tagPersonInfo* person, bool bSpeaking)
@@ -168,6 +178,7 @@ void QDlgScreen::OnSetVoiceActivateUser(QString qstrUserID)
     m_pVoicePerson = findPerson(qstrUserID);
     for (tagPersonInfo* person : m_vecPerson)
         setSpeaking(person, person == m_pVoicePerson);
+    nameWhoSpeaks();
     if (!m_pVoicePerson)
         return;
     ActivateIntoSmallWnd(m_pVoicePerson, before);
@@ -182,10 +193,9 @@ void QDlgScreen::setCurrentSpeakingPerson(const QString& userId)
     if (m_qstrCurrentSpeaking == userId)
         return;
     m_qstrCurrentSpeaking = userId;
-    const tagPersonInfo* person = findPerson(userId);
-    if (m_pSpeakTool)
-        m_pSpeakTool->setSpeaking(person ? person->userName : QString());
-    if (person && (zr::isSpeakerMode(hub().curScreenMode()) || hub().settings.openLayoutCtrl))
+    nameWhoSpeaks();
+    if (findPerson(userId)
+        && (zr::isSpeakerMode(hub().curScreenMode()) || hub().settings.openLayoutCtrl))
         scheduleLayout();
 }
 

@@ -8,13 +8,14 @@ using zr::ClickEffect;
 using zr::SpeakerKey;
 using zr::VoiceEffect;
 
-/// A participant by letters: Share, sPonsor, Activated, Talking, pRevious, Host, seLf.
+/// A participant by letters: Share, sPonsor, piNned, Activated, Talking, pRevious, Host, seLf.
 SpeakerKey key(const char* letters)
 {
     const QByteArray has(letters);
     SpeakerKey key;
     key.share = has.contains('S');
     key.sponsor = has.contains('P');
+    key.pinned = has.contains('N');
     key.activated = has.contains('A');
     key.talking = has.contains('T');
     key.previous = has.contains('R');
@@ -71,6 +72,8 @@ void tst_FocusRules::choosesSpeakers_data()
     row("S - P R", 0, 2, 2); // beside a share its sponsor
     row("S - P A", 0, 3, 3); // after who speaks
     row("S P L", 0, 1, 1);
+    row("LN A -", 0, 1, 1);
+    row("N SP", 1, 0, 0);
 }
 
 void tst_FocusRules::choosesSpeakers()
