@@ -11,12 +11,16 @@ using namespace std::chrono_literals;
 
 constexpr auto kFramePeriod = 70ms;
 constexpr auto kAnswerDelay = 50ms;
-/// Longer than any timer of an arrangement: streams are closed a second after it.
-constexpr auto kQuiet = 1300ms;
-constexpr auto kSettleTimeout = 12s;
+/// Time for the frames that carry the last requests.
+constexpr auto kMoment = 350ms;
+/// The order is looked at every second, and streams are closed a second after an arrangement.
+constexpr auto kRest = 2200ms;
+constexpr int kRestTimeoutMs = 12000;
+constexpr int kSettleTimeoutMs = 6000;
+constexpr auto kLookPeriod = 60ms;
 constexpr int kLookStepPx = 4;
-/// A picture that is seen at fewer points is a stray colour.
-constexpr int kMinPoints = 25;
+/// Fewer points are no tile, but a colour that shines through a bar of the overlay.
+constexpr int kMinPoints = 600;
 constexpr int kColourTolerance = 8;
 
 /// Colours that are far from each other, and from the grey of everything else.
@@ -254,33 +258,63 @@ void MediaEngine::run(int timeMs)
         timeMs);
 }
 
+void MediaEngine::work()
+{
+    answer();
+    if (!m_thread.joinable() && Clock::now() >= m_nextFrame) {
+        m_nextFrame = Clock::now() + kFramePeriod;
+        deliver();
+    }
+}
+
 bool MediaEngine::settle(const std::string& where)
 {
     step = where;
     m_changed = Clock::now();
-    auto nextFrame = m_changed;
+    auto nextLook = m_changed;
+    return pumpUntil(
+        [&] {
+            work();
+            if (Clock::now() < nextLook || Clock::now() - m_changed < kMoment)
+                return false;
+            nextLook = Clock::now() + kLookPeriod;
+            return visible() == open();
+        },
+        kSettleTimeoutMs);
+}
+
+bool MediaEngine::rest(const std::string& where)
+{
+    step = where;
+    m_changed = Clock::now();
     const bool quiet = pumpUntil(
         [&] {
-            answer();
-            if (!m_thread.joinable() && Clock::now() >= nextFrame) {
-                deliver();
-                nextFrame = Clock::now() + kFramePeriod;
-            }
-            return Clock::now() - m_changed > kQuiet;
+            work();
+            return Clock::now() - m_changed > kRest;
         },
-        static_cast<int>(std::chrono::milliseconds(kSettleTimeout).count()));
-    if (!quiet) {
-        std::map<unsigned long, int> late;
-        for (const Message& message : m_meeting.inbox.all()) {
-            if (Clock::now() - message.at < 3s)
-                ++late[message.id];
-        }
-        std::string what = "does not come to rest; messages of the last three seconds:";
-        for (const auto& [id, count] : late)
-            what += " " + std::to_string(id) + " x" + std::to_string(count);
-        fail(what);
+        kRestTimeoutMs);
+    if (quiet)
+        return true;
+    std::map<unsigned long, int> late;
+    for (const Message& message : m_meeting.inbox.all()) {
+        if (Clock::now() - message.at < 3s)
+            ++late[message.id];
     }
-    return quiet;
+    std::string what = "does not come to rest; messages of the last three seconds:";
+    for (const auto& [id, count] : late)
+        what += " " + std::to_string(id) + " x" + std::to_string(count);
+    fail(what);
+    return false;
+}
+
+std::set<int> MediaEngine::open() const
+{
+    std::set<int> numbers;
+    for (const auto& [number, stream] : m_streams) {
+        if (stream.open)
+            numbers.insert(number);
+    }
+    return numbers;
 }
 
 std::set<int> MediaEngine::visible() const

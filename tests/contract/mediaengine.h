@@ -74,9 +74,12 @@ public:
     void deliver();
     /// Runs the event loop for a time.
     void run(int timeMs);
-    /// Runs the event loop until nothing has come for more than a second. A meeting that does not
-    /// come to rest is a failure.
+    /// Runs the event loop until exactly the visible streams are open and no message has come for a
+    /// moment. @return false when it does not come to that
     bool settle(const std::string& step);
+    /// Runs the event loop until no message has come for as long as any timer of an arrangement
+    /// takes. A meeting that does not come to rest is a failure.
+    bool rest(const std::string& step);
 
     /// Numbers of those whom the module calls visible, in the gallery or in the small window.
     [[nodiscard]] std::set<int> visible() const;
@@ -85,6 +88,8 @@ public:
                                                   const std::set<int>& numbers);
     /// Checks that exactly the visible streams are open.
     void checkOpen(const std::string& step) const;
+    /// Those whose streams are open.
+    [[nodiscard]] std::set<int> open() const;
 
     /// Called with every message, after it has been judged.
     std::function<void(const Message&)> onMessage;
@@ -96,6 +101,7 @@ private:
     void fail(const std::string& what) const;
     Stream* addressee(const Message& message);
     void apply(int number);
+    void work();
     void playFrame(const Stream& stream);
     void deliverAll();
 
@@ -104,6 +110,7 @@ private:
     std::map<int, Picture> m_pictures;
     mutable std::mutex m_lock;
     Clock::time_point m_changed = Clock::now(); ///< a message or an answer
+    Clock::time_point m_nextFrame = m_changed;  ///< of an engine without a thread
     std::atomic<bool> m_stop{false};
     std::thread m_thread;
 };

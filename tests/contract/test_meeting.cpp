@@ -41,6 +41,7 @@ int expectedGrade(int mode, int rank, int count, bool firstPage)
 {
     switch (mode) {
     case eLayoutEqualCut:
+    case eLayoutShare: // the gallery without a share; a share has no grade
         return firstPage && count <= 2 ? kLarge : kGrid;
     case eLayout6Cut:
     case eLayout8Cut:
@@ -52,8 +53,6 @@ int expectedGrade(int mode, int rank, int count, bool firstPage)
         return rank == 0 ? kLarge : kSmall;
     case eLayoutSpeaker4:
         return rank <= 1 ? kLarge : kSmall;
-    case eLayoutShare:
-        return count == 1 ? kLarge : kSmall;
     case eLayoutGrid4:
         return kGrid;
     case eLayoutGrid9:
@@ -97,6 +96,13 @@ public:
                   step + ": seen " + show(onScreen) + ", visible " + show(visible));
         checkGrades(step, firstPage);
         return visible;
+    }
+
+    /// Ends a case: nothing more comes of what it did.
+    void rest()
+    {
+        (void)engine.rest("the end");
+        engine.checkOpen("the end");
     }
 
     void mode(int mode, const std::map<int, std::string>& order = {})
@@ -198,6 +204,7 @@ ZR_CASE(modes, everyModeOpensWhatItShows)
     busy.meeting.zr.SetSupport9EqualCut(busy.meeting.screen, true);
     busy.meeting.zr.ReOrder(busy.meeting.screen, false);
     (void)busy.quiet("nine a page", 9);
+    busy.rest();
 }
 
 ZR_CASE(modes, theFocusPersonIsTheLargest)
@@ -211,6 +218,7 @@ ZR_CASE(modes, theFocusPersonIsTheLargest)
         CHECK_ROW(busy.quiet(step, kAny).count(speaker) == 1, step);
         CHECK_ROW(busy.isLarge(speaker), step);
     }
+    busy.rest();
 }
 
 ZR_CASE(paging, aPageThatIsTurnedBackCostsNothing)
@@ -244,6 +252,7 @@ ZR_CASE(paging, aPageThatIsTurnedBackCostsNothing)
     for (const int number : next)
         CHECK_ROW((strip.count(number) == 1) == (number == speaker), std::to_string(number));
     CHECK(busy.isLarge(speaker));
+    busy.rest();
 }
 
 ZR_CASE(paging, aPollShowsEverybodyInTurn)
@@ -276,6 +285,7 @@ ZR_CASE(paging, aPollShowsEverybodyInTurn)
                   std::to_string(number) + " in " + all);
     CHECK_EQUAL(busy.meeting.zr.SetOpenPollingPage(busy.meeting.screen, false, 0), 1);
     CHECK_EQUAL(show(busy.quiet("after the poll", 4)), show(first));
+    busy.rest();
 }
 
 ZR_CASE(streams, aBurstCostsOneRequest)
@@ -294,6 +304,7 @@ ZR_CASE(streams, aBurstCostsOneRequest)
         CHECK_ROW(busy.count(ZRMSG_VIDEO_SHOWN, number, from) <= 1, std::to_string(number));
         CHECK_ROW(busy.count(ZRMSG_VIDEO_HIDDEN, number, from) == 0, std::to_string(number));
     }
+    busy.rest();
 }
 
 ZR_CASE(streams, sharesComeAndGo)
@@ -309,6 +320,7 @@ ZR_CASE(streams, sharesComeAndGo)
     busy.engine.leave(61);
     CHECK_EQUAL(show(busy.quiet("share gone", 6)), show(first));
     CHECK_EQUAL(busy.meeting.zr.GetCurMode(busy.meeting.screen), int{eLayoutEqualCut});
+    busy.rest();
 }
 
 ZR_CASE(streams, looksChooseTheSpeaker)
@@ -330,6 +342,7 @@ ZR_CASE(streams, looksChooseTheSpeaker)
     (void)busy.quiet("no extended screen", 7);
     busy.engine.leave(33);
     (void)busy.quiet("the pinned one has left", kAny);
+    busy.rest();
 }
 
 ZR_CASE(streams, theOrderIsTheHosts)
@@ -353,6 +366,7 @@ ZR_CASE(streams, theOrderIsTheHosts)
     CHECK_EQUAL(seen, expected);
     busy.mode(eLayoutEqualCut);
     CHECK(busy.quiet("no order", 6).count(kHost) == 1);
+    busy.rest();
 }
 
 ZR_CASE(streams, peopleComeAndGo)
@@ -379,4 +393,5 @@ ZR_CASE(streams, peopleComeAndGo)
     busy.engine.leave(63);
     (void)busy.engine.settle("nobody is left");
     CHECK_EQUAL(busy.meeting.zr.GetCurMode(busy.meeting.screen), int{eLayoutEqualCut});
+    busy.rest();
 }

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <random>
+#include <thread>
 
 namespace {
 
@@ -114,6 +115,7 @@ private:
     void mouse();
     void frames();
     void queries();
+    void elsewhere();
     void loop();
 
     Module& zr() { return m_meeting.zr; }
@@ -179,6 +181,7 @@ const std::vector<Walk::WeightedStep>& Walk::steps()
         {5, "mouse", &Walk::mouse},
         {12, "frames", &Walk::frames},
         {5, "queries", &Walk::queries},
+        {4, "elsewhere", &Walk::elsewhere},
         {4, "loop", &Walk::loop},
     };
     return all;
@@ -378,6 +381,23 @@ void Walk::queries()
     zr().IsPersonVisible(screen(), text(anyId()));
 }
 
+void Walk::elsewhere()
+{
+    void* const play = anyPlay();
+    const std::string id = anyId();
+    const auto mode = static_cast<eLayoutType>(pick(1, 14));
+    const int flag = pick(0, 1);
+    // What is posted: the GUI thread waits here.
+    std::thread([&] {
+        zr().SetMute(screen(), play, flag);
+        zr().ChangeLayout(screen(), mode, {});
+        zr().FocusByUserID(screen(), text(id), flag != 0);
+        zr().LockLook(screen(), play, flag);
+        zr().SetActivateUser(screen(), text(id));
+        zr().ReOrder(screen(), flag != 0);
+    }).join();
+}
+
 void Walk::loop()
 {
     // Also from inside a message, as a menu does.
@@ -449,7 +469,7 @@ void Walk::checkQuiet(long long at)
     m_arranged = true;
     m_depth = 99; // the host is quiet too
     pointer::moveTo(1900, 1000);
-    (void)m_engine.settle("after " + std::to_string(at) + " steps");
+    (void)m_engine.rest("after " + std::to_string(at) + " steps");
     m_engine.checkOpen("after " + std::to_string(at) + " steps");
     m_depth = 0;
 }
