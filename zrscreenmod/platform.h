@@ -36,9 +36,9 @@ struct PriorityChange
 /// locale but for its character set, which Qt needs. The calling thread becomes the GUI thread.
 [[nodiscard]] QApplication* createApplication(int& argc, char** argv);
 
-/// Keeps the libraries of Qt, and of the window and drawing system below it, in memory when the
-/// module is unloaded: their exit handlers, threads and thread-local data outlive it. Call it once
-/// they are all loaded, again when more may have come. A no-op on Windows. Any thread.
+/// Keeps the libraries of Qt, and on X11 of the window and drawing system below it, in memory when
+/// the module is unloaded: their exit handlers, threads and thread-local data outlive it. Call it
+/// once they are all loaded, again when more may have come. Any thread.
 void keepQtLoaded();
 
 /// Keeps the module itself in memory, even when it is unloaded; for the end of the process. A no-op

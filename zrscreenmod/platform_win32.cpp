@@ -7,6 +7,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
+#include <QWidget>
 #include <QWindow>
 
 #include <cstdint>
@@ -27,19 +28,33 @@ HWND toHwnd(platform::NativeWindow window)
 
 // --- Application ----------------------------------------------------------------------------
 
+/// The library that an address lies in, null when the system does not tell. Its reference count
+/// stays as it is.
+HMODULE libraryOf(const void* address)
+{
+    HMODULE library = nullptr;
+    if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS
+                                | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                            static_cast<LPCWSTR>(address), &library))
+        return nullptr;
+    return library;
+}
+
+/// Stands for the module's own library.
+const char kOwnAddress = 0;
+
 /// Folder of the module's own file; empty when the system does not tell.
 QString moduleFolder()
 {
-    HMODULE module = nullptr;
-    // An address inside the module names it; the reference count stays as it is.
-    if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS
-                                | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                            reinterpret_cast<LPCWSTR>(&moduleFolder), &module))
+    const HMODULE module = libraryOf(&kOwnAddress);
+    if (!module)
         return {};
     std::wstring path(MAX_PATH, L'\0');
     while (true) {
         const DWORD capacity = static_cast<DWORD>(path.size());
         const DWORD length = GetModuleFileNameW(module, path.data(), capacity);
+        if (length == 0)
+            return {};
         if (length < capacity) {
             path.resize(length);
             return QFileInfo(QString::fromStdWString(path)).path();
@@ -79,7 +94,20 @@ QApplication* createApplication(int& argc, char** argv)
     return new QApplication(argc, argv);
 }
 
-void keepQtLoaded() {}
+void keepQtLoaded()
+{
+    // Qt's plugins keep QtCore and QtGui, but QtWidgets only where there is a plugin for styles;
+    // and a thread of QtCore's watches the host's threads that have called the module, to their
+    // end. QtWidgets keeps all that it needs.
+    const void* const inQtWidgets = &QWidget::staticMetaObject;
+    const HMODULE library = libraryOf(inQtWidgets);
+    // Linked statically, Qt goes with the module.
+    if (!library || library == libraryOf(&kOwnAddress))
+        return;
+    HMODULE pinned = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                       static_cast<LPCWSTR>(inQtWidgets), &pinned);
+}
 
 void keepModuleLoaded() {}
 

@@ -102,6 +102,8 @@ void* findSymbol(void* library, const char* name);
 bool unloadLibrary(void* library);
 /// Whether the module is still in the process.
 bool isModuleLoaded();
+/// Whether all of Qt that the module uses is in the process.
+bool isQtLoaded();
 
 /// Threads of this process.
 int threadCount();

@@ -211,6 +211,12 @@ bool isModuleLoaded()
     return GetModuleHandleW(L"ZRScreenMod.dll") != nullptr;
 }
 
+bool isQtLoaded()
+{
+    return GetModuleHandleW(L"Qt5Core.dll") && GetModuleHandleW(L"Qt5Gui.dll")
+           && GetModuleHandleW(L"Qt5Widgets.dll");
+}
+
 int threadCount()
 {
     const HANDLE threads = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);

@@ -27,6 +27,18 @@ Window id(HWND window)
     return static_cast<Window>(reinterpret_cast<uintptr_t>(window));
 }
 
+bool isCodeLoaded(const char* library)
+{
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);) {
+        // A sanitizer keeps the file mapped, to read symbols; code can be run only when loaded.
+        const bool isCode = line.find(" r-xp ") != std::string::npos;
+        if (isCode && line.find(library) != std::string::npos)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 NativeWindow::NativeWindow(int widthPx, int heightPx, int x, int y)
@@ -174,14 +186,12 @@ bool unloadLibrary(void* library)
 
 bool isModuleLoaded()
 {
-    std::ifstream maps("/proc/self/maps");
-    for (std::string line; std::getline(maps, line);) {
-        // A sanitizer keeps the file mapped, to read symbols; code can be run only when loaded.
-        const bool isCode = line.find(" r-xp ") != std::string::npos;
-        if (isCode && line.find("libZRScreenMod") != std::string::npos)
-            return true;
-    }
-    return false;
+    return isCodeLoaded("libZRScreenMod");
+}
+
+bool isQtLoaded()
+{
+    return isCodeLoaded("libQt5Core") && isCodeLoaded("libQt5Gui") && isCodeLoaded("libQt5Widgets");
 }
 
 int threadCount()

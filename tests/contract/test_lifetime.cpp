@@ -3,6 +3,7 @@
 #include "meeting.h"
 
 #include <cstdlib>
+#include <future>
 
 namespace {
 
@@ -84,6 +85,40 @@ ZR_CASE(lifetime, unloadsWithCallsStillQueued)
     meeting.zr.unload();
     meeting.screen = nullptr;
     pump(50);
+}
+
+/// Qt keeps an eye on every thread that has called the library, up to its end.
+ZR_CASE(lifetime, threadsOutliveTheLibrary)
+{
+    std::promise<void> unloaded;
+    std::thread caller;
+    for (int round = 0; round < 2; ++round) {
+        Meeting meeting(nullptr);
+        void* const ann = meeting.join(1);
+        std::promise<void> called;
+        const auto call = [&] {
+            meeting.zr.SetVolume(meeting.screen, ann, 50);
+            called.set_value();
+        };
+        if (round == 0) {
+            caller = std::thread([&, end = unloaded.get_future().share()] {
+                call();
+                end.wait();
+            });
+        } else {
+            std::thread(call).join();
+        }
+        called.get_future().wait();
+        meeting.zr.Release(meeting.screen);
+        meeting.screen = nullptr;
+        meeting.zr.unload();
+        CHECK(native::isQtLoaded());
+        if (round == 0) {
+            unloaded.set_value();
+            caller.join();
+            pump(100);
+        }
+    }
 }
 
 ZR_CASE(lifetime, settingsAreFreshAfterTheLastRelease)
