@@ -34,8 +34,14 @@ configure_file(${CMAKE_CURRENT_LIST_DIR}/ZRScreenMod.pc.in
 install(FILES ${PROJECT_BINARY_DIR}/package/ZRScreenMod.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
 
-if(WIN32)
-  # For other compilers, which make an import library of their own from it.
-  install(FILES $<TARGET_FILE_DIR:ZRScreenMod>/ZRScreenMod.def
+if(MINGW)
+  # For other compilers, which make an import library of their own from it. The linker numbers the
+  # functions, and a client bound to the numbers would call others in the next version.
+  install(CODE "
+    file(READ \"$<TARGET_FILE_DIR:ZRScreenMod>/ZRScreenMod.def\" exports)
+    string(REGEX REPLACE \" @[0-9]+\" \"\" exports \"\${exports}\")
+    file(WRITE \"${PROJECT_BINARY_DIR}/package/ZRScreenMod.def\"
+      \"LIBRARY ZRScreenMod.dll\\n\${exports}\")" COMPONENT Development)
+  install(FILES ${PROJECT_BINARY_DIR}/package/ZRScreenMod.def
     DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development)
 endif()

@@ -8,6 +8,12 @@ require(bin/ZRScreenMod.dll bin/zrhost.exe bin/platforms/qwindows.dll include/zr
   lib/libZRScreenMod.dll.a lib/ZRScreenMod.def lib/cmake/ZRScreenMod/ZRScreenModConfig.cmake
   share/doc/zrscreenmod/licences.md share/doc/zrscreenmod/LGPL-3)
 
+# Import libraries made of the definition file bind to names: numbers change with each new function.
+file(READ "${PACKAGE_DIR}/lib/ZRScreenMod.def" exports)
+if(NOT exports MATCHES "^LIBRARY ZRScreenMod.dll\nEXPORTS\n" OR exports MATCHES "@")
+  message(SEND_ERROR "the definition file is\n${exports}")
+endif()
+
 # Every Windows from version 7 has these.
 set(system advapi32 d3d11 dwmapi dxgi gdi32 imm32 kernel32 mpr msvcrt netapi32 ole32 oleaut32 opengl32 shell32
   user32 userenv uxtheme version windowscodecs winmm ws2_32 wtsapi32)
