@@ -1,8 +1,9 @@
 /// ZRScreenMod: the video screen of a meeting client, as a library with a flat C interface.
 ///
 /// This header, with `zrcontrols.h` that it includes, is the whole contract between the library and
-/// the program that loads it (the host). It needs a C++17 compiler and the standard library that the module was built with (two
-/// arguments are `std::string`, one is a `std::map`). It needs no Qt.
+/// the program that loads it (the host). It needs a C++17 compiler and the standard library that
+/// the module was built with (two arguments are `std::string`, one is a `std::map`, and the
+/// watermark's record has three strings). It needs no Qt.
 ///
 /// ## What loading the library changes in the process
 /// - On attach the library creates one `QApplication` on the loading thread, unless the process
@@ -17,8 +18,8 @@
 /// - On X11 Qt installs an Xlib error handler, so that an error of one window does not end the
 ///   process. Without a display the library embeds nothing and shows nothing.
 /// - `ZRScreen_Init` raises the priority of the GUI thread for good, as far as the system lets it.
-/// - On Linux the Qt libraries stay in memory after the library has been unloaded: Qt cannot be
-///   unloaded safely. The module itself is.
+/// - The Qt libraries stay in memory after the library has been unloaded: Qt cannot be unloaded
+///   safely. The module itself is.
 /// - Unload the library on the thread that loaded it.
 ///
 /// ## Threads
@@ -57,10 +58,14 @@
 #    else
 #        define ZR_API __declspec(dllimport)
 #    endif
-struct HWND__;
 struct tagRECT;
 /// Native window: the type of the Windows headers.
+#    if defined(NO_STRICT)
+typedef void* HWND;
+#    else
+struct HWND__;
 typedef HWND__* HWND;
+#    endif
 #else
 #    define ZR_CALL
 #    define ZR_API __attribute__((visibility("default")))
@@ -170,6 +175,26 @@ static_assert(sizeof(ZRRect) == 16, "rectangles travel as 16 bytes");
 #if defined(_WIN32)
 static_assert(sizeof(unsigned long) == 4, "message ids are 32 bits wide on Windows");
 #endif
+
+/// What the watermark over shared screens says. It contains the standard library's strings, so the
+/// host must be built with the standard library of the module, in the same settings.
+struct __WTMark_Info // NOLINT(bugprone-reserved-identifier,cert-dcl*): the host's name for it
+{
+    bool bEnabled;     ///< whether there is a watermark
+    int cloundType;    ///< what follows the name: 1 the phone number, 2 the address, else nothing
+    std::string name;  ///< local 8-bit; without a name there is no watermark
+    std::string phone; ///< UTF-8; shown with its fourth to seventh character as asterisks
+    std::string email; ///< UTF-8
+};
+
+// With strings of 32 bytes, which libstdc++ and the release build of Microsoft's library have, the
+// texts lie at 8, 40 and 72.
+static_assert(offsetof(__WTMark_Info, cloundType) == 4, "watermark record layout");
+static_assert(offsetof(__WTMark_Info, name) == 8, "watermark record layout");
+static_assert(offsetof(__WTMark_Info, phone) == 8 + sizeof(std::string), "watermark record layout");
+static_assert(offsetof(__WTMark_Info, email) == 8 + 2 * sizeof(std::string),
+              "watermark record layout");
+static_assert(sizeof(__WTMark_Info) == 8 + 3 * sizeof(std::string), "watermark record layout");
 
 extern "C" {
 

@@ -5,6 +5,12 @@ file(WRITE ${WORK_DIR}/twice.cpp
   "#include <windows.h>\n#include \"zrscreenmod.h\"\n#include \"zrscreenmod.h\"\n"
   "RECT area; HWND window; void* screen = ZRScreen_Init(window, nullptr);\n"
   "int moved = ZRScreen_MoveWindow(screen, &area, 0);\n")
+# The Windows headers come first or last, and their handles are typed or not.
+file(WRITE ${WORK_DIR}/before.cpp "#include \"zrscreenmod.h\"\n#include <windows.h>\n"
+  "void* screen = ZRScreen_Init(GetDesktopWindow(), nullptr);\n")
+foreach(source twice before)
+  file(WRITE ${WORK_DIR}/${source}_untyped.cpp "#define NO_STRICT\n#include \"${source}.cpp\"\n")
+endforeach()
 
 set(compilers 0)
 foreach(compiler g++ clang++ x86_64-w64-mingw32-g++-posix)
@@ -15,7 +21,7 @@ foreach(compiler g++ clang++ x86_64-w64-mingw32-g++-posix)
   endif()
   set(sources alone.cpp)
   if(compiler MATCHES "mingw")
-    list(APPEND sources twice.cpp)
+    list(APPEND sources twice.cpp twice_untyped.cpp before.cpp before_untyped.cpp)
   else()
     math(EXPR compilers "${compilers} + 1")
   endif()
