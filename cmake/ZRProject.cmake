@@ -6,9 +6,18 @@ function(zr_project_options target)
     POSITION_INDEPENDENT_CODE ON
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
-  target_compile_options(${target} PRIVATE
-    -Wall -Wextra -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
-    $<$<BOOL:${ZR_WERROR}>:-Werror>)
+  if(MSVC)
+    # The sources are UTF-8.
+    target_compile_options(${target} PRIVATE /W4 /utf-8 /permissive- $<$<BOOL:${ZR_WERROR}>:/WX>)
+  else()
+    target_compile_options(${target} PRIVATE
+      -Wall -Wextra -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
+      $<$<BOOL:${ZR_WERROR}>:-Werror>)
+  endif()
+  if(WIN32)
+    # Windows 7 is the oldest that Qt 5.15 runs on: what came later must be looked up at run time.
+    target_compile_definitions(${target} PRIVATE NOMINMAX _WIN32_WINNT=0x0601)
+  endif()
   # Log lines name their function and line in every build type.
   target_compile_definitions(${target} PRIVATE
     QT_DEPRECATED_WARNINGS QT_MESSAGELOGCONTEXT)

@@ -18,6 +18,18 @@ HostError failed(const char* what)
     return HostError(std::string(what) + ": " + windowsErrorText(GetLastError()));
 }
 
+/// Sizes are in physical pixels here and in the module. It fails where a manifest decides.
+void usePhysicalPixels()
+{
+    // There since Windows 10.
+    using SetAwareness = BOOL(WINAPI*)(HANDLE);
+    const auto setAwareness = reinterpret_cast<SetAwareness>(reinterpret_cast<void*>(
+        GetProcAddress(GetModuleHandleW(L"user32.dll"), "SetProcessDpiAwarenessContext")));
+    constexpr LONG_PTR kPerMonitorVersion2 = -4; // DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2
+    if (!setAwareness || !setAwareness(reinterpret_cast<HANDLE>(kPerMonitorVersion2)))
+        SetProcessDPIAware();
+}
+
 /// Size of a window with an inside of this size.
 Size withFrame(Size inside, DWORD style)
 {
@@ -71,8 +83,7 @@ public:
 
 Win32Display::Win32Display()
 {
-    // Sizes are in physical pixels here and in the module. It fails where a manifest decides.
-    SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
+    usePhysicalPixels();
     WNDCLASSEXW windowClass{};
     windowClass.cbSize = sizeof windowClass;
     windowClass.lpfnWndProc = &Win32Window::onMessage;
