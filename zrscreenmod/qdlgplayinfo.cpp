@@ -24,8 +24,6 @@ constexpr int kTickMs = 200;
 constexpr int kSpinnerStepDegrees = 25;
 /// How long a spell of bad network is bridged by the frozen picture and the spinner.
 constexpr qint64 kSpinnerLimitMs = 15000;
-/// How long a sentence stays after it has been added or has grown.
-constexpr int kBubbleMs = 5000;
 
 QZRScreenConfig& hub()
 {
@@ -253,7 +251,7 @@ void QDlgPlayInfo::onAddSubtitle(int iIDSentence)
         return;
     m_qstrBubble = sentence.transStr;
     m_iBubbleColor = colorIndex(sentence.iColorType);
-    m_bubbleTimer.start(kBubbleMs, Qt::CoarseTimer, this);
+    m_bubbleTimer.start(bubbleMs(), Qt::CoarseTimer, this);
     applyState();
 }
 

@@ -91,6 +91,8 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     /// Milliseconds since the spinner started.
     virtual qint64 spinnerElapsedMs() const { return m_spinnerStart.elapsed(); }
+    /// How long a sentence stays after it has been added or has grown.
+    virtual int bubbleMs() const { return 5000; }
 
 private:
     zr::OverlayState gatherState() const;

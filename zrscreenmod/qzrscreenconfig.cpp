@@ -4,6 +4,7 @@
 #include "meetingmode.h"
 #include "platform.h"
 #include "screenscale.h"
+#include "subtitlerules.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -18,8 +19,6 @@
 
 namespace {
 
-constexpr int kMaxSubtitles = 64;
-
 std::atomic<QZRScreenConfig*> s_instance{nullptr};
 QMutex s_creationLock;
 std::shared_mutex s_lifetimeLock;
@@ -33,6 +32,22 @@ QString fileNamePart(QString text)
 }
 
 } // namespace
+
+OverlaySwitches readOverlaySwitches(const QString& iniFile)
+{
+    const QSettings file(iniFile, QSettings::IniFormat);
+    OverlaySwitches switches;
+    const auto read = [&file](const char* key, bool& value) {
+        value = file.value(QLatin1String(key), value).toBool();
+    };
+    read("version/show_resolution", switches.showResolution);
+    read("overlay/speaking_highlight", switches.speakingHighlight);
+    read("overlay/all_hands", switches.allHands);
+    read("overlay/larger_text", switches.largerText);
+    read("overlay/hidden_video", switches.hiddenVideo);
+    switches.lookOwner = file.value(QStringLiteral("overlay/look_owner"), 0).toInt();
+    return switches;
+}
 
 QZRScreenConfig::Lock::Lock()
     : m_lock(s_lifetimeLock)
@@ -73,15 +88,7 @@ void QZRScreenConfig::readVersionFile()
                              + QStringLiteral("/user_data/sys_ver.ini"),
                          QSettings::IniFormat);
     m_bCacheFrame = file.value(QStringLiteral("version/cache_frame"), false).toBool();
-    overlay.showResolution = file.value(QStringLiteral("version/show_resolution"), false).toBool();
-    const auto read = [&file](const char* key, bool& value) {
-        value = file.value(QLatin1String(key), value).toBool();
-    };
-    read("overlay/speaking_highlight", overlay.speakingHighlight);
-    read("overlay/all_hands", overlay.allHands);
-    read("overlay/larger_text", overlay.largerText);
-    read("overlay/hidden_video", overlay.hiddenVideo);
-    overlay.lookOwner = file.value(QStringLiteral("overlay/look_owner"), overlay.lookOwner).toInt();
+    overlay = readOverlaySwitches(file.fileName());
 }
 
 void QZRScreenConfig::setCurScreenMode(int mode)
@@ -271,7 +278,7 @@ void QZRScreenConfig::AddOneSubtitle(int iIDSentence, int iColorType, const QStr
     emit notifyAddSubtitle(iIDSentence);
     // Trimmed after the signals: a panel may see one sentence more for a moment.
     const QMutexLocker locker(&m_textLock);
-    while (m_mapSubtitles.size() > kMaxSubtitles)
+    while (m_mapSubtitles.size() > zr::kMaxSubtitles)
         m_mapSubtitles.erase(m_mapSubtitles.begin());
 }
 

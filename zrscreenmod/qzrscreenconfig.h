@@ -96,6 +96,9 @@ struct OverlaySwitches
     bool showResolution = false;   ///< the size of the picture, for developers
 };
 
+/// The switches that an INI file has; those that it has not are as above.
+OverlaySwitches readOverlaySwitches(const QString& iniFile);
+
 /// What the gallery publishes for the units below it. GUI thread only.
 struct GalleryState
 {

@@ -1,13 +1,22 @@
 // The overlay: what it shows for which state, and that it repaints for nothing else.
 #include "testsupport.h"
 
+#include "cplaywidget.h"
 #include "qdlgplayinfo.h"
 #include "qzrscreenconfig.h"
 
+#include <QAccessible>
+#include <QPaintEvent>
 #include <QtTest>
 
 #include <functional>
+#include <initializer_list>
 #include <memory>
+#include <set>
+#include <utility>
+#include <vector>
+
+using zr::OverlayPart;
 
 namespace {
 
@@ -20,15 +29,40 @@ class CountingOverlay : public QDlgPlayInfo
 public:
     using QDlgPlayInfo::QDlgPlayInfo;
     int paints = 0;
+    QRegion painted; ///< by the last paint
     qint64 elapsedMs = 0;
 
 protected:
     void paintEvent(QPaintEvent* event) override
     {
         ++paints;
+        painted = event->region();
         QDlgPlayInfo::paintEvent(event);
     }
     qint64 spinnerElapsedMs() const override { return elapsedMs; }
+    int bubbleMs() const override { return 300; }
+};
+
+/// Counts the events of some types that reach an object.
+class EventCounter : public QObject
+{
+public:
+    EventCounter(QObject* watched, std::set<QEvent::Type> types)
+        : m_types(std::move(types))
+    {
+        watched->installEventFilter(this);
+    }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override
+    {
+        count += m_types.count(event->type()) != 0 ? 1 : 0;
+        return false;
+    }
+
+private:
+    const std::set<QEvent::Type> m_types;
 };
 
 } // namespace
@@ -50,6 +84,12 @@ private slots:
     void repaintsOnlyWhenSomethingChanged();
     void spinnerRunsWhileTheNetworkIsBadAndItShows();
     void moreRectangleFollowsThePointer();
+    void onlyTheChangedRectangleIsRepainted();
+    void clicksOnControlsReachTheHub();
+    void controlsOfNobodyDoNothing();
+    void switchesChangeWhatShows();
+    void ownSentenceShowsForAWhile();
+    void accessibleTile();
 
 private:
     void showPicture();
@@ -162,11 +202,10 @@ void TestOverlay::everySizeAndNameIsPainted()
     QZRScreenConfig::getInstance()->overlay.showResolution = true;
     m_overlay->setPerson(m_person.get());
     m_overlay->UpdateNetStatus(1, true, -7);
-    const QString names[] = {QString(),
-                             QString(10000, QLatin1Char('w')),
-                             QString(10000, QChar(0x200B)),
-                             QStringLiteral("a\r\nb\u2028c\u0000d\u202Ee"),
-                             QString(QChar(0xD800)) + QChar(0xDC00) + QChar(0xDFFF) + QChar(0xD800)};
+    const QString names[] = {
+        QString(), QString(10000, QLatin1Char('w')), QString(10000, QChar(0x200B)),
+        QStringLiteral("a\r\nb\u2028c\u0000d\u202Ee"),
+        QString(QChar(0xD800)) + QChar(0xDC00) + QChar(0xDFFF) + QChar(0xD800)};
     for (const QString& name : names) {
         for (const QSize& size : {QSize(0, 0), QSize(1, 1), QSize(20, 10), QSize(60, 40),
                                   QSize(160, 90), QSize(400, 300)}) {
@@ -282,6 +321,169 @@ void TestOverlay::moreRectangleFollowsThePointer()
     QTRY_VERIFY(m_overlay->IsMouseOnBtnMore());
     QCursor::setPos(m_overlay->mapToGlobal(QPoint(200, 150)));
     QTRY_VERIFY(!m_overlay->IsMouseOnBtnMore());
+}
+
+void TestOverlay::onlyTheChangedRectangleIsRepainted()
+{
+    m_person->bMute = false;
+    showPicture();
+    const auto rectOf = [this](OverlayPart part) {
+        return m_overlay->overlayLayout().at(part).rect;
+    };
+    const auto repaints = [&](const std::function<void()>& change, const QRect& rect) {
+        QTest::qWait(20);
+        m_overlay->paints = 0;
+        change();
+        m_overlay->refresh();
+        QCoreApplication::processEvents();
+        return rect.isEmpty() ? m_overlay->paints == 0
+                              : m_overlay->paints == 1 && m_overlay->painted.boundingRect() == rect;
+    };
+    const QRect audio = rectOf(OverlayPart::Audio);
+    QVERIFY(!audio.isEmpty());
+    QVERIFY(repaints([this] { m_person->iVolume = 9; }, {})); // the same level
+    QVERIFY(repaints([this] { m_person->iVolume = 10; }, audio));
+    QVERIFY(repaints([this] { m_person->bMute = true; }, audio));
+    QVERIFY(repaints([this] { m_person->iVolume = 90; }, {})); // muted
+    QVERIFY(repaints([this] { m_person->bHandUp = true; }, QRect(5, 5, 48, 48)));
+    // A tile that stays where it is.
+    QVERIFY(repaints([this] { m_overlay->setGeometry(m_overlay->geometry()); }, {}));
+}
+
+void TestOverlay::clicksOnControlsReachTheHub()
+{
+    QZRScreenConfig* hub = QZRScreenConfig::getInstance();
+    hub->addLivePerson(m_person.get());
+    m_person->bHandUp = m_person->bSelf = true;
+    showPicture();
+    QSignalSpy audio(hub, &QZRScreenConfig::notifyClickAudioCtrl);
+    QSignalSpy more(hub, &QZRScreenConfig::notifyClickMore);
+    QSignalSpy hand(hub, &QZRScreenConfig::handleHandup);
+    EventCounter window(m_window.get(), {QEvent::MouseButtonPress, QEvent::MouseButtonDblClick});
+    const QPoint microphone(10, 280);
+    QTest::mouseClick(m_overlay, Qt::LeftButton, {}, microphone);
+    QTest::mouseClick(m_overlay, Qt::LeftButton, {}, QPoint(399, 299));
+    QTest::mouseClick(m_overlay, Qt::LeftButton, {}, QPoint(5, 5));
+    for (const QSignalSpy* spy : {&audio, &more, &hand}) {
+        QCOMPARE(spy->count(), 1);
+        QCOMPARE(spy->at(0).at(0).value<void*>(), static_cast<void*>(m_person.get()));
+    }
+    QCOMPARE(more.at(0).at(1).toInt(), m_overlay->mapToGlobal(QPoint(400 - 48, 0)).x());
+    // The second press of a double click is neither a click nor one on the tile.
+    QTest::mouseDClick(m_overlay, Qt::LeftButton, {}, microphone);
+    QCOMPARE(audio.count(), 1);
+    QCOMPARE(window.count, 0);
+    // What is no control's goes to the tile.
+    QTest::mouseClick(m_overlay, Qt::RightButton, {}, microphone);
+    QTest::mouseClick(m_overlay, Qt::LeftButton, {}, QPoint(200, 150));
+    QCOMPARE(audio.count(), 1);
+    QCOMPARE(window.count, 2);
+}
+
+void TestOverlay::controlsOfNobodyDoNothing()
+{
+    QZRScreenConfig* hub = QZRScreenConfig::getInstance();
+    m_person->bHandUp = m_person->bSelf = true;
+    showPicture();
+    QSignalSpy audio(hub, &QZRScreenConfig::notifyClickAudioCtrl);
+    QSignalSpy hand(hub, &QZRScreenConfig::handleHandup);
+    const auto clickAll = [this] {
+        QTest::mouseClick(m_overlay, Qt::LeftButton, {}, QPoint(10, 280));
+        QTest::mouseClick(m_overlay, Qt::LeftButton, {}, QPoint(8, 8));
+    };
+    clickAll(); // the participant has gone
+    hub->addLivePerson(m_person.get());
+    m_overlay->setNoMenu(true); // not the gallery's
+    clickAll();
+    QCOMPARE(audio.count() + hand.count(), 0);
+    m_overlay->setNoMenu(false);
+    m_person->bSelf = false; // another's hand
+    m_overlay->refresh();
+    clickAll();
+    QCOMPARE(audio.count(), 1);
+    QCOMPARE(hand.count(), 0);
+}
+
+void TestOverlay::switchesChangeWhatShows()
+{
+    QZRScreenConfig* hub = QZRScreenConfig::getInstance();
+    hub->setCurScreenMode(eLayoutSpeakerRight);
+    m_person->bHandUp = m_person->bSpeaking = m_person->bLockLook = true;
+    m_person->iVideoWidth = 640;
+    m_person->iVideoHeight = 360;
+    showPicture();
+    const auto element = [this](OverlayPart part) {
+        emit QZRScreenConfig::getInstance()->sigRefreshPlayDlg();
+        return m_overlay->overlayLayout().at(part);
+    };
+    QVERIFY(element(OverlayPart::Hand).isShown());
+    hub->overlay.allHands = false;
+    QVERIFY(!element(OverlayPart::Hand).isShown());
+    QVERIFY(element(OverlayPart::Border).isShown());
+    hub->overlay.speakingHighlight = false;
+    QVERIFY(!element(OverlayPart::Border).isShown());
+    QCOMPARE(element(OverlayPart::Look).fontPx, 22);
+    hub->overlay.largerText = true;
+    QCOMPARE(element(OverlayPart::Look).fontPx, 28);
+    hub->overlay.lookOwner = 1;
+    QVERIFY(element(OverlayPart::Look).text.isEmpty());
+    hub->setCurScreenMode(eLayoutSpeaker4); // nobody is larger there
+    QVERIFY(!element(OverlayPart::Look).isShown());
+    QVERIFY(!element(OverlayPart::Resolution).isShown());
+    hub->overlay.showResolution = true;
+    QCOMPARE(element(OverlayPart::Resolution).text, QStringLiteral("640*360"));
+}
+
+void TestOverlay::ownSentenceShowsForAWhile()
+{
+    QZRScreenConfig* hub = QZRScreenConfig::getInstance();
+    showPicture();
+    const auto bubble = [this] { return m_overlay->overlayLayout().at(OverlayPart::Bubble).text; };
+    hub->AddOneSubtitle(1, 0, QStringLiteral("Alice"), QStringLiteral("closed"));
+    QCOMPARE(bubble(), QString()); // subtitles are not open
+    hub->setSubtitleOpen(true);
+    hub->AddOneSubtitle(2, 0, QStringLiteral("Bob"), QStringLiteral("not mine"));
+    QCOMPARE(bubble(), QString());
+    hub->AddOneSubtitle(3, 9, QStringLiteral("Alice"), QStringLiteral("one"));
+    QCOMPARE(bubble(), QStringLiteral("one"));
+    QTest::qWait(200);
+    hub->AddOneSubtitle(3, 9, QStringLiteral("Alice"), QStringLiteral("one two")); // grows
+    QTest::qWait(200);
+    QCOMPARE(bubble(), QStringLiteral("one two"));
+    QTRY_COMPARE(bubble(), QString());
+    hub->AddOneSubtitle(4, 0, QStringLiteral("Alice"), QStringLiteral("three"));
+    hub->clearSubtitles();
+    QCOMPARE(bubble(), QString());
+    m_window->hide();
+    hub->AddOneSubtitle(5, 0, QStringLiteral("Alice"), QStringLiteral("four"));
+    m_window->show();
+    QCOMPARE(bubble(), QString());
+}
+
+void TestOverlay::accessibleTile()
+{
+    QZRScreenConfig* hub = QZRScreenConfig::getInstance();
+    hub->addLivePerson(m_person.get());
+    CPlayWidget tile(nullptr, false);
+    tile.resize(400, 300);
+    tile.playInfo()->resize(400, 300);
+    tile.SetPersonInfo(m_person.get(), false);
+    QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(&tile);
+    QVERIFY(interface && interface->actionInterface());
+    QCOMPARE(interface->childCount(), 0);
+    QCOMPARE(interface->text(QAccessible::Name), QStringLiteral("Alice"));
+    QVERIFY(interface->text(QAccessible::Description).contains(QStringLiteral("静音")));
+    m_person->bMute = false;
+    tile.playInfo()->setOverlayMode(true); // takes over what has changed
+    QVERIFY(!interface->text(QAccessible::Description).contains(QStringLiteral("静音")));
+    QAccessibleActionInterface* actions = interface->actionInterface();
+    QCOMPARE(actions->actionNames(),
+             QStringList({QStringLiteral("microphone"), QStringLiteral("more")}));
+    QSignalSpy audio(hub, &QZRScreenConfig::notifyClickAudioCtrl);
+    actions->doAction(QStringLiteral("microphone"));
+    actions->doAction(QStringLiteral("lowerHand"));
+    actions->doAction(QStringLiteral("unknown"));
+    QCOMPARE(audio.count(), 1);
 }
 
 ZR_WIDGET_TEST_MAIN(TestOverlay)

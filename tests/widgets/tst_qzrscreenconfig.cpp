@@ -3,7 +3,9 @@
 
 #include "qzrscreenconfig.h"
 
+#include <QFile>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <atomic>
@@ -34,6 +36,7 @@ class TestHub : public QObject
     Q_OBJECT
 
 private slots:
+    void overlaySwitches();
     void cleanup() { QZRScreenConfig::destroyInstance(); }
 
     void startsFreshAfterDestruction();
@@ -172,6 +175,23 @@ void TestHub::isSharedByThreads()
     for (std::thread& thread : threads)
         thread.join();
     QVERIFY(hub().subtitles().size() <= 64);
+}
+
+void TestHub::overlaySwitches()
+{
+    const QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("sys_ver.ini"));
+    const OverlaySwitches defaults = readOverlaySwitches(path); // there is no file
+    QVERIFY(defaults.speakingHighlight && defaults.allHands && defaults.hiddenVideo);
+    QVERIFY(!defaults.largerText && !defaults.showResolution && defaults.lookOwner == 0);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("[version]\nshow_resolution=true\n[overlay]\nspeaking_highlight=false\n"
+               "all_hands=0\nlarger_text=1\nhidden_video=false\nlook_owner=1\n");
+    file.close();
+    const OverlaySwitches read = readOverlaySwitches(path);
+    QVERIFY(!read.speakingHighlight && !read.allHands && !read.hiddenVideo);
+    QVERIFY(read.largerText && read.showResolution && read.lookOwner == 1);
 }
 
 ZR_WIDGET_TEST_MAIN(TestHub)
