@@ -1,5 +1,6 @@
 #include "qdlgmain.h"
 
+#include "cdlgspeaktool.h"
 #include "platform.h"
 #include "qdlgscreen.h"
 #include "qdlgsubtitle2.h"
@@ -8,6 +9,9 @@
 #include <QCloseEvent>
 #include <QDebug>
 #include <QKeyEvent>
+
+#include <memory>
+#include <utility>
 
 namespace {
 
@@ -26,6 +30,11 @@ QDlgMain::QDlgMain(QWidget* parent)
     setWindowFlags(Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
     setGeometry(0, 0, 200, 200);
     m_pDlgScreen = new QDlgScreen(this);
+    auto tool = std::make_unique<CDlgSpeakTool>();
+    // A tool without its picture leaves the participant unseen.
+    connect(tool.get(), &CDlgSpeakTool::pictureShownChanged, m_pDlgScreen,
+            &QDlgScreen::scheduleLayout);
+    m_pDlgScreen->setSpeakTool(std::move(tool));
     m_pDlgSubtitle2 = new QDlgSubtitle2(this);
     setStyleSheet(QStringLiteral("QDlgMain{background: rgb(12,16,23);}"));
     QZRScreenConfig* hub = QZRScreenConfig::getInstance();
@@ -72,14 +81,10 @@ void QDlgMain::resizeEvent(QResizeEvent* event)
 {
     QDialog::resizeEvent(event);
     qDebug() << "m_pDlgScreen->pos:" << m_pDlgScreen->pos();
-    const QZRScreenConfig* hub = QZRScreenConfig::getInstance();
     const int panelWidth = width() / kSubtitleShare;
-    const bool shown = hub->settings.subtitleOpen && !hub->isSubtitleSuppressed();
     m_pDlgSubtitle2->setGeometry(width() - panelWidth, 0, panelWidth, height());
-    m_pDlgScreen->setGeometry(0, 0, width() - (shown ? panelWidth : 0), height());
-    m_pDlgSubtitle2->setVisible(shown);
+    showSubtitlePanel(QZRScreenConfig::getInstance()->settings.subtitleOpen);
     qDebug() << "m_pDlgScreen->pos:" << m_pDlgScreen->pos();
-    m_pDlgScreen->show();
 }
 
 void QDlgMain::showSubtitlePanel(bool bShow)
@@ -89,7 +94,12 @@ void QDlgMain::showSubtitlePanel(bool bShow)
     if (bShow)
         m_pDlgSubtitle2->setGeometry(width() - panelWidth, 0, panelWidth, height());
     m_pDlgScreen->setGeometry(0, 0, width() - (shown ? panelWidth : 0), height());
-    m_pDlgSubtitle2->setVisible(shown);
+    if (shown)
+        m_pDlgSubtitle2->showPanel();
+    else
+        m_pDlgSubtitle2->hide();
+    if (!bShow)
+        m_pDlgSubtitle2->onCleanSubtitle();
     m_pDlgScreen->show();
 }
 

@@ -1,23 +1,49 @@
 #include "qdlgsubtitle2.h"
 
+#include "nametext.h"
+#include "overlaypainter.h"
 #include "qzrscreenconfig.h"
 
+#include <QDebug>
+#include <QGraphicsScene>
+#include <QGraphicsView>
 #include <QLabel>
 #include <QPainter>
+#include <QResizeEvent>
+
+#include <algorithm>
+
+using zr::FollowStep;
+
+bool g_bSubtitleFollow = true;
 
 namespace {
 
 constexpr QColor kPanelColor(58, 62, 70);
+constexpr int kColors = 4;
+/// The panel's part of the dialog's width.
+constexpr int kPanelShare = 5;
 // Base sizes in pixels, scaled on a high-resolution screen.
 constexpr int kTitleTop = 48;
 constexpr int kTitleHeight = 64;
 constexpr int kTitleLeft = 10;
 constexpr int kTitleFont = 22;
+constexpr int kBottom = 104;
+constexpr int kLeastListWidth = 50; ///< a narrower list has not been given its size yet
+/// Before the list is given its size.
+constexpr QSize kInitialList(700, 400);
+
+int scaled(int base)
+{
+    return QZRScreenConfig::getInstance()->scaled(base);
+}
 
 } // namespace
 
 QDlgSubtitle2::QDlgSubtitle2(QWidget* parent)
     : QDialog(parent)
+    , m_pScene(std::make_unique<QGraphicsScene>())
+    , m_pListObject(std::make_unique<ListObject>(QSizeF(kInitialList)))
 {
     setWindowFlags(Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
     setGeometry(-10, -10, 9, 9);
@@ -25,19 +51,227 @@ QDlgSubtitle2::QDlgSubtitle2(QWidget* parent)
     m_pTitle->setStyleSheet(QStringLiteral("QLabel{background-color:rgb(58,62,70);"
                                            "font-family:Microsoft Yahei;font-size:%1px;"
                                            "color:rgb(205,205,205);}")
-                                .arg(QZRScreenConfig::getInstance()->scaled(kTitleFont)));
+                                .arg(scaled(kTitleFont)));
+    m_pListObject->setObjectName(QStringLiteral("SubtitleList"));
+    // 64 items at most, all of which move at once: an index would only be rebuilt.
+    m_pScene->setItemIndexMethod(QGraphicsScene::NoIndex);
+    m_pScene->addItem(m_pListObject.get());
+    m_pView = std::make_unique<QGraphicsView>(m_pScene.get(), this);
+    m_pView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_pView->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_pView->setFocusPolicy(Qt::NoFocus); // the keyboard stays where it is
+    m_pView->viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
+    m_pView->setStyleSheet(QStringLiteral("QGraphicsView{background-color:rgb(58,62,70);"
+                                          "border-style:solid;border-width:0px 0px 0px 0px;}"));
+    const QZRScreenConfig* hub = QZRScreenConfig::getInstance();
+    connect(hub, &QZRScreenConfig::notifyAddSubtitle, this, &QDlgSubtitle2::onAddSubtitle);
+    connect(hub, &QZRScreenConfig::notifyCleanSubtitle, this, &QDlgSubtitle2::onCleanSubtitle);
+    connect(m_pListObject.get(), &ListObject::scrollingEnded, this,
+            &QDlgSubtitle2::onScrollingEnded);
 }
+
+QDlgSubtitle2::~QDlgSubtitle2()
+{
+    qDebug() << "QDlgSubtitle2::~QDlgSubtitle2()";
+    m_pListObject->disconnect(this);
+    emptyList();
+    m_pView.reset();
+    m_pScene->removeItem(m_pListObject.get());
+    m_pListObject.reset();
+}
+
+// --- Geometry ---------------------------------------------------------------------------------
 
 void QDlgSubtitle2::resizeEvent(QResizeEvent* event)
 {
     QDialog::resizeEvent(event);
-    const QZRScreenConfig* hub = QZRScreenConfig::getInstance();
-    const int left = hub->scaled(kTitleLeft);
-    m_pTitle->setGeometry(left, hub->scaled(kTitleTop), qMax(0, width() - left),
-                          hub->scaled(kTitleHeight));
+    qDebug() << "subtitle2 size:" << size();
+    const int left = scaled(kTitleLeft);
+    const int viewTop = scaled(kTitleTop) + scaled(kTitleHeight);
+    m_pTitle->setGeometry(left, scaled(kTitleTop), std::max(0, width() - left),
+                          scaled(kTitleHeight));
+    m_pView->setGeometry(0, viewTop, width(), std::max(0, height() - viewTop - scaled(kBottom)));
+    const QSize viewport = m_pView->size();
+    m_pScene->setSceneRect(QRect(QPoint(0, 0), viewport));
+    m_pListObject->setSize(viewport);
+    m_bStale = true; // the lines are broken anew
+    if (isVisible())
+        reloadSubtitles();
 }
 
 void QDlgSubtitle2::paintEvent(QPaintEvent*)
 {
     QPainter(this).fillRect(rect(), kPanelColor);
+}
+
+int QDlgSubtitle2::getItemWidth()
+{
+    auto itemWidth = static_cast<int>(m_pListObject->size().width());
+    if (itemWidth < scaled(kLeastListWidth)) {
+        itemWidth = parentWidget() ? parentWidget()->width() / kPanelShare : width();
+        m_pListObject->setSize(m_pView->viewport()->size());
+    }
+    qDebug() << "getItemWidth:" << itemWidth;
+    return itemWidth;
+}
+
+int QDlgSubtitle2::listHeight() const
+{
+    return static_cast<int>(m_pListObject->size().height());
+}
+
+// --- Content ----------------------------------------------------------------------------------
+
+void QDlgSubtitle2::showPanel()
+{
+    if (isHidden()) {
+        g_bSubtitleFollow = true;
+        m_bStale = true;
+    }
+    show();
+    if (m_bStale) // its dialog is not visible yet
+        reloadSubtitles();
+}
+
+void QDlgSubtitle2::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    if (m_bStale)
+        reloadSubtitles();
+}
+
+void QDlgSubtitle2::hideEvent(QHideEvent* event)
+{
+    QDialog::hideEvent(event);
+    stopScrolling();
+}
+
+void QDlgSubtitle2::onAddSubtitle(int iIDIdx)
+{
+    if (!isVisible()) {
+        m_bStale = true;
+        return;
+    }
+    const QMap<int, SubtitleRecord> sentences = QZRScreenConfig::getInstance()->subtitles();
+    const auto found = sentences.find(iIDIdx);
+    if (found != sentences.end())
+        addOrUpdateItem(iIDIdx, found.value());
+}
+
+void QDlgSubtitle2::onCleanSubtitle()
+{
+    emptyList();
+    m_bStale = true; // another thread may have added a sentence between the clearing and its notice
+    if (isVisible())
+        reloadSubtitles();
+}
+
+void QDlgSubtitle2::reloadSubtitles()
+{
+    m_bStale = false;
+    emptyList();
+    const QMap<int, SubtitleRecord> sentences = QZRScreenConfig::getInstance()->subtitles();
+    for (auto it = sentences.begin(); it != sentences.end(); ++it)
+        insertItem(it.key(), it.value());
+    view().relayout();
+    if (g_bSubtitleFollow)
+        moveToEnd();
+}
+
+void QDlgSubtitle2::emptyList()
+{
+    stopScrolling();
+    m_mapItems.clear();
+    view().clearItems();
+    view().setPos(0, 0);
+}
+
+void QDlgSubtitle2::stopScrolling()
+{
+    m_iContentAtHold = -1; // first: nothing is judged when the list comes to rest
+    m_pListObject->stopScrolling();
+}
+
+void QDlgSubtitle2::insertItem(int id, const SubtitleRecord& record)
+{
+    const int bottom = view().contentHeight();
+    const QString text = zr::shownSentence(record.transStr);
+    const int itemWidth = getItemWidth();
+    const int height = globalGetItemHeight(text, itemWidth);
+    auto* item = new RectObject(text, 0, bottom, itemWidth, height, kPanelColor, id, &view());
+    item->setItemHeight(std::max(height, item->drawnHeight()));
+    item->setName(zr::shortName(record.userName));
+    item->setColor(avatarColor(zr::repeatedIndex(record.iColorType, kColors)));
+    view().sortIn(item);
+    m_mapItems.insert(id, item);
+    if (m_mapItems.size() > zr::kMaxSubtitles)
+        view().removeItem(m_mapItems.take(m_mapItems.firstKey()));
+}
+
+int QDlgSubtitle2::updateItem(RectObject& item, const SubtitleRecord& record)
+{
+    item.setName(zr::shortName(record.userName));
+    item.setColor(avatarColor(zr::repeatedIndex(record.iColorType, kColors)));
+    const QString text = zr::shownSentence(record.transStr);
+    if (text == item.text())
+        return 0;
+    const int oldHeight = item.itemHeight();
+    item.setText(text);
+    const int height = std::max(globalGetItemHeight(text, getItemWidth()), item.drawnHeight());
+    if (height != oldHeight) {
+        item.setItemHeight(height);
+        view().relayout();
+    }
+    return height - oldHeight;
+}
+
+void QDlgSubtitle2::addOrUpdateItem(int id, const SubtitleRecord& record)
+{
+    const int shownHeight = qRound(view().boundingRect().height());
+    const int bottom = view().contentHeight();
+    RectObject* item = m_mapItems.value(id);
+    int newBottom = bottom;
+    if (item) {
+        newBottom += updateItem(*item, record);
+    } else if (g_bSubtitleFollow) {
+        insertItem(id, record);
+        view().relayout();
+        newBottom = view().contentHeight();
+    } else {
+        newBottom += globalGetItemHeight(zr::shownSentence(record.transStr), getItemWidth());
+    }
+    if (m_pListObject->isScrolling()) {
+        // Whoever has a finger on the list is not pulled away. Judged when it rests.
+        if (m_iContentAtHold < 0)
+            m_iContentAtHold = shownHeight;
+        m_pListObject->contentChanged();
+        return;
+    }
+    follow(newBottom, shownHeight);
+}
+
+void QDlgSubtitle2::follow(int newBottomPx, int oldContentPx)
+{
+    const FollowStep step = zr::followStep(listHeight(), newBottomPx, view().y(), oldContentPx);
+    const bool wasFollowing = g_bSubtitleFollow;
+    // Where all fits there is nothing to read back to, and nothing that would ever end it.
+    g_bSubtitleFollow = step != FollowStep::Reading;
+    if (!g_bSubtitleFollow)
+        return;
+    if (wasFollowing)
+        moveToEnd();
+    else
+        reloadSubtitles(); // with the sentences that have waited
+}
+
+void QDlgSubtitle2::onScrollingEnded()
+{
+    const int oldContent = std::exchange(m_iContentAtHold, -1);
+    if (oldContent >= 0)
+        follow(view().contentHeight(), oldContent);
+}
+
+void QDlgSubtitle2::moveToEnd()
+{
+    view().setPos(0, -zr::scrollRange(view().contentHeight(), listHeight()));
 }

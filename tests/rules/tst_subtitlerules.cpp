@@ -1,0 +1,125 @@
+// What the subtitle list shows of a sentence, how high it is, and when it follows the newest one.
+#include "subtitlerules.h"
+
+#include <QtTest>
+
+#include <limits>
+
+using zr::FollowStep;
+
+class TestSubtitleRules : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void breaksTextIntoLines_data();
+    void breaksTextIntoLines();
+    void keepsHeightsInBounds();
+    void showsWhatCanBeDrawn();
+    void repeatsTheTable();
+    void followsTheEnd_data();
+    void followsTheEnd();
+    void scrollsUpAndDownOnly();
+
+private:
+    const zr::SubtitleMetrics m_metrics{40, 10, 10, 5, 26, 27};
+};
+
+void TestSubtitleRules::breaksTextIntoLines_data()
+{
+    QTest::addColumn<int>("text");
+    QTest::addColumn<int>("item");
+    QTest::addColumn<int>("lines");
+    QTest::newRow("empty") << 0 << 355 << 1;
+    QTest::newRow("exactly one line") << 300 << 355 << 1;
+    QTest::newRow("a pixel more") << 301 << 355 << 2;
+    QTest::newRow("exactly three lines") << 900 << 355 << 3;
+    QTest::newRow("room for a pixel") << 7 << 56 << 7;
+    QTest::newRow("no room") << 900 << 55 << 1;
+    QTest::newRow("less than none") << 900 << 40 << 1;
+    QTest::newRow("no width") << 900 << 0 << 1;
+}
+
+void TestSubtitleRules::breaksTextIntoLines()
+{
+    QFETCH(int, text);
+    QFETCH(int, item);
+    QFETCH(int, lines);
+    QCOMPARE(zr::subtitleLines(text, item - zr::subtitleTextLeft(m_metrics)), lines);
+    QCOMPARE(zr::subtitleItemHeight(lines, m_metrics), 27 * lines + 39);
+}
+
+void TestSubtitleRules::keepsHeightsInBounds()
+{
+    // An avatar that is higher than a line of text.
+    QCOMPARE(zr::subtitleItemHeight(1, {80, 20, 20, 10, 26, 27}), 80);
+    QCOMPARE(zr::subtitleTextTop(m_metrics), 7.0);
+    // A million lines: all items together still fit an int.
+    const qint64 highest = zr::subtitleItemHeight(1000000, m_metrics);
+    QVERIFY(highest > 10000000);
+    QVERIFY(zr::kMaxSubtitles * (highest + 20) < std::numeric_limits<int>::max());
+}
+
+void TestSubtitleRules::showsWhatCanBeDrawn()
+{
+    const QChar line(QChar::LineSeparator);
+    QCOMPARE(zr::shownSentence("a\r\nb\rc\nd\u2029e"), QString("a%1b%1c%1d%1e").arg(line));
+    QCOMPARE(zr::shownSentence(QString("tab\tbell\a") + QChar(0)), QString("tab bell  "));
+    const QString ordinary = QString::fromUtf8("大家好 hello 👍");
+    QCOMPARE(zr::shownSentence(ordinary), ordinary);
+    QCOMPARE(zr::shownSentence(QString(100000, 'x')).size(), 100000);
+    QVERIFY(zr::shownSentence(QString(1000000, 'x')).size() < 1000000);
+}
+
+void TestSubtitleRules::repeatsTheTable()
+{
+    for (int index = -9; index < 9; ++index) {
+        QCOMPARE(zr::repeatedIndex(index, 4), (index + 12) % 4);
+        QCOMPARE(zr::repeatedIndex(index + 4, 4), zr::repeatedIndex(index, 4));
+    }
+    QCOMPARE(zr::repeatedIndex(std::numeric_limits<int>::min(), 4), 0);
+    QCOMPARE(zr::repeatedIndex(std::numeric_limits<int>::max(), 4), 3);
+}
+
+void TestSubtitleRules::followsTheEnd_data()
+{
+    QTest::addColumn<int>("newBottom");
+    QTest::addColumn<double>("position");
+    QTest::addColumn<int>("oldContent");
+    QTest::addColumn<int>("step");
+    const auto row = [](const char* name, int newBottom, double position, int oldContent,
+                        FollowStep step) {
+        QTest::newRow(name) << newBottom << position << oldContent << static_cast<int>(step);
+    };
+    row("first sentence", 66, 0, 0, FollowStep::Fits);
+    row("a pixel is left", 399, 0, 330, FollowStep::Fits);
+    row("just full", 400, 0, 334, FollowStep::ToEnd);
+    row("first overflow", 460, 0, 394, FollowStep::ToEnd);
+    row("at the end", 1060, -600, 1000, FollowStep::ToEnd);
+    row("10 pixels off the end", 1060, -590, 1000, FollowStep::ToEnd);
+    row("11 pixels off the end", 1060, -589, 1000, FollowStep::Reading);
+    row("at the top", 1060, 0, 1000, FollowStep::Reading);
+    row("pulled past the end", 1060, -640, 1000, FollowStep::ToEnd);
+    row("first sentence overflows", 5000, 0, 0, FollowStep::ToEnd);
+}
+
+void TestSubtitleRules::followsTheEnd()
+{
+    QFETCH(int, newBottom);
+    QFETCH(double, position);
+    QFETCH(int, oldContent);
+    QFETCH(int, step);
+    QCOMPARE(static_cast<int>(zr::followStep(400, newBottom, position, oldContent)), step);
+}
+
+void TestSubtitleRules::scrollsUpAndDownOnly()
+{
+    QCOMPARE(zr::scrollRange(1000, 400), 600);
+    QCOMPARE(zr::scrollRange(300, 400), 0);
+    QCOMPARE(zr::scrolledPosition({3, 120}, {0, 0}), QPointF(0, -120));
+    QCOMPARE(zr::scrolledPosition({0, 0}, {5, -30}), QPointF(0, 30));    // pulled down at the top
+    QCOMPARE(zr::scrolledPosition({0, 600}, {5, 30}), QPointF(0, -630)); // and up at the end
+}
+
+QTEST_APPLESS_MAIN(TestSubtitleRules)
+#include "tst_subtitlerules.moc"

@@ -1,0 +1,45 @@
+// The rules of the watermark over shared screens: what it says, and where it is repeated.
+#pragma once
+
+#include <QPoint>
+#include <QSize>
+#include <QString>
+#include <QVector>
+
+namespace zr {
+
+/// What the host tells about the local user.
+struct WatermarkInfo
+{
+    bool enabled = false;
+    int kind = 0; ///< what follows the name: 1 the phone number, 2 the address, else nothing
+    QString name;
+    QString phone;
+    QString email;
+};
+
+/// The text of the watermark, in one line; empty for none. The fourth to seventh character of a
+/// phone number become asterisks; one of fewer than seven characters is shown as it is. Beyond
+/// 20,000 code units the text is cut: no window shows more of it.
+QString watermarkText(const WatermarkInfo& info);
+
+/// Sizes of the watermark's text, in pixels.
+struct WatermarkMetrics
+{
+    int textWidthPx = 0;
+    int lineHeightPx = 0; ///< ascent and descent
+    int averageCharPx = 0;
+};
+
+/// The text rises to the right.
+constexpr int kWatermarkDegrees = -30;
+
+/// Where the text's baseline begins, again and again, in a system of coordinates whose origin is
+/// the centre of the tile and which is turned by kWatermarkDegrees. They reach one tile's size in
+/// every direction, which covers the corners.
+QVector<QPoint> watermarkGrid(const QSize& tile, const WatermarkMetrics& metrics);
+
+/// How much of a text that is longer than the tile can be seen at most, from its beginning.
+int visibleWatermarkPx(const QSize& tile);
+
+} // namespace zr
