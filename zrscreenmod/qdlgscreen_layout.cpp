@@ -264,7 +264,9 @@ void QDlgScreen::applyPlacements(const char* prefix, const std::vector<PlacedPer
             continue;
         }
         const bool moved = tile->geometry() != rect;
-        if (moved || !tile->isShowing())
+        const bool appears = !tile->isShowing();
+        m_bRaiseControls = m_bRaiseControls || appears;
+        if (moved || appears)
             qDebug() << prefix << i << ",userName:" << person->userName
                      << "pWidget:" << static_cast<void*>(tile) << "Geometry:" << rect;
         setPersonStreamType(person, grade);
@@ -351,6 +353,8 @@ void QDlgScreen::showSpeakTool(tagPersonInfo* person)
     }
     if (m_pSpeakTool->boundPerson() != person) {
         m_pSpeakTool->bindPerson(person);
+        if (m_pSpeakTool->boundPerson() != person)
+            return; // deleted by the host, from inside the message that it is shown
         if (m_iSpeakToolTimerId != 0)
             killTimer(m_iSpeakToolTimerId);
         m_iSpeakToolTimerId = startTimer(kSpeakToolRefreshMs, Qt::CoarseTimer);

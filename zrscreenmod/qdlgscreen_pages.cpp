@@ -140,6 +140,13 @@ void QDlgScreen::updatePageControls()
     show(m_pPageNext, shown);
     show(m_pPageMark, shown && marks);
     show(m_pPageScroll, shown && !marks);
+    // A tile is created above them. Putting it below at once would repaint the gallery whenever
+    // somebody joins; raising them costs nothing while tiles appear.
+    if (std::exchange(m_bRaiseControls, false)) {
+        for (QWidget* control :
+             std::initializer_list<QWidget*>{m_pPagePre, m_pPageNext, m_pPageMark, m_pPageScroll})
+            control->raise();
+    }
 }
 
 void QDlgScreen::updateNoVideo()

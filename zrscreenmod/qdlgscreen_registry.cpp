@@ -5,7 +5,6 @@
 #include "paging.h"
 #include "personorder.h"
 #include "platform.h"
-#include "qmypagectrl.h"
 #include "qzrscreenconfig.h"
 #include "speaktool.h"
 
@@ -78,7 +77,6 @@ tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userN
             Qt::QueuedConnection);
     }
     tile->SetPersonInfo(person, false);
-    tile->lower(); // under the page controls, and not created yet, as stackUnder would
     person->pWidget = tile;
 
     m_mapOwned.emplace(person, std::move(record));
