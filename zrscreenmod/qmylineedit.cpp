@@ -43,6 +43,14 @@ void QMyLineEdit::notifyHosts(unsigned long dwMsg) const
 
 bool QMyLineEdit::event(QEvent* event)
 {
+    // X11 sends the keys of a window that has the keyboard to the window inside of it that is under
+    // the mouse: what the user types for the host would end up here.
+    const bool isKey =
+        event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (isKey && !hasFocus()) {
+        event->ignore();
+        return true;
+    }
     // Not in keyPressEvent: Tab does not get there while there is another widget to go to.
     if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Tab) {
         return pressTab(event);

@@ -103,7 +103,8 @@ void TestTextControls::show(QMyLineEdit& edit)
         "padding:0 8px;selection-background-color:#5998FF;}"));
     edit.setGeometry(100, 100, 240, 36);
     edit.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&edit));
+    edit.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&edit));
 }
 
 void TestTextControls::echoesAsItsGolden_data()
@@ -193,6 +194,7 @@ void TestTextControls::maySurviveItsRelease()
 void TestTextControls::ownsItsValidator()
 {
     auto edit = std::make_unique<QMyLineEdit>();
+    show(*edit);
     QVERIFY(edit->setInputPattern(QStringLiteral("[0-9]{0,3}")));
     const QPointer<const QObject> first(edit->validator());
     QTest::keyClicks(edit.get(), "1a2b345");
