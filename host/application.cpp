@@ -1,6 +1,7 @@
 #include "application.h"
 
 #include "host_error.h"
+#include "host_keyboard.h"
 #include "png_file.h"
 
 #include <cstdio>
@@ -211,6 +212,16 @@ void Application::click(WindowId id, Point at, int times)
 void Application::turnWheel(WindowId id, Point at, int steps)
 {
     window(id).turnWheel(at, steps);
+}
+
+void Application::typeText(const std::string& utf8)
+{
+    zrhost::typeText(utf8);
+}
+
+void Application::pressKey(Key key)
+{
+    zrhost::pressKey(key);
 }
 
 void Application::print(const std::string& line)

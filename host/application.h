@@ -28,6 +28,8 @@ public:
     void saveWindow(WindowId id, const std::string& file) override;
     void click(WindowId id, Point at, int times) override;
     void turnWheel(WindowId id, Point at, int steps) override;
+    void typeText(const std::string& utf8) override;
+    void pressKey(Key key) override;
     void print(const std::string& line) override;
     void fail(const std::string& line) override;
     void quit() override;

@@ -102,6 +102,7 @@ const std::vector<Command>& commandTable()
         std::vector<Command> commands;
         addMeetingCommands(commands);
         addScreenCommands(commands);
+        addControlCommands(commands);
         return commands;
     }();
     return table;

@@ -109,9 +109,10 @@ void printRefusal(Session& session, const Args& args, int result);
 /// Prints the answer of a query: the command, its arguments and the number.
 void printAnswer(Session& session, const Args& args, int answer);
 
-/// The two halves of the table.
+/// The parts of the table.
 void addMeetingCommands(std::vector<Command>& table);
 void addScreenCommands(std::vector<Command>& table);
+void addControlCommands(std::vector<Command>& table);
 
 namespace arg {
 

@@ -16,6 +16,10 @@ ScreenApi ScreenApi::resolve(const std::function<void*(const char*)>& lookUp)
         missing += missing.empty() ? "ZRScreen_" #name : ", ZRScreen_" #name;
     ZRHOST_SCREEN_EXPORTS(ZRHOST_RESOLVE)
 #undef ZRHOST_RESOLVE
+    std::string missingControls;
+    api.controls = ControlApi::resolve(lookUp, missingControls);
+    missing +=
+        missing.empty() ? missingControls.substr(missingControls.empty() ? 0 : 2) : missingControls;
     if (!missing.empty())
         throw HostError("the library does not export " + missing);
     return api;

@@ -1,13 +1,14 @@
 // The module's exports as a table of function pointers: the host never links the library.
 #pragma once
 
+#include "control_api.h"
 #include "zrscreenmod/zrscreenmod.h"
 
 #include <functional>
 
 namespace zrhost {
 
-/// Every export of the public header, without its prefix `ZRScreen_`.
+/// Every export of the screen, without its prefix `ZRScreen_`.
 #define ZRHOST_SCREEN_EXPORTS(X)                                                                   \
     X(Init)                                                                                        \
     X(SetParent)                                                                                   \
@@ -64,6 +65,7 @@ struct ScreenApi
 #define ZRHOST_MEMBER(name) decltype(&::ZRScreen_##name) name = nullptr;
     ZRHOST_SCREEN_EXPORTS(ZRHOST_MEMBER)
 #undef ZRHOST_MEMBER
+    ControlApi controls;
 
     /// Looks every export up by its full name.
     /// @throws HostError that names all exports for which `lookUp` returns null

@@ -31,6 +31,7 @@ VantrelRTCVideoFrameQT frameOf(const Picture& picture)
 Session::Session(const ScreenApi& api, Stage& stage, const Settings& settings)
     : m_api(api)
     , m_stage(stage)
+    , m_controls(api.controls, stage)
     , m_settings(settings)
     , m_followStreams(settings.followStreams)
 {

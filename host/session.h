@@ -1,6 +1,7 @@
 // The meeting as the host sees it: its participants and the screen that shows them.
 #pragma once
 
+#include "control_desk.h"
 #include "media_source.h"
 #include "media_thread.h"
 #include "screen_api.h"
@@ -81,6 +82,8 @@ public:
 
     [[nodiscard]] const ScreenApi& api() const { return m_api; }
     [[nodiscard]] Stage& stage() { return m_stage; }
+    /// They outlive the screen, and go with the session.
+    [[nodiscard]] ControlDesk& controls() { return m_controls; }
     [[nodiscard]] const std::vector<std::unique_ptr<Participant>>& people() const
     {
         return m_people;
@@ -99,6 +102,7 @@ private:
 
     const ScreenApi& m_api;
     Stage& m_stage;
+    ControlDesk m_controls;
     Settings m_settings;
     void* m_screen = nullptr;
     WindowId m_parent = WindowId::Main;

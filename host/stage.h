@@ -24,6 +24,15 @@ struct Point
     int y = 0;
 };
 
+/// A key that types no text.
+enum class Key
+{
+    Tab,
+    Enter,
+    Escape,
+    Backspace
+};
+
 class Stage
 {
 public:
@@ -42,6 +51,9 @@ public:
     virtual void click(WindowId id, Point at, int times) = 0;
     /// Turns the wheel there: away from the user for positive steps.
     virtual void turnWheel(WindowId id, Point at, int steps) = 0;
+    /// Types at the keyboard, wherever the system sends the keys. @throws HostError
+    virtual void typeText(const std::string& utf8) = 0;
+    virtual void pressKey(Key key) = 0;
 
     /// Prints one line for the user.
     virtual void print(const std::string& line) = 0;

@@ -49,18 +49,15 @@ std::string show(const tagRECT* rect)
 template<typename... Args>
 int record(const char* name, const void* screen, const Args&... args)
 {
-    const std::lock_guard<std::mutex> lock(g_mutex);
+    std::unique_lock<std::mutex> lock(g_mutex); // people are looked up
     std::string call = std::string(name) + "(";
     [[maybe_unused]] const char* separator = ""; // not used without arguments
     ((call += separator + show(args), separator = ", "), ...);
     call += ")";
     if (screen != &g_screen)
         call += " with a wrong screen";
-    g_calls.push_back(call);
-    if (std::getenv("FAKESCREEN_PRINT")) {
-        std::printf("call %s\n", call.c_str());
-        std::fflush(stdout);
-    }
+    lock.unlock();
+    recordFakeCall(call);
     return screen == &g_screen ? 1 : 0;
 }
 
@@ -70,6 +67,16 @@ FakePerson* person(void* play)
 }
 
 } // namespace
+
+void recordFakeCall(const std::string& call)
+{
+    const std::lock_guard<std::mutex> lock(g_mutex);
+    g_calls.push_back(call);
+    if (std::getenv("FAKESCREEN_PRINT")) {
+        std::printf("call %s\n", call.c_str());
+        std::fflush(stdout);
+    }
+}
 
 std::vector<std::string> takeFakeCalls()
 {
@@ -97,7 +104,7 @@ void* fakeExport(const std::string& name)
 #undef FAKE_ENTRY
     };
     const auto found = exports.find(name);
-    return found == exports.end() ? nullptr : found->second;
+    return found == exports.end() ? fakeControlExport(name) : found->second;
 }
 
 ZRNotify fakeNotify()

@@ -13,5 +13,11 @@
 [[nodiscard]] std::size_t fakeFrameCount();
 /// The stand-in's exports; null for an unknown name.
 [[nodiscard]] void* fakeExport(const std::string& name);
+/// As fakeExport, for the embedded controls, of which there is one of each kind.
+[[nodiscard]] void* fakeControlExport(const std::string& name);
+/// Notes a call that was made.
+void recordFakeCall(const std::string& call);
+/// The function that the host gave to ZRScreenDate_Init.
+[[nodiscard]] ZRNotify fakeDateNotify();
 /// The function that the host gave to ZRScreen_Init.
 [[nodiscard]] ZRNotify fakeNotify();
