@@ -1,0 +1,13 @@
+#include "cplaywidgetextend.h"
+
+#include "qdlgplayinfo.h"
+
+bool CPlayWidgetExtend::SetPersonInfo(tagPersonInfo* pPerson, bool)
+{
+    if (!pPerson)
+        return CPlayWidget::SetPersonInfo(nullptr, false);
+    const bool changed = pPerson->bPreview ? playInfo()->setPerson(pPerson)
+                                           : CPlayWidget::SetPersonInfo(pPerson, false);
+    StartShow();
+    return changed;
+}
