@@ -164,7 +164,7 @@ bool QDlgScreen::DelPerson(tagPersonInfo* person)
     if (m_iLookMode == eLayoutShare && (person->bAllLook || person->bLockLook))
         m_iLookMode = eLayoutSpeakerRight; // there is nothing to maximise once the pin has gone
     if (wasFocus && !isShare && person->bLockLook)
-        hub().setCurScreenMode(m_iLookMode);
+        setMeetingMode(static_cast<eLayoutType>(m_iLookMode));
     if (m_pMorePerson == person) {
         m_pMorePerson = nullptr;
         hub().broadcast(ZRMSG_MORE_MENU_CLOSED, 0, 0);

@@ -1,7 +1,6 @@
 // The gallery: registry, arrangement, messages, and what hosts do to it from inside a message.
 #include "gallerytest.h"
 
-using zrtest::EventCounter;
 using zrtest::HostDouble;
 
 class TestGallery : public QObject
@@ -14,10 +13,7 @@ private slots:
 
     void joinTimesAreUniqueAndOrdered();
     void knownIdGivesTheSamePerson();
-    void placesTiles_data();
-    void placesTiles();
     void nothingIsPlacedBeforeJoining();
-    void renamingMovesNothing();
     void pagesTurnAndCloseStreamsLate();
     void shareTakesTheScreenAndGivesItBack();
     void deadRecordsAreIgnored();
@@ -91,41 +87,6 @@ void TestGallery::knownIdGivesTheSamePerson()
     QCOMPARE(m_gallery->findChildren<CPlayWidget*>().size(), 1);
 }
 
-void TestGallery::placesTiles_data()
-{
-    QTest::addColumn<int>("count");
-    QTest::addColumn<bool>("nine");
-    QTest::addColumn<QList<QRect>>("rects"); // of the first tiles
-    QTest::addColumn<int>("visible");
-    QTest::newRow("one") << 1 << false << QList<QRect>{{0, 0, 1280, 720}} << 1;
-    QTest::newRow("two") << 2 << false << QList<QRect>{{0, 180, 639, 359}, {641, 180, 639, 359}}
-                         << 2;
-    QTest::newRow("six") << 6 << false << QList<QRect>{{0, 120, 425, 239}, {427, 120, 425, 239}}
-                         << 6;
-    QTest::newRow("seven on two pages")
-        << 7 << false << QList<QRect>{{0, 120, 425, 239}, {427, 120, 425, 239}} << 6;
-    QTest::newRow("seven with nine a page") << 7 << true << QList<QRect>{{0, 0, 425, 239}} << 7;
-}
-
-void TestGallery::placesTiles()
-{
-    QFETCH(int, count);
-    QFETCH(bool, nine);
-    QFETCH(QList<QRect>, rects);
-    QFETCH(int, visible);
-    hub().settings.support9EqualCut = nine;
-    const auto persons = addMany(count);
-    for (int i = 0; i < rects.size(); ++i)
-        QCOMPARE(persons[static_cast<std::size_t>(i)]->pWidget->geometry(), rects[i]);
-    int shown = 0;
-    for (const tagPersonInfo* person : persons) {
-        shown += person->pWidget->isVisible();
-        QCOMPARE(person->pWidget->isVisible(), person->pWidget->isShowing());
-    }
-    QCOMPARE(shown, visible);
-    QCOMPARE(m_host->count(ZRMSG_VIDEO_SHOWN), visible);
-}
-
 void TestGallery::nothingIsPlacedBeforeJoining()
 {
     m_gallery->setJoinMeetingFinish(false);
@@ -134,22 +95,6 @@ void TestGallery::nothingIsPlacedBeforeJoining()
     QCOMPARE(m_host->count(ZRMSG_VIDEO_SHOWN), 0);
     m_gallery->setJoinMeetingFinish(true);
     QVERIFY(m_gallery->isPersonVisible("u0"));
-}
-
-void TestGallery::renamingMovesNothing()
-{
-    const auto persons = addMany(3);
-    QTest::qWait(50);
-    std::vector<std::unique_ptr<EventCounter>> counters;
-    for (const tagPersonInfo* person : persons)
-        counters.push_back(std::make_unique<EventCounter>(person->pWidget));
-    m_host->messages.clear();
-    m_gallery->updatePersonInfo(persons[1], false, 0, "New name", 0);
-    settle();
-    QCOMPARE(persons[1]->userName, QString("New name"));
-    for (const auto& counter : counters)
-        QCOMPARE(counter->changes, 0);
-    QCOMPARE(m_host->count(ZRMSG_VIDEO_SHOWN), 0);
 }
 
 void TestGallery::pagesTurnAndCloseStreamsLate()
