@@ -11,6 +11,7 @@ install(TARGETS ZRScreenMod EXPORT ZRScreenModTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development)
 install(FILES
   ${PROJECT_SOURCE_DIR}/zrscreenmod/zrcontrols.h
+  ${PROJECT_SOURCE_DIR}/zrscreenmod/zrextscreen.h
   ${PROJECT_SOURCE_DIR}/zrscreenmod/zrscreenmod.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development)
 install(EXPORT ZRScreenModTargets NAMESPACE ZRScreenMod::

@@ -400,7 +400,9 @@ void CPlayWidget::StartShow()
 {
     m_bShow = true;
     show();
-    if (tagPersonInfo* const person = GetPersonInfo()) {
+    tagPersonInfo* const person = GetPersonInfo();
+    // An extended screen's record is not one that the hosts know.
+    if (person && !m_pPlayInfo->state().bNoMenu) {
         // The hosts are called from here, and what they do may remove the tile.
         const QPointer<CPlayWidget> alive(this);
         QZRScreenConfig::getInstance()->setPersonShown(person, true);

@@ -2,6 +2,7 @@
 
 #include "boundary.h"
 #include "controlhandle.h"
+#include "exthandle.h"
 #include "diagnostics.h"
 #include "guithread.h"
 #include "platform.h"
@@ -57,6 +58,7 @@ void destroyInterface()
 {
     delete std::exchange(g_pRegistrationTimer, nullptr);
     releaseAllControls();
+    releaseAllExtScreens();
     releaseAllScreens();
     QZRScreenConfig::destroyInstance();
 }
@@ -247,6 +249,7 @@ void endWithProcess()
         });
     }
     abandonAllScreens();
+    abandonAllExtScreens();
     GuiThread::shutdown();
     closeLog(dropLogMessages);
     // The host may still unload the module, in a destructor of its own.

@@ -2,8 +2,8 @@
 #include "qdlgscreen.h"
 
 #include "cplaywidget.h"
-#include "i420frame.h"
 #include "platform.h"
+#include "playableframe.h"
 #include "qzrscreenconfig.h"
 #include "speaktool.h"
 
@@ -15,14 +15,6 @@ namespace {
 quint64 packedSize(quint32 width, quint32 height)
 {
     return quint64(width) << 32 | height;
-}
-
-/// True when the picture has a size that the tiles take and memory that can be read.
-bool isPlayable(const VantrelRTCVideoFrameQT& frame)
-{
-    return zr::isFrameSizeValid(frame.width, frame.height)
-           && platform::isReadable(frame.pData,
-                                   zr::sourceLayout(frame.width, frame.height).totalBytes());
 }
 
 } // namespace

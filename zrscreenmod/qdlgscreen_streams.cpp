@@ -160,7 +160,8 @@ void QDlgScreen::changePersonVideoMute(bool bMute)
                 // The camera was switched off while nobody saw it.
                 scheduleLayout();
             }
-        } else if (bMute && person->iPlayState != kPlayHidden) {
+        } else if (bMute && person->iPlayState != kPlayHidden
+                   && !hub().isExtUser(person->userID)) {
             qDebug() << (person->iPlayState == kPlayShown ? "closePreview2,userName:"
                                                           : "closePreview1,userName:")
                      << person->userName;
@@ -179,7 +180,8 @@ void QDlgScreen::muteInvisiblePerson(bool bMute)
     const std::vector<tagPersonInfo*> persons = m_vecPerson;
     for (tagPersonInfo* candidate : persons) {
         tagPersonInfo* person = livePerson(candidate);
-        if (!person || isTileVisible(person) || person->iPlayState == kPlayHidden)
+        if (!person || isTileVisible(person) || person->iPlayState == kPlayHidden
+            || hub().isExtUser(person->userID))
             continue;
         qDebug() << "closePreviewWhenSelfShare,userName:" << person->userName;
         reportHidden(person);

@@ -177,6 +177,21 @@ void QZRScreenConfig::setPersonShown(tagPersonInfo* person, bool bShown)
     broadcast(bShown ? ZRMSG_VIDEO_SHOWN : ZRMSG_VIDEO_HIDDEN, person);
 }
 
+// --- Extended screens ---
+
+void QZRScreenConfig::setExtUser(const void* extScreen, const QString& userId)
+{
+    if (userId.isEmpty())
+        m_mapExtUser.remove(extScreen);
+    else
+        m_mapExtUser.insert(extScreen, userId);
+}
+
+bool QZRScreenConfig::isExtUser(const QString& userId) const
+{
+    return std::find(m_mapExtUser.begin(), m_mapExtUser.end(), userId) != m_mapExtUser.end();
+}
+
 // --- Host callbacks ---------------------------------------------------------------------------
 
 void QZRScreenConfig::registerUICallback(CAbsUIMsgCallback* callback)

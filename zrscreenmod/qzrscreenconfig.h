@@ -173,6 +173,12 @@ public:
     /// Reports a tile as shown or hidden: stores the play state and tells the hosts. GUI thread.
     void setPersonShown(tagPersonInfo* person, bool bShown);
 
+    // --- Extended screens; GUI thread ---
+    /// Tells whom an extended screen shows; an empty id means nobody.
+    void setExtUser(const void* extScreen, const QString& userId);
+    /// Whether the participant is on an extended screen, and their stream in use there.
+    bool isExtUser(const QString& userId) const;
+
     // --- Host callbacks; GUI thread ---
     void registerUICallback(CAbsUIMsgCallback* callback);
     /// @return whether the callback was registered.
@@ -277,6 +283,8 @@ private:
     std::unordered_set<const tagPersonInfo*> m_setLivePerson;
 
     std::vector<QDlgScreen*> m_vecGallery; ///< in the order of their creation
+
+    QMap<const void*, QString> m_mapExtUser; ///< by extended screen
 
     std::set<CAbsUIMsgCallback*> m_setUICallback;
     int m_iBroadcastDepth = 0;

@@ -1,5 +1,6 @@
 #include "screenhandle.h"
 
+#include "exthandle.h"
 #include "guithread.h"
 #include "platform.h"
 #include "qdlgmain.h"
@@ -36,11 +37,7 @@ void destroyScreen(ST_ZRScreenHdl* screen)
     delete screen->m_pDlgMain;
     delete screen->m_pCallback;
     delete screen;
-    // The settings belong to all screens, so they start afresh when the last one has gone.
-    if (!isAnyScreenLeft()) {
-        QZRScreenConfig::destroyInstance();
-        QZRScreenConfig::getInstance();
-    }
+    startAfreshIfUnused();
 }
 
 /// Destroying a screen under a call or a message of the GUI thread would pull the ground from
@@ -94,6 +91,16 @@ bool CWin32UICallback::UIMsgNotify(unsigned long dwMsg, unsigned long long wPara
     if (m_pHandle && m_pHandle->m_hostNotify)
         m_pHandle->m_hostNotify(dwMsg, wParam, lParam);
     return true;
+}
+
+void startAfreshIfUnused()
+{
+    // The settings belong to all screens, so they start afresh when the last one has gone.
+    // Extended screens are connected to them as well.
+    if (isAnyScreenLeft() || isAnyExtScreenLeft())
+        return;
+    QZRScreenConfig::destroyInstance();
+    QZRScreenConfig::getInstance();
 }
 
 // --- Play handles -----------------------------------------------------------------------------

@@ -120,6 +120,9 @@ ST_ZRScreenHdl* createScreen(HWND hParent, ZRNotify notify);
 /// working on (the host released it from inside a message or a call) is taken off the registry at
 /// once and destroyed from the event loop. GUI thread.
 void releaseScreen(void* hScreen);
+/// Returns all settings to their defaults when neither a screen nor an extended screen is left. GUI
+/// thread.
+void startAfreshIfUnused();
 /// Destroys every screen that is left, for the end of the module. GUI thread.
 void releaseAllScreens();
 /// Takes every screen off the registry without destroying it, so that no call finds one any more,

@@ -1,9 +1,9 @@
 /// ZRScreenMod: the video screen of a meeting client, as a library with a flat C interface.
 ///
-/// This header, with `zrcontrols.h` that it includes, is the whole contract between the library and
-/// the program that loads it (the host). It needs a C++17 compiler and the standard library that
-/// the module was built with (two arguments are `std::string`, one is a `std::map`, and the
-/// watermark's record has three strings). It needs no Qt.
+/// This header, with `zrcontrols.h` and `zrextscreen.h` that it includes, is the whole contract
+/// between the library and the program that loads it (the host). It needs a C++17 compiler and the
+/// standard library that the module was built with (two arguments are `std::string`, one is a
+/// `std::map`, and the watermark's record has three strings). It needs no Qt.
 ///
 /// ## What loading the library changes in the process
 /// - On attach the library creates one `QApplication` on the loading thread, unless the process
@@ -393,5 +393,6 @@ ZR_API int ZR_CALL ZRScreen_AddSentence(void* hScreen, int iIDSentence, int iCol
 } // extern "C"
 
 #include "zrcontrols.h"
+#include "zrextscreen.h"
 
 #endif // ZRSCREENMOD_H

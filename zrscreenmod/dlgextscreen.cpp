@@ -1,0 +1,255 @@
+#include "dlgextscreen.h"
+
+#include "cplaywidget.h"
+#include "platform.h"
+#include "playableframe.h"
+#include "qdlgplayinfo.h"
+#include "qzrscreenconfig.h"
+
+#include <QCloseEvent>
+#include <QDebug>
+#include <QKeyEvent>
+
+namespace {
+
+/// GL drivers take no longer side.
+constexpr int kMaxSidePx = 16384;
+constexpr int kBestNetLevel = 5;
+
+} // namespace
+
+QDlgExtScreen::QDlgExtScreen()
+    : QDialog(nullptr)
+{
+    // A plain window: a dialog would be placed by a window manager.
+    setWindowFlags(Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setStyleSheet(QStringLiteral("QDlgExtScreen{background: rgb(12,16,23);}"));
+    m_pTile = new CPlayWidget(this, false);
+    m_pTile->playInfo()->setNoMenu(true);
+    using Hub = QZRScreenConfig;
+    connect(m_pTile, &CPlayWidget::mouseLClick, this, &QDlgExtScreen::onExtPlayWidgetLBtnClick);
+    connect(&hub(), &Hub::notifyExtPreview, this, &QDlgExtScreen::onExtPreview);
+    connect(this, &QDlgExtScreen::notifyUpdateDisplayInfo, this,
+            &QDlgExtScreen::onUpdateDisplayInfo);
+}
+
+QDlgExtScreen::~QDlgExtScreen()
+{
+    hub().setExtUser(this, QString());
+    m_gate.shut();
+    delete m_pTile; // its overlay knows the record
+}
+
+QZRScreenConfig& QDlgExtScreen::hub() const
+{
+    return *QZRScreenConfig::getInstance();
+}
+
+void QDlgExtScreen::embedInto(HWND hParent)
+{
+    if (hParent && !platform::setParentWindow(winId(), platform::toNative(hParent)))
+        qDebug() << "SetParent failed, parent:" << hParent;
+}
+
+void QDlgExtScreen::place(const QRect& rect)
+{
+    show();
+    platform::placeWindow(winId(),
+                          {rect.topLeft(), rect.size().boundedTo({kMaxSidePx, kMaxSidePx})});
+}
+
+// --- The participant --------------------------------------------------------------------------
+
+bool QDlgExtScreen::updatePersonInfo(void* pUserData, const QString& userID, bool bSelf, int iRole,
+                                     const QString& name, int iColor)
+{
+    if (m_pPerson && m_pPerson->userID != userID) {
+        removePerson();
+    } else if (m_pPerson && pUserData == m_pPerson->pUserData && m_pPerson->bSelf == bSelf
+               && m_pPerson->iRoteType == iRole && m_pPerson->userName == name
+               && m_pPerson->iRoleExtra == iColor) {
+        return false;
+    }
+    if (!pUserData) {
+        hub().setExtUser(this, QString());
+        qDebug() << "pUserData==nullptr";
+        return false;
+    }
+    qDebug() << "Ext UpdatePersonInfo,userID:" << userID;
+    const bool isNew = !m_pPerson;
+    if (isNew)
+        m_pPerson = std::make_unique<tagPersonInfo>();
+    m_pPerson->userID = userID;
+    m_pPerson->userName = name;
+    m_pPerson->bSelf = bSelf;
+    m_pPerson->iRoteType = iRole;
+    m_pPerson->iRoleExtra = iColor;
+    m_pPerson->pUserData = pUserData;
+    m_pPerson->pWidget = m_pTile;
+    hub().setExtUser(this, userID);
+    if (!isNew) {
+        m_pTile->RefreshPlayInfo();
+        return true;
+    }
+    m_pPerson->bShare = isShareScreenId(userID);
+    m_pPerson->iPlayState = kPlayShown; // for as long as the host has it here
+    m_pTile->SetPersonInfo(m_pPerson.get(), false);
+    m_pTile->playInfo()->setGeometry(rect());
+    m_pTile->StopShow();
+    m_pTile->StartShow();
+    publishUserId(userID);
+    m_gate.open(m_pPerson.get());
+    return true;
+}
+
+void QDlgExtScreen::removePerson()
+{
+    m_gate.shut();
+    publishUserId(QString());
+    m_pTile->SetPersonInfo(nullptr, false);
+    // The network and what it froze were the former participant's.
+    for (const int direction : {1, 2})
+        m_pTile->UpdateNetStatus(direction, false, kBestNetLevel);
+    m_pendingFrameSize.store(0);
+    m_pPerson.reset();
+}
+
+void QDlgExtScreen::publishUserId(const QString& userId)
+{
+    const std::lock_guard lock(m_idLock);
+    m_qstrUserId = userId;
+}
+
+bool QDlgExtScreen::isPerson(const QString& userId) const
+{
+    const std::lock_guard lock(m_idLock);
+    return !m_qstrUserId.isEmpty() && m_qstrUserId == userId;
+}
+
+void QDlgExtScreen::setAllLook(bool bAllLook)
+{
+    if (!m_pPerson)
+        return;
+    m_pPerson->bLockLook = false;
+    m_pPerson->bAllLook = bAllLook;
+    m_pTile->RefreshPlayInfo();
+}
+
+void QDlgExtScreen::setLockLook(bool bLockLook)
+{
+    if (!m_pPerson)
+        return;
+    m_pPerson->bLockLook = bLockLook;
+    m_pTile->RefreshPlayInfo();
+}
+
+void QDlgExtScreen::setMute(bool bMute)
+{
+    if (!m_pPerson)
+        return;
+    m_pPerson->bMute = bMute;
+    m_pTile->RefreshPlayInfo();
+}
+
+void QDlgExtScreen::setVolume(const QString& userId, int iVolume)
+{
+    if (!m_pPerson || m_pPerson->userID != userId)
+        return;
+    m_pPerson->iVolume = qBound(0, iVolume, 100);
+    m_pTile->RefreshPlayInfo();
+}
+
+void QDlgExtScreen::setPreview(bool bPreview)
+{
+    if (!m_pPerson)
+        return;
+    m_pPerson->bPreview = bPreview;
+    // When the stream is opened again, its first frame shows, not the last one of before.
+    if (!bPreview)
+        m_pPerson->iStreamStatus = kStreamNone;
+    m_pTile->RefreshPlayInfo();
+}
+
+void QDlgExtScreen::UpdateUserNetStatus(const QString& userId, int iType, bool bBad, int iLevel)
+{
+    if (m_pPerson && m_pPerson->userID == userId)
+        m_pTile->UpdateNetStatus(iType, bBad, iLevel);
+}
+
+QRect QDlgExtScreen::pictureRect() const
+{
+    QRect rect(m_pTile->mapToGlobal(QPoint(0, 0)), m_pTile->size());
+    m_pTile->MapVideoRect(rect);
+    return rect;
+}
+
+void QDlgExtScreen::onExtPreview(QString qstrUserID, bool bPreview)
+{
+    if (m_pPerson && m_pPerson->userID == qstrUserID)
+        setPreview(bPreview);
+}
+
+// --- Frames -----------------------------------------------------------------------------------
+
+bool QDlgExtScreen::playFrame(const VantrelRTCVideoFrameQT& frame)
+{
+    if (!hasPerson())
+        return false;
+    if (!isPlayable(frame)) {
+        if (!m_bBadFrameLogged.exchange(true))
+            qDebug() << "ext playFrame refused, pData:" << static_cast<const void*>(frame.pData)
+                     << ",width:" << frame.width << ",height:" << frame.height;
+        return false;
+    }
+    m_bBadFrameLogged.store(false, std::memory_order_relaxed);
+    return m_gate.pass(m_gate.key(), [&] {
+        m_pTile->PlayFrame(frame);
+        // One notice in the queue, however far the GUI thread falls behind.
+        const quint64 size = quint64(frame.width) << 32 | frame.height;
+        if (m_pendingFrameSize.exchange(size) != size)
+            emit notifyUpdateDisplayInfo(static_cast<int>(frame.width),
+                                         static_cast<int>(frame.height));
+    });
+}
+
+void QDlgExtScreen::onUpdateDisplayInfo(int iWidth, int iHeight)
+{
+    m_pendingFrameSize.store(0);
+    if (!m_pPerson)
+        return;
+    const bool changed = m_pPerson->iVideoWidth != iWidth || m_pPerson->iVideoHeight != iHeight
+                         || m_pPerson->iStreamStatus != kStreamRunning;
+    m_pPerson->iVideoWidth = iWidth;
+    m_pPerson->iVideoHeight = iHeight;
+    m_pPerson->iStreamStatus = kStreamRunning;
+    if (changed)
+        m_pTile->RefreshPlayInfo();
+}
+
+// --- Events -----------------------------------------------------------------------------------
+
+void QDlgExtScreen::onExtPlayWidgetLBtnClick(CPlayWidget* tile)
+{
+    // Both the host of this screen and the gallery listen.
+    emit hub().notifyClickExtPlayWidget(tile);
+}
+
+void QDlgExtScreen::resizeEvent(QResizeEvent* event)
+{
+    m_pTile->setGeometry(rect());
+    m_pTile->StartShow();
+    QDialog::resizeEvent(event);
+}
+
+void QDlgExtScreen::keyPressEvent(QKeyEvent* event)
+{
+    // Escape would close a dialog; the module's window belongs to the host.
+    if (event->key() != Qt::Key_Escape)
+        QDialog::keyPressEvent(event);
+}
+
+void QDlgExtScreen::closeEvent(QCloseEvent* event)
+{
+    event->ignore();
+}

@@ -1,0 +1,216 @@
+// The exports of the extended screen. Each checks and converts its arguments, logs, and delegates.
+#include "boundary.h"
+#include "controlboundary.h"
+#include "dlgextscreen.h"
+#include "exthandle.h"
+#include "libraryentry.h"
+#include "platform.h"
+
+using boundary::guarded;
+using boundary::logThread;
+using boundary::readLocal8Bit;
+using boundary::readRect;
+using boundary::readUtf8;
+
+namespace {
+
+/// Runs `body(dialog)` on the GUI thread: at once when called there, else queued in order. An
+/// extended screen that is released meanwhile drops it.
+template<typename Body>
+void postToExt(void* h, Body body)
+{
+    const auto work = [h, body] {
+        if (const ExtRef ext{h})
+            body(*ext.operator->());
+    };
+    if (GuiThread::isCurrent())
+        work();
+    else
+        GuiThread::post(work);
+}
+
+/// postToExt for a valid handle whose dialog `accepts` the call, on any thread. @return 1, or 0
+template<typename Accepts, typename Body>
+int onExt(void* h, Accepts&& accepts, Body body) noexcept
+{
+    return guarded(0, [&] {
+        {
+            const ExtRef ext(h);
+            if (!ext || !accepts(*ext.operator->()))
+                return 0;
+        }
+        postToExt(h, std::move(body));
+        return 1;
+    });
+}
+
+/// Runs `body(dialog)` on the GUI thread and returns its result.
+template<typename Result, typename Body>
+Result askExt(void* h, Result failure, Body&& body) noexcept
+{
+    return guarded(failure, [&]() -> Result {
+        Result result = failure;
+        const auto work = [&] {
+            if (const ExtRef ext{h})
+                result = body(*ext.operator->());
+        };
+        if (h && !GuiThread::run(work))
+            qDebug() << "the GUI thread does not answer";
+        return result;
+    });
+}
+
+bool hasPerson(const QDlgExtScreen& dialog)
+{
+    return dialog.hasPerson();
+}
+
+} // namespace
+
+void* ZR_CALL ZRScreenExt_Init(HWND parent, ZRNotify notify)
+{
+    ZR_ENTER_OR_RETURN(nullptr);
+    logThread("thread:");
+    return guarded<void*>(nullptr, [&]() -> void* {
+        if (notify && !platform::isReadable(reinterpret_cast<const void*>(notify), 1)) {
+            qDebug() << "unreadable notification function refused";
+            return nullptr;
+        }
+        void* ext = nullptr;
+        const bool done = GuiThread::run([&] {
+            zr::startLogThread();
+            ext = createExtScreen(parent, notify);
+            zr::registerExitTeardown();
+        });
+        return done ? ext : nullptr;
+    });
+}
+
+void ZR_CALL ZRScreenExt_Release(void* h)
+{
+    ZR_ENTER_OR_RETURN();
+    logThread("thread:");
+    if (h)
+        guarded(false, [h] { return GuiThread::run([h] { releaseExtScreen(h); }); });
+}
+
+int ZR_CALL ZRScreenExt_Move(void* h, tagRECT* rc, int)
+{
+    ZR_ENTER_OR_RETURN(0);
+    if (!h)
+        return 0;
+    logThread("thread:");
+    const auto rect = readRect(rc);
+    if (!rect)
+        return 0;
+    qDebug() << "rcScreen:" << *rect;
+    return askExt(h, 0, [&rect](QDlgExtScreen& dialog) {
+        dialog.place(*rect);
+        return 1;
+    });
+}
+
+int ZR_CALL ZRScreenExt_SetPersonInfo(void* h, void* pUserData, const char* userId, bool bSelf,
+                                      int iRole, const char* name, int iColor)
+{
+    ZR_ENTER_OR_RETURN(0);
+    if (!h)
+        return 0;
+    const auto id = readLocal8Bit(userId);
+    const auto givenName = readUtf8(name);
+    if (!id || !givenName)
+        return 0;
+    if (pUserData && id->isEmpty()) {
+        qDebug() << "userId == nullptr failed";
+        return 0;
+    }
+    return askExt(h, 0, [&](QDlgExtScreen& dialog) {
+        dialog.updatePersonInfo(pUserData, *id, bSelf, iRole, *givenName, iColor);
+        return 1;
+    });
+}
+
+int ZR_CALL ZRScreenExt_PlayFrame(void* h, void* pFrame)
+{
+    ZR_ENTER_OR_RETURN(0);
+    return guarded(0, [&] {
+        const ExtRef ext(h);
+        if (!ext)
+            return 0;
+        if (!pFrame) {
+            qDebug() << "pWin32Frame == nullptr";
+            return 0;
+        }
+        if (!platform::isReadable(pFrame, sizeof(VantrelRTCVideoFrameQT))) {
+            qDebug() << "IsBadReadPtr(pWin32Frame, sizeof(VantrelRTCVideoFrameQT)) failed";
+            return 0;
+        }
+        // A copy: what is checked is what is played, whatever the caller's other threads do.
+        const VantrelRTCVideoFrameQT frame = *static_cast<VantrelRTCVideoFrameQT*>(pFrame);
+        return ext->playFrame(frame) ? 1 : 0;
+    });
+}
+
+int ZR_CALL ZRScreenExt_SetAllLook(void* h, bool bAllLook)
+{
+    ZR_ENTER_OR_RETURN(0);
+    return onExt(h, hasPerson, [bAllLook](QDlgExtScreen& dialog) { dialog.setAllLook(bAllLook); });
+}
+
+int ZR_CALL ZRScreenExt_SetLockLook(void* h, bool bLockLook)
+{
+    ZR_ENTER_OR_RETURN(0);
+    return onExt(h, hasPerson,
+                 [bLockLook](QDlgExtScreen& dialog) { dialog.setLockLook(bLockLook); });
+}
+
+int ZR_CALL ZRScreenExt_SetMute(void* h, int bMute)
+{
+    ZR_ENTER_OR_RETURN(0);
+    return onExt(h, hasPerson, [bMute](QDlgExtScreen& dialog) { dialog.setMute(bMute != 0); });
+}
+
+int ZR_CALL ZRScreenExt_SetVolume(void* h, const char* userId, int iVolume)
+{
+    ZR_ENTER_OR_RETURN(0);
+    if (!h)
+        return 0;
+    const auto id = readLocal8Bit(userId);
+    if (!id)
+        return 0;
+    return onExt(
+        h, [&id](const QDlgExtScreen& dialog) { return dialog.isPerson(*id); },
+        [id = *id, iVolume](QDlgExtScreen& dialog) { dialog.setVolume(id, iVolume); });
+}
+
+int ZR_CALL ZRScreenExt_Preview(void* h, bool bPreview)
+{
+    ZR_ENTER_OR_RETURN(0);
+    return onExt(h, hasPerson, [bPreview](QDlgExtScreen& dialog) { dialog.setPreview(bPreview); });
+}
+
+int ZR_CALL ZRScreenExt_UpdateUserNetStatus(void* h, const char* userId, int iType, bool bBad,
+                                            int iLevel)
+{
+    ZR_ENTER_OR_RETURN(0);
+    if (!h)
+        return 0;
+    const auto id = readLocal8Bit(userId);
+    if (!id)
+        return 0;
+    return onExt(
+        h, [](const QDlgExtScreen&) { return true; },
+        [id = *id, iType, bBad, iLevel](QDlgExtScreen& dialog) {
+            dialog.UpdateUserNetStatus(id, iType, bBad, iLevel);
+        });
+}
+
+ZRRect ZR_CALL ZRScreenExt_GetShareWgtPos(void* h)
+{
+    const ZRRect none{0, 0, 0, 0};
+    ZR_ENTER_OR_RETURN(none);
+    return askExt(h, none, [](const QDlgExtScreen& dialog) {
+        const QRect rect = dialog.pictureRect();
+        return ZRRect{rect.left(), rect.top(), rect.right(), rect.bottom()};
+    });
+}
