@@ -2,7 +2,7 @@
 #pragma once
 
 #include "boundary.h"
-#include "controlhandle.h"
+#include "controlstay.h"
 
 namespace boundary {
 

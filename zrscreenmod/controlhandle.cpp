@@ -1,5 +1,6 @@
 #include "controlhandle.h"
 
+#include "controlstay.h"
 #include "datehandle.h"
 #include "platform.h"
 #include "qdlgtextedit.h"
@@ -31,11 +32,9 @@ struct Control
     std::function<void()> destroy;
 };
 
-int s_stays = 0;
-
 bool isInside()
 {
-    return s_stays > 0 || QZRScreenConfig::getInstance()->broadcastDepth() > 0;
+    return ControlStay::isAny() || QZRScreenConfig::getInstance()->broadcastDepth() > 0;
 }
 
 /// The live controls, and those that wait for the GUI thread to come out of their events: the host
@@ -117,16 +116,6 @@ void release(const void* handle, Family family)
 }
 
 } // namespace
-
-ControlStay::ControlStay()
-{
-    ++s_stays;
-}
-
-ControlStay::~ControlStay()
-{
-    --s_stays;
-}
 
 void adoptLineEdit(QMyLineEdit* edit)
 {

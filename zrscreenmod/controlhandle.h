@@ -9,18 +9,6 @@ class QDlgTextEdit;
 class QWidget;
 struct ST_ZRDateHdl;
 
-/// Who keeps alive the controls that events and calls under way belong to: while one exists, a
-/// control that the host releases is hidden and destroyed later. Put it around what may call back
-/// into the host: on Windows that is every change of focus or parent.
-class ControlStay
-{
-public:
-    ControlStay();
-    ~ControlStay();
-    ControlStay(const ControlStay&) = delete;
-    ControlStay& operator=(const ControlStay&) = delete;
-};
-
 /// Takes a control into the registry, which owns it from here on. `widget` is its window, `destroy`
 /// ends it.
 void adoptLineEdit(QMyLineEdit* edit);

@@ -66,8 +66,9 @@ void placeWindow(NativeWindow window, const QRect& rect);
 /// that is not visible with all its parents. GUI thread.
 bool takeKeyboardFocus(NativeWindow window);
 
-/// Hands the keyboard to the parent of a window, if the window has it. GUI thread.
-void returnKeyboardFocus(NativeWindow window);
+/// Hands the keyboard to the parent of a window, if the window has it. @return whether it did. GUI
+/// thread.
+bool returnKeyboardFocus(NativeWindow window);
 
 /// The inside of a window, in screen pixels; unset when there is no such window. GUI thread.
 [[nodiscard]] QRect clientRectOnScreen(NativeWindow window);

@@ -166,12 +166,14 @@ bool takeKeyboardFocus(NativeWindow window)
     return focused;
 }
 
-void returnKeyboardFocus(NativeWindow window)
+bool returnKeyboardFocus(NativeWindow window)
 {
     const HWND hwnd = toHwnd(window);
     const HWND parent = GetAncestor(hwnd, GA_PARENT);
-    if (parent && parent != GetDesktopWindow() && GetFocus() == hwnd)
-        SetFocus(parent);
+    if (!parent || parent == GetDesktopWindow() || GetFocus() != hwnd)
+        return false;
+    SetFocus(parent);
+    return true;
 }
 
 QRect clientRectOnScreen(NativeWindow window)

@@ -406,17 +406,16 @@ bool takeKeyboardFocus(NativeWindow window)
                      xcb_set_input_focus_checked(c, XCB_INPUT_FOCUS_PARENT, id, XCB_CURRENT_TIME));
 }
 
-void returnKeyboardFocus(NativeWindow window)
+bool returnKeyboardFocus(NativeWindow window)
 {
     xcb_connection_t* const c = connection();
     const xcb_window_t id = toXcb(window);
     TreePlace place{};
     if (!c || id == XCB_WINDOW_NONE || !findInTree(c, id, &place) || place.parent == place.root)
-        return;
+        return false;
     const Reply<xcb_get_input_focus_reply_t> focus(
         xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
-    if (focus && focus->focus == id)
-        takeKeyboardFocus(place.parent);
+    return focus && focus->focus == id && takeKeyboardFocus(place.parent);
 }
 
 QRect clientRectOnScreen(NativeWindow window)

@@ -1,6 +1,6 @@
 #include "qmylineedit.h"
 
-#include "controlhandle.h"
+#include "controlstay.h"
 #include "platform.h"
 #include "qzrscreenconfig.h"
 
@@ -32,6 +32,7 @@ bool QMyLineEdit::setInputPattern(const QString& pattern)
 
 void QMyLineEdit::takeFocus()
 {
+    m_bTakenBack = true;
     setFocus();
     platform::takeKeyboardFocus(winId());
 }
@@ -62,10 +63,13 @@ bool QMyLineEdit::pressTab(QEvent* event)
 {
     const ControlStay stay;
     qDebug() << "QMyLineEdit Tab Press";
+    m_bTakenBack = false;
     notifyHosts(ZRMSG_EDIT_KEY);
     const bool handled = QLineEdit::event(event);
     // There is nothing else in this window. A host that has not chosen who is next gets the keys.
-    platform::returnKeyboardFocus(winId());
+    // Qt would go on for a while as if it had them.
+    if (!m_bTakenBack && platform::returnKeyboardFocus(winId()))
+        clearFocus();
     return handled;
 }
 

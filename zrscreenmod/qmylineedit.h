@@ -30,4 +30,6 @@ private:
     void notifyHosts(unsigned long dwMsg) const;
     bool pressTab(QEvent* event);
     void dimPlaceholder();
+
+    bool m_bTakenBack = false; ///< the host has asked for the focus during the message of a Tab
 };

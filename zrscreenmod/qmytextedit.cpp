@@ -1,6 +1,6 @@
 #include "qmytextedit.h"
 
-#include "controlhandle.h"
+#include "controlstay.h"
 #include "platform.h"
 #include "qmyscrollbar.h"
 

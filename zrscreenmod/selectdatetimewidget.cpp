@@ -1,6 +1,6 @@
 #include "selectdatetimewidget.h"
 
-#include "controlhandle.h"
+#include "controlstay.h"
 #include "platform.h"
 #include "qmyscrollbar.h"
 #include "qzrscreenconfig.h"

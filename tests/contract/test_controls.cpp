@@ -209,6 +209,17 @@ ZR_CASE(controls, theKeyboardArrives)
     pump(200);
     CHECK_EQUAL(zr.text(first), "meeting 5");
     pointer::moveTo(kAwayPx, kAwayPx);
+    // A host that asks for the edit again inside the message keeps the keys there.
+    desk.meeting.inbox.onMessage = [&](const Message& message) {
+        if (message.id == ZRMSG_EDIT_KEY)
+            zr.QLineEdit_SetFocus(first);
+    };
+    desk.clickInto(20);
+    keyboard::pressTab();
+    CHECK(pumpUntil([&] { return told(ZRMSG_EDIT_KEY) == 2; }));
+    keyboard::type("6");
+    CHECK(pumpUntil([&] { return zr.text(first).size() == 10; }));
+    desk.meeting.inbox.onMessage = nullptr;
 
     zr.QLineEdit_SetFocus(second);
     pump(100);
