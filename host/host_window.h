@@ -39,7 +39,7 @@ public:
     virtual void click(Point at, int times) = 0;
     /// Turns the wheel there: away from the user for positive steps.
     virtual void turnWheel(Point at, int steps) = 0;
-    /// Reads the part of the window that lies on the screen, its children included.
+    /// Reads the part of the screen where the window lies, as the user sees it.
     /// @throws HostError
     [[nodiscard]] virtual RgbImage grab() const = 0;
 };

@@ -268,7 +268,8 @@ RgbImage X11Window::grab() const
     if (!XGetWindowAttributes(connection, m_window, &attributes)
         || attributes.map_state != IsViewable)
         throw HostError("cannot grab the window: it is not visible");
-    // The server refuses to read what lies off the screen.
+    // From the screen, with the module's windows that float above; the server refuses to read
+    // what lies off it.
     int rootX = 0;
     int rootY = 0;
     Window child = 0;
@@ -277,11 +278,11 @@ RgbImage X11Window::grab() const
     const int top = std::max(0, -rootY);
     const int right = std::min(attributes.width, WidthOfScreen(attributes.screen) - rootX);
     const int bottom = std::min(attributes.height, HeightOfScreen(attributes.screen) - rootY);
-    XImage* const image =
-        left < right && top < bottom
-            ? XGetImage(connection, m_window, left, top, static_cast<unsigned>(right - left),
-                        static_cast<unsigned>(bottom - top), AllPlanes, ZPixmap)
-            : nullptr;
+    XImage* const image = left < right && top < bottom
+                              ? XGetImage(connection, attributes.root, rootX + left, rootY + top,
+                                          static_cast<unsigned>(right - left),
+                                          static_cast<unsigned>(bottom - top), AllPlanes, ZPixmap)
+                              : nullptr;
     if (!image || image->red_mask == 0 || image->green_mask == 0 || image->blue_mask == 0) {
         if (image)
             XDestroyImage(image);

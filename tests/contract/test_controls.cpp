@@ -4,7 +4,7 @@
 #include "check.h"
 #include "keyboard.h"
 #include "meeting.h"
-#include "pointer.h"
+#include "desktop.h"
 
 #include <atomic>
 #include <climits>
@@ -97,9 +97,9 @@ struct Desk
     }
     void clickInto(int top)
     {
-        pointer::click(40, top + 15);
+        desktop::click(40, top + 15);
         pump(100);
-        pointer::moveTo(kAwayPx, kAwayPx);
+        desktop::moveTo(kAwayPx, kAwayPx);
         pump(50);
     }
     [[nodiscard]] bool becomes(void* edit, const std::string& expected) const
@@ -173,7 +173,7 @@ void runElsewhere(const std::function<void()>& body)
 void clickOK(int right, int top)
 {
     constexpr int kPickerHeightPx = 356;
-    pointer::click(right - 46, top + kPickerHeightPx - 30);
+    desktop::click(right - 46, top + kPickerHeightPx - 30);
 }
 
 } // namespace
@@ -201,14 +201,14 @@ ZR_CASE(controls, theKeyboardArrives)
     CHECK_EQUAL(zr.text(second), "");
 
     // Tab reports, and the keys go elsewhere from then on, even with the mouse over the edit.
-    pointer::moveTo(40, 35);
+    desktop::moveTo(40, 35);
     keyboard::pressTab();
     CHECK(pumpUntil([&] { return told(ZRMSG_EDIT_KEY) == 1; }));
     pump(100);
     keyboard::type("lost");
     pump(200);
     CHECK_EQUAL(zr.text(first), "meeting 5");
-    pointer::moveTo(kAwayPx, kAwayPx);
+    desktop::moveTo(kAwayPx, kAwayPx);
     // A host that asks for the edit again inside the message keeps the keys there.
     desk.meeting.inbox.onMessage = [&](const Message& message) {
         if (message.id == ZRMSG_EDIT_KEY)

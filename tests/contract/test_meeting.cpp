@@ -1,8 +1,8 @@
 // A meeting of sixty, with a host whose media engine does what the messages ask for. At every quiet
 // moment exactly those streams are open whose pictures can be seen, each in the grade of its tile.
 #include "check.h"
+#include "desktop.h"
 #include "mediaengine.h"
-#include "pointer.h"
 
 #include <algorithm>
 #include <memory>
@@ -16,6 +16,8 @@ constexpr int kSmall = 2;
 constexpr int kGrid = 3;
 constexpr int kLarge = 4;
 constexpr int kAny = -1;
+constexpr int kLooks = 10;
+constexpr int kBetweenLooksMs = 150;
 
 std::string show(const std::set<int>& numbers)
 {
@@ -75,7 +77,7 @@ public:
         meeting.zr.SetPersonInfo(meeting.screen, engine.at(kHost).play, false, 1, text("Host"), 0);
         for (const int number : {5, 6, 7, 40})
             meeting.zr.SetMute(meeting.screen, engine.at(number).play, 0);
-        pointer::moveTo(kWidth + 100, kHeight + 100);
+        desktop::moveTo(kWidth + 100, kHeight + 100);
         meeting.zr.JoinMeetingFinish(meeting.screen, true);
     }
 
@@ -88,10 +90,13 @@ public:
         const std::set<int> visible = engine.visible();
         CHECK_ROW(count == kAny || static_cast<int>(visible.size()) == count,
                   step + ": visible are " + show(visible));
-        seen = MediaEngine::look(window.grab(), numbers());
         std::set<int> onScreen;
-        for (const auto& [number, where] : seen)
-            onScreen.insert(number);
+        for (int look = 0; look < kLooks; ++look) {
+            onScreen = lookAtWindow();
+            if (onScreen == visible)
+                break;
+            engine.run(kBetweenLooksMs); // drawing takes its time
+        }
         CHECK_ROW(onScreen == visible,
                   step + ": seen " + show(onScreen) + ", visible " + show(visible));
         checkGrades(step, firstPage);
@@ -118,9 +123,9 @@ public:
     void turn(int pages)
     {
         engine.run(450);
-        pointer::turnWheel(kWidth / 2, kHeight / 2, -pages);
+        desktop::turnWheel(kWidth / 2, kHeight / 2, -pages);
         engine.run(50);
-        pointer::moveTo(kWidth + 100, kHeight + 100);
+        desktop::moveTo(kWidth + 100, kHeight + 100);
     }
     /// Messages with this id for a participant, from a mark on.
     [[nodiscard]] int count(unsigned long id, int number, size_t from) const
@@ -160,6 +165,14 @@ public:
     std::map<int, Seen> seen; ///< at the last quiet moment
 
 private:
+    std::set<int> lookAtWindow()
+    {
+        seen = MediaEngine::look(desktop::grab(kWidth, kHeight), numbers());
+        std::set<int> onScreen;
+        for (const auto& [number, where] : seen)
+            onScreen.insert(number);
+        return onScreen;
+    }
     void checkGrades(const std::string& step, bool firstPage) const
     {
         const std::vector<int> tiles = bySize(seen);

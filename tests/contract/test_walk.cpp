@@ -1,8 +1,8 @@
 // A seeded random walk over the gallery's exports, with a faithful media engine, from outside and
 // from inside messages. ZR_WALK_STEPS and ZR_WALK_SEED change its length and its course.
 #include "check.h"
+#include "desktop.h"
 #include "mediaengine.h"
-#include "pointer.h"
 
 #include <algorithm>
 #include <climits>
@@ -358,11 +358,11 @@ void Walk::mouse()
     const int x = pick(0, 1279);
     const int y = pick(0, 719);
     if (chance(40))
-        pointer::turnWheel(x, y, pick(-3, 3));
+        desktop::turnWheel(x, y, pick(-3, 3));
     else
-        pointer::click(x, y);
+        desktop::click(x, y);
     if (chance(30))
-        pointer::click(x, y); // a double click
+        desktop::click(x, y); // a double click
     if (chance(50))
         m_engine.run(10);
 }
@@ -468,7 +468,7 @@ void Walk::checkQuiet(long long at)
     m_meeting.moveTo(1280, 720);
     m_arranged = true;
     m_depth = 99; // the host is quiet too
-    pointer::moveTo(1900, 1000);
+    desktop::moveTo(1900, 1000);
     (void)m_engine.rest("after " + std::to_string(at) + " steps");
     m_engine.checkOpen("after " + std::to_string(at) + " steps");
     m_depth = 0;

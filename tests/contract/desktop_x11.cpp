@@ -1,8 +1,9 @@
-#include "pointer.h"
+#include "desktop.h"
 
 #include "check.h"
 
 #include <X11/Xlib.h>
+#include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 
 #include <cstdlib>
@@ -43,17 +44,42 @@ private:
 
 } // namespace
 
-void pointer::moveTo(int x, int y)
+Screenshot desktop::grab(int widthPx, int heightPx)
+{
+    Display* const display = XOpenDisplay(nullptr);
+    REQUIRE(display != nullptr);
+    XImage* const image =
+        XGetImage(display, DefaultRootWindow(display), 0, 0, static_cast<unsigned>(widthPx),
+                  static_cast<unsigned>(heightPx), AllPlanes, ZPixmap);
+    REQUIRE(image != nullptr);
+    Screenshot shot;
+    shot.widthPx = widthPx;
+    shot.heightPx = heightPx;
+    for (int y = 0; y < heightPx; ++y) {
+        for (int x = 0; x < widthPx; ++x) {
+            const auto pixel = static_cast<unsigned>(XGetPixel(image, x, y));
+            const auto channel = [pixel](unsigned shift) {
+                return static_cast<int>(pixel >> shift & 0xFF);
+            };
+            shot.pixels.push_back({channel(16), channel(8), channel(0)});
+        }
+    }
+    XDestroyImage(image);
+    XCloseDisplay(display);
+    return shot;
+}
+
+void desktop::moveTo(int x, int y)
 {
     const Gesture gesture(x, y);
 }
 
-void pointer::click(int x, int y)
+void desktop::click(int x, int y)
 {
     Gesture(x, y).press(kLeft);
 }
 
-void pointer::turnWheel(int x, int y, int steps)
+void desktop::turnWheel(int x, int y, int steps)
 {
     Gesture gesture(x, y);
     for (int i = 0; i < std::abs(steps); ++i)
