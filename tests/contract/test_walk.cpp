@@ -462,6 +462,8 @@ void Walk::checkBatch()
 
 void Walk::checkQuiet(long long at)
 {
+    std::printf("%lld steps\n", at);
+    std::fflush(stdout);
     zr().SetOpenPollingPage(screen(), false, 0);
     m_joined = true;
     zr().JoinMeetingFinish(screen(), true);
