@@ -4,6 +4,7 @@
 #include "overlayimages.h"
 #include "overlaypainter.h"
 #include "qzrscreenconfig.h"
+#include "rectpacer.h"
 #include "tileaccessible.h"
 #include "volumelevel.h"
 
@@ -47,6 +48,7 @@ int colorIndex(int index)
 QDlgPlayInfo::QDlgPlayInfo(QWidget* pParent)
     : QWidget(pParent, Qt::CustomizeWindowHint | Qt::FramelessWindowHint)
     , m_pImages(OverlayImages::shared())
+    , m_pPacer(RectPacer::shared())
     , m_pAccessibility(shareTileAccessibility())
 {
     setAttribute(Qt::WA_NoSystemBackground);
@@ -197,7 +199,7 @@ void QDlgPlayInfo::applyState()
         if (m_state.bMute || !audio.isShown())
             return;
         audio.variant = m_state.iAudioLevel;
-        update(audio.rect);
+        m_pPacer->requestUpdate(this, audio.rect);
         return;
     }
     const zr::OverlayLayout before = std::exchange(m_layout, computeLayout());

@@ -335,7 +335,7 @@ void TestOverlay::onlyTheChangedRectangleIsRepainted()
         m_overlay->paints = 0;
         change();
         m_overlay->refresh();
-        QCoreApplication::processEvents();
+        QTest::qWait(80); // volumes are gathered
         return rect.isEmpty() ? m_overlay->paints == 0
                               : m_overlay->paints == 1 && m_overlay->painted.boundingRect() == rect;
     };
