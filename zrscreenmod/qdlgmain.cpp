@@ -1,6 +1,7 @@
 #include "qdlgmain.h"
 
 #include "cdlgspeaktool.h"
+#include "cplaywidgetextend.h"
 #include "platform.h"
 #include "qdlgscreen.h"
 #include "qdlgsubtitle2.h"
@@ -34,6 +35,8 @@ QDlgMain::QDlgMain(QWidget* parent)
     // A tool without its picture leaves the participant unseen.
     connect(tool.get(), &CDlgSpeakTool::pictureShownChanged, m_pDlgScreen,
             &QDlgScreen::scheduleLayout);
+    connect(tool->video(), &CPlayWidget::mouseLClick, m_pDlgScreen,
+            &QDlgScreen::onPlayWidgetLBtnClick);
     m_pDlgScreen->setSpeakTool(std::move(tool));
     m_pDlgSubtitle2 = new QDlgSubtitle2(this);
     setStyleSheet(QStringLiteral("QDlgMain{background: rgb(12,16,23);}"));

@@ -351,6 +351,11 @@ void TestGalleryFocus::doubleClicks()
 void TestGalleryFocus::maximisedParticipantLeaves()
 {
     const auto persons = m->addMany(3);
+    // A share mode that the host chose is left to a gallery, not to no mode at all.
+    setMode(eLayoutShare);
+    m->gallery->onLeftBtnDBClick(persons[1]->pWidget);
+    m->gallery->onLeftBtnDBClick(persons[1]->pWidget);
+    QCOMPARE(m->hub().curScreenMode(), int(eLayoutEqualCut));
     setMode(eLayout8Cut);
     m->gallery->onLeftBtnDBClick(persons[1]->pWidget);
     m->settle();

@@ -19,11 +19,8 @@ private slots:
     void deadRecordsAreIgnored();
     void hostDeletesFromInsideMessages();
     void hostRunsALoopInsideMessages();
-    void framesAskForTheGradeOnce();
     void badFramesAreRefused();
-    void pinsOneParticipant();
     void keepsStates();
-    void doubleClickMaximises();
     void tellsTheShareRectangleOnce();
     void exitEmptiesTheGallery();
 
@@ -206,31 +203,6 @@ void TestGallery::hostRunsALoopInsideMessages()
     QTRY_VERIFY(later->pWidget->isShowing());
 }
 
-void TestGallery::framesAskForTheGradeOnce()
-{
-    hub().settings.layoutFollow = true; // so that the share leaves the others in sight
-    const auto persons = addMany(3);
-    tagPersonInfo* self = add("me");
-    m_gallery->updatePersonInfo(self, true, 0, "Me", 0);
-    tagPersonInfo* share = add("sharescreen_1", 0, "ignored");
-    share->userName.clear();
-    settle();
-    m_gallery->reLayout();
-    m_gallery->reLayout();
-    for (int i = 0; i < 5; ++i) {
-        for (tagPersonInfo* person : {persons[0], self, share})
-            QVERIFY(play(person));
-        settle();
-    }
-    const unsigned long grade = static_cast<unsigned long>(persons[0]->iStreamType);
-    QVERIFY(grade >= 2 && grade <= 4);
-    QCOMPARE(m_host->count(grade, persons[0]), 1);
-    QCOMPARE(m_host->count(grade, self), 0);
-    QCOMPARE(m_host->count(grade, share), 0);
-    QCOMPARE(persons[0]->iStreamStatus, int(kStreamRunning));
-    QCOMPARE(QSize(persons[0]->iVideoWidth, persons[0]->iVideoHeight), QSize(64, 36));
-}
-
 void TestGallery::badFramesAreRefused()
 {
     tagPersonInfo* person = addMany(1)[0];
@@ -253,24 +225,6 @@ void TestGallery::badFramesAreRefused()
     QVERIFY(play(person));
 }
 
-void TestGallery::pinsOneParticipant()
-{
-    const auto persons = addMany(3);
-    m_gallery->onModAllLook(persons[0], true);
-    QCOMPARE(hub().curScreenMode(), int(eLayoutSpeakerRight));
-    QCOMPARE(hub().gallery.focusPerson, persons[0]);
-    m_gallery->setMeetingMode(eLayoutSpeakerTop);
-    m_gallery->onModLookLock(persons[1], true);
-    QVERIFY(!persons[0]->bAllLook && persons[1]->bLockLook);
-    QCOMPARE(hub().curScreenMode(), int(eLayoutSpeakerTop));
-    QCOMPARE(hub().gallery.focusPerson, persons[1]);
-    m_gallery->onModAllLook(persons[1], true); // the focus already: the plain speaker mode
-    QCOMPARE(hub().curScreenMode(), int(eLayoutSpeakerRight));
-    hub().settings.layoutFollow = true;
-    m_gallery->onModAllLook(persons[2], true);
-    QCOMPARE(hub().curScreenMode(), int(eLayoutEqualCut));
-}
-
 void TestGallery::keepsStates()
 {
     tagPersonInfo* person = addMany(2)[0];
@@ -282,33 +236,7 @@ void TestGallery::keepsStates()
     QCOMPARE(person->iVolume, 0);
     m_gallery->onModPersonHandup(person, true);
     QVERIFY(person->bHandUp);
-    m_gallery->setPreview(person, true);
-    QVERIFY(person->bPreview && person->bPrePreview && person->bVideoStatusChange);
-    m_gallery->setPreview(person, false);
-    QVERIFY(!person->bPreview && person->bPrePreview);
-    m_gallery->OnSetVoiceActivateUser("u0");
-    QVERIFY(person->bSpeaking);
-    m_gallery->OnSetVoiceActivateUser("nobody");
-    QVERIFY(!person->bSpeaking);
     m_gallery->UpdateUserNetStatus("nobody", 1, true, 3);
-}
-
-void TestGallery::doubleClickMaximises()
-{
-    const auto persons = addMany(2);
-    m_gallery->onLeftBtnDBClick(persons[1]->pWidget);
-    QCOMPARE(hub().curScreenMode(), int(eLayoutShare));
-    m_gallery->onLeftBtnDBClick(persons[1]->pWidget);
-    QCOMPARE(hub().curScreenMode(), int(eLayoutEqualCut));
-    QCOMPARE(m_host->count(ZRMSG_DBLCLICK_LAYOUT), 2);
-    // A share mode that the host chose is left to a gallery, not to no mode at all.
-    m_gallery->setMeetingMode(eLayoutShare);
-    m_gallery->onLeftBtnDBClick(persons[1]->pWidget);
-    m_gallery->onLeftBtnDBClick(persons[1]->pWidget);
-    QCOMPARE(hub().curScreenMode(), int(eLayoutEqualCut));
-    hub().settings.layoutFollow = true;
-    m_gallery->onLeftBtnDBClick(persons[1]->pWidget);
-    QCOMPARE(hub().curScreenMode(), int(eLayoutEqualCut));
 }
 
 void TestGallery::tellsTheShareRectangleOnce()
