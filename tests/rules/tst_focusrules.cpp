@@ -145,6 +145,7 @@ void tst_FocusRules::admitsToTheStrip()
 {
     const auto indices = [](int person, int large, int tiles) {
         std::vector<zr::TilePlacement> placements;
+        placements.reserve(static_cast<std::size_t>(tiles));
         for (int i = 0; i < tiles; ++i)
             placements.push_back({10 + i, QRect(i, 0, 1, 1), zr::kGradeSmall});
         zr::admitToStrip(placements, person, large);
@@ -168,6 +169,7 @@ void tst_FocusRules::takesSeats()
     using Seats = std::vector<zr::Seat<int>>;
     const auto seated = [&people](int count, const Seats& seats) {
         std::vector<int*> list;
+        list.reserve(static_cast<std::size_t>(count));
         for (int i = 0; i < count; ++i)
             list.push_back(&people[i]);
         zr::takeSeats<int>(list, seats);
