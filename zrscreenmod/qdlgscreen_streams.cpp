@@ -160,8 +160,7 @@ void QDlgScreen::changePersonVideoMute(bool bMute)
                 // The camera was switched off while nobody saw it.
                 scheduleLayout();
             }
-        } else if (bMute && person->iPlayState != kPlayHidden
-                   && !hub().isExtUser(person->userID)) {
+        } else if (bMute && person->iPlayState != kPlayHidden && !hub().isExtUser(person->userID)) {
             qDebug() << (person->iPlayState == kPlayShown ? "closePreview2,userName:"
                                                           : "closePreview1,userName:")
                      << person->userName;
