@@ -417,7 +417,7 @@ QRect QDlgScreen::shareRect()
         share = firstShare();
     QRect rect;
     // A tile without a picture yet has no rectangle to tell.
-    const bool shown = share && isTileVisible(share) && share->pWidget->hasVideoRect();
+    const bool shown = share && share->pWidget->isShowing() && share->pWidget->hasVideoRect();
     if (shown) {
         rect = QRect(share->pWidget->mapToGlobal(QPoint(0, 0)), share->pWidget->size());
         share->pWidget->MapVideoRect(rect);

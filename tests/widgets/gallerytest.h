@@ -136,6 +136,7 @@ public:
     std::vector<tagPersonInfo*> addMany(int count)
     {
         std::vector<tagPersonInfo*> persons;
+        persons.reserve(static_cast<std::size_t>(count));
         for (int i = 0; i < count; ++i)
             persons.push_back(add(QStringLiteral("u%1").arg(i), 100 + i));
         settle();
@@ -152,7 +153,7 @@ public:
 
     HostDouble host;
     std::unique_ptr<QDlgScreen> gallery;
-    std::vector<uchar> picture = std::vector<uchar>(1280 * 720 * 2, 90);
+    std::vector<uchar> picture = std::vector<uchar>(std::size_t(1280) * 720 * 2, 90);
 };
 
 } // namespace zrtest

@@ -475,7 +475,7 @@ void TestGalleryLayout::showsPageControls()
     gallery->resize(800, 500);
     m->settle();
     const auto arrows = gallery->findChildren<QMyPageCtrl*>();
-    const auto [left, right] = std::minmax(arrows[0]->x(), arrows[1]->x());
+    const auto [left, right] = std::minmax({arrows[0]->x(), arrows[1]->x()});
     QCOMPARE(left, 24);
     QCOMPARE(right + arrows[1]->width(), 800 - 24);
     QCOMPARE(arrows[0]->y(), (500 - arrows[0]->height()) / 2);
