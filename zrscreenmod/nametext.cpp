@@ -130,8 +130,7 @@ QString cutName(const QString& name, const QString& suffix, int roomPx, int font
                 const TextWidth& width)
 {
     const auto fits = [&](const QString& text) { return width(text, fontPx) <= roomPx; };
-    const QString whole = isolated(name) + suffix;
-    if (fits(whole))
+    if (QString whole = isolated(name) + suffix; fits(whole))
         return whole;
     const auto cut = [&](int length) { return isolated(name.left(length) + cutMark()) + suffix; };
     int kept = 0;

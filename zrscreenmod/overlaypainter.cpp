@@ -226,7 +226,7 @@ void Painter::paintWatermark(const OverlayElement& watermark)
     const int rowStep = std::max(1, (metrics.ascent() + metrics.descent()) * 9);
     const int w = watermark.rect.width();
     const int h = watermark.rect.height();
-    m_p.translate(w / 2, h / 2);
+    m_p.translate(QPoint(w / 2, h / 2));
     m_p.rotate(kDegrees);
     for (int x = -w; x < w; x += columnStep) {
         for (int y = -h; y <= h; y += rowStep)
