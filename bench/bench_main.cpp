@@ -43,6 +43,12 @@ private:
     bool m_failed = false;
 };
 
+/// An arrangement of a thousand or two that changes nothing, milliseconds of the GUI thread.
+constexpr double kArrangeMs = 2;
+constexpr double kFrameMs = 16.7; ///< a frame of the usual display
+/// Twice the participants cost hardly more than twice the time.
+constexpr double kDoubleRatio = 2.3;
+
 /// Prints the verdict on one figure. @return whether it holds
 bool verdict(const std::string& name, double value, const char* relation, double bound, bool holds)
 {
@@ -74,12 +80,25 @@ bool checkFigures(const std::map<std::string, double>& figures)
             if (endsWith(name, " allocs_per_frame"))
                 allHold &= verdict(name, value, "==", 0, value == 0);
         }
+        if (startsWith(name, "arrangeAgain"))
+            allHold &= verdict(name, value, "<", kArrangeMs, value < kArrangeMs);
+        if (startsWith(name, "turnPage"))
+            allHold &= verdict(name, value, "<", kFrameMs, value < kFrameMs);
+        if (startsWith(name, "joinOneByOne") && endsWith(name, " ratio"))
+            allHold &= verdict(name, value, "<=", 2, value <= 2);
         if (startsWith(name, "addNthPerson") && endsWith(name, "_us"))
             addUs[name.find("n:1000 ") == std::string::npos ? "100" : "1000"] += value;
     }
     if (addUs.size() == 2) {
         const double ratio = addUs["1000"] / addUs["100"];
         allHold &= verdict("adding the 1,000th beside the 100th", ratio, "<=", 2, ratio <= 2);
+    }
+    const auto thousand = figures.find("arrangeAgain n:1000 ms");
+    const auto twoThousand = figures.find("arrangeAgain n:2000 ms");
+    if (thousand != figures.end() && twoThousand != figures.end()) {
+        const double ratio = twoThousand->second / thousand->second;
+        allHold &= verdict("arranging 2,000 beside 1,000", ratio, "<=", kDoubleRatio,
+                           ratio <= kDoubleRatio);
     }
     return allHold;
 }
