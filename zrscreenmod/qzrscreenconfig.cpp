@@ -23,6 +23,9 @@ std::atomic<QZRScreenConfig*> s_instance{nullptr};
 QMutex s_creationLock;
 std::shared_mutex s_lifetimeLock;
 std::set<CAbsUIMsgCallback*> s_setDateCallback; ///< GUI thread
+QMutex s_watermarkLock;                         ///< guards the two below
+zr::WatermarkInfo s_watermark;
+QString s_watermarkText; ///< what the record comes to, built once for each change
 
 /// A text of the host's as part of a file name: no separators, nothing a file system refuses.
 QString fileNamePart(QString text)
@@ -342,14 +345,22 @@ QString QZRScreenConfig::shareSponsor() const
     return m_qstrShareSponsor;
 }
 
-void QZRScreenConfig::setWatermarkText(const QString& text)
+void QZRScreenConfig::setWatermarkInfo(const zr::WatermarkInfo& info)
 {
-    const QMutexLocker locker(&m_textLock);
-    m_qstrWatermark = text;
+    const QMutexLocker locker(&s_watermarkLock);
+    s_watermark = info;
+    s_watermarkText = zr::watermarkText(info);
+}
+
+void QZRScreenConfig::setWatermarkEnabled(bool bEnabled)
+{
+    const QMutexLocker locker(&s_watermarkLock);
+    s_watermark.enabled = bEnabled;
+    s_watermarkText = zr::watermarkText(s_watermark);
 }
 
 QString QZRScreenConfig::getWatermarkText() const
 {
-    const QMutexLocker locker(&m_textLock);
-    return m_qstrWatermark;
+    const QMutexLocker locker(&s_watermarkLock);
+    return s_watermarkText;
 }

@@ -4,6 +4,7 @@
 
 #include "personinfo.h"
 #include "uimsgcallback.h"
+#include "watermarktext.h"
 
 #include <QMap>
 #include <QMutex>
@@ -213,9 +214,11 @@ public:
     // --- Sharing; any thread ---
     void setShareSponsor(const QString& userId);
     QString shareSponsor() const;
-    /// What is written over shared screens, ready to be drawn; empty for nothing. A change shows
-    /// with the next sigRefreshPlayDlg.
-    void setWatermarkText(const QString& text);
+    /// The watermark belongs to the module and outlives the hub: the host may tell it before the
+    /// first screen, and once for many. A change shows with the next sigRefreshPlayDlg.
+    static void setWatermarkInfo(const zr::WatermarkInfo& info);
+    static void setWatermarkEnabled(bool bEnabled);
+    /// What is written over shared screens, ready to be drawn; empty for nothing.
     QString getWatermarkText() const;
 
     /// The youngest gallery; null while there is none. It speaks for all where a message must be
@@ -289,8 +292,7 @@ private:
     std::set<CAbsUIMsgCallback*> m_setUICallback;
     int m_iBroadcastDepth = 0;
 
-    mutable QMutex m_textLock; ///< guards the three below and the participants' names
+    mutable QMutex m_textLock; ///< guards the two below and the participants' names
     QMap<int, SubtitleRecord> m_mapSubtitles;
     QString m_qstrShareSponsor;
-    QString m_qstrWatermark;
 };

@@ -1,6 +1,7 @@
 #include "watermarktext.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace zr {
 
@@ -18,6 +19,28 @@ QString masked(const QString& phone)
     if (result.size() >= kMaskFrom + kMaskLength)
         result.replace(kMaskFrom, kMaskLength, QString(kMaskLength, QLatin1Char('*')));
     return result;
+}
+
+/// Narrows the stretch from `from` to `to` to where `start + t * slope` is within `reach` of 0.
+void narrow(double start, double slope, double reach, double* from, double* to)
+{
+    const double a = (-reach - start) / slope;
+    const double b = (reach - start) / slope;
+    *from = std::max(*from, std::min(a, b));
+    *to = std::min(*to, std::max(a, b));
+}
+
+/// Whether the line of a text crosses the tile.
+bool isInTile(const QPoint& origin, int textWidthPx, const QSize& tile)
+{
+    constexpr double kRadians = kWatermarkDegrees * 3.14159265358979323846 / 180;
+    const double c = std::cos(kRadians);
+    const double s = std::sin(kRadians);
+    double from = 0;
+    double to = textWidthPx;
+    narrow(origin.x() * c - origin.y() * s, c, tile.width() / 2.0, &from, &to);
+    narrow(origin.x() * s + origin.y() * c, s, tile.height() / 2.0, &from, &to);
+    return from < to;
 }
 
 } // namespace
@@ -51,9 +74,13 @@ QVector<QPoint> watermarkGrid(const QSize& tile, const WatermarkMetrics& metrics
     const int rowStep = std::max(1, metrics.lineHeightPx * (1 + kGapLines));
     QVector<QPoint> grid;
     for (int x = -w; x < w; x += columnStep) {
-        for (int y = -h; y <= h; y += rowStep)
-            grid.append({x, y});
+        for (int y = -h; y <= h; y += rowStep) {
+            if (isInTile({x, y}, metrics.textWidthPx, tile))
+                grid.append({x, y});
+        }
     }
+    if (grid.isEmpty() && !tile.isEmpty())
+        grid.append({std::max(-w, -metrics.textWidthPx / 2), metrics.lineHeightPx / 3});
     return grid;
 }
 

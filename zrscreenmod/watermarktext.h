@@ -34,9 +34,10 @@ struct WatermarkMetrics
 /// The text rises to the right.
 constexpr int kWatermarkDegrees = -30;
 
-/// Where the text's baseline begins, again and again, in a system of coordinates whose origin is
-/// the centre of the tile and which is turned by kWatermarkDegrees. They reach one tile's size in
-/// every direction, which covers the corners.
+/// Where the baselines of the texts begin that cross the tile, in a system of coordinates whose
+/// origin is the centre of the tile and which is turned by kWatermarkDegrees. The columns begin a
+/// tile's width left of the centre, the rows a tile's height above it. A tile so small that it lies
+/// between them has one text at its centre.
 QVector<QPoint> watermarkGrid(const QSize& tile, const WatermarkMetrics& metrics);
 
 /// How much of a text that is longer than the tile can be seen at most, from its beginning.

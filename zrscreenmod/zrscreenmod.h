@@ -390,6 +390,19 @@ ZR_API int ZR_CALL ZRScreen_ClearSubtitles(void* hScreen);
 ZR_API int ZR_CALL ZRScreen_AddSentence(void* hScreen, int iIDSentence, int iColorType,
                                         char* userName, char* transStr);
 
+// --- Watermark over shared screens --------------------------------------------------------
+
+/// Tells what the watermark says, and whether there is one. any; also before the first screen. The
+/// record is copied and kept until the library is unloaded, over the ends of screens; tiles of
+/// shared screens show it with their next repaint, which follows at once. The text is the name,
+/// or the name, a hyphen and the phone number or the address. A record or text that cannot be read
+/// is refused and logged.
+ZR_API void ZR_CALL ZRScreenWtmark_SetInfo(const __WTMark_Info& info);
+
+/// Switches the watermark on or off and leaves the rest of the record as it is. any; also before
+/// the first screen. The next `ZRScreenWtmark_SetInfo` decides anew.
+ZR_API void ZR_CALL ZRScreenWtmark_SetEnabled(bool bEnabled);
+
 } // extern "C"
 
 #include "zrcontrols.h"

@@ -1,0 +1,70 @@
+// The exports of the watermark. They need no screen and act on all of them.
+#include "boundary.h"
+#include "platform.h"
+
+#include <cstddef>
+
+using boundary::guarded;
+
+namespace {
+
+/// No text of a meeting is longer; a record with other strings than the module's looks like one.
+constexpr std::size_t kMaxTextBytes = std::size_t(1024) * 1024;
+
+/// Whether the record and its texts can be read: the host may have been built with another
+/// standard library.
+bool isReadableInfo(const __WTMark_Info* info)
+{
+    if (!platform::isReadable(info, sizeof *info))
+        return false;
+    for (const std::string* text : {&info->name, &info->phone, &info->email}) {
+        if (text->size() > kMaxTextBytes || !platform::isReadable(text->data(), text->size() + 1))
+            return false;
+    }
+    return true;
+}
+
+/// The tiles of shared screens take the change over.
+void announce()
+{
+    const auto announced = [] { emit QZRScreenConfig::getInstance()->sigRefreshPlayDlg(); };
+    if (GuiThread::isCurrent())
+        announced();
+    else
+        GuiThread::post(announced);
+}
+
+} // namespace
+
+void ZR_CALL ZRScreenWtmark_SetInfo(const __WTMark_Info& info)
+{
+    ZR_ENTER_OR_RETURN();
+    guarded(false, [&info] {
+        if (!isReadableInfo(&info)) {
+            qDebug() << "unreadable watermark record refused:" << static_cast<const void*>(&info);
+            return false;
+        }
+        zr::WatermarkInfo copy;
+        copy.enabled = info.bEnabled;
+        copy.kind = info.cloundType;
+        copy.name = QString::fromLocal8Bit(info.name.c_str());
+        copy.phone = QString::fromUtf8(info.phone.c_str());
+        copy.email = QString::fromUtf8(info.email.c_str());
+        qDebug() << "ZRScreenWtmark_SetInfo: cloundType=" << copy.kind << ", name=" << copy.name
+                 << ", phone=" << copy.phone << ", email" << copy.email;
+        QZRScreenConfig::setWatermarkInfo(copy);
+        announce();
+        return true;
+    });
+}
+
+void ZR_CALL ZRScreenWtmark_SetEnabled(bool bEnabled)
+{
+    ZR_ENTER_OR_RETURN();
+    guarded(false, [bEnabled] {
+        qDebug() << "ZRScreenWtmark_SetEnabled: bEnabled=" << bEnabled;
+        QZRScreenConfig::setWatermarkEnabled(bEnabled);
+        announce();
+        return true;
+    });
+}
