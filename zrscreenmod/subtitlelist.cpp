@@ -13,9 +13,6 @@
 #include <QTextOption>
 #include <QTouchEvent>
 
-#include <algorithm>
-#include <cmath>
-
 namespace {
 
 // Base sizes in pixels, scaled on a high-resolution screen.
@@ -109,7 +106,6 @@ void RectObject::setText(const QString& text)
     QTextOption option(Qt::AlignLeft);
     option.setWrapMode(QTextOption::WrapAnywhere);
     m_layout.setTextOption(option);
-    const qreal top = zr::subtitleTextTop(m_pStyle->metrics);
     const qreal room = m_rect.width() - zr::subtitleTextLeft(m_pStyle->metrics);
     qreal height = 0;
     if (room > 0 && !text.isEmpty()) {
@@ -121,9 +117,12 @@ void RectObject::setText(const QString& text)
         }
         m_layout.endLayout();
     }
-    m_iDrawnHeight =
-        static_cast<int>(std::ceil(std::min(top + height, qreal(zr::kMaxSubtitleItemPx))));
     update();
+}
+
+int RectObject::drawnHeight() const
+{
+    return zr::subtitleItemHeight(m_layout.lineCount(), m_pStyle->metrics);
 }
 
 void RectObject::setItemHeight(int height)

@@ -50,10 +50,10 @@ public:
     const QString& text() const { return m_text; }
     void setItemHeight(int height);
     int itemHeight() const { return m_iHeight; }
-    /// The height that all lines need as they were broken. More than globalGetItemHeight tells
-    /// where the text has line breaks of its own, or so many lines that what the breaks leave of
-    /// each adds up.
-    int drawnHeight() const { return m_iDrawnHeight; }
+    /// The height that the lines need as they were broken. More than globalGetItemHeight tells
+    /// where the text has line breaks of its own, or where what the breaks leave of each line adds
+    /// up to another one.
+    int drawnHeight() const;
     /// The initials.
     void setName(const QString& name);
     const QString& name() const { return m_name; }
@@ -71,7 +71,6 @@ private:
     QString m_name;
     QColor m_color;
     QTextLayout m_layout;
-    int m_iDrawnHeight = 0;
 };
 
 /// The container of the items; its position is the scroll position.

@@ -1,0 +1,516 @@
+// The subtitle panel: what its list holds, when it follows, how it scrolls, and how it looks.
+#include "golden.h"
+#include "testsupport.h"
+
+#include "qdlgmain.h"
+#include "qdlgsubtitle2.h"
+#include "qzrscreenconfig.h"
+
+#include <QGraphicsView>
+#include <QMouseEvent>
+#include <QScroller>
+#include <QtTest>
+
+#include <atomic>
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace {
+
+std::atomic<int> s_heightsComputed{0};
+QtMessageHandler s_nextHandler = nullptr;
+
+/// Every computed height is logged.
+void countHeights(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (text.contains(QLatin1String("iTextWidth:")))
+        ++s_heightsComputed;
+    else if (type != QtDebugMsg)
+        s_nextHandler(type, context, text);
+}
+
+QString line(int number)
+{
+    return QStringLiteral("Sentence number %1").arg(number);
+}
+
+} // namespace
+
+class TestSubtitlePanel : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void growsASentenceInPlace();
+    void keepsTheNewestInTheirOrder();
+    void takesAnyText_data();
+    void takesAnyText();
+    void needsNoRoom();
+    void takesItsColoursFromTheTable();
+    void followsUntilTheUserReadsBack();
+    void followsAgainWhenAllFits();
+    void leavesTheListUnderAFinger();
+    void scrollsWithMomentum_data();
+    void scrollsWithMomentum();
+    void standsStillWhenHidden();
+    void breaksLinesAnewWhenResized();
+    void staysOpenOnEscape();
+    void survivesOtherThreads();
+    void looks_data();
+    void looks();
+
+private:
+    static QZRScreenConfig& hub() { return *QZRScreenConfig::getInstance(); }
+    void open(const QSize& dialog);
+    static void add(int id, const QString& text, const QString& name = "Zhang San", int color = 0)
+    {
+        hub().AddOneSubtitle(id, color, name, text);
+    }
+    static void fill(int count)
+    {
+        for (int id = 1; id <= count; ++id)
+            add(id, line(id));
+    }
+    ListObject& list() { return *m_panel->list(); }
+    ViewObject& view() { return *list().viewObject(); }
+    QWidget* viewport() { return m_panel->findChild<QGraphicsView*>()->viewport(); }
+    /// In their order on the screen, each checked to stand below the one before.
+    std::vector<RectObject*> items();
+    std::vector<int> ids();
+    static std::vector<int> storedIds()
+    {
+        const QList<int> keys = hub().subtitles().keys();
+        return {keys.begin(), keys.end()};
+    }
+    double endPosition() { return list().size().height() - view().contentHeight(); }
+    void mouse(QEvent::Type type, const QPoint& at);
+    /// Presses, moves in steps of 16 ms and lets go where it came to rest, so that nothing moves
+    /// on.
+    void drag(int byPx);
+
+    std::unique_ptr<QDlgMain> m_dialog;
+    QDlgSubtitle2* m_panel = nullptr;
+};
+
+void TestSubtitlePanel::initTestCase()
+{
+    QVERIFY2(zrtest::useGoldenFont(), "the package fonts-noto-cjk is not installed");
+    s_nextHandler = qInstallMessageHandler(countHeights);
+}
+
+void TestSubtitlePanel::init()
+{
+    m_dialog = std::make_unique<QDlgMain>(nullptr);
+    m_panel = m_dialog->findChild<QDlgSubtitle2*>();
+    open({1500, 700});
+}
+
+void TestSubtitlePanel::open(const QSize& dialog)
+{
+    m_dialog->resize(dialog);
+    m_dialog->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_dialog.get()));
+    hub().setSubtitleOpen(true);
+    m_dialog->showSubtitlePanel(true);
+}
+
+void TestSubtitlePanel::cleanup()
+{
+    m_dialog.reset();
+    QZRScreenConfig::destroyInstance();
+}
+
+std::vector<RectObject*> TestSubtitlePanel::items()
+{
+    std::vector<RectObject*> result;
+    qreal y = 0;
+    for (QGraphicsItem* child : view().childItems()) {
+        auto* item = static_cast<RectObject*>(child);
+        if (item->pos() != QPointF(0, y))
+            return {};
+        y += item->itemHeight() + 10;
+        result.push_back(item);
+    }
+    return y == view().contentHeight() ? result : std::vector<RectObject*>();
+}
+
+std::vector<int> TestSubtitlePanel::ids()
+{
+    std::vector<int> result;
+    for (const RectObject* item : items())
+        result.push_back(item->id());
+    return result;
+}
+
+void TestSubtitlePanel::mouse(QEvent::Type type, const QPoint& at)
+{
+    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(type, at, viewport()->mapToGlobal(at), button,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(viewport(), &event);
+}
+
+void TestSubtitlePanel::drag(int byPx)
+{
+    const QPoint from(50, 250);
+    const QPoint to = from + QPoint(0, byPx);
+    mouse(QEvent::MouseButtonPress, from);
+    for (int step = 1; step <= 8; ++step) {
+        QTest::qWait(16);
+        mouse(QEvent::MouseMove, from + (to - from) * step / 8);
+    }
+    for (int rest = 0; rest < 8; ++rest) {
+        QTest::qWait(50);
+        mouse(QEvent::MouseMove, to);
+    }
+    mouse(QEvent::MouseButtonRelease, to);
+    QTRY_VERIFY(!list().isScrolling());
+}
+
+// --- Content ----------------------------------------------------------------------------------
+
+void TestSubtitlePanel::growsASentenceInPlace()
+{
+    add(5, "short");
+    add(6, "below");
+    QCOMPARE(ids(), (std::vector<int>{5, 6}));
+    RectObject* const grown = items().front();
+    const int before = grown->itemHeight();
+    s_heightsComputed = 0;
+    for (int i = 1; i <= 20; ++i)
+        add(5, QString("a sentence that is growing ").repeated(i));
+    QCOMPARE(s_heightsComputed.load(), 20);
+    QCOMPARE(items().front(), grown);
+    QVERIFY(grown->itemHeight()
+            >= before + 10 * QFontMetrics(SubtitleStyle::shared()->itemFont).lineSpacing());
+    QCOMPARE(ids().size(), 2U); // and what is below has moved
+    // What stays the same costs nothing.
+    add(5, grown->text());
+    QCOMPARE(s_heightsComputed.load(), 20);
+    add(5, "short again");
+    QCOMPARE(items().front()->itemHeight(), before);
+}
+
+void TestSubtitlePanel::keepsTheNewestInTheirOrder()
+{
+    for (const int id : {7, -3, 2147483647, 0, -2147483647 - 1, 7})
+        add(id, line(id));
+    QCOMPARE(ids(), (std::vector<int>{-2147483647 - 1, -3, 0, 7, 2147483647}));
+    for (int id = 100; id < 165; ++id)
+        add(id, line(id));
+    std::vector<int> kept;
+    for (int id = 102; id < 165; ++id)
+        kept.push_back(id);
+    kept.push_back(2147483647);
+    QCOMPARE(ids(), kept);
+    QCOMPARE(storedIds(), kept);
+    add(1, "too old");
+    QCOMPARE(ids(), kept);
+    hub().clearSubtitles();
+    QVERIFY(ids().empty());
+    QCOMPARE(view().pos(), QPointF(0, 0));
+}
+
+void TestSubtitlePanel::takesAnyText_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("least"); // lines
+    QTest::newRow("empty") << QString() << 1;
+    QTest::newRow("lines of its own") << QString("a\nb\r\nc\n\nd") << 5;
+    QTest::newRow("100,000 wide characters") << QString(100000, QChar(0x5B57)) << 100000 / 14;
+    QTest::newRow("100,000 letters") << QString(100000, QLatin1Char('i')) << 100000 / 70;
+    QTest::newRow("half pairs") << QString(300, QChar(0xD83D)) << 1;
+    QTest::newRow("right to left") << QString::fromUtf8("שלום עולם ").repeated(30) << 5;
+}
+
+/// All lines are inside the item, and the list paints them.
+void TestSubtitlePanel::takesAnyText()
+{
+    QFETCH(QString, text);
+    QFETCH(int, least);
+    add(1, text);
+    add(2, "after it");
+    QCOMPARE(ids(), (std::vector<int>{1, 2}));
+    const RectObject* item = items().front();
+    const int lineSpacing = SubtitleStyle::shared()->metrics.lineSpacingPx;
+    QVERIFY(item->itemHeight() >= item->drawnHeight());
+    QVERIFY(item->itemHeight() >= least * lineSpacing);
+    QCOMPARE(view().y(), std::min(0.0, endPosition()));
+    m_panel->grab();
+}
+
+void TestSubtitlePanel::needsNoRoom()
+{
+    // Before the dialog has a size, and without room for text.
+    for (const QSize& size : {QSize(0, 0), QSize(4, 4), QSize(200, 300), QSize(275, 300)}) {
+        m_dialog.reset();
+        m_dialog = std::make_unique<QDlgMain>(nullptr);
+        m_panel = m_dialog->findChild<QDlgSubtitle2*>();
+        hub().setSubtitleOpen(true);
+        m_dialog->setGeometry(0, 0, size.width(), size.height());
+        m_dialog->showSubtitlePanel(true);
+        fill(10);
+        m_dialog->show();
+        add(11, QString("text ").repeated(100));
+        QTRY_COMPARE(ids().size(), 11U);
+        QCOMPARE(items().back()->itemHeight(), items().front()->itemHeight());
+        m_panel->grab();
+        // With room, the lines are broken.
+        m_dialog->resize(1500, 700);
+        QTRY_VERIFY(items().back()->itemHeight() > 5 * items().front()->itemHeight());
+    }
+}
+
+void TestSubtitlePanel::takesItsColoursFromTheTable()
+{
+    const QColor colors[] = {{112, 98, 248}, {94, 176, 242}, {95, 203, 146}, {195, 109, 241}};
+    for (int index = -6; index < 7; ++index) {
+        add(1, "text", QString::fromUtf8("欧阳修"), index);
+        QCOMPARE(items().front()->color(), colors[(index + 8) % 4]);
+        QCOMPARE(items().front()->name(), QString::fromUtf8("阳修"));
+    }
+}
+
+// --- Following and scrolling ------------------------------------------------------------------
+
+void TestSubtitlePanel::followsUntilTheUserReadsBack()
+{
+    fill(20);
+    QVERIFY(endPosition() < -300);
+    QCOMPARE(view().y(), endPosition());
+    drag(200);
+    const double reading = view().y();
+    QVERIFY2(reading > endPosition() + 100, qPrintable(QString::number(reading)));
+    add(20, "changed while reading");
+    QVERIFY(!g_bSubtitleFollow);
+    add(21, line(21));
+    QCOMPARE(ids().size(), 20U);
+    QCOMPARE(view().y(), reading);
+    // Back at the end, which is reached in two drags.
+    drag(-220);
+    drag(-100);
+    QCOMPARE(ids().size(), 20U);
+    add(22, line(22));
+    QVERIFY(g_bSubtitleFollow);
+    QCOMPARE(ids().size(), 22U);
+    QCOMPARE(view().y(), endPosition());
+}
+
+void TestSubtitlePanel::followsAgainWhenAllFits()
+{
+    fill(20);
+    drag(200);
+    add(20, "changed while reading");
+    QVERIFY(!g_bSubtitleFollow);
+    hub().clearSubtitles();
+    add(1, "fresh");
+    QCOMPARE(ids(), std::vector<int>{1});
+    QVERIFY(g_bSubtitleFollow);
+    // Opened anew in another mode, too.
+    fill(20);
+    drag(200);
+    add(20, "changed");
+    QVERIFY(!g_bSubtitleFollow);
+    hub().setCurScreenMode(eLayoutSpeakerTop);
+    add(21, "while hidden");
+    QVERIFY(ids().empty());
+    hub().setCurScreenMode(eLayoutEqualCut);
+    QCOMPARE(ids().size(), 21U);
+    QCOMPARE(view().y(), endPosition());
+}
+
+void TestSubtitlePanel::leavesTheListUnderAFinger()
+{
+    fill(20);
+    const double end = endPosition();
+    mouse(QEvent::MouseButtonPress, {50, 250});
+    for (int i = 0; i < 5; ++i)
+        add(21 + i, line(21 + i));
+    QCOMPARE(view().y(), end);
+    mouse(QEvent::MouseButtonRelease, {50, 250});
+    QTRY_COMPARE(view().y(), endPosition());
+    QVERIFY(g_bSubtitleFollow);
+    QCOMPARE(ids().size(), 25U);
+}
+
+void TestSubtitlePanel::scrollsWithMomentum_data()
+{
+    QTest::addColumn<bool>("touch");
+    QTest::newRow("mouse") << false;
+    QTest::newRow("finger") << true;
+}
+
+void TestSubtitlePanel::scrollsWithMomentum()
+{
+    QFETCH(bool, touch);
+    static QTouchDevice* const finger = QTest::createTouchDevice();
+    fill(16);
+    double highest = endPosition();
+    double lowest = 0;
+    const auto flick = [&](int byPx) {
+        const int steps = 6;
+        for (int step = 0; step <= steps; ++step) {
+            // Sideways movements change nothing.
+            const QPoint at(50 + 20 * step, 250 + byPx * step / steps);
+            if (touch && step == 0)
+                QTest::touchEvent(viewport(), finger).press(0, at, viewport());
+            else if (touch)
+                QTest::touchEvent(viewport(), finger).move(0, at, viewport());
+            else
+                mouse(step == 0 ? QEvent::MouseButtonPress : QEvent::MouseMove, at);
+            QTest::qWait(15);
+        }
+        const QPoint last(50 + 20 * steps, 250 + byPx);
+        if (touch)
+            QTest::touchEvent(viewport(), finger).release(0, last, viewport());
+        else
+            mouse(QEvent::MouseButtonRelease, last);
+        while (list().isScrolling()) {
+            QTest::qWait(5);
+            QCOMPARE(view().x(), 0.0);
+            highest = std::max(highest, view().y());
+            lowest = std::min(lowest, view().y());
+        }
+    };
+    flick(180);
+    QVERIFY2(view().y() > endPosition() + 230, qPrintable(QString::number(view().y())));
+    for (int i = 0; i < 4 && highest <= 5; ++i)
+        flick(200);
+    QVERIFY2(highest > 5, qPrintable(QString::number(highest))); // pulled past the top
+    QCOMPARE(view().y(), 0.0);                                   // and back
+    for (int i = 0; i < 6 && lowest >= endPosition() - 5; ++i)
+        flick(-200);
+    QVERIFY(lowest < endPosition() - 5);
+    QCOMPARE(view().y(), endPosition());
+}
+
+void TestSubtitlePanel::standsStillWhenHidden()
+{
+    fill(40);
+    mouse(QEvent::MouseButtonPress, {50, 100});
+    for (int y = 120; y <= 240; y += 40) {
+        QTest::qWait(15);
+        mouse(QEvent::MouseMove, {50, y});
+    }
+    mouse(QEvent::MouseButtonRelease, {50, 240});
+    QVERIFY(list().isScrolling());
+    m_panel->hide();
+    QVERIFY(!list().isScrolling());
+    const QPointF at = view().pos();
+    s_heightsComputed = 0;
+    add(40, "not seen");
+    add(41, "not seen either");
+    mouse(QEvent::MouseMove, {50, 300}); // of a button that was pressed when it was shown
+    QTest::qWait(50);
+    QCOMPARE(view().pos(), at);
+    QCOMPARE(s_heightsComputed.load(), 0);
+    m_panel->show();
+    QCOMPARE(ids().size(), 41U);
+    QCOMPARE(items().back()->text(), QString("not seen either"));
+}
+
+void TestSubtitlePanel::breaksLinesAnewWhenResized()
+{
+    add(1, QString("some words ").repeated(30));
+    fill(20);
+    add(1, QString("some words ").repeated(30));
+    const int wide = items().front()->itemHeight();
+    m_dialog->resize(1000, 700);
+    QTRY_VERIFY(items().front()->itemHeight() > wide * 5 / 4);
+    QCOMPARE(view().y(), endPosition());
+    drag(200);
+    add(20, "changed while reading");
+    m_dialog->resize(1500, 600);
+    QTRY_COMPARE(items().front()->itemHeight(), wide);
+    QCOMPARE(view().pos(), QPointF(0, 0));
+    QVERIFY(!g_bSubtitleFollow);
+}
+
+void TestSubtitlePanel::staysOpenOnEscape()
+{
+    QTest::keyClick(m_panel, Qt::Key_Escape);
+    QVERIFY(m_panel->isVisible());
+    QCOMPARE(viewport()->parentWidget()->focusPolicy(), Qt::NoFocus);
+}
+
+void TestSubtitlePanel::survivesOtherThreads()
+{
+    std::atomic<bool> stop{false};
+    std::vector<std::thread> hosts;
+    for (int seed = 0; seed < 2; ++seed) {
+        hosts.emplace_back([&, seed] {
+            for (int i = 0; !stop; ++i) {
+                add((i * 7 + seed) % 150 - 20, QString("text ").repeated(i % 40));
+                if (i % 100 == 99)
+                    hub().clearSubtitles();
+                std::this_thread::sleep_for(std::chrono::microseconds(200));
+            }
+        });
+    }
+    for (int i = 0; i < 40; ++i) {
+        const bool bOpen = i % 2 == 0;
+        hub().setSubtitleOpen(bOpen);
+        m_dialog->showSubtitlePanel(bOpen);
+        QTest::qWait(5);
+    }
+    hub().setSubtitleOpen(true);
+    m_dialog->showSubtitlePanel(true);
+    QTest::qWait(50);
+    stop = true;
+    for (std::thread& host : hosts)
+        host.join();
+    // The list comes to show exactly what is stored.
+    QTRY_COMPARE(ids(), storedIds());
+    for (const RectObject* item : items())
+        QCOMPARE(item->text(), hub().subtitle(item->id()).transStr);
+}
+
+// --- Look -------------------------------------------------------------------------------------
+
+void TestSubtitlePanel::looks_data()
+{
+    QTest::addColumn<bool>("reading");
+    QTest::newRow("following") << false;
+    QTest::newRow("reading") << true;
+}
+
+void TestSubtitlePanel::looks()
+{
+    QFETCH(bool, reading);
+    struct
+    {
+        const char* name;
+        const char* text;
+    } const sentences[] = {
+        {"张三", "大家好，我们开始今天的会议。"},
+        {"Alice Brown", "Good morning everyone. Can you all hear me and see the slides?"},
+        {"欧阳修",
+         "可以听到，画面也很清晰。请把上周的进度先介绍一下，然后我们讨论下一步的计划和分工。"},
+        {"12345", "OK"},
+        {"a1", "The release 版本 2.4 is planned for 十一月三十日, 大家有问题吗?"},
+        {"李四", "没有问题。"},
+        {"Bob", "Supercalifragilisticexpialidocious-and-other-words-without-spaces-break-anywhere"},
+        {"", "（未知发言人）"},
+    };
+    int id = 0;
+    for (const auto& sentence : sentences) {
+        add(id, QString::fromUtf8(sentence.text), QString::fromUtf8(sentence.name), id);
+        ++id;
+    }
+    if (reading) {
+        view().setPos(0, endPosition() + 120); // to the pixel, as no hand can
+        add(7, "changed", "", 7);
+    }
+    QCOMPARE(g_bSubtitleFollow, !reading);
+    const QByteArray name = QByteArray("subtitle_") + QTest::currentDataTag();
+    ZR_COMPARE_GOLDEN(m_panel->grab(), name.constData());
+}
+
+ZR_WIDGET_TEST_MAIN(TestSubtitlePanel)
+#include "tst_qdlgsubtitle2.moc"
