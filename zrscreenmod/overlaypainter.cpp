@@ -3,6 +3,7 @@
 #include "overlayimages.h"
 #include "personorder.h"
 #include "screenscale.h"
+#include "watermarkcache.h"
 
 #include <QFont>
 #include <QFontMetrics>
@@ -21,7 +22,6 @@ const QColor kNameBar(12, 16, 23, 128);
 const QColor kLookMark(0, 0, 0, 128);
 const QColor kBubble(45, 48, 56, 200);
 const QColor kSpinnerTint(76, 8, 10, 15);
-const QColor kWatermark(185, 185, 185, 0x53);
 
 constexpr int kMarkRadius = 10;
 
@@ -81,7 +81,7 @@ public:
             drawText(element, Qt::AlignLeft);
             break;
         case OverlayPart::Watermark:
-            paintWatermark(element);
+            m_paint.watermark.paint(m_p, element.rect.size(), element.text);
             break;
         case OverlayPart::Resolution:
             drawText(element, Qt::AlignRight);
@@ -128,7 +128,6 @@ private:
     void paintBar(const QRect& bar);
     void paintNetwork(const OverlayElement& network);
     void paintSpinner(const OverlayElement& spinner);
-    void paintWatermark(const OverlayElement& watermark);
     void paintLook(const OverlayElement& look);
     void paintBubble(const OverlayElement& bubble);
     void paintBorder(const OverlayElement& border);
@@ -209,29 +208,6 @@ void Painter::paintSpinner(const OverlayElement& spinner)
     m_p.drawPixmap(
         QRectF(-target.width() / 2.0, -target.height() / 2.0, target.width(), target.height()),
         image, square);
-}
-
-void Painter::paintWatermark(const OverlayElement& watermark)
-{
-    constexpr int kPointSize = 24;
-    constexpr int kDegrees = -30; // rises to the right
-    QFont font = overlayFont(1);
-    font.setPointSize(kPointSize);
-    font.setLetterSpacing(QFont::AbsoluteSpacing, 0);
-    m_p.setFont(font);
-    m_p.setPen(kWatermark);
-    const QFontMetrics metrics(font);
-    const int columnStep =
-        std::max(1, metrics.horizontalAdvance(watermark.text) + metrics.averageCharWidth() * 20);
-    const int rowStep = std::max(1, (metrics.ascent() + metrics.descent()) * 9);
-    const int w = watermark.rect.width();
-    const int h = watermark.rect.height();
-    m_p.translate(QPoint(w / 2, h / 2));
-    m_p.rotate(kDegrees);
-    for (int x = -w; x < w; x += columnStep) {
-        for (int y = -h; y <= h; y += rowStep)
-            m_p.drawText(x, y, watermark.text);
-    }
 }
 
 void Painter::paintLook(const OverlayElement& look)

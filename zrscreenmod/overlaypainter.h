@@ -7,6 +7,7 @@
 #include <QPainterPath>
 
 class OverlayImages;
+class WatermarkCache;
 class QPainter;
 
 /// What the layout does not tell.
@@ -17,6 +18,7 @@ struct OverlayPaint
     const QPainterPath& bars; ///< what the picture leaves of the tile
     bool bHighResolution;
     int iSpinnerAngle; ///< degrees
+    WatermarkCache& watermark;
 };
 
 /// What a tile is laid out with: the sizes of the images and the widths of texts in the overlay's

@@ -3,6 +3,7 @@
 
 #include "overlaylayout.h"
 #include "personinfo.h"
+#include "watermarkcache.h"
 
 #include <QBasicTimer>
 #include <QElapsedTimer>
@@ -130,6 +131,7 @@ private:
     int m_iBubbleColor = 0;
     QRect m_rcVideo;
     QPainterPath m_barsPath;
+    WatermarkCache m_watermark;
     zr::OverlayState m_state;
     zr::OverlayLayout m_layout;
 };
