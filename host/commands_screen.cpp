@@ -71,6 +71,22 @@ void subtitleAdd(Session& session, const Args& args)
                                            speaker.data(), sentence.data()));
 }
 
+void watermarkSet(Session& session, const Args& args)
+{
+    __WTMark_Info info;
+    info.bEnabled = true;
+    info.cloundType = args.number(0);
+    info.name = toLocal8Bit(args.text(1));
+    info.phone = args.has(2) ? args.text(2) : std::string();
+    info.email = args.has(3) ? args.text(3) : std::string();
+    session.api().WtmarkSetInfo(info);
+}
+
+void watermarkShow(Session& session, const Args& args)
+{
+    session.api().WtmarkSetEnabled(args.flag(0));
+}
+
 void help(Session& session, const Args&)
 {
     std::string text = commandHelp();
@@ -251,6 +267,17 @@ void addShareCommands(std::vector<Command>& table)
                      "add or replace a sentence",
                      subtitleAdd,
                      "subtitle add 7 2 Alice \"Good morning\""});
+    table.push_back({"watermark set",
+                     {integer("KIND", -kMaxInt, kMaxInt), text("NAME"), optional(text("PHONE")),
+                      optional(text("EMAIL"))},
+                     "write over shares: the name, with 1 the phone, with 2 the address",
+                     watermarkSet,
+                     "watermark set 1 Alice 13812345678"});
+    table.push_back({"watermark show",
+                     {onOff()},
+                     "switch what is written over shares",
+                     watermarkShow,
+                     "watermark show off"});
 }
 
 void addWindowCommands(std::vector<Command>& table)

@@ -3,6 +3,7 @@
 #include "host_error.h"
 
 #include <string>
+#include <type_traits>
 
 namespace zrhost {
 
@@ -10,12 +11,16 @@ ScreenApi ScreenApi::resolve(const std::function<void*(const char*)>& lookUp)
 {
     ScreenApi api;
     std::string missing;
-#define ZRHOST_RESOLVE(name)                                                                       \
-    api.name = reinterpret_cast<decltype(api.name)>(lookUp("ZRScreen_" #name));                    \
-    if (!api.name)                                                                                 \
-        missing += missing.empty() ? "ZRScreen_" #name : ", ZRScreen_" #name;
+    const auto resolve = [&](auto& member, const char* name) {
+        member = reinterpret_cast<std::decay_t<decltype(member)>>(lookUp(name));
+        if (!member)
+            missing += (missing.empty() ? "" : ", ") + std::string(name);
+    };
+#define ZRHOST_RESOLVE(name) resolve(api.name, "ZRScreen_" #name);
     ZRHOST_SCREEN_EXPORTS(ZRHOST_RESOLVE)
 #undef ZRHOST_RESOLVE
+    resolve(api.WtmarkSetInfo, "ZRScreenWtmark_SetInfo");
+    resolve(api.WtmarkSetEnabled, "ZRScreenWtmark_SetEnabled");
     std::string missingControls;
     api.controls = ControlApi::resolve(lookUp, missingControls);
     missing +=

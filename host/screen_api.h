@@ -65,6 +65,8 @@ struct ScreenApi
 #define ZRHOST_MEMBER(name) decltype(&::ZRScreen_##name) name = nullptr;
     ZRHOST_SCREEN_EXPORTS(ZRHOST_MEMBER)
 #undef ZRHOST_MEMBER
+    decltype(&::ZRScreenWtmark_SetInfo) WtmarkSetInfo = nullptr;
+    decltype(&::ZRScreenWtmark_SetEnabled) WtmarkSetEnabled = nullptr;
     ControlApi controls;
 
     /// Looks every export up by its full name.

@@ -102,6 +102,8 @@ void* fakeExport(const std::string& name)
 #define FAKE_ENTRY(name) {"ZRScreen_" #name, reinterpret_cast<void*>(&ZRScreen_##name)},
         ZRHOST_SCREEN_EXPORTS(FAKE_ENTRY)
 #undef FAKE_ENTRY
+        {"ZRScreenWtmark_SetInfo", reinterpret_cast<void*>(&ZRScreenWtmark_SetInfo)},
+        {"ZRScreenWtmark_SetEnabled", reinterpret_cast<void*>(&ZRScreenWtmark_SetEnabled)},
     };
     const auto found = exports.find(name);
     return found == exports.end() ? fakeControlExport(name) : found->second;
@@ -168,6 +170,17 @@ int ZRScreen_ChangeLayout(void* s, eLayoutType type, const std::map<int, std::st
     for (const auto& [position, id] : sorting)
         order += std::to_string(position) + "=" + id + ";";
     return record("ChangeLayout", s, static_cast<int>(type), order);
+}
+
+void ZRScreenWtmark_SetInfo(const __WTMark_Info& info)
+{
+    record("Wtmark.SetInfo", &g_screen, info.bEnabled, info.cloundType, info.name, info.phone,
+           info.email);
+}
+
+void ZRScreenWtmark_SetEnabled(bool bEnabled)
+{
+    record("Wtmark.SetEnabled", &g_screen, bEnabled);
 }
 
 int ZRScreen_IsExtendScreen(void)
