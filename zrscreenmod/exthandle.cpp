@@ -6,6 +6,7 @@
 #include "qzrscreenconfig.h"
 #include "screenhandle.h"
 
+#include <QAbstractEventDispatcher>
 #include <QBasicTimer>
 #include <QDebug>
 #include <QThread>
@@ -68,6 +69,8 @@ protected:
             return;
         m_timer.stop();
         destroyRetired();
+        // What was destroyed in a timer leaves the display with the next event of Qt's.
+        QAbstractEventDispatcher::instance()->wakeUp();
     }
 
 private:

@@ -1,0 +1,292 @@
+// The extended screen: one participant in a window of its own, with a gallery and without.
+#include "check.h"
+#include "desktop.h"
+#include "meeting.h"
+
+#include <atomic>
+#include <cstring>
+#include <memory>
+#include <thread>
+
+// clang-format off
+#define ZR_EXT_EXPORTS(X)                                                                          \
+    X(Init) X(Release) X(Move) X(SetPersonInfo) X(PlayFrame) X(SetAllLook) X(SetLockLook)          \
+    X(SetMute) X(SetVolume) X(Preview) X(UpdateUserNetStatus) X(GetShareWgtPos)
+// clang-format on
+
+namespace {
+
+constexpr int kWidthPx = 480;
+constexpr int kHeightPx = 270;
+constexpr int kLeftPx = 1300; ///< beside the gallery's window
+
+/// The member `X` is the export `ZRScreenExt_X`.
+struct ExtApi
+{
+    explicit ExtApi(const Module& module)
+    {
+#define ZR_LOOK_UP(member)                                                                         \
+    member = reinterpret_cast<decltype(member)>(module.find("ZRScreenExt_" #member));              \
+    REQUIRE(this->member != nullptr);
+        ZR_EXT_EXPORTS(ZR_LOOK_UP)
+#undef ZR_LOOK_UP
+    }
+#define ZR_MEMBER(member)                                                                          \
+    decltype(&::ZRScreenExt_##member) member = nullptr; // NOLINT(bugprone-macro-parentheses)
+    ZR_EXT_EXPORTS(ZR_MEMBER)
+#undef ZR_MEMBER
+};
+
+tagRECT area()
+{
+    tagRECT rect{};
+    rect.right = kWidthPx;
+    rect.bottom = kHeightPx;
+    return rect;
+}
+
+/// An extended screen that fills a window of the host's, and tells the second inbox.
+struct ExtScreen
+{
+    explicit ExtScreen(const Module& module)
+        : api(module)
+        , window(kWidthPx, kHeightPx, kLeftPx, 0)
+    {
+        inbox.reset();
+        handle = api.Init(window.hwnd(), inbox.notify());
+        REQUIRE(handle != nullptr);
+        tagRECT rect = area();
+        CHECK(api.Move(handle, &rect, 0) == 1);
+    }
+    ~ExtScreen() { api.Release(handle); }
+    ExtScreen(const ExtScreen&) = delete;
+    ExtScreen& operator=(const ExtScreen&) = delete;
+
+    int show(const char* userId, long long value) const
+    {
+        return api.SetPersonInfo(handle, hostValue(value), userId, false, 1, "Ann", 1);
+    }
+    /// Plays the picture until its colour is in the middle, or is not any more.
+    [[nodiscard]] bool comes(Picture& picture, const Yuv& colour, bool seen = true) const
+    {
+        return pumpUntil([&] {
+            (void)api.PlayFrame(handle, &picture.frame);
+            return isNear(window.grab().at(kWidthPx / 2, kHeightPx / 4), colour.rgb(), 8) == seen;
+        });
+    }
+
+    ExtApi api;
+    NativeWindow window;
+    Inbox& inbox = Inbox::second();
+    void* handle = nullptr;
+};
+
+ZR_CASE(extscreen, refusesWhatItDoesNotKnow)
+{
+    const Module zr;
+    const ExtScreen ext(zr);
+    const ExtApi& api = ext.api;
+    Picture picture(320, 180, kRed);
+    void* const released = api.Init(nullptr, nullptr);
+    api.Release(released);
+    uint64_t garbage[64];
+    std::memset(garbage, 0x5a, sizeof garbage);
+    LogCapture log;
+    const auto call = [&](void* h, const char* row, bool logged) {
+        tagRECT rect = area();
+        const int results[] = {api.Move(h, &rect, 0),
+                               api.SetPersonInfo(h, &rect, "u1", false, 0, "Ann", 0),
+                               api.PlayFrame(h, &picture.frame),
+                               api.SetAllLook(h, true),
+                               api.SetLockLook(h, true),
+                               api.SetMute(h, 1),
+                               api.SetVolume(h, "u1", 50),
+                               api.Preview(h, true),
+                               api.UpdateUserNetStatus(h, "u1", 1, false, 5),
+                               api.GetShareWgtPos(h).right};
+        for (const int result : results)
+            CHECK_ROW(result == 0, row);
+        CHECK_ROW((log.take().find("live extended screen failed") != std::string::npos) == logged,
+                  row);
+    };
+    call(nullptr, "null", false);
+    call(released, "released", true);
+    call(garbage, "foreign", true);
+
+    // Before there is a participant.
+    CHECK(api.PlayFrame(ext.handle, &picture.frame) == 0);
+    CHECK(api.SetAllLook(ext.handle, true) == 0);
+    CHECK(api.SetMute(ext.handle, 1) == 0);
+    CHECK(api.SetVolume(ext.handle, "u1", 50) == 0);
+    CHECK(api.Preview(ext.handle, true) == 0);
+    CHECK(api.UpdateUserNetStatus(ext.handle, "u1", 1, true, 0) == 1);
+    CHECK(api.SetPersonInfo(ext.handle, garbage, "", false, 0, "Ann", 0) == 0);
+    CHECK(api.SetPersonInfo(ext.handle, garbage, "u1", false, 0, reinterpret_cast<char*>(16), 0)
+          == 0);
+    CHECK(api.Move(ext.handle, nullptr, 0) == 0);
+
+    CHECK(ext.show("u1", 7) == 1);
+    CHECK(ext.show("u1", 7) == 1);
+    CHECK(api.SetVolume(ext.handle, "u2", 50) == 0);
+    CHECK(api.SetVolume(ext.handle, "u1", 50) == 1);
+    CHECK(api.PlayFrame(ext.handle, nullptr) == 0);
+    CHECK(log.take().find("pWin32Frame == nullptr") != std::string::npos);
+    CHECK(api.PlayFrame(ext.handle, reinterpret_cast<void*>(16)) == 0);
+    VantrelRTCVideoFrameQT bad = picture.frame;
+    bad.pData = reinterpret_cast<const uint8_t*>(16);
+    CHECK(api.PlayFrame(ext.handle, &bad) == 0);
+    CHECK(api.PlayFrame(ext.handle, &picture.frame) == 1);
+}
+
+ZR_CASE(extscreen, showsOneParticipantWithoutAGallery)
+{
+    const Module zr;
+    const ExtScreen ext(zr);
+    const ExtApi& api = ext.api;
+    Picture red(320, 180, kRed);
+    CHECK(ext.show("u1", 7) == 1);
+    pump(300);
+    CHECK(ext.comes(red, kRed, false)); // its stream is not open: the avatar
+    CHECK(api.Preview(ext.handle, true) == 1);
+    CHECK(ext.comes(red, kRed));
+    const ZRRect rect = api.GetShareWgtPos(ext.handle);
+    CHECK(rect.left == kLeftPx && rect.top == 0);
+    CHECK(rect.right == kLeftPx + kWidthPx && rect.bottom == kHeightPx);
+    CHECK(api.Preview(ext.handle, false) == 1);
+    CHECK(ext.comes(red, kRed, false));
+
+    // The next one begins with a closed stream and none of the former one's picture.
+    CHECK(api.Preview(ext.handle, true) == 1 && ext.comes(red, kRed));
+    CHECK(ext.show("u2", 8) == 1);
+    CHECK(api.Preview(ext.handle, true) == 1);
+    pump(200);
+    CHECK(!isNear(ext.window.grab().at(kWidthPx / 2, kHeightPx / 4), kRed.rgb(), 8));
+    CHECK(ext.comes(red, kRed));
+    // Nobody any more: frames are refused.
+    CHECK(api.SetPersonInfo(ext.handle, nullptr, nullptr, false, 0, nullptr, 0) == 1);
+    CHECK(api.PlayFrame(ext.handle, &red.frame) == 0);
+    CHECK(api.SetVolume(ext.handle, "u2", 50) == 0);
+    CHECK(ext.inbox.count() == 0);
+}
+
+ZR_CASE(extscreen, clicksAndPreviewsPassBetweenItAndTheGallery)
+{
+    const NativeWindow window(1280, 720);
+    Meeting meeting(&window);
+    Module& zr = meeting.zr;
+    const ExtScreen ext(zr);
+    Picture red(320, 180, kRed);
+    void* const ann = meeting.join(1);
+    void* const bob = meeting.join(2);
+    CHECK(ext.show("u2", 42) == 1);
+
+    // The gallery's report of a preview is taken over.
+    CHECK(zr.Preview(meeting.screen, bob, true) == 1);
+    CHECK(ext.comes(red, kRed));
+
+    // A click here is one on the participant: the focus leaves the pinned one, and that is told
+    // unless there is an extended screen.
+    for (const bool extended : {true, false}) {
+        CHECK(zr.SetExtendScreen(meeting.screen, extended, false) == 1);
+        CHECK(zr.IsExtendScreen() == (extended ? 1 : 0));
+        CHECK(zr.LockLook(meeting.screen, ann, 1) == 1);
+        pump(50);
+        CHECK(zr.ChangeLayout(meeting.screen, eLayoutSpeakerRight, {}) == 1);
+        CHECK(zr.FocusByUserID(meeting.screen, text("u1"), false) == 1);
+        pump(100);
+        meeting.inbox.clear();
+        ext.inbox.clear();
+        desktop::click(kLeftPx + kWidthPx / 2, kHeightPx / 2);
+        CHECK(pumpUntil([&] { return meeting.inbox.count(ZRMSG_FOCUS_PERSON) > 0; }));
+        CHECK(ext.inbox.count(ZRMSG_EXT_CLICK, 42) == 1);
+        CHECK(ext.inbox.count() == 1);
+        CHECK(ext.inbox.all()[0].wParam == reinterpret_cast<uintptr_t>(ext.handle));
+        CHECK(meeting.inbox.count(ZRMSG_TILE_CLICK) == 1);
+        CHECK(meeting.inbox.count(ZRMSG_LOOK_TOAST_NOT_ALL) == (extended ? 0 : 1));
+        CHECK(meeting.inbox.count(ZRMSG_EXT_CLICK) == 0);
+    }
+
+    // Whose stream is in use here keeps it when the gallery's tile goes, until nobody is here.
+    CHECK(zr.LockLook(meeting.screen, ann, 0) == 1);
+    CHECK(zr.FocusByUserID(meeting.screen, text("u1"), false) == 1);
+    meeting.inbox.clear();
+    CHECK(zr.ChangeLayout(meeting.screen, eLayoutSingle, {{0, "u1"}}) == 1);
+    pump(1500);
+    CHECK(zr.IsPersonVisible(meeting.screen, text("u2")) == 0);
+    CHECK(meeting.inbox.count(ZRMSG_VIDEO_HIDDEN, 2) == 0);
+    CHECK(ext.api.SetPersonInfo(ext.handle, nullptr, "u2", false, 0, "", 0) == 1);
+    CHECK(zr.ReOrder(meeting.screen, true) == 1);
+    CHECK(pumpUntil([&] { return meeting.inbox.count(ZRMSG_VIDEO_HIDDEN, 2) == 1; }));
+}
+
+ZR_CASE(extscreen, framesForBothFromTwoThreads)
+{
+    const NativeWindow window(1280, 720);
+    auto meeting = std::make_unique<Meeting>(&window);
+    Module& zr = meeting->zr;
+    const ExtApi api(zr);
+    auto ext = std::make_unique<ExtScreen>(zr);
+    Picture red(320, 180, kRed);
+    void* const play = meeting->join(1);
+    std::atomic<bool> stop{false};
+    std::atomic<int> refused{0};
+    std::thread forGallery([&] {
+        while (!stop)
+            (void)zr.PlayFrame(meeting->screen, play, &red.frame);
+    });
+    void* const handle = ext->handle;
+    std::thread forExt([&] {
+        while (!stop) {
+            const bool taken = api.PlayFrame(handle, &red.frame) != 0;
+            (void)api.SetVolume(handle, "u1", taken ? 60 : 10);
+            refused += taken ? 0 : 1;
+        }
+    });
+    for (int i = 0; i < 40; ++i) {
+        CHECK(ext->show(i % 2 ? "u2" : "u1", 7) == 1);
+        CHECK(api.Preview(handle, i % 3 != 0) == 1);
+        tagRECT rect = area();
+        rect.right -= i;
+        CHECK(api.Move(handle, &rect, 0) == 1);
+        pump(5);
+    }
+    // Released in the middle of it: from here on frames are refused.
+    ext.reset();
+    const int before = refused;
+    CHECK(pumpUntil([&] { return refused > before + 10; }));
+    stop = true;
+    forGallery.join();
+    forExt.join();
+}
+
+ZR_CASE(extscreen, outlivesTheGalleryAndEndsInsideItsMessage)
+{
+    const NativeWindow window(640, 360);
+    Module zr;
+    void* const screen = zr.Init(window.hwnd(), nullptr);
+    ExtScreen ext(zr);
+    Picture red(320, 180, kRed);
+    CHECK(ext.show("u1", 7) == 1 && ext.api.Preview(ext.handle, true) == 1);
+    CHECK(zr.SetExtendScreen(screen, true, false) == 1);
+    zr.Release(screen);
+    CHECK(ext.comes(red, kRed));
+    CHECK(zr.IsExtendScreen() == 1);
+    // A later gallery's previews reach it as well.
+    void* const next = zr.Init(window.hwnd(), nullptr);
+    void* const play = zr.AddPerson(next, text("u1"), text("Ann"), 1, 0, nullptr);
+    CHECK(zr.Preview(next, play, false) == 1);
+    CHECK(ext.comes(red, kRed, false));
+    zr.Release(next);
+
+    ext.inbox.onMessage = [&](const Message&) {
+        ext.api.Release(ext.handle);
+        CHECK(ext.api.SetMute(ext.handle, 1) == 0);
+    };
+    desktop::click(kLeftPx + kWidthPx / 2, kHeightPx / 2);
+    CHECK(pumpUntil([&] { return ext.inbox.count(ZRMSG_EXT_CLICK) == 1; }));
+    pump(100);
+    CHECK(pumpUntil([&] { return ext.window.childCount() == 0; }));
+    CHECK(zr.IsExtendScreen() == 0); // with the last of all screens the settings start afresh
+}
+
+} // namespace
