@@ -124,7 +124,7 @@ zr::LayoutInput QDlgScreen::layoutInput() const
     input.area = size();
     input.count = static_cast<int>(m_vecCurPersons.size());
     input.page = m_iPage;
-    input.mode = arrangedMode();
+    input.mode = hub().curScreenMode(); // which decides the grades, also of what it borrows
     input.polling = pollingActive();
     input.speaker = m_iSpeaker;
     input.secondSpeaker = m_iNextSpeaker;

@@ -43,7 +43,6 @@ int expectedGrade(int mode, int rank, int count, bool firstPage)
 {
     switch (mode) {
     case eLayoutEqualCut:
-    case eLayoutShare: // the gallery without a share; a share has no grade
         return firstPage && count <= 2 ? kLarge : kGrid;
     case eLayout6Cut:
     case eLayout8Cut:
@@ -57,6 +56,7 @@ int expectedGrade(int mode, int rank, int count, bool firstPage)
         return rank <= 1 ? kLarge : kSmall;
     case eLayoutGrid4:
         return kGrid;
+    case eLayoutShare: // the gallery without a share; a share has no grade
     case eLayoutGrid9:
     case eLayoutGrid16:
         return kSmall;

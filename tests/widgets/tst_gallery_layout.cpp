@@ -191,6 +191,7 @@ void TestGalleryLayout::sharesAndSpeakersFillTheDialog()
     setMode(eLayoutShare);
     QCOMPARE(shown().size(), 6); // without a share it is the adaptive gallery, with its pages
     QCOMPARE(m->gallery->pageCount(), 2);
+    QCOMPARE(persons[0]->iStreamType, zr::kGradeSmall); // but with grades of its own
     tagPersonInfo* share = m->add("sharescreen_1");
     m->settle();
     QCOMPARE(shown(), QStringList{"sharescreen_1"});
