@@ -73,8 +73,8 @@ void QDlgScreen::storeFocus(tagPersonInfo* person, bool bAuto)
         published = nullptr;
     m_pFocusPerson = person;
     m_pAutoFocusPerson = bAuto ? person : nullptr;
-    // Whatever was clicked before has given way to this.
-    if (person)
+    // Whatever was clicked before has given way to this choice.
+    if (person && !bAuto)
         m_pSelectedPerson = nullptr;
     if (person && m_pPreFocusPerson == person)
         m_pPreFocusPerson = nullptr;
@@ -164,7 +164,8 @@ std::vector<zr::SpeakerKey> QDlgScreen::speakerKeys(bool bNext) const
 
 int QDlgScreen::chooseSpeaker()
 {
-    if (!isFocusChosen() && m_pSelectedPerson && indexOf(m_pSelectedPerson) >= 0)
+    // A click is a choice as well, and later than the one that the focus stands for.
+    if (m_pSelectedPerson && indexOf(m_pSelectedPerson) >= 0)
         changeFocus(m_pSelectedPerson, false);
     if (isFocusChosen())
         return indexOf(m_pFocusPerson);
@@ -340,9 +341,9 @@ bool QDlgScreen::IsBindToSmallWnd(ST_PersonInfo* candidate)
     if (isToolInUse())
         return m_pSpeakTool && m_pSpeakTool->isToolVisible()
                && m_pSpeakTool->boundPerson() == person;
-    const int mode = hub().curScreenMode();
-    const bool strip = zr::isSpeakerMode(mode);
-    return strip && person != m_pFocusPerson && person->pWidget->isShowing();
+    // Of two speakers neither is in the strip.
+    return zr::isSpeakerMode(hub().curScreenMode()) && person->pWidget->isShowing()
+           && person->iStreamType == zr::kGradeSmall;
 }
 
 bool QDlgScreen::isPersonVisibleInSmallWnd(const QString& userId)

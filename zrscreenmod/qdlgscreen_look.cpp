@@ -34,8 +34,10 @@ void QDlgScreen::applyLook(tagPersonInfo* person, bool bOn)
             setMeetingMode(eLayoutEqualCut);
         else if (person != m_pFocusPerson)
             setFocusPerson(person, zr::isStripMode(mode) ? mode : eLayoutSpeakerRight);
-        else
+        else {
+            storeFocus(person, false); // chosen from now on, whoever chose before
             setMeetingMode(eLayoutSpeakerRight);
+        }
     } else if (person == m_pMorePerson) {
         const int saved = m_iLookMode == eLayoutShare ? eLayoutSpeakerRight : m_iLookMode;
         if (follow)
