@@ -101,9 +101,6 @@ public:
     /// Makes a tile's participant the speaker, and tells the host whose stream is the large one.
     /// @return whether the focus has moved
     bool changePersonToFocus(CPlayWidget* tile);
-    int showSmallWndWhenRestore(bool bShow);
-    /// The native id of the speaker tool's window while it is open, else 0.
-    int GetSmallWndId() const;
     /// The small window is the speaker tool where it is in use, else the strip beside the speaker.
     bool isPersonVisibleInSmallWnd(const QString& userId);
 
@@ -157,10 +154,13 @@ public slots:
     /// @return whether the order differs from the one before
     bool SortCurrentPersons(bool bJustTestSorting);
     int OnPopSelfShareWnd(bool bFloat, bool bMuteVideo = false);
+    /// The native id of the speaker tool's window while it is open, else 0.
+    int GetSmallWndId() const;
     void onModMove(QRect rc);
     void onModAllLook(void* pPerson, bool bAllLook);
     void onModPreview(void* pPerson, bool bPreview);
     void onSetHideSmallWnd(bool bHide);
+    int showSmallWndWhenRestore(bool bShow);
     void onModDelPerson(void* pPerson);
     void onModLookLock(void* pPerson, bool bLockLook);
     void onMeetingMode(int iMode);
@@ -187,9 +187,9 @@ public slots:
     /// Replaces the places that the host gives: position to user id. Ids that nobody has do no
     /// harm, and of two positions for one id the lower counts.
     void SetCustomizeSorting(std::map<int, std::string> grpSorting);
+    void UpdateUserNetStatus(QString qstrUserID, int dir, bool bIsWeak, int nNetStatus);
     /// Starts or ends polling as the settings say, from the first page on.
     void onOpenLayoutPoll();
-    void UpdateUserNetStatus(QString qstrUserID, int dir, bool bIsWeak, int nNetStatus);
 
 protected:
     bool event(QEvent* event) override;
@@ -255,6 +255,7 @@ private:
 
     // Order
     void buildDisplayList();
+    void nameShares();
     void chooseSpeakers();
     std::vector<tagPersonInfo*> sortedPersons() const;
     bool passesVideoFilter(const tagPersonInfo* person) const;
@@ -364,7 +365,8 @@ private:
     tagPersonInfo* m_pMorePerson = nullptr; ///< whose "more" menu the host has open
     tagPersonInfo* m_pVoicePerson = nullptr;
     tagPersonInfo* m_pPreVoicePerson = nullptr;
-    int m_iShareCount = 0; ///< shared screens among the participants
+    int m_iShareCount = 0;                           ///< shared screens among the participants
+    std::set<const tagPersonInfo*> m_setNamedShares; ///< those that the host gave a name
     int m_iModeBeforeShare = eLayoutEqualCut;
     int m_iLookMode = eLayoutEqualCut; ///< the mode after the last change of a look
 

@@ -17,6 +17,13 @@ namespace {
 /// this often.
 constexpr int kCheckPeriodMs = 1000;
 
+/// The id of the participant whose screen this is; the other way round than sponsoredShareId.
+QString sharerId(const QString& shareId)
+{
+    const QString prefix = sponsoredShareId({});
+    return shareId.mid(shareId.indexOf(prefix) + prefix.size());
+}
+
 } // namespace
 
 // --- The display list -------------------------------------------------------------------------
@@ -72,8 +79,30 @@ bool QDlgScreen::SortCurrentPersons(bool bJustTestSorting)
     return changed;
 }
 
+void QDlgScreen::nameShares()
+{
+    if (m_iShareCount == 0)
+        return;
+    // The caption of a share names who shares.
+    const tagPersonInfo* sponsor = findPerson(hub().shareSponsor());
+    for (tagPersonInfo* share : m_vecPerson) {
+        if (!share->bShare || m_setNamedShares.count(share) != 0)
+            continue;
+        const tagPersonInfo* sharer = findPerson(sharerId(share->userID));
+        if (!sharer)
+            sharer = sponsor;
+        const QString name = sharer ? sharer->userName : QString();
+        if (name == share->userName)
+            continue;
+        hub().setPersonName(share, name);
+        updatePersonDisplayInfo(share);
+    }
+}
+
 void QDlgScreen::buildDisplayList()
 {
+    nameShares();
+    nameWhoSpeaks(); // who may have been renamed, or have gone
     if (std::exchange(m_bShareFocusDue, false))
         focusOnShare();
     SortCurrentPersons(false);

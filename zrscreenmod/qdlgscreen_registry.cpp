@@ -226,6 +226,7 @@ void QDlgScreen::retirePerson(tagPersonInfo* person)
     m_mapByUserId.remove(person->userID);
     if (person->bShare)
         --m_iShareCount;
+    m_setNamedShares.erase(person);
     const auto owned = m_mapOwned.find(person);
     CPlayWidget* tile = person->pWidget;
     tile->disconnect(this);
@@ -301,8 +302,11 @@ bool QDlgScreen::updatePersonInfo(void* pPerson, bool bSelf, int iRoteType, cons
     person->bLocalVideo = bSelf && !person->bShare;
     person->iRoteType = iRoteType;
     person->iRoleExtra = roleExtra;
-    if (!name.isEmpty() && !person->bShare)
+    if (!name.isEmpty()) {
         hub().setPersonName(person, name);
+        if (person->bShare)
+            m_setNamedShares.insert(person);
+    }
     qDebug() << "xxx updatePersonInfo, userName:" << person->userName << ",bSelf:" << bSelf
              << ",iRoteType:" << iRoteType;
     person->pWidget->RefreshPlayInfo();

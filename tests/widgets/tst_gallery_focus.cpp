@@ -124,6 +124,7 @@ private slots:
     void doubleClicks();
     void maximisedParticipantLeaves();
     void automaticFocus();
+    void sharesAreNamedAfterWhoShares();
     void focusByUserId();
     void hostDictatesTheLayout();
     void voices_data();
@@ -261,6 +262,7 @@ void TestGalleryFocus::clickInAGalleryChoosesTheNextSpeaker()
     newMessages();
     click(persons[2]);
     QCOMPARE(newMessages(), QList<int>({9, 29, 11}));
+    m->gallery->onModFocusByUserID("u1", true); // a voice is no choice
     setMode(eLayoutSpeakerRight);
     QCOMPARE(speaker(), QString("u2"));
     QCOMPARE(m->hub().gallery.focusPerson, persons[2]); // chosen, so that no voice takes it
@@ -270,6 +272,16 @@ void TestGalleryFocus::clickInAGalleryChoosesTheNextSpeaker()
     m->gallery->onModFocusByUserID("u0", false);
     setMode(eLayoutSpeakerRight);
     QCOMPARE(speaker(), QString("u0"));
+    // And a later click more than what the host chose before.
+    setMode(eLayoutEqualCut);
+    click(persons[2]);
+    setMode(eLayoutSpeakerRight);
+    QCOMPARE(speaker(), QString("u2"));
+    // A pin on the speaker is a choice as well.
+    setMode(eLayoutEqualCut);
+    click(persons[1]);
+    m->gallery->setLockLookPerson(persons[2], true);
+    QCOMPARE(speaker(), QString("u2"));
 }
 
 void TestGalleryFocus::extendedScreen()
@@ -404,6 +416,26 @@ void TestGalleryFocus::automaticFocus()
     QCOMPARE(speaker(), QString("me"));
 }
 
+void TestGalleryFocus::sharesAreNamedAfterWhoShares()
+{
+    tagPersonInfo* anna = m->add("anna", 1, "Anna");
+    m->add("ben", 2, "Ben");
+    tagPersonInfo* share = m->gallery->AddPerson("sharescreen_anna", {}, 3, 0, nullptr);
+    tagPersonInfo* other = m->gallery->AddPerson("sharescreen_7", {}, 4, 0, nullptr);
+    m->hub().setShareSponsor("ben");
+    m->settle();
+    QCOMPARE(share->userName, QString("Anna"));
+    QCOMPARE(other->userName, QString("Ben"));
+    m->gallery->updatePersonInfo(anna, false, 0, "Anne", 0);
+    m->gallery->updatePersonInfo(other, false, 0, "Board", 0);
+    m->settle();
+    QCOMPARE(share->userName, QString("Anne"));
+    QCOMPARE(other->userName, QString("Board")); // the host knows better
+    m->gallery->DelPerson(anna);
+    m->settle();
+    QCOMPARE(share->userName, QString("Ben")); // the sponsor
+}
+
 void TestGalleryFocus::focusByUserId()
 {
     m->addMany(4);
@@ -530,6 +562,8 @@ void TestGalleryFocus::smallWindow()
     QCOMPARE(persons[0]->pWidget->size(), QSize(1280, 720));
     m->gallery->onSetHideSmallWnd(false);
     QVERIFY(inSmallWindow("u1"));
+    setMode(eLayoutSpeaker4);
+    QVERIFY(!inSmallWindow("u0") && !inSmallWindow("u1") && inSmallWindow("u2"));
 
     setMode(eLayoutSpeakerTool);
     QVERIFY(inSmallWindow("u1") && !inSmallWindow("u2"));
@@ -547,6 +581,12 @@ void TestGalleryFocus::smallWindow()
     QVERIFY(!tool->visible && m->gallery->GetSmallWndId() == 0);
     m->gallery->showSmallWndWhenRestore(true);
     QVERIFY(tool->visible && inSmallWindow("u2"));
+    m->gallery->updatePersonInfo(persons[2], false, 0, "Zoe", 0);
+    m->settle();
+    QCOMPARE(tool->speaking, QString("Zoe"));
+    m->gallery->DelPerson(persons[2]);
+    m->settle();
+    QCOMPARE(tool->speaking, QString());
 }
 
 void TestGalleryFocus::ownShareFloats()
