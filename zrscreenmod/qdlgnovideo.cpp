@@ -26,6 +26,7 @@ QDlgNoVideo::QDlgNoVideo(QWidget* parent)
     : QDialog(parent)
 {
     setWindowFlags(Qt::CustomizeWindowHint | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    setAttribute(Qt::WA_TransparentForMouseEvents); // the clicks are the gallery's
     // Dialogs that were not moved centre themselves when they are shown, children as well.
     setAttribute(Qt::WA_Moved);
     // One picture serves both sizes: where it does not fit it is cut, not shrunk.

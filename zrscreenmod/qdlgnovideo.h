@@ -4,7 +4,8 @@
 #include <QDialog>
 #include <QRect>
 
-/// A crossed-out camera in the middle of black. A child of its parent, shown at once. GUI thread.
+/// A crossed-out camera in the middle of black. A child of its parent, shown at once. Clicks go
+/// through it. GUI thread.
 class QDlgNoVideo : public QDialog
 {
     Q_OBJECT

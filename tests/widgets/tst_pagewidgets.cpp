@@ -72,6 +72,7 @@ void TestPageWidgets::childrenStayWhereTheyArePut()
         QVERIFY(!dialog->isWindow());
         QCOMPARE(dialog->pos(), QPoint(0, 0));
     }
+    QVERIFY(!m_window->childAt(5, 5)); // clicks go to what lies below
 }
 
 void TestPageWidgets::marksAreAColumnOfDots_data()
