@@ -356,8 +356,10 @@ int ZR_CALL ZRScreen_SetSupport9EqualCut(void* hScreen, bool bSupport)
 {
     ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
-    return onHub(hScreen,
-                 [bSupport](QZRScreenConfig& hub) { hub.settings.support9EqualCut = bSupport; });
+    return onHub(hScreen, [bSupport](QZRScreenConfig& hub) {
+        hub.settings.support9EqualCut = bSupport;
+        emit hub.notifyDisplayOrder(true);
+    });
 }
 
 int ZR_CALL ZRScreen_SetSupport16EqualCut(void* hScreen, bool bSupport)
