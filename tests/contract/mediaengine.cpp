@@ -199,6 +199,8 @@ void MediaEngine::apply(int number)
             || found->second.open == found->second.wanted)
             return;
         found->second.open = open = found->second.wanted;
+        if (!open)
+            found->second.grade = 0; // a stream that is opened again begins anew
         play = found->second.play;
         m_changed = Clock::now();
     }

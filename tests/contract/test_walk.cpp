@@ -131,6 +131,7 @@ private:
     int m_look = 0;
     int m_voice = 0;
     bool m_nine = false;
+    bool m_floats = false;  ///< the speaker tool, in every mode
     bool m_arranged = true; ///< joined, and large enough to be arranged
     bool m_joined = true;
     size_t m_judged = 0; ///< messages that checkBatch has seen
@@ -326,7 +327,8 @@ void Walk::screenSettings()
         zr().ShowSmallWnd(screen(), chance(50), chance(50));
         break;
     case 3:
-        zr().PopSelfShareWnd(screen(), chance(50), chance(50));
+        m_floats = chance(50);
+        zr().PopSelfShareWnd(screen(), m_floats, chance(50));
         break;
     case 4:
         zr().SetPauseShareWindow(screen(), chance(50));
@@ -441,7 +443,7 @@ void Walk::checkBatch()
             visible.insert(number);
     }
     if (m_arranged && m_joined && zr().GetCurMode(screen()) == mode)
-        CHECK_ROW(static_cast<int>(visible.size()) <= maxTiles(mode, m_nine),
+        CHECK_ROW(static_cast<int>(visible.size()) <= maxTiles(mode, m_nine) + (m_floats ? 1 : 0),
                   std::to_string(visible.size()) + " tiles in mode " + std::to_string(mode) + ":"
                       + m_trace);
     for (const char* nobody : {"nobody", "u0", ""})
