@@ -39,17 +39,20 @@ void announce()
 void ZR_CALL ZRScreenWtmark_SetInfo(const __WTMark_Info& info)
 {
     ZR_ENTER_OR_RETURN();
-    guarded(false, [&info] {
-        if (!isReadableInfo(&info)) {
-            qDebug() << "unreadable watermark record refused:" << static_cast<const void*>(&info);
+    // From C, or through a cast, anything can arrive as a reference: it is one after the check
+    // only.
+    const __WTMark_Info* const record = &info;
+    guarded(false, [record] {
+        if (!isReadableInfo(record)) {
+            qDebug() << "unreadable watermark record refused:" << static_cast<const void*>(record);
             return false;
         }
         zr::WatermarkInfo copy;
-        copy.enabled = info.bEnabled;
-        copy.kind = info.cloundType;
-        copy.name = QString::fromLocal8Bit(info.name.c_str());
-        copy.phone = QString::fromUtf8(info.phone.c_str());
-        copy.email = QString::fromUtf8(info.email.c_str());
+        copy.enabled = record->bEnabled;
+        copy.kind = record->cloundType;
+        copy.name = QString::fromLocal8Bit(record->name.c_str());
+        copy.phone = QString::fromUtf8(record->phone.c_str());
+        copy.email = QString::fromUtf8(record->email.c_str());
         qDebug() << "ZRScreenWtmark_SetInfo: cloundType=" << copy.kind << ", name=" << copy.name
                  << ", phone=" << copy.phone << ", email" << copy.email;
         QZRScreenConfig::setWatermarkInfo(copy);

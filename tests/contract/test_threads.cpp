@@ -272,3 +272,55 @@ ZR_CASE(threads, postedCallsKeepTheirOrder)
     }
     CHECK(seen == (std::vector<int>{2, 3, 11, 12, 13, 14}));
 }
+
+/// Before there is a screen, while it lives, and with texts that nobody would write.
+ZR_CASE(threads, panelsTakeCallsFromAnyThread)
+{
+    const NativeWindow window(1280, 720);
+    Meeting meeting(&window);
+    Module& zr = meeting.zr;
+    using SetInfo = void(ZR_CALL*)(const __WTMark_Info*);
+    const auto setInfo = reinterpret_cast<SetInfo>(zr.find("ZRScreenWtmark_SetInfo"));
+    const auto setEnabled = reinterpret_cast<decltype(&ZRScreenWtmark_SetEnabled)>(
+        zr.find("ZRScreenWtmark_SetEnabled"));
+    CHECK(setInfo != nullptr && setEnabled != nullptr);
+    meeting.join(1);
+    const std::string share = "sharescreen_1";
+    CHECK(zr.AddPerson(meeting.screen, text(share), text(""), 99, 0, nullptr) != nullptr);
+    setInfo(nullptr); // refused
+    Workers workers;
+    for (int t = 0; t < 2; ++t) {
+        workers.add([&, t] {
+            for (int i = 0; i < 200 && !workers.stop; ++i) {
+                const __WTMark_Info info{i % 2 == 0, t + 1, std::string(10000, 'x'), "1234567",
+                                         std::string(10000, 'y')};
+                setInfo(&info);
+                setEnabled(i % 3 == 0);
+                const std::string sentence(i % 50 == 0 ? 100000 : size_t(i) % 80, 'z');
+                zr.AddSentence(meeting.screen, i * 7 % 100 - 30, i - 100, text("Alice"),
+                               text(sentence));
+                if (i % 10 == 0 && zr.OpenSubtitle(meeting.screen, i % 20 == 0) != 1)
+                    check::fail(__FILE__, __LINE__, "OpenSubtitle");
+                if (i % 33 == 0)
+                    zr.ClearSubtitles(meeting.screen);
+            }
+        });
+    }
+    CHECK(pumpUntil([&] { return workers.running == 0; }, 60000));
+    workers.join();
+    CHECK_EQUAL(zr.OpenSubtitle(meeting.screen, false), 1);
+}
+
+ZR_CASE(threads, watermarkNeedsNoScreen)
+{
+    Module zr;
+    const auto setInfo =
+        reinterpret_cast<decltype(&ZRScreenWtmark_SetInfo)>(zr.find("ZRScreenWtmark_SetInfo"));
+    CHECK(setInfo != nullptr);
+    std::thread host([setInfo] {
+        __WTMark_Info info{true, 2, std::string(10000, 'x'), {}, "a@b.c"};
+        setInfo(info);
+    });
+    host.join();
+    pump(20);
+}
