@@ -21,6 +21,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 
 namespace zrtest {
@@ -57,20 +58,27 @@ namespace golden_detail {
 /// keeps its mean, one that moved by a pixel does not.
 inline QImage blurred(const QImage& source)
 {
+    const int lastX = source.width() - 1;
+    const int lastY = source.height() - 1;
+    const auto row = [&source, lastY](int y) {
+        return reinterpret_cast<const QRgb*>(source.constScanLine(std::clamp(y, 0, lastY)));
+    };
     QImage result(source.size(), QImage::Format_RGB32);
-    for (int y = 0; y < source.height(); ++y) {
-        for (int x = 0; x < source.width(); ++x) {
+    for (int y = 0; y <= lastY; ++y) {
+        const std::array<const QRgb*, 3> rows{row(y - 1), row(y), row(y + 1)};
+        auto* target = reinterpret_cast<QRgb*>(result.scanLine(y));
+        for (int x = 0; x <= lastX; ++x) {
             int red = 0;
             int green = 0;
             int blue = 0;
-            for (int i = 0; i < 9; ++i) {
-                const QRgb at = source.pixel(std::clamp(x + i % 3 - 1, 0, source.width() - 1),
-                                             std::clamp(y + i / 3 - 1, 0, source.height() - 1));
-                red += qRed(at);
-                green += qGreen(at);
-                blue += qBlue(at);
+            for (const int at : {std::max(0, x - 1), x, std::min(lastX, x + 1)}) {
+                for (const QRgb* pixels : rows) {
+                    red += qRed(pixels[at]);
+                    green += qGreen(pixels[at]);
+                    blue += qBlue(pixels[at]);
+                }
             }
-            result.setPixel(x, y, qRgb(red / 9, green / 9, blue / 9));
+            target[x] = qRgb(red / 9, green / 9, blue / 9);
         }
     }
     return result;
@@ -107,6 +115,8 @@ inline int countDifferences(const QImage& actual, const QImage& expected, QImage
                                     QImage* difference = nullptr)
 {
     constexpr int kForgiven = 4; // pixels
+    if (actual == expected)
+        return true;
     QImage unused;
     return actual.size() == expected.size()
            && golden_detail::countDifferences(actual, expected, difference ? difference : &unused)
