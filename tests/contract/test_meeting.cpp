@@ -31,6 +31,7 @@ std::string show(const std::set<int>& numbers)
 std::vector<int> bySize(const std::map<int, Seen>& seen)
 {
     std::vector<int> numbers;
+    numbers.reserve(seen.size());
     for (const auto& [number, where] : seen)
         numbers.push_back(number);
     std::stable_sort(numbers.begin(), numbers.end(),
@@ -87,7 +88,7 @@ public:
     {
         (void)engine.settle(step);
         engine.checkOpen(step);
-        const std::set<int> visible = engine.visible();
+        std::set<int> visible = engine.visible();
         CHECK_ROW(count == kAny || static_cast<int>(visible.size()) == count,
                   step + ": visible are " + show(visible));
         std::set<int> onScreen;
