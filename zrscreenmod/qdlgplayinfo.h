@@ -110,7 +110,7 @@ private:
     const zr::OverlayElement& element(OverlayControl control) const;
 
     std::shared_ptr<const OverlayImages> m_pImages;
-    std::shared_ptr<RectPacer> m_pPacer; ///< of the microphones
+    std::shared_ptr<RectPacer> m_pPacer;          ///< of the microphones
     std::shared_ptr<const void> m_pAccessibility; ///< see shareTileAccessibility
     tagPersonInfo* m_pPerson = nullptr;
     bool m_bShareTile = false;
