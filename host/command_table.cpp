@@ -103,6 +103,7 @@ const std::vector<Command>& commandTable()
         addMeetingCommands(commands);
         addScreenCommands(commands);
         addControlCommands(commands);
+        addExtCommands(commands);
         return commands;
     }();
     return table;

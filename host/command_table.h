@@ -113,6 +113,7 @@ void printAnswer(Session& session, const Args& args, int answer);
 void addMeetingCommands(std::vector<Command>& table);
 void addScreenCommands(std::vector<Command>& table);
 void addControlCommands(std::vector<Command>& table);
+void addExtCommands(std::vector<Command>& table);
 
 namespace arg {
 

@@ -23,6 +23,7 @@ ScreenApi ScreenApi::resolve(const std::function<void*(const char*)>& lookUp)
     resolve(api.WtmarkSetEnabled, "ZRScreenWtmark_SetEnabled");
     std::string missingControls;
     api.controls = ControlApi::resolve(lookUp, missingControls);
+    api.ext = ExtApi::resolve(lookUp, missingControls);
     missing +=
         missing.empty() ? missingControls.substr(missingControls.empty() ? 0 : 2) : missingControls;
     if (!missing.empty())

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "control_api.h"
+#include "ext_api.h"
 #include "zrscreenmod/zrscreenmod.h"
 
 #include <functional>
@@ -68,6 +69,7 @@ struct ScreenApi
     decltype(&::ZRScreenWtmark_SetInfo) WtmarkSetInfo = nullptr;
     decltype(&::ZRScreenWtmark_SetEnabled) WtmarkSetEnabled = nullptr;
     ControlApi controls;
+    ExtApi ext;
 
     /// Looks every export up by its full name.
     /// @throws HostError that names all exports for which `lookUp` returns null

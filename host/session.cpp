@@ -32,6 +32,7 @@ Session::Session(const ScreenApi& api, Stage& stage, const Settings& settings)
     : m_api(api)
     , m_stage(stage)
     , m_controls(api.controls, stage)
+    , m_ext(api.ext, stage)
     , m_settings(settings)
     , m_followStreams(settings.followStreams)
 {
@@ -130,13 +131,22 @@ void Session::updateStream(Participant& participant)
 {
     if (!participant.media)
         return; // without a source, or about to leave
-    const bool asked = !m_followStreams || m_shown.count(participant.number) > 0;
+    const bool asked = !m_followStreams || m_shown.count(participant.number) > 0
+                       || m_ext.shows(participant.number);
     const bool open = participant.camera && asked;
     if (open == participant.open)
         return;
     participant.open = open;
     participant.media->setPaused(!open);
     m_api.Preview(m_screen, participant.play, open);
+}
+
+int Session::showExtended(Participant& participant)
+{
+    const int result = m_ext.show(participant);
+    for (const auto& other : m_people)
+        updateStream(*other); // that of the former one may close
+    return result;
 }
 
 void Session::onMessage(unsigned long message, long long hostValue)
@@ -169,9 +179,10 @@ void Session::startMedia(Participant& participant, int delayMs)
     work.open = [source = participant.source, synthetic](const StopSignal& stop) {
         return openSource(source, synthetic, stop);
     };
-    work.deliver = [playFrame = m_api.PlayFrame, screen = m_screen,
-                    play = participant.play](const Picture& picture) {
+    work.deliver = [playFrame = m_api.PlayFrame, screen = m_screen, play = participant.play,
+                    &ext = m_ext, number = participant.number](const Picture& picture) {
         VantrelRTCVideoFrameQT frame = frameOf(picture);
+        ext.deliver(number, frame);
         return playFrame(screen, play, &frame) != 0;
     };
     work.ended = [this, number = participant.number](const std::string& problem) {
@@ -197,6 +208,8 @@ void Session::onSourceEnded(int number, const std::string& problem)
 void Session::remove(Participant& participant)
 {
     participant.media.reset();
+    if (m_ext.shows(participant.number))
+        m_ext.clear();
     m_api.DelPerson(m_screen, participant.play, false);
     const auto same = [&](const auto& other) { return other.get() == &participant; };
     m_people.erase(std::find_if(m_people.begin(), m_people.end(), same));
@@ -245,6 +258,8 @@ void Session::onWindowResized(WindowId window, Size size)
 {
     if (m_screen && window == m_parent)
         fillWindow(size);
+    if (window == WindowId::Second)
+        m_ext.onWindowResized(size);
 }
 
 void Session::fillWindow(Size size)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "control_desk.h"
+#include "ext_desk.h"
 #include "media_source.h"
 #include "media_thread.h"
 #include "screen_api.h"
@@ -75,6 +76,10 @@ public:
     /// Reports the participant's role and name as they are now recorded.
     int publishInfo(const Participant& participant);
 
+    /// Shows a participant on the extended screen, with an open stream.
+    /// @return what the module returned
+    int showExtended(Participant& participant);
+
     void setParent(WindowId window);
     [[nodiscard]] WindowId parent() const { return m_parent; }
     /// The window has another size: the screen fills it again.
@@ -84,6 +89,7 @@ public:
     [[nodiscard]] Stage& stage() { return m_stage; }
     /// They outlive the screen, and go with the session.
     [[nodiscard]] ControlDesk& controls() { return m_controls; }
+    [[nodiscard]] ExtDesk& ext() { return m_ext; }
     [[nodiscard]] const std::vector<std::unique_ptr<Participant>>& people() const
     {
         return m_people;
@@ -103,6 +109,7 @@ private:
     const ScreenApi& m_api;
     Stage& m_stage;
     ControlDesk m_controls;
+    ExtDesk m_ext; ///< outlives the media threads of m_people
     Settings m_settings;
     void* m_screen = nullptr;
     WindowId m_parent = WindowId::Main;

@@ -102,8 +102,11 @@ void* fakeExport(const std::string& name)
 #define FAKE_ENTRY(name) {"ZRScreen_" #name, reinterpret_cast<void*>(&ZRScreen_##name)},
         ZRHOST_SCREEN_EXPORTS(FAKE_ENTRY)
 #undef FAKE_ENTRY
-        {"ZRScreenWtmark_SetInfo", reinterpret_cast<void*>(&ZRScreenWtmark_SetInfo)},
+            {"ZRScreenWtmark_SetInfo", reinterpret_cast<void*>(&ZRScreenWtmark_SetInfo)},
         {"ZRScreenWtmark_SetEnabled", reinterpret_cast<void*>(&ZRScreenWtmark_SetEnabled)},
+#define FAKE_ENTRY(name) {"ZRScreenExt_" #name, reinterpret_cast<void*>(&ZRScreenExt_##name)},
+        ZRHOST_EXT_EXPORTS(FAKE_ENTRY)
+#undef FAKE_ENTRY
     };
     const auto found = exports.find(name);
     return found == exports.end() ? fakeControlExport(name) : found->second;
@@ -182,6 +185,50 @@ void ZRScreenWtmark_SetEnabled(bool bEnabled)
 {
     record("Wtmark.SetEnabled", &g_screen, bEnabled);
 }
+
+void* ZRScreenExt_Init(HWND, ZRNotify)
+{
+    record("Ext.Init", &g_screen);
+    return &g_screen;
+}
+
+void ZRScreenExt_Release(void* s)
+{
+    record("Ext.Release", s);
+}
+
+int ZRScreenExt_SetPersonInfo(void* s, void* user, const char* id, bool self, int role,
+                              const char* name, int colour)
+{
+    return record("Ext.SetPersonInfo", s, user ? "somebody" : "nobody", id, self, role, name,
+                  colour);
+}
+
+int ZRScreenExt_PlayFrame(void*, void*)
+{
+    return 1;
+}
+
+ZRRect ZRScreenExt_GetShareWgtPos(void* s)
+{
+    record("Ext.GetShareWgtPos", s);
+    return {5, 6, 70, 80};
+}
+
+// FAKE_EXT(name, parameters behind the handle, what is recorded of them)
+#define FAKE_EXT(name, parameters, ...)                                                            \
+    int ZRScreenExt_##name(void* s, FAKE_EXT_LIST parameters)                                      \
+    {                                                                                              \
+        return record("Ext." #name, s, __VA_ARGS__);                                               \
+    }
+#define FAKE_EXT_LIST(...) __VA_ARGS__
+FAKE_EXT(Move, (tagRECT * rect, int), rect)
+FAKE_EXT(SetAllLook, (bool on), on)
+FAKE_EXT(SetLockLook, (bool on), on)
+FAKE_EXT(SetMute, (int mute), mute)
+FAKE_EXT(SetVolume, (const char* id, int volume), id, volume)
+FAKE_EXT(Preview, (bool preview), preview)
+FAKE_EXT(UpdateUserNetStatus, (const char* id, int type, bool bad, int level), id, type, bad, level)
 
 int ZRScreen_IsExtendScreen(void)
 {

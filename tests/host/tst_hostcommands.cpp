@@ -121,6 +121,7 @@ void TestHostCommands::init()
     run("edit add title 10 20 300 30 Room");
     run("box add minutes 10 60 300 200 1 2 3");
     run("date add when");
+    run("ext show alice");
     (void)takeFakeFrames();
     (void)takeCalls();
     m_stage.take();
@@ -225,7 +226,14 @@ void TestHostCommands::commandsCall()
                  {"date add title", "! there is a control 'title' already"},
                  {"date open when 9 8", "Date.Move(9, 8, -1, -1, -1, -1, -1, -1)"},
                  {"date open when 9 8 2150 1 -1 0", "Date.Move(9, 8, 2150, 1, -1, 0, -1, -1)"},
-                 {"release", "DelPerson(bob) DelPerson(alice) Release(0)"},
+                 {"ext show bob", "Ext.SetPersonInfo(somebody, bob, 0, 0, Bob, 0) Ext.Preview(0)"},
+                 {"ext clear", "Ext.SetPersonInfo(nobody, , 0, 0, , 0)"},
+                 {"ext net bob send 2", "Ext.UpdateUserNetStatus(bob, 1, 0, 2)"},
+                 {"ext volume alice 50", "Ext.SetVolume(alice, 50)"},
+                 {"ext close", "Ext.Release()"},
+                 {"delete alice", "Ext.SetPersonInfo(nobody, , 0, 0, , 0) DelPerson(alice)"},
+                 {"release", "DelPerson(bob) Ext.SetPersonInfo(nobody, , 0, 0, , 0) "
+                             "DelPerson(alice) Release(0)"},
                  {"mute carol on", "! there is no participant 'carol'"},
                  {"add alice none", "! there is a participant 'alice' already"},
                  {"add carol y4m:/nonexistent/a", "! cannot read '/nonexistent/a'"},
@@ -269,9 +277,9 @@ void TestHostCommands::theScreenFollowsItsWindow()
         m_session->onWindowResized(WindowId::Second, {300, 200});
         return takeCalls();
     };
-    QCOMPARE(resizeBoth(), QStringList{"MoveWindow(0 0 1000 500)"});
+    QCOMPARE(resizeBoth(), (QStringList{"MoveWindow(0 0 1000 500)", "Ext.Move(0 0 300 200)"}));
     run("reparent second");
-    QCOMPARE(resizeBoth(), QStringList{"MoveWindow(0 0 300 200)"});
+    QCOMPARE(resizeBoth(), (QStringList{"MoveWindow(0 0 300 200)", "Ext.Move(0 0 300 200)"}));
 }
 
 void TestHostCommands::leavingIsOrderly()
@@ -286,8 +294,9 @@ void TestHostCommands::leavingIsOrderly()
         QVERIFY2(frame.rfind("dave ", 0) == 0, frame.c_str());
     (void)takeCalls();
     m_session->closeScreen();
-    QCOMPARE(takeCalls(),
-             (QStringList{"DelPerson(dave)", "DelPerson(bob)", "DelPerson(alice)", "Release(0)"}));
+    QCOMPARE(takeCalls(), (QStringList{"DelPerson(dave)", "DelPerson(bob)",
+                                       "Ext.SetPersonInfo(nobody, , 0, 0, , 0)", "DelPerson(alice)",
+                                       "Release(0)"}));
     (void)takeFakeFrames();
     QTest::qWait(30);
     QVERIFY(takeFakeFrames().empty());
@@ -336,7 +345,7 @@ void TestHostCommands::controlsReportAndAreGivenBack()
     run("release"); // of the screen; the controls stay
     (void)takeCalls();
     m_session.reset();
-    QCOMPARE(takeCalls(), (QStringList{"Edit.Release()", "Date.Release()"}));
+    QCOMPARE(takeCalls(), (QStringList{"Ext.Release()", "Edit.Release()", "Date.Release()"}));
 }
 
 void TestHostCommands::streamsFollowTheMessages()

@@ -1,0 +1,108 @@
+#include "ext_desk.h"
+
+#include "host_error.h"
+#include "session.h"
+#include "text.h"
+
+#include <cstdint>
+
+namespace zrhost {
+
+namespace {
+
+Stage* g_extStage = nullptr;
+
+} // namespace
+
+ExtApi ExtApi::resolve(const std::function<void*(const char*)>& lookUp, std::string& missing)
+{
+    ExtApi api;
+    const auto find = [&](const char* name) {
+        void* const found = lookUp(name);
+        if (!found)
+            missing += std::string(", ") + name;
+        return found;
+    };
+#define ZRHOST_RESOLVE(name)                                                                       \
+    api.name = reinterpret_cast<decltype(api.name)>(find("ZRScreenExt_" #name));
+    ZRHOST_EXT_EXPORTS(ZRHOST_RESOLVE)
+#undef ZRHOST_RESOLVE
+    return api;
+}
+
+ExtDesk::ExtDesk(const ExtApi& api, Stage& stage)
+    : m_api(api)
+    , m_stage(stage)
+{
+    g_extStage = &stage;
+}
+
+ExtDesk::~ExtDesk()
+{
+    close();
+    g_extStage = nullptr;
+}
+
+int ExtDesk::show(const Participant& participant)
+{
+    if (!m_handle) {
+        m_handle = m_api.Init(m_stage.nativeWindow(WindowId::Second), &ExtDesk::notify);
+        if (!m_handle)
+            throw HostError("the module gives no extended screen");
+        onWindowResized(m_stage.windowSize(WindowId::Second));
+    }
+    // In between no picture of either may be taken for one of the other.
+    m_number = 0;
+    const int result = m_api.SetPersonInfo(
+        m_handle, reinterpret_cast<void*>(static_cast<uintptr_t>(participant.number)),
+        toLocal8Bit(participant.id).c_str(), participant.self, participant.role,
+        participant.name.c_str(), participant.identity);
+    m_number = participant.number;
+    m_api.Preview(m_handle, participant.open);
+    return result;
+}
+
+int ExtDesk::clear()
+{
+    m_number = 0;
+    return m_api.SetPersonInfo(handle(), nullptr, "", false, 0, "", 0);
+}
+
+void ExtDesk::close()
+{
+    m_number = 0;
+    if (void* const handle = m_handle.exchange(nullptr))
+        m_api.Release(handle);
+}
+
+void* ExtDesk::handle() const
+{
+    if (!m_handle)
+        throw HostError("there is no extended screen (use 'ext show')");
+    return m_handle;
+}
+
+void ExtDesk::onWindowResized(Size size)
+{
+    tagRECT all{};
+    all.right = size.width;
+    all.bottom = size.height;
+    if (m_handle)
+        m_api.Move(m_handle, &all, 0);
+}
+
+void ExtDesk::deliver(int number, VantrelRTCVideoFrameQT& frame) const
+{
+    // A handle that was given back meanwhile is refused by the module.
+    if (m_number == number)
+        m_api.PlayFrame(m_handle, &frame);
+}
+
+int ExtDesk::notify(unsigned long message, unsigned long long, long long hostValue)
+{
+    if (g_extStage && message == ZRMSG_EXT_CLICK)
+        g_extStage->print("extended screen clicked, participant " + std::to_string(hostValue));
+    return 0;
+}
+
+} // namespace zrhost
