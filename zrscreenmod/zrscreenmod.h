@@ -288,7 +288,9 @@ ZR_API int ZR_CALL ZRScreen_GetCurMode(void* hScreen);
 /// Orders and arranges the participants anew. posted.
 ZR_API int ZR_CALL ZRScreen_ReOrder(void* hScreen, bool bKeepFocusPerson);
 
-/// Makes a participant the focus person. posted. @param bVolActive chosen by voice activation
+/// Makes a participant the focus person, the speaker of the modes that have one. An empty id ends
+/// the choice, an unknown one changes nothing. posted.
+/// @param bVolActive suggested by voice activation: does not take the place of a chosen one
 ZR_API int ZR_CALL ZRScreen_FocusByUserID(void* hScreen, char* userId, bool bVolActive);
 
 /// Pins a participant for the local user (bLock != 0) or releases it. posted.
@@ -303,7 +305,8 @@ ZR_API int ZR_CALL ZRScreen_SetActivateUser(void* hScreen, char* userId);
 /// Names the participant whose speech is shown at present. posted.
 ZR_API int ZR_CALL ZRScreen_SetCurrentSpeakingPerson(void* hScreen, std::string userId);
 
-/// Switches voice activation. any. @return always 1, also for an invalid handle.
+/// Switches voice activation: the speaker follows the voices unless somebody was chosen.
+/// any. @return always 1, also for an invalid handle.
 ZR_API int ZR_CALL ZRScreen_SetVoiceActivate(void* hScreen, bool bOpen);
 
 /// Supports the 9-tile gallery: mode 1 then shows 9 tiles a page. any; shown with the next
@@ -317,6 +320,9 @@ ZR_API int ZR_CALL ZRScreen_SetSupport16EqualCut(void* hScreen, bool bSupport);
 ZR_API int ZR_CALL ZRScreen_SetOpenPollingPage(void* hScreen, bool bOpen, int iTickSec);
 
 /// Sets who dictates the arrangement and switches the no-video filter. posted.
+/// @param bLayoutFollow the host dictates the layout: clicks change nothing
+/// @param iShareIdx, iSpeakerIdx places in the display order that a share and who speaks take
+/// while bOpenLayoutCtrl is set; below 0 for none
 ZR_API int ZR_CALL ZRScreen_SetLayoutCtrl(void* hScreen, bool bOpenLayoutCtrl, bool bLayoutFollow,
                                           int iShareIdx, int iSpeakerIdx, bool bNoVideoFilter);
 
@@ -328,23 +334,24 @@ ZR_API int ZR_CALL ZRScreen_IsPersonVisible(void* hScreen, char* userId);
 
 // --- Small window, sharing, extended screen -----------------------------------------------
 
-/// Hides or shows the small window. posted.
+/// Hides or shows the small window: the speaker tool, or the strip beside the speakers. posted.
 ZR_API int ZR_CALL ZRScreen_SetHideSmallWidget(void* hScreen, bool bHide);
 
 /// Shows the small window again after the client was restored (bShow), and closes the streams of
 /// participants who are not visible (bMute). GUI. @return 1 when done
 ZR_API int ZR_CALL ZRScreen_ShowSmallWnd(void* hScreen, bool bShow, bool bMute);
 
-/// @return the native id of the small window's person, 0 while there is no small window. GUI
+/// @return the native id of the speaker tool's window, 0 while it is not shown. GUI
 ZR_API int ZR_CALL ZRScreen_GetSmallWndID(void* hScreen);
 
 /// @return 1 when the participant is visible in the small window, else 0. GUI
 ZR_API int ZR_CALL ZRScreen_IsPersonVisibleInSmallWnd(void* hScreen, char* userId);
 
-/// Names the user who shares a screen. any.
+/// Names the user who shares a screen: the share has the id "sharescreen_" and theirs. posted.
 ZR_API int ZR_CALL ZRScreen_SetShareSponsor(void* hScreen, std::string userId);
 
-/// Prepares the screen for the local user's own share. GUI. @return 1 when done
+/// Floats the speaker tool over what the local user shares (bFloat), and closes the streams of
+/// participants who are not visible (bMuteVideo). GUI. @return 1 when done
 ZR_API int ZR_CALL ZRScreen_PopSelfShareWnd(void* hScreen, bool bFloat, bool bMuteVideo);
 
 /// Records that the whiteboard was closed. posted.
