@@ -171,7 +171,7 @@ void CDlgSpeakTool::place(int x, int y)
     m_pSpeakingLabel->setContentsMargins(scaled(kSideMargin), 0, 0, 0);
     m_pSpeakingNames->setContentsMargins(0, 0, scaled(kSideMargin), 0);
     m_pSpeakingNames->setMinimumWidth(scaled(kMinNamesWidth));
-    setFixedSize(toolSize());
+    setFixedSize(CDlgSpeakTool::toolSize());
     moveVisibly({x, y});
 }
 
