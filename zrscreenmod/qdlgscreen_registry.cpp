@@ -2,6 +2,7 @@
 #include "qdlgscreen.h"
 
 #include "cplaywidget.h"
+#include "meetingmode.h"
 #include "paging.h"
 #include "personorder.h"
 #include "platform.h"
@@ -156,6 +157,8 @@ bool QDlgScreen::DelPerson(tagPersonInfo* person)
     const bool wasFocus = person == m_pFocusPerson;
     const bool wasMaximised =
         !isShare && person == m_pShareScreenPerson && hub().curScreenMode() == eLayoutShare;
+    const bool wasInTool = !isShare && zr::isSpeakerToolMode(hub().curScreenMode()) && m_pSpeakTool
+                           && m_pSpeakTool->boundPerson() == person;
     // A host that has the stream open must close it; nobody opens the local user's or a share's.
     if (person->bPreview && !person->bSelf)
         hub().broadcast(ZRMSG_PERSON_REMOVED, person);
@@ -177,6 +180,8 @@ bool QDlgScreen::DelPerson(tagPersonInfo* person)
         leaveShare();
     else if (wasMaximised)
         setMeetingMode(static_cast<eLayoutType>(hub().gallery.savedMode));
+    else if (wasInTool && !firstShare() && !m_vecPerson.empty())
+        setMeetingMode(static_cast<eLayoutType>(m_iLookMode));
 
     m_iPage =
         zr::pageAfterRemoval(hub().curScreenMode(), m_iPage, static_cast<int>(m_vecPerson.size()));
