@@ -1,5 +1,5 @@
 #!/bin/bash
-# Builds and tests the project. Without an argument: all but Windows and the thread sanitizer.
+# Builds and tests the project. Without an argument: all but the thread sanitizer.
 #   ./test.sh linux   the tests, built with optimisation
 #   ./test.sh windows the library for Windows, built with MinGW-w64 and tested under Wine
 #   ./test.sh asan    the tests with the address and undefined-behaviour sanitizers
@@ -65,7 +65,7 @@ esac
 
 packaging/install-dependencies.sh
 case $what in
-  all) lint; suite linux; suite linux-asan ;;
+  all) lint; suite linux; suite linux-asan; suite windows ;;
   lint) lint ;;
   *) suite "${what/#[at]san/linux-$what}" ;;
 esac
