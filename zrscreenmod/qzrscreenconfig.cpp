@@ -20,10 +20,10 @@
 namespace {
 
 std::atomic<QZRScreenConfig*> s_instance{nullptr};
-QMutex s_creationLock;
+std::mutex s_creationLock;
 std::shared_mutex s_lifetimeLock;
 std::set<CAbsUIMsgCallback*> s_setDateCallback; ///< GUI thread
-QMutex s_watermarkLock;                         ///< guards the two below
+std::mutex s_watermarkLock;                     ///< guards the two below
 zr::WatermarkInfo s_watermark;
 QString s_watermarkText; ///< what the record comes to, built once for each change
 
@@ -61,7 +61,7 @@ QZRScreenConfig* QZRScreenConfig::getInstance()
 {
     if (QZRScreenConfig* hub = s_instance.load(std::memory_order_acquire))
         return hub;
-    const QMutexLocker locker(&s_creationLock);
+    const std::lock_guard<std::mutex> lock(s_creationLock);
     if (!s_instance.load(std::memory_order_acquire)) {
         auto* hub = new QZRScreenConfig;
         if (const QCoreApplication* app = QCoreApplication::instance())
@@ -159,13 +159,13 @@ PersonPin QZRScreenConfig::pinPerson(tagPersonInfo* person) const
 
 void QZRScreenConfig::setPersonName(tagPersonInfo* person, const QString& name)
 {
-    const QMutexLocker locker(&m_textLock);
+    const std::lock_guard<std::mutex> lock(m_textLock);
     person->userName = name;
 }
 
 QString QZRScreenConfig::personName(const tagPersonInfo& person) const
 {
-    const QMutexLocker locker(&m_textLock);
+    const std::lock_guard<std::mutex> lock(m_textLock);
     return person.userName;
 }
 
@@ -285,7 +285,7 @@ void QZRScreenConfig::AddOneSubtitle(int iIDSentence, int iColorType, const QStr
 {
     int size = 0;
     {
-        const QMutexLocker locker(&m_textLock);
+        const std::lock_guard<std::mutex> lock(m_textLock);
         m_mapSubtitles.insert(iIDSentence, {iColorType, userName, transStr});
         size = m_mapSubtitles.size();
     }
@@ -295,7 +295,7 @@ void QZRScreenConfig::AddOneSubtitle(int iIDSentence, int iColorType, const QStr
     emit modSignalAddSubtitle();
     emit notifyAddSubtitle(iIDSentence);
     // Trimmed after the signals: a panel may see one sentence more for a moment.
-    const QMutexLocker locker(&m_textLock);
+    const std::lock_guard<std::mutex> lock(m_textLock);
     while (m_mapSubtitles.size() > zr::kMaxSubtitles)
         m_mapSubtitles.erase(m_mapSubtitles.begin());
 }
@@ -303,7 +303,7 @@ void QZRScreenConfig::AddOneSubtitle(int iIDSentence, int iColorType, const QStr
 void QZRScreenConfig::clearSubtitles()
 {
     {
-        const QMutexLocker locker(&m_textLock);
+        const std::lock_guard<std::mutex> lock(m_textLock);
         m_mapSubtitles.clear();
     }
     emit notifyCleanSubtitle();
@@ -311,13 +311,13 @@ void QZRScreenConfig::clearSubtitles()
 
 QMap<int, SubtitleRecord> QZRScreenConfig::subtitles() const
 {
-    const QMutexLocker locker(&m_textLock);
+    const std::lock_guard<std::mutex> lock(m_textLock);
     return m_mapSubtitles;
 }
 
 SubtitleRecord QZRScreenConfig::subtitle(int iIDSentence) const
 {
-    const QMutexLocker locker(&m_textLock);
+    const std::lock_guard<std::mutex> lock(m_textLock);
     return m_mapSubtitles.value(iIDSentence);
 }
 
@@ -335,32 +335,32 @@ bool QZRScreenConfig::isSubtitleSuppressed() const
 
 void QZRScreenConfig::setShareSponsor(const QString& userId)
 {
-    const QMutexLocker locker(&m_textLock);
+    const std::lock_guard<std::mutex> lock(m_textLock);
     m_qstrShareSponsor = userId;
 }
 
 QString QZRScreenConfig::shareSponsor() const
 {
-    const QMutexLocker locker(&m_textLock);
+    const std::lock_guard<std::mutex> lock(m_textLock);
     return m_qstrShareSponsor;
 }
 
 void QZRScreenConfig::setWatermarkInfo(const zr::WatermarkInfo& info)
 {
-    const QMutexLocker locker(&s_watermarkLock);
+    const std::lock_guard<std::mutex> lock(s_watermarkLock);
     s_watermark = info;
     s_watermarkText = zr::watermarkText(info);
 }
 
 void QZRScreenConfig::setWatermarkEnabled(bool bEnabled)
 {
-    const QMutexLocker locker(&s_watermarkLock);
+    const std::lock_guard<std::mutex> lock(s_watermarkLock);
     s_watermark.enabled = bEnabled;
     s_watermarkText = zr::watermarkText(s_watermark);
 }
 
 QString QZRScreenConfig::getWatermarkText() const
 {
-    const QMutexLocker locker(&s_watermarkLock);
+    const std::lock_guard<std::mutex> lock(s_watermarkLock);
     return s_watermarkText;
 }

@@ -7,7 +7,6 @@
 #include "watermarktext.h"
 
 #include <QMap>
-#include <QMutex>
 #include <QObject>
 #include <QPoint>
 #include <QRect>
@@ -15,6 +14,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <set>
 #include <shared_mutex>
 #include <unordered_set>
@@ -292,7 +292,7 @@ private:
     std::set<CAbsUIMsgCallback*> m_setUICallback;
     int m_iBroadcastDepth = 0;
 
-    mutable QMutex m_textLock; ///< guards the two below and the participants' names
+    mutable std::mutex m_textLock; ///< guards the two below and the participants' names
     QMap<int, SubtitleRecord> m_mapSubtitles;
     QString m_qstrShareSponsor;
 };
