@@ -66,6 +66,9 @@ void placeWindow(NativeWindow window, const QRect& rect);
 /// that is not visible with all its parents. GUI thread.
 bool takeKeyboardFocus(NativeWindow window);
 
+/// True while the system sends the keys to this window. GUI thread.
+[[nodiscard]] bool hasKeyboardFocus(NativeWindow window);
+
 /// Hands the keyboard to the parent of a window, if the window has it. @return whether it did. GUI
 /// thread.
 bool returnKeyboardFocus(NativeWindow window);

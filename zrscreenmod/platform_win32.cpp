@@ -166,11 +166,16 @@ bool takeKeyboardFocus(NativeWindow window)
     return focused;
 }
 
+bool hasKeyboardFocus(NativeWindow window)
+{
+    return GetFocus() == toHwnd(window);
+}
+
 bool returnKeyboardFocus(NativeWindow window)
 {
     const HWND hwnd = toHwnd(window);
     const HWND parent = GetAncestor(hwnd, GA_PARENT);
-    if (!parent || parent == GetDesktopWindow() || GetFocus() != hwnd)
+    if (!parent || parent == GetDesktopWindow() || !hasKeyboardFocus(window))
         return false;
     SetFocus(parent);
     return true;

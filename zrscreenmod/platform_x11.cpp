@@ -406,6 +406,16 @@ bool takeKeyboardFocus(NativeWindow window)
                      xcb_set_input_focus_checked(c, XCB_INPUT_FOCUS_PARENT, id, XCB_CURRENT_TIME));
 }
 
+bool hasKeyboardFocus(NativeWindow window)
+{
+    xcb_connection_t* const c = connection();
+    if (!c)
+        return false;
+    const Reply<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
+    return focus && focus->focus == toXcb(window);
+}
+
 bool returnKeyboardFocus(NativeWindow window)
 {
     xcb_connection_t* const c = connection();
@@ -413,9 +423,7 @@ bool returnKeyboardFocus(NativeWindow window)
     TreePlace place{};
     if (!c || id == XCB_WINDOW_NONE || !findInTree(c, id, &place) || place.parent == place.root)
         return false;
-    const Reply<xcb_get_input_focus_reply_t> focus(
-        xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
-    return focus && focus->focus == id && takeKeyboardFocus(place.parent);
+    return hasKeyboardFocus(window) && takeKeyboardFocus(place.parent);
 }
 
 QRect clientRectOnScreen(NativeWindow window)

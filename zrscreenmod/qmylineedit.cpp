@@ -49,8 +49,11 @@ bool QMyLineEdit::event(QEvent* event)
     const bool isKey =
         event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
     if (isKey && !hasFocus()) {
-        event->ignore();
-        return true;
+        if (!platform::hasKeyboardFocus(winId())) {
+            event->ignore();
+            return true;
+        }
+        setFocus(); // Qt has not noticed yet
     }
     // Not in keyPressEvent: Tab does not get there while there is another widget to go to.
     if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Tab) {
@@ -73,16 +76,28 @@ bool QMyLineEdit::pressTab(QEvent* event)
     return handled;
 }
 
-void QMyLineEdit::mousePressEvent(QMouseEvent* event)
+void QMyLineEdit::press(const QMouseEvent& event)
 {
-    const ControlStay stay;
     // First of all, so that a host that directs the keyboard elsewhere has the last word.
     platform::takeKeyboardFocus(winId());
-    if (event->button() == Qt::LeftButton) {
+    if (event.button() == Qt::LeftButton) {
         qDebug() << "QMyLineEidt LBtnDown";
         notifyHosts(ZRMSG_EDIT_LBUTTON_DOWN);
     }
+}
+
+void QMyLineEdit::mousePressEvent(QMouseEvent* event)
+{
+    const ControlStay stay;
+    press(*event);
     QLineEdit::mousePressEvent(event);
+}
+
+void QMyLineEdit::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    const ControlStay stay;
+    press(*event); // the second press of a double click is one too
+    QLineEdit::mouseDoubleClickEvent(event);
 }
 
 void QMyLineEdit::mouseReleaseEvent(QMouseEvent* event)

@@ -22,6 +22,7 @@ public:
 protected:
     bool event(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -29,6 +30,7 @@ protected:
 private:
     void notifyHosts(unsigned long dwMsg) const;
     bool pressTab(QEvent* event);
+    void press(const QMouseEvent& event);
     void dimPlaceholder();
 
     bool m_bTakenBack = false; ///< the host has asked for the focus during the message of a Tab
