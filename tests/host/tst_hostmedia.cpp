@@ -224,7 +224,7 @@ void TestHostMedia::aSilentPipeCanBeStopped()
     QElapsedTimer timer;
     timer.start();
     {
-        MediaThread thread(work);
+        MediaThread thread(work, false);
         QTest::qWait(100);
     }
     QVERIFY(timer.elapsed() < 3000);
@@ -269,7 +269,7 @@ void TestHostMedia::theThreadKeepsTheRate()
         ++count;
         return picture.width == 64;
     };
-    MediaThread thread(work);
+    MediaThread thread(work, false);
     QTest::qWait(1000);
     // Never more than the rate allows; a loaded machine may deliver fewer.
     QVERIFY2(count >= 15 && count <= 60, qPrintable(QString::number(count)));
