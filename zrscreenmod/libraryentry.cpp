@@ -2,8 +2,8 @@
 
 #include "boundary.h"
 #include "controlhandle.h"
-#include "exthandle.h"
 #include "diagnostics.h"
+#include "exthandle.h"
 #include "guithread.h"
 #include "platform.h"
 #include "qmylogthread.h"

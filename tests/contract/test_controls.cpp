@@ -2,9 +2,9 @@
 #include "controls.h"
 
 #include "check.h"
+#include "desktop.h"
 #include "keyboard.h"
 #include "meeting.h"
-#include "desktop.h"
 
 #include <atomic>
 #include <climits>
