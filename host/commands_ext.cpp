@@ -107,6 +107,8 @@ void addExtCommands(std::vector<Command>& table)
                      [](Session& s, const Args&) {
                          (void)s.ext().handle();
                          s.ext().close();
+                         // The second window, empty now, goes behind the one with the meeting.
+                         (void)s.stage().nativeWindow(s.parent());
                      },
                      "ext close"});
 }
