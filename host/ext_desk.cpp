@@ -1,6 +1,7 @@
 #include "ext_desk.h"
 
 #include "host_error.h"
+#include "native_rect.h"
 #include "session.h"
 #include "text.h"
 

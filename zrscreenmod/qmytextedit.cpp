@@ -5,7 +5,7 @@
 #include "qmyscrollbar.h"
 
 #include <QDebug>
-#include <QEvent>
+#include <QMouseEvent>
 #include <QScrollBar>
 #include <QScroller>
 
@@ -16,7 +16,7 @@ QMyTextEdit::QMyTextEdit(QWidget* parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBar(new QMyScrollbar(this));
     verticalScrollBar()->installEventFilter(this);
-    QScroller::grabGesture(viewport(), QScroller::LeftMouseButtonGesture);
+    m_clock.start();
 }
 
 void QMyTextEdit::stopScroller()
@@ -42,12 +42,44 @@ bool QMyTextEdit::eventFilter(QObject* watched, QEvent* event)
         // The gesture would take the drag away from the bar.
         if (event->type() == QEvent::Enter) {
             stopScroller();
-            QScroller::ungrabGesture(viewport());
+            m_bDragScrolls = false;
         } else if (event->type() == QEvent::Leave) {
-            QScroller::grabGesture(viewport(), QScroller::LeftMouseButtonGesture);
+            m_bDragScrolls = true;
         }
     }
     return QTextEdit::eventFilter(watched, event);
+}
+
+// The scroller is fed from here, not by QScroller::grabGesture: what recognises the gesture keeps a
+// pointer to the application object that it saw first, and each time that it is grabbed some
+// memory.
+bool QMyTextEdit::viewportEvent(QEvent* event)
+{
+    const auto feed = [this, event](QScroller::Input input) {
+        const QPointF position = static_cast<QMouseEvent*>(event)->localPos();
+        QScroller::scroller(viewport())->handleInput(input, position, m_clock.elapsed());
+    };
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+        m_bPressed = m_bDragScrolls && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
+        if (m_bPressed)
+            feed(QScroller::InputPress);
+        break;
+    case QEvent::MouseMove:
+        if (!m_bPressed)
+            break;
+        feed(QScroller::InputMove);
+        return true; // a drag scrolls and does not select
+    case QEvent::MouseButtonRelease:
+        if (m_bPressed && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
+            m_bPressed = false;
+            feed(QScroller::InputRelease);
+        }
+        break;
+    default:
+        break;
+    }
+    return QTextEdit::viewportEvent(event);
 }
 
 void QMyTextEdit::mousePressEvent(QMouseEvent* event)

@@ -1,6 +1,7 @@
 // Text that is read, scrolled by dragging it or its bar.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTextEdit>
 
 /// Only the vertical scroll bar is ever shown. GUI thread.
@@ -17,8 +18,13 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 protected:
+    bool viewportEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
     void stopScroller();
+
+    QElapsedTimer m_clock;      ///< times the scroller's input
+    bool m_bDragScrolls = true; ///< not while the mouse is at the bar, which a drag is for then
+    bool m_bPressed = false;    ///< a drag is under way
 };
