@@ -468,15 +468,15 @@ void TestOverlay::accessibleTile()
     tile.resize(400, 300);
     tile.playInfo()->resize(400, 300);
     tile.SetPersonInfo(m_person.get(), false);
-    QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(&tile);
-    QVERIFY(interface && interface->actionInterface());
-    QCOMPARE(interface->childCount(), 0);
-    QCOMPARE(interface->text(QAccessible::Name), QStringLiteral("Alice"));
-    QVERIFY(interface->text(QAccessible::Description).contains(QStringLiteral("静音")));
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&tile);
+    QVERIFY(accessible && accessible->actionInterface());
+    QCOMPARE(accessible->childCount(), 0);
+    QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Alice"));
+    QVERIFY(accessible->text(QAccessible::Description).contains(QStringLiteral("静音")));
     m_person->bMute = false;
     tile.playInfo()->setOverlayMode(true); // takes over what has changed
-    QVERIFY(!interface->text(QAccessible::Description).contains(QStringLiteral("静音")));
-    QAccessibleActionInterface* actions = interface->actionInterface();
+    QVERIFY(!accessible->text(QAccessible::Description).contains(QStringLiteral("静音")));
+    QAccessibleActionInterface* actions = accessible->actionInterface();
     QCOMPARE(actions->actionNames(),
              QStringList({QStringLiteral("microphone"), QStringLiteral("more")}));
     QSignalSpy audio(hub, &QZRScreenConfig::notifyClickAudioCtrl);
