@@ -214,6 +214,7 @@ ZR_CASE(controls, theKeyboardArrives)
         if (message.id == ZRMSG_EDIT_KEY)
             zr.QLineEdit_SetFocus(first);
     };
+    pump(600); // a double click would select a word
     desk.clickInto(20);
     keyboard::pressTab();
     CHECK(pumpUntil([&] { return told(ZRMSG_EDIT_KEY) == 2; }));
