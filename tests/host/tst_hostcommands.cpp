@@ -350,7 +350,7 @@ void TestHostCommands::controlsReportAndAreGivenBack()
 
 void TestHostCommands::streamsFollowTheMessages()
 {
-    const auto calls = [this](unsigned long message, long long hostValue) {
+    const auto calls = [](unsigned long message, long long hostValue) {
         (void)takeCalls();
         fakeNotify()(message, 0x20, hostValue);
         return takeCalls().join(QLatin1Char(' '));

@@ -87,7 +87,7 @@ void TestWatermarkText::coversTheTile()
     for (const QPoint corner : {QPoint(0, 0), QPoint(tile.width(), 0), QPoint(0, tile.height()),
                                 QPoint(tile.width(), tile.height())}) {
         // Turned back around the centre.
-        const QPointF from = corner - QPointF(tile.width() / 2, tile.height() / 2);
+        const QPointF from = corner - QPoint(tile.width() / 2, tile.height() / 2);
         const double c = std::cos(zr::kWatermarkDegrees * -M_PI / 180);
         const double s = std::sin(zr::kWatermarkDegrees * -M_PI / 180);
         const QPointF at(from.x() * c - from.y() * s, from.x() * s + from.y() * c);

@@ -60,7 +60,7 @@ QImage TestWatermark::drawn(const QSize& tile, int dpi, const QString& text)
     font.setLetterSpacing(QFont::AbsoluteSpacing, 0);
     painter.setFont(font);
     painter.setPen(QColor("#53B9B9B9"));
-    painter.translate(tile.width() / 2, tile.height() / 2);
+    painter.translate(QPoint(tile.width() / 2, tile.height() / 2));
     painter.rotate(-30);
     const QFontMetrics metrics = painter.fontMetrics();
     const zr::WatermarkMetrics sizes{metrics.horizontalAdvance(text),
