@@ -8,7 +8,7 @@ packages=(
     g++ cmake ninja-build ccache pkg-config
     qtbase5-dev libqt5x11extras5-dev libqt5svg5-dev libxcb1-dev libgl1-mesa-dri
     # demonstration host
-    libglib2.0-dev libx11-dev libpng-dev ffmpeg fonts-noto-cjk
+    libglib2.0-dev libx11-dev libpng-dev ffmpeg fonts-noto-cjk fonts-dejavu-core
     # virtual display
     xvfb xauth
     # tests, benchmarks and checks
