@@ -30,16 +30,16 @@ void narrow(double start, double slope, double reach, double* from, double* to)
     *to = std::min(*to, std::max(a, b));
 }
 
-/// Whether the line of a text crosses the tile.
-bool isInTile(const QPoint& origin, int textWidthPx, const QSize& tile)
+/// Whether the baseline of a text comes nearer to the tile than that.
+bool isNearTile(const QPoint& origin, int textWidthPx, const QSize& tile, int distancePx)
 {
     constexpr double kRadians = kWatermarkDegrees * 3.14159265358979323846 / 180;
     const double c = std::cos(kRadians);
     const double s = std::sin(kRadians);
     double from = 0;
     double to = textWidthPx;
-    narrow(origin.x() * c - origin.y() * s, c, tile.width() / 2.0, &from, &to);
-    narrow(origin.x() * s + origin.y() * c, s, tile.height() / 2.0, &from, &to);
+    narrow(origin.x() * c - origin.y() * s, c, tile.width() / 2.0 + distancePx, &from, &to);
+    narrow(origin.x() * s + origin.y() * c, s, tile.height() / 2.0 + distancePx, &from, &to);
     return from < to;
 }
 
@@ -73,13 +73,18 @@ QVector<QPoint> watermarkGrid(const QSize& tile, const WatermarkMetrics& metrics
         std::max(1, metrics.textWidthPx + metrics.averageCharPx * kGapCharacters);
     const int rowStep = std::max(1, metrics.lineHeightPx * (1 + kGapLines));
     QVector<QPoint> grid;
+    if (tile.isEmpty())
+        return grid;
+    bool crossed = false;
     for (int x = -w; x < w; x += columnStep) {
         for (int y = -h; y <= h; y += rowStep) {
-            if (isInTile({x, y}, metrics.textWidthPx, tile))
+            // The letters of a line that passes the tile by may still reach into it.
+            if (isNearTile({x, y}, metrics.textWidthPx, tile, 2 * metrics.lineHeightPx))
                 grid.append({x, y});
+            crossed = crossed || isNearTile({x, y}, metrics.textWidthPx, tile, 0);
         }
     }
-    if (grid.isEmpty() && !tile.isEmpty())
+    if (!crossed)
         grid.append({std::max(-w, -metrics.textWidthPx / 2), metrics.lineHeightPx / 3});
     return grid;
 }

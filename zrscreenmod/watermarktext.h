@@ -34,10 +34,10 @@ struct WatermarkMetrics
 /// The text rises to the right.
 constexpr int kWatermarkDegrees = -30;
 
-/// Where the baselines of the texts begin that cross the tile, in a system of coordinates whose
-/// origin is the centre of the tile and which is turned by kWatermarkDegrees. The columns begin a
-/// tile's width left of the centre, the rows a tile's height above it. A tile so small that it lies
-/// between them has one text at its centre.
+/// Where the baselines begin of the texts that can be seen in the tile, in a system of coordinates
+/// whose origin is the centre of the tile and which is turned by kWatermarkDegrees. The columns
+/// begin a tile's width left of the centre, the rows a tile's height above it. A tile so small that
+/// no baseline crosses it has one more text at its centre.
 QVector<QPoint> watermarkGrid(const QSize& tile, const WatermarkMetrics& metrics);
 
 /// How much of a text that is longer than the tile can be seen at most, from its beginning.
