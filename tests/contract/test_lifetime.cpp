@@ -127,7 +127,6 @@ ZR_CASE(lifetime, settingsAreFreshAfterTheLastRelease)
     Meeting meeting(&window);
     Module& zr = meeting.zr;
     REQUIRE(meeting.changeMode(eLayoutGrid9));
-    CHECK_EQUAL(zr.SetSupport9EqualCut(meeting.screen, true), 1);
     CHECK_EQUAL(zr.SetExtendScreen(meeting.screen, true, false), 1);
     CHECK(pumpUntil([&] { return zr.IsExtendScreen() == 1; }));
     zr.Release(meeting.screen);
@@ -138,15 +137,6 @@ ZR_CASE(lifetime, settingsAreFreshAfterTheLastRelease)
     REQUIRE(meeting.screen != nullptr);
     CHECK_EQUAL(zr.GetCurMode(meeting.screen), int{eLayoutEqualCut});
     CHECK_EQUAL(zr.IsExtendScreen(), 0);
-    // Seven in the adaptive gallery: without 9-cut support the seventh is on the next page.
-    meeting.moveTo(1280, 720);
-    zr.JoinMeetingFinish(meeting.screen, true);
-    for (int number = 1; number <= 7; ++number)
-        meeting.join(number);
-    CHECK(pumpUntil([&] { return meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 6) > 0; }));
-    pump(50);
-    CHECK_EQUAL(zr.IsPersonVisible(meeting.screen, text("u6")), 1);
-    CHECK_EQUAL(zr.IsPersonVisible(meeting.screen, text("u7")), 0);
 }
 
 ZR_CASE(lifetime, releasesOneOfTwoScreens)
@@ -189,25 +179,6 @@ ZR_CASE(lifetime, releasesOneOfTwoScreens)
     zr.Release(other);
 }
 
-ZR_CASE(lifetime, initReusesTheProcessAfterRelease)
-{
-    const NativeWindow window(640, 360);
-    Meeting meeting(&window, 640, 360);
-    for (int round = 0; round < 5; ++round) {
-        meeting.join(1);
-        CHECK(pumpUntil([&] { return meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 1) > 0; }));
-        meeting.zr.Release(meeting.screen);
-        meeting.inbox.reset();
-        pump(20);
-        CHECK_EQUAL(meeting.inbox.count(), 0);
-        CHECK(pumpUntil([&] { return window.childCount() == 0; }));
-        meeting.screen = meeting.zr.Init(window.hwnd(), meeting.inbox.notify());
-        REQUIRE(meeting.screen != nullptr);
-        meeting.moveTo(640, 360);
-        meeting.zr.JoinMeetingFinish(meeting.screen, true);
-    }
-}
-
 /// Runs without a display: the screen is drawn off screen and nothing is embedded.
 ZR_CASE(headless, worksWithoutADisplay)
 {
@@ -216,22 +187,8 @@ ZR_CASE(headless, worksWithoutADisplay)
         useOnce(nullptr);
 }
 
-/// The process ends with a screen in use: the test passes when it ends cleanly.
-ZR_CASE(exit_loaded, endsWithTheLibraryLoaded)
-{
-    static const NativeWindow window(640, 360);
-    static Meeting meeting(&window, 640, 360);
-    static Picture picture(320, 180, kRed);
-    void* const ann = meeting.join(1);
-    CHECK(pumpUntil([&] {
-        meeting.zr.PlayFrame(meeting.screen, ann, &picture.frame);
-        return meeting.inbox.count(4, 1) > 0;
-    }));
-    meeting.zr.leaveLoaded();
-    meeting.screen = nullptr;
-}
-
-/// As above, while other threads still deliver frames.
+/// The process ends with a screen in use, while other threads still deliver frames: the test passes
+/// when it ends cleanly.
 ZR_CASE(exit_busy, endsWhileFramesArrive)
 {
     static const NativeWindow window(640, 360);

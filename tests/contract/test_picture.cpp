@@ -79,12 +79,15 @@ void checkTiles(Meeting& meeting, const NativeWindow& window, const std::vector<
 
 } // namespace
 
-ZR_CASE(picture, adaptiveGalleryPlacesOneTwoAndSix)
+ZR_CASE(picture, tilesLieWhereTheyBelong)
 {
     const NativeWindow window(1280, 720);
     Meeting meeting(&window);
     std::vector<void*> plays{meeting.join(1)};
-    checkTiles(meeting, window, plays, {{0, 0, 1280, 720}});
+    tagRECT area{200, 100, 200 + 640, 100 + 360};
+    CHECK_EQUAL(meeting.zr.MoveWindow(meeting.screen, &area, 0), 1);
+    checkTiles(meeting, window, plays, {{200, 100, 640, 360}});
+    meeting.moveTo(1280, 720);
 
     plays.push_back(meeting.join(2));
     checkTiles(meeting, window, plays, {{0, 180, 639, 359}, {641, 180, 639, 359}});
@@ -99,26 +102,6 @@ ZR_CASE(picture, adaptiveGalleryPlacesOneTwoAndSix)
                 {0, 361, 425, 239},
                 {427, 361, 425, 239},
                 {854, 361, 425, 239}});
-}
-
-ZR_CASE(picture, pictureIsLetterboxedInItsTile)
-{
-    const NativeWindow window(1280, 720);
-    Meeting meeting(&window);
-    void* const ann = meeting.join(1);
-    // 640 x 640 in 1280 x 720: a centred square of 720, 721 with the rounding rule's extra pixel.
-    Picture square(640, 640, kYellow);
-    Screenshot shot;
-    CHECK(pumpUntil([&] {
-        meeting.zr.PlayFrame(meeting.screen, ann, &square.frame);
-        pump(30);
-        shot = window.grab();
-        return isNear(shot.at(640, 100), kYellow.rgb());
-    }));
-    CHECK(isNear(shot.at(280, 300), kYellow.rgb()));
-    CHECK(isNear(shot.at(998, 300), kYellow.rgb()));
-    CHECK(isNear(shot.at(277, 300), {28, 32, 39}));
-    CHECK(isNear(shot.at(1001, 300), {28, 32, 39}));
 }
 
 ZR_CASE(picture, newestFrameIsShown)
@@ -206,14 +189,4 @@ ZR_CASE(picture, oddAndTinySizesAreHarmless)
     }));
     CHECK(!isNear(window.grab().at(700, 100), kCyan.rgb(), 40));
     CHECK_EQUAL(meeting.zr.IsPersonVisible(meeting.screen, text("u1")), 1);
-}
-
-ZR_CASE(picture, screenLiesWhereTheHostPutsIt)
-{
-    const NativeWindow window(1280, 720);
-    Meeting meeting(&window);
-    void* const ann = meeting.join(1);
-    tagRECT area{200, 100, 200 + 640, 100 + 360};
-    CHECK_EQUAL(meeting.zr.MoveWindow(meeting.screen, &area, 0), 1);
-    checkTiles(meeting, window, {ann}, {{200, 100, 640, 360}});
 }

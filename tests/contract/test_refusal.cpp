@@ -5,6 +5,7 @@
 #include <atomic>
 #include <climits>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -13,8 +14,8 @@ constexpr int kRefused = 0;
 
 struct Call
 {
-    const char* name;
-    std::function<int(Module& zr, void* screen, void* play)> invoke;
+    const char* text;
+    int (*invoke)(Module& zr, void* s, void* p);
     int whenScreenIsBad;
 };
 
@@ -23,144 +24,79 @@ void* unreadable()
     return reinterpret_cast<void*>(uintptr_t{0x10});
 }
 
-char* unreadableText()
-{
-    return static_cast<char*>(unreadable());
-}
-
 tagRECT g_area{0, 0, 640, 360};
+
+void* picture()
+{
+    static Picture red(320, 180, kRed);
+    return &red.frame;
+}
 
 bool isUnset(const ZRRect& rect)
 {
     return rect.left == 0 && rect.top == 0 && rect.right == -1 && rect.bottom == -1;
 }
 
+// CALL(whenScreenIsBad, call of `zr` with the screen `s` and the participant `p`)
+// clang-format off
+#define CALL(whenScreenIsBad, ...)                                                                 \
+    {#__VA_ARGS__,                                                                                 \
+     [](Module& zr, void* s, [[maybe_unused]] void* p) -> int { return __VA_ARGS__; },             \
+     whenScreenIsBad}
+// clang-format on
+
 /// Every export that takes a participant.
-const std::vector<Call>& participantCalls()
-{
-    static Picture picture(320, 180, kRed);
-    static const std::vector<Call> calls{
-        {"PlayFrame",
-         [](Module& zr, void* s, void* p) { return zr.PlayFrame(s, p, &picture.frame); }, kRefused},
-        {"SetPersonInfo",
-         [](Module& zr, void* s, void* p) {
-             return zr.SetPersonInfo(s, p, false, 1, text("name"), 0);
-         },
-         kRefused},
-        {"SetMute", [](Module& zr, void* s, void* p) { return zr.SetMute(s, p, 1); }, kRefused},
-        {"SetVolume", [](Module& zr, void* s, void* p) { return zr.SetVolume(s, p, 50); },
-         kRefused},
-        {"Preview", [](Module& zr, void* s, void* p) { return zr.Preview(s, p, true); }, kRefused},
-        {"SetPersonHandUp",
-         [](Module& zr, void* s, void* p) { return zr.SetPersonHandUp(s, p, true); }, kRefused},
-        {"LockLook", [](Module& zr, void* s, void* p) { return zr.LockLook(s, p, 1); }, kRefused},
-        {"AllLook", [](Module& zr, void* s, void* p) { return zr.AllLook(s, p, 1); }, kRefused},
-        {"DelPerson", [](Module& zr, void* s, void* p) { return zr.DelPerson(s, p, false); },
-         kRefused},
-    };
-    return calls;
-}
+const Call kParticipantCalls[] = {
+    CALL(kRefused, zr.PlayFrame(s, p, picture())),
+    CALL(kRefused, zr.SetPersonInfo(s, p, false, 1, text("name"), 0)),
+    CALL(kRefused, zr.SetMute(s, p, 1)),
+    CALL(kRefused, zr.SetVolume(s, p, 50)),
+    CALL(kRefused, zr.Preview(s, p, true)),
+    CALL(kRefused, zr.SetPersonHandUp(s, p, true)),
+    CALL(kRefused, zr.LockLook(s, p, 1)),
+    CALL(kRefused, zr.AllLook(s, p, 1)),
+    CALL(kRefused, zr.DelPerson(s, p, false)),
+};
 
 /// Every export that takes a screen and no participant.
-const std::vector<Call>& screenCalls()
-{
-    static const std::vector<Call> calls{
-        {"SetParent", [](Module& zr, void* s, void*) { return zr.SetParent(s, nullptr); },
-         kRefused},
-        {"MoveWindow", [](Module& zr, void* s, void*) { return zr.MoveWindow(s, &g_area, 0); },
-         kRefused},
-        {"ExitMeeting", [](Module& zr, void* s, void*) { return zr.ExitMeeting(s); }, kRefused},
-        {"AddPerson",
-         [](Module& zr, void* s, void*) {
-             return zr.AddPerson(s, text("bad"), text("bad"), 1, 0, nullptr) ? kDone : kRefused;
-         },
-         kRefused},
-        {"JoinMeetingFinish",
-         [](Module& zr, void* s, void*) { return zr.JoinMeetingFinish(s, true); }, kRefused},
-        {"UpdateUserNetStatus",
-         [](Module& zr, void* s, void*) {
-             return zr.UpdateUserNetStatus(s, text("u1"), 1, false, 5);
-         },
-         kRefused},
-        {"ChangeLayout",
-         [](Module& zr, void* s, void*) {
-             return zr.ChangeLayout(s, eLayoutEqualCut, {{0, "u1"}});
-         },
-         kRefused},
-        {"GetCurMode", [](Module& zr, void* s, void*) { return zr.GetCurMode(s); }, kRefused},
-        {"ReOrder", [](Module& zr, void* s, void*) { return zr.ReOrder(s, true); }, kRefused},
-        {"FocusByUserID",
-         [](Module& zr, void* s, void*) { return zr.FocusByUserID(s, text("u1"), false); },
-         kRefused},
-        {"SetActivateUser",
-         [](Module& zr, void* s, void*) { return zr.SetActivateUser(s, text("u1")); }, kRefused},
-        {"SetCurrentSpeakingPerson",
-         [](Module& zr, void* s, void*) { return zr.SetCurrentSpeakingPerson(s, "u1"); }, kRefused},
-        {"SetVoiceActivate",
-         [](Module& zr, void* s, void*) { return zr.SetVoiceActivate(s, false); }, kDone},
-        {"SetSupport9EqualCut",
-         [](Module& zr, void* s, void*) { return zr.SetSupport9EqualCut(s, false); }, kRefused},
-        {"SetSupport16EqualCut",
-         [](Module& zr, void* s, void*) { return zr.SetSupport16EqualCut(s, false); }, kRefused},
-        {"SetOpenPollingPage",
-         [](Module& zr, void* s, void*) { return zr.SetOpenPollingPage(s, false, 10); }, kRefused},
-        {"SetLayoutCtrl",
-         [](Module& zr, void* s, void*) {
-             return zr.SetLayoutCtrl(s, false, false, -1, -1, false);
-         },
-         kRefused},
-        {"SetHideNoCameraWnd",
-         [](Module& zr, void* s, void*) { return zr.SetHideNoCameraWnd(s, true); }, kRefused},
-        {"IsPersonVisible",
-         [](Module& zr, void* s, void*) { return zr.IsPersonVisible(s, text("u1")); }, kRefused},
-        {"SetHideSmallWidget",
-         [](Module& zr, void* s, void*) { return zr.SetHideSmallWidget(s, false); }, kRefused},
-        {"ShowSmallWnd", [](Module& zr, void* s, void*) { return zr.ShowSmallWnd(s, true, false); },
-         kRefused},
-        {"GetSmallWndID", [](Module& zr, void* s, void*) { return zr.GetSmallWndID(s); }, kRefused},
-        {"IsPersonVisibleInSmallWnd",
-         [](Module& zr, void* s, void*) { return zr.IsPersonVisibleInSmallWnd(s, text("u1")); },
-         kRefused},
-        {"SetShareSponsor", [](Module& zr, void* s, void*) { return zr.SetShareSponsor(s, "u1"); },
-         kRefused},
-        {"PopSelfShareWnd",
-         [](Module& zr, void* s, void*) { return zr.PopSelfShareWnd(s, false, false); }, kRefused},
-        {"SetIsCloseWhiteBoard",
-         [](Module& zr, void* s, void*) { return zr.SetIsCloseWhiteBoard(s); }, kRefused},
-        {"GetShareWgtPos",
-         [](Module& zr, void* s, void*) {
-             return isUnset(zr.GetShareWgtPos(s)) ? kRefused : kDone;
-         },
-         kRefused},
-        {"SetPauseShareWindow",
-         [](Module& zr, void* s, void*) { return zr.SetPauseShareWindow(s, false); }, kDone},
-        {"SetExtendScreen",
-         [](Module& zr, void* s, void*) { return zr.SetExtendScreen(s, false, false); }, kRefused},
-        {"SetVideoToolbarStatus",
-         [](Module& zr, void* s, void*) { return zr.SetVideoToolbarStatus(s, &g_area, false); },
-         kRefused},
-        {"IsMouseOnBtnMore", [](Module& zr, void* s, void*) { return zr.IsMouseOnBtnMore(s); },
-         kRefused},
-        {"ClearMoreMenuPtr", [](Module& zr, void* s, void*) { return zr.ClearMoreMenuPtr(s); },
-         kDone},
-        {"OpenSubtitle", [](Module& zr, void* s, void*) { return zr.OpenSubtitle(s, false); },
-         kRefused},
-        {"ClearSubtitles", [](Module& zr, void* s, void*) { return zr.ClearSubtitles(s); },
-         kRefused},
-        {"AddSentence",
-         [](Module& zr, void* s, void*) {
-             return zr.AddSentence(s, 1, 0, text("Ann"), text("Hello"));
-         },
-         kRefused},
-        {"Release",
-         [](Module& zr, void* s, void*) {
-             zr.Release(s);
-             return kRefused;
-         },
-         kRefused},
-    };
-    return calls;
-}
+const Call kScreenCalls[] = {
+    CALL(kRefused, zr.SetParent(s, nullptr)),
+    CALL(kRefused, zr.MoveWindow(s, &g_area, 0)),
+    CALL(kRefused, zr.ExitMeeting(s)),
+    CALL(kRefused, zr.AddPerson(s, text("bad"), text("bad"), 1, 0, nullptr) ? kDone : kRefused),
+    CALL(kRefused, zr.JoinMeetingFinish(s, true)),
+    CALL(kRefused, zr.UpdateUserNetStatus(s, text("u1"), 1, false, 5)),
+    CALL(kRefused, zr.ChangeLayout(s, eLayoutEqualCut, {{0, "u1"}})),
+    CALL(kRefused, zr.GetCurMode(s)),
+    CALL(kRefused, zr.ReOrder(s, true)),
+    CALL(kRefused, zr.FocusByUserID(s, text("u1"), false)),
+    CALL(kRefused, zr.SetActivateUser(s, text("u1"))),
+    CALL(kRefused, zr.SetCurrentSpeakingPerson(s, "u1")),
+    CALL(kDone, zr.SetVoiceActivate(s, false)),
+    CALL(kRefused, zr.SetSupport9EqualCut(s, false)),
+    CALL(kRefused, zr.SetSupport16EqualCut(s, false)),
+    CALL(kRefused, zr.SetOpenPollingPage(s, false, 10)),
+    CALL(kRefused, zr.SetLayoutCtrl(s, false, false, -1, -1, false)),
+    CALL(kRefused, zr.SetHideNoCameraWnd(s, true)),
+    CALL(kRefused, zr.IsPersonVisible(s, text("u1"))),
+    CALL(kRefused, zr.SetHideSmallWidget(s, false)),
+    CALL(kRefused, zr.ShowSmallWnd(s, true, false)),
+    CALL(kRefused, zr.GetSmallWndID(s)),
+    CALL(kRefused, zr.IsPersonVisibleInSmallWnd(s, text("u1"))),
+    CALL(kRefused, zr.SetShareSponsor(s, "u1")),
+    CALL(kRefused, zr.PopSelfShareWnd(s, false, false)),
+    CALL(kRefused, zr.SetIsCloseWhiteBoard(s)),
+    CALL(kRefused, isUnset(zr.GetShareWgtPos(s)) ? kRefused : kDone),
+    CALL(kDone, zr.SetPauseShareWindow(s, false)),
+    CALL(kRefused, zr.SetExtendScreen(s, false, false)),
+    CALL(kRefused, zr.SetVideoToolbarStatus(s, &g_area, false)),
+    CALL(kRefused, zr.IsMouseOnBtnMore(s)),
+    CALL(kDone, zr.ClearMoreMenuPtr(s)),
+    CALL(kRefused, zr.OpenSubtitle(s, false)),
+    CALL(kRefused, zr.ClearSubtitles(s)),
+    CALL(kRefused, zr.AddSentence(s, 1, 0, text("Ann"), text("Hello"))),
+};
+#undef CALL
 
 /// Memory that looks like nothing the library ever made.
 struct Foreign
@@ -193,196 +129,184 @@ bool isRefusal(const std::string& log)
            || log.find("iter != pScreen->mapHadDelPlay.end()") != std::string::npos;
 }
 
-void checkRefused(Module& zr, LogCapture& log, const Call& call, void* screen, void* play,
-                  int expected, const std::string& row)
+/// A meeting in a small window, with one participant.
+struct SmallMeeting
 {
-    (void)log.take();
-    const int result = call.invoke(zr, screen, play);
-    CHECK_ROW(result == expected, std::string(call.name) + ", " + row);
-    // What is answered as done was not refused, and a release of nothing is not a failure.
-    if (expected == kRefused && std::strcmp(call.name, "Release") != 0) {
-        CHECK_ROW(isRefusal(log.take()), std::string("log of ") + call.name + ", " + row);
+    const NativeWindow window{640, 360};
+    Meeting meeting{&window, 640, 360};
+    Module& zr = meeting.zr;
+    void* const s = meeting.screen;
+    void* const ann = meeting.join(1);
+    LogCapture log;
+
+    /// Another one, who has left: the handle is stale.
+    [[nodiscard]] void* deleted()
+    {
+        void* const bob = meeting.join(2);
+        CHECK_EQUAL(zr.DelPerson(s, bob, false), 1);
+        pump(50);
+        return bob;
     }
-}
+    void check(const Call& call, void* screen, void* play, int expected, const char* kind)
+    {
+        const std::string row = std::string(call.text) + ", " + kind;
+        (void)log.take();
+        CHECK_ROW(call.invoke(zr, screen, play) == expected, row);
+        // What is answered as done was not refused.
+        if (expected == kRefused)
+            CHECK_ROW(isRefusal(log.take()), "log of " + row);
+    }
+};
 
 void refuseScreens(bool otherThread)
 {
-    const NativeWindow window(640, 360);
-    Meeting meeting(&window, 640, 360);
-    Module& zr = meeting.zr;
-    void* const ann = meeting.join(1);
-    void* const released = zr.Init(nullptr, nullptr);
+    SmallMeeting m;
+    void* const released = m.zr.Init(nullptr, nullptr);
     REQUIRE(released != nullptr);
-    zr.Release(released);
+    m.zr.Release(released);
     Foreign foreign;
     const std::pair<const char*, void*> screens[] = {
         {"null", nullptr},      {"unreadable", unreadable()},
         {"released", released}, {"foreign", &foreign},
-        {"play handle", ann},   {"misaligned", reinterpret_cast<char*>(meeting.screen) + 1}};
-    LogCapture log;
+        {"play handle", m.ann}, {"misaligned", static_cast<char*>(m.s) + 1}};
     runOn(otherThread, [&] {
         for (const auto& [kind, screen] : screens) {
-            for (const Call& call : screenCalls())
-                checkRefused(zr, log, call, screen, nullptr, call.whenScreenIsBad, kind);
-            for (const Call& call : participantCalls())
-                checkRefused(zr, log, call, screen, ann, call.whenScreenIsBad, kind);
+            for (const Call& call : kScreenCalls)
+                m.check(call, screen, nullptr, call.whenScreenIsBad, kind);
+            for (const Call& call : kParticipantCalls)
+                m.check(call, screen, m.ann, call.whenScreenIsBad, kind);
+            m.zr.Release(screen);
         }
     });
     pump(50);
-    CHECK_EQUAL(zr.IsPersonVisible(meeting.screen, text("u1")), 1);
-    CHECK_EQUAL(zr.IsPersonVisible(meeting.screen, text("bad")), 0);
+    CHECK_EQUAL(m.zr.IsPersonVisible(m.s, text("u1")), 1);
+    CHECK_EQUAL(m.zr.IsPersonVisible(m.s, text("bad")), 0);
 }
 
 void refuseParticipants(bool otherThread)
 {
-    const NativeWindow window(640, 360);
-    Meeting meeting(&window, 640, 360);
-    Module& zr = meeting.zr;
-    meeting.join(1);
-    void* const deleted = meeting.join(2);
-    CHECK_EQUAL(zr.DelPerson(meeting.screen, deleted, false), 1);
-    pump(50);
+    SmallMeeting m;
     Foreign foreign;
     const std::pair<const char*, void*> plays[] = {
-        {"null", nullptr},     {"unreadable", unreadable()},      {"deleted", deleted},
-        {"foreign", &foreign}, {"screen handle", meeting.screen},
+        {"null", nullptr},     {"unreadable", unreadable()}, {"deleted", m.deleted()},
+        {"foreign", &foreign}, {"screen handle", m.s},
     };
-    LogCapture log;
     runOn(otherThread, [&] {
         for (const auto& [kind, play] : plays) {
-            for (const Call& call : participantCalls())
-                checkRefused(zr, log, call, meeting.screen, play, kRefused, kind);
+            for (const Call& call : kParticipantCalls)
+                m.check(call, m.s, play, kRefused, kind);
         }
     });
     pump(50);
-    CHECK_EQUAL(zr.IsPersonVisible(meeting.screen, text("u1")), 1);
+    CHECK_EQUAL(m.zr.IsPersonVisible(m.s, text("u1")), 1);
 }
 
-/// The log texts that the frame path names for each check, in the order of the checks.
-void refuseFrames(Module& zr, void* screen, void* play, void* deleted)
+/// With the log text of each check, in the order of the checks.
+void refuseFrames(SmallMeeting& m, void* deleted)
 {
-    LogCapture log;
+    Module& zr = m.zr;
     Picture good(320, 180, kRed);
-    const auto refusedWith = [&](void* s, void* p, void* f, const char* expectedLog) {
-        (void)log.take();
-        CHECK_ROW(zr.PlayFrame(s, p, f) == 0, expectedLog);
-        CHECK_ROW(log.take().find(expectedLog) != std::string::npos, expectedLog);
+    const struct
+    {
+        void *screen, *play, *frame;
+        const char* logged;
+    } calls[] = {
+        {nullptr, nullptr, nullptr, "IsVaildScreenHandle failed"},
+        {m.s, nullptr, nullptr, "hPlay == nullptr failed"},
+        {m.s, m.ann, nullptr, "pWin32Frame == nullptr failed"},
+        {m.s, deleted, &good.frame, "iter != pScreen->mapHadDelPlay.end() failed"},
+        {m.s, unreadable(), &good.frame, "IsBadReadPtr(pPlay, sizeof(ST_ZRPlayHdl)) failed"},
+        {m.s, m.ann, unreadable(), "failed"},
     };
-    refusedWith(nullptr, nullptr, nullptr, "IsVaildScreenHandle failed");
-    refusedWith(screen, nullptr, nullptr, "hPlay == nullptr failed");
-    refusedWith(screen, play, nullptr, "pWin32Frame == nullptr failed");
-    refusedWith(screen, deleted, &good.frame, "iter != pScreen->mapHadDelPlay.end() failed");
-    refusedWith(screen, unreadable(), &good.frame,
-                "IsBadReadPtr(pPlay, sizeof(ST_ZRPlayHdl)) failed");
-    refusedWith(screen, play, unreadable(), "failed");
+    for (const auto& call : calls) {
+        (void)m.log.take();
+        CHECK_ROW(zr.PlayFrame(call.screen, call.play, call.frame) == 0, call.logged);
+        CHECK_ROW(m.log.take().find(call.logged) != std::string::npos, call.logged);
+    }
 
     const EndlessText endless;
-    struct BadFrame
-    {
-        const uint8_t* data;
-        uint32_t width;
-        uint32_t height;
-    };
-    const BadFrame frames[] = {
-        {nullptr, 320, 180},
-        {good.frame.pData, 0, 180},
-        {good.frame.pData, 320, 0},
-        {good.frame.pData, 16385, 16},
-        {good.frame.pData, 16, 16385},
-        {good.frame.pData, UINT32_MAX, UINT32_MAX},
-        {good.frame.pData, 0x80000000U, 2},
-        {static_cast<const uint8_t*>(unreadable()), 320, 180},
-        // The first byte can be read, the last one cannot.
-        {reinterpret_cast<const uint8_t*>(endless.text()), 160, 90},
-        {reinterpret_cast<const uint8_t*>(UINTPTR_MAX - 64), 320, 180},
-    };
-    for (const BadFrame& bad : frames) {
-        // A refused picture is logged once until a good one comes.
-        CHECK_EQUAL(zr.PlayFrame(screen, play, &good.frame), 1);
+    const auto play = [&](const void* data, uint32_t width, uint32_t height) {
         VantrelRTCVideoFrameQT frame{};
-        frame.pData = bad.data;
-        frame.width = bad.width;
-        frame.height = bad.height;
+        frame.pData = static_cast<const uint8_t*>(data);
+        frame.width = width;
+        frame.height = height;
+        return zr.PlayFrame(m.s, m.ann, &frame);
+    };
+    const uint8_t* const data = good.frame.pData;
+    const struct
+    {
+        const void* data;
+        uint32_t width, height;
+    } pictures[] = {
+        {nullptr, 320, 180},
+        {data, 0, 180},
+        {data, 320, 0},
+        {data, 16385, 16},
+        {data, 16, 16385},
+        {data, UINT32_MAX, UINT32_MAX},
+        {data, 0x80000000U, 2},
+        {unreadable(), 320, 180},
+        {endless.text(), 160, 90}, // the first byte can be read, the last one cannot
+        {reinterpret_cast<const void*>(UINTPTR_MAX - 64), 320, 180},
+    };
+    for (const auto& bad : pictures) {
+        // A refused picture is logged once until a good one comes.
+        CHECK_EQUAL(zr.PlayFrame(m.s, m.ann, &good.frame), 1);
         const std::string row = std::to_string(bad.width) + "x" + std::to_string(bad.height);
-        (void)log.take();
-        CHECK_ROW(zr.PlayFrame(screen, play, &frame) == 0, row);
-        CHECK_ROW(!log.take().empty(), "log of " + row);
+        (void)m.log.take();
+        CHECK_ROW(play(bad.data, bad.width, bad.height) == 0, row);
+        CHECK_ROW(!m.log.take().empty(), "log of " + row);
     }
-    CHECK_EQUAL(zr.PlayFrame(screen, play, &good.frame), 1);
-    // The smallest picture and one whose last row ends right before unreadable memory.
-    VantrelRTCVideoFrameQT frame{};
-    frame.width = 1;
-    frame.height = 1;
-    frame.pData = reinterpret_cast<const uint8_t*>(endless.text() + endless.size() - 3);
-    CHECK_EQUAL(zr.PlayFrame(screen, play, &frame), 1);
+    CHECK_EQUAL(zr.PlayFrame(m.s, m.ann, &good.frame), 1);
+    // The smallest picture, whose last row ends right before unreadable memory.
+    CHECK_EQUAL(play(endless.text() + endless.size() - 3, 1, 1), 1);
 }
 
 } // namespace
 
-ZR_CASE(refusal, badScreensOnTheGuiThread)
+ZR_CASE(refusal, badScreens)
 {
     refuseScreens(false);
-}
-
-ZR_CASE(refusal, badScreensOnAnotherThread)
-{
     refuseScreens(true);
 }
 
-ZR_CASE(refusal, badParticipantsOnTheGuiThread)
+ZR_CASE(refusal, badParticipants)
 {
     refuseParticipants(false);
-}
-
-ZR_CASE(refusal, badParticipantsOnAnotherThread)
-{
     refuseParticipants(true);
 }
 
 ZR_CASE(refusal, releasedScreenTakesItsHandlesAlong)
 {
-    const NativeWindow window(640, 360);
-    Meeting meeting(&window, 640, 360);
-    Module& zr = meeting.zr;
-    void* const ann = meeting.join(1);
-    void* const oldScreen = meeting.screen;
-    zr.Release(oldScreen);
-    meeting.screen = zr.Init(window.hwnd(), meeting.inbox.notify());
-    REQUIRE(meeting.screen != nullptr);
-    LogCapture log;
-    for (const Call& call : participantCalls()) {
-        checkRefused(zr, log, call, meeting.screen, ann, kRefused, "handle of a released screen");
+    SmallMeeting m;
+    m.zr.Release(m.s);
+    m.meeting.screen = m.zr.Init(m.window.hwnd(), m.meeting.inbox.notify());
+    REQUIRE(m.meeting.screen != nullptr);
+    for (const Call& call : kParticipantCalls) {
+        m.check(call, m.meeting.screen, m.ann, kRefused, "handle of a released screen");
         // The old address may have been given to the new screen; only another one is stale.
-        if (oldScreen != meeting.screen)
-            checkRefused(zr, log, call, oldScreen, ann, kRefused, "released screen");
+        if (m.s != m.meeting.screen)
+            m.check(call, m.s, m.ann, kRefused, "released screen");
     }
-    zr.Release(meeting.screen);
-    zr.Release(meeting.screen); // twice
-    meeting.screen = nullptr;
+    m.zr.Release(m.meeting.screen);
+    m.zr.Release(std::exchange(m.meeting.screen, nullptr)); // twice
 }
 
 ZR_CASE(refusal, badFrames)
 {
-    const NativeWindow window(640, 360);
-    Meeting meeting(&window, 640, 360);
-    void* const ann = meeting.join(1);
-    void* const deleted = meeting.join(2);
-    CHECK(pumpUntil([&] { return meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 1) > 0; }));
-    CHECK_EQUAL(meeting.zr.DelPerson(meeting.screen, deleted, false), 1);
-    pump(20);
-    refuseFrames(meeting.zr, meeting.screen, ann, deleted);
-    runOn(true, [&] { refuseFrames(meeting.zr, meeting.screen, ann, deleted); });
+    SmallMeeting m;
+    CHECK(pumpUntil([&] { return m.meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 1) > 0; }));
+    void* const deleted = m.deleted();
+    refuseFrames(m, deleted);
+    runOn(true, [&] { refuseFrames(m, deleted); });
 }
 
 ZR_CASE(refusal, badStringsAndRectangles)
 {
-    const NativeWindow window(640, 360);
-    Meeting meeting(&window, 640, 360);
-    Module& zr = meeting.zr;
-    void* const s = meeting.screen;
-    void* const ann = meeting.join(1);
+    SmallMeeting m;
+    auto& [window, meeting, zr, s, ann, log] = m;
     const EndlessText endless;
-    for (char* const bad : {unreadableText(), endless.text()}) {
+    for (char* const bad : {static_cast<char*>(unreadable()), endless.text()}) {
         CHECK(zr.AddPerson(s, bad, text("x"), 1, 0, nullptr) == nullptr);
         CHECK(zr.AddPerson(s, text("y"), bad, 1, 0, nullptr) == nullptr);
         CHECK_EQUAL(zr.SetPersonInfo(s, ann, false, 0, bad, 0), 0);
@@ -408,10 +332,9 @@ ZR_CASE(refusal, badStringsAndRectangles)
     const std::string longName(100000, 'n');
     CHECK(zr.AddPerson(s, text("u9"), text(longName), 9, 0, nullptr) != nullptr);
 
-    auto* const badRect = static_cast<tagRECT*>(unreadable());
-    for (tagRECT* const rect : {static_cast<tagRECT*>(nullptr), badRect}) {
-        CHECK_EQUAL(zr.MoveWindow(s, rect, 0), 0);
-        CHECK_EQUAL(zr.SetVideoToolbarStatus(s, rect, true), 0);
+    for (void* const bad : {static_cast<void*>(nullptr), unreadable()}) {
+        CHECK_EQUAL(zr.MoveWindow(s, static_cast<tagRECT*>(bad), 0), 0);
+        CHECK_EQUAL(zr.SetVideoToolbarStatus(s, static_cast<tagRECT*>(bad), true), 0);
     }
     pump(100);
     CHECK_EQUAL(zr.IsPersonVisible(s, text("u1")), 1);
@@ -421,11 +344,8 @@ ZR_CASE(refusal, badStringsAndRectangles)
 
 ZR_CASE(refusal, hugeNumbersDoNoHarm)
 {
-    const NativeWindow window(640, 360);
-    Meeting meeting(&window, 640, 360);
-    Module& zr = meeting.zr;
-    void* const s = meeting.screen;
-    void* const ann = meeting.join(1);
+    SmallMeeting m;
+    auto& [window, meeting, zr, s, ann, log] = m;
     for (const int n : {INT_MIN, -1, 0, 15, 1000, INT_MAX}) {
         zr.ChangeLayout(s, static_cast<eLayoutType>(n), {{n, "u1"}, {INT_MAX, ""}});
         CHECK_EQUAL(zr.SetVolume(s, ann, n), 1);
