@@ -1,6 +1,10 @@
 #include "calendarmath.h"
 
+#include "screenplace.h"
+
 #include <algorithm>
+#include <climits>
+#include <utility>
 
 namespace zr {
 
@@ -64,6 +68,16 @@ DateChoice movedByMonths(const DateChoice& choice, int months)
     return moved;
 }
 
+DateChoice movedByDays(const DateChoice& choice, int days, const QDate& today)
+{
+    const QDate from(choice.year, choice.month, std::max(choice.day, 1));
+    const QDate to = std::max(choice.day > 0 ? from.addDays(days) : from, today);
+    DateChoice moved = choice;
+    if (to.year() <= kLastYear)
+        to.getDate(&moved.year, &moved.month, &moved.day);
+    return moved;
+}
+
 DateChoice choiceOf(const QDateTime& now)
 {
     return {now.date().year(), now.date().month(),  now.date().day(),
@@ -120,14 +134,24 @@ int listScrollPx(int selected, int rows, int rowHeightPx)
     return top == 0 ? 0 : (rowHeightPx + kListGapPx) * top + kListTopPx;
 }
 
-QPoint pickerTopLeft(const QPoint& at, const QSize& widget, int contentWidthPx, const QRect& area)
+QPoint pickerTopLeft(const QPoint& at, const QSize& widget, int contentWidthPx,
+                     const std::vector<QRect>& areas)
 {
     const int margin = (widget.width() - contentWidthPx) / 2;
-    const auto inside = [](int position, int length, int from, int to) {
-        return std::max(std::min(position, to - length + 1), from);
-    };
-    const int left = inside(at.x() - contentWidthPx, contentWidthPx, area.left(), area.right());
-    return {left - margin, inside(at.y(), widget.height(), area.top(), area.bottom())};
+    const QRect asked(at.x() - contentWidthPx, at.y(), contentWidthPx, widget.height());
+    QPoint best = asked.topLeft();
+    std::pair<bool, int> least{true, INT_MAX}; // does not fit, distance
+    for (const QRect& area : areas) {
+        const QPoint place = visiblePlace(asked, {area});
+        const std::pair<bool, int> cost{asked.width() > area.width()
+                                            || asked.height() > area.height(),
+                                        (place - asked.topLeft()).manhattanLength()};
+        if (!area.isEmpty() && cost < least) {
+            least = cost;
+            best = place;
+        }
+    }
+    return best - QPoint(margin, 0);
 }
 
 } // namespace zr

@@ -8,6 +8,7 @@
 #include <QSize>
 
 #include <array>
+#include <vector>
 
 namespace zr {
 
@@ -50,6 +51,11 @@ struct DateChoice
 /// have becomes its last one. Beyond the years of the picker nothing changes.
 [[nodiscard]] DateChoice movedByMonths(const DateChoice& choice, int months);
 
+/// The choice some days later, or earlier, but not before today: there is nothing to choose.
+/// Without a day it is the first one of the month that can be chosen. Beyond the last year nothing
+/// changes.
+[[nodiscard]] DateChoice movedByDays(const DateChoice& choice, int days, const QDate& today);
+
 /// The present minute.
 [[nodiscard]] DateChoice choiceOf(const QDateTime& now);
 
@@ -91,10 +97,11 @@ constexpr int kListTopPx = 3;
 [[nodiscard]] int listScrollPx(int selected, int rows, int rowHeightPx);
 
 /// Where the picker's top left corner goes: the content, centred in the widget, ends at `at.x()`
-/// and begins at `at.y()`, but does not leave `area`. Where it does not fit, its left and top edges
-/// are seen.
+/// and begins at `at.y()`, but lies in one of the areas: of those in which it fits, the one to
+/// which it has to be moved least. Where it fits into none, its left and top edges are seen.
+/// @param areas that can be seen, one for each screen; without any, it stays where it is asked for
 [[nodiscard]] QPoint pickerTopLeft(const QPoint& at, const QSize& widget, int contentWidthPx,
-                                   const QRect& area);
+                                   const std::vector<QRect>& areas);
 
 /// Whether the picker is drawn in double size. Unlike the rest of the module it asks for the
 /// height too.

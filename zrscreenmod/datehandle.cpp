@@ -11,23 +11,28 @@
 #include <QScreen>
 
 #include <memory>
+#include <vector>
 
 namespace {
 
-/// Where a picker can be seen, in the coordinates in which it is placed.
-QRect visibleArea(const ST_ZRDateHdl& picker, const QPoint& at)
+/// Where a picker can be seen on each screen, in the coordinates in which it is placed.
+std::vector<QRect> visibleAreas(const ST_ZRDateHdl& picker)
 {
     const QRect parent = picker.m_hParent
                              ? platform::clientRectOnScreen(platform::toNative(picker.m_hParent))
                              : QRect();
     const QPoint origin = parent.isNull() ? QPoint() : parent.topLeft();
-    const QScreen* screen = QGuiApplication::screenAt(origin + at);
-    if (!screen)
-        screen = QGuiApplication::primaryScreen();
-    const QRect onScreen = screen ? screen->availableGeometry() : parent;
-    const QRect both = parent.isNull() ? onScreen : onScreen.intersected(parent);
-    // A parent that lies beyond the screen shows nothing anyway.
-    return (both.isEmpty() ? parent : both).translated(-origin);
+    std::vector<QRect> areas;
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    for (const QScreen* screen : screens) {
+        const QRect onScreen = screen->availableGeometry();
+        const QRect both = parent.isNull() ? onScreen : onScreen.intersected(parent);
+        if (!both.isEmpty())
+            areas.push_back(both.translated(-origin));
+    }
+    if (areas.empty()) // the parent may come into view while the picker is open
+        areas.push_back(parent.translated(-origin));
+    return areas;
 }
 
 void destroyDatePicker(ST_ZRDateHdl* picker)
@@ -77,7 +82,7 @@ void openDatePicker(ST_ZRDateHdl& picker, const QPoint& at)
     widget->refreshInterface();
     // Not move(), which takes the distance from the parent's edge for a window frame.
     widget->setGeometry(
-        {zr::pickerTopLeft(at, widget->size(), widget->contentWidthPx(), visibleArea(picker, at)),
+        {zr::pickerTopLeft(at, widget->size(), widget->contentWidthPx(), visibleAreas(picker)),
          widget->size()});
     widget->show();
     widget->raise();

@@ -15,7 +15,9 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStyle>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -65,6 +67,7 @@ constexpr char kCommonStyle[] =
     "QFrame[line=\"true\"]{background:#343841;border:none;}"
     "QLabel{color:#83868D;font-family:'微软雅黑';font-size:%1px;}"
     "#labelTitle{color:#CDCDCD;font-weight:bold;}"
+    "QLabel[keys=\"true\"]{color:#5998FF;}"
     "QPushButton{border:0px;background:transparent;color:#B3B3B4;font-family:'微软雅黑';"
     "font-size:%1px;padding:0px;}"
     "QPushButton:hover:enabled{background:#323843;border-radius:2px;}"
@@ -123,6 +126,7 @@ QPushButton* SelectDateTimeWidget::makeButton(QWidget* parent, const QString& te
     auto* const button = new QPushButton(text, parent);
     button->setGeometry(rect);
     button->setFocusPolicy(Qt::NoFocus); // the keys are the picker's
+    connect(button, &QPushButton::pressed, this, &SelectDateTimeWidget::takeKeyboard);
     return button;
 }
 
@@ -179,7 +183,10 @@ void SelectDateTimeWidget::buildSheet()
             const int key = row * kDayKeyFactor + column;
             QPushButton* const button = makeButton(m_pContent, {}, {at, cell});
             m_mapDayBtn.insert(key, button);
-            connect(button, &QPushButton::clicked, this, [this, key] { chooseDay(key); });
+            connect(button, &QPushButton::clicked, this, [this, key] {
+                giveKeysTo(nullptr, false);
+                chooseDay(key);
+            });
         }
     }
 }
@@ -201,9 +208,9 @@ void SelectDateTimeWidget::buildLists()
 void SelectDateTimeWidget::buildList(List& list, int rows, const QString& head, int left)
 {
     const int buttonWidth = px(kListButtonWidth);
-    auto* const label = new QLabel(head, m_pContent);
-    label->setAlignment(Qt::AlignCenter);
-    label->setGeometry(left, px(kMargin), buttonWidth, px(kHeadHeight));
+    list.head = new QLabel(head, m_pContent);
+    list.head->setAlignment(Qt::AlignCenter);
+    list.head->setGeometry(left, px(kMargin), buttonWidth, px(kHeadHeight));
 
     const int rowHeight = px(kSheetHeight) / zr::kVisibleListRows - zr::kListGapPx;
     const int pitch = rowHeight + zr::kListGapPx;
@@ -214,7 +221,10 @@ void SelectDateTimeWidget::buildList(List& list, int rows, const QString& head, 
         QPushButton* const button = makeButton(
             content, twoDigits(row), {0, zr::kListTopPx + row * pitch, buttonWidth, rowHeight});
         list.buttons.append(button);
-        connect(button, &QPushButton::clicked, this, [this, &list, row] { chooseRow(list, row); });
+        connect(button, &QPushButton::clicked, this, [this, &list, row] {
+            giveKeysTo(&list, false);
+            chooseRow(list, row);
+        });
     }
     list.area = new QScrollArea(m_pContent);
     list.area->setObjectName(head);
@@ -358,8 +368,7 @@ void SelectDateTimeWidget::chooseRow(const List& list, int row)
     updateOK();
 }
 
-// --- The buttons of the foot
-// ----------------------------------------------------------------------
+// --- The buttons of the foot --------------------------------------------------------------------
 
 void SelectDateTimeWidget::on_pushButtonOK_clicked()
 {
@@ -407,6 +416,7 @@ void SelectDateTimeWidget::confirm()
 void SelectDateTimeWidget::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
+    giveKeysTo(nullptr, false);
     scrollLists(); // a list that has not been shown yet does not know its range
     scheduleMinute();
 }
@@ -441,20 +451,97 @@ void SelectDateTimeWidget::timerEvent(QTimerEvent* event)
     updateOK();
 }
 
+bool SelectDateTimeWidget::event(QEvent* event)
+{
+    // X11 sends the keys of a window that has the keyboard to the window inside of it that is under
+    // the mouse: an Enter that is meant for the host would confirm.
+    if (event->type() == QEvent::KeyPress && !hasFocus() && !platform::hasKeyboardFocus(winId())) {
+        event->ignore();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
 void SelectDateTimeWidget::keyPressEvent(QKeyEvent* event)
 {
+    const ControlStay stay; // hiding hands the keyboard to the host
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (event->isAutoRepeat() && (isEnter || event->key() == Qt::Key_Escape))
+        return; // still held down from what has opened the picker
     if (event->key() == Qt::Key_Escape)
         hide();
-    else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+    else if (isEnter)
         on_pushButtonOK_clicked();
-    else
+    else if (!moveByKey(event->key()))
         QWidget::keyPressEvent(event);
+}
+
+/// Tab stays inside: there is nothing else in this window, and who opens a picker wants to pick.
+bool SelectDateTimeWidget::focusNextPrevChild(bool next)
+{
+    List* const order[] = {nullptr, &m_hours, &m_minutes, nullptr};
+    List* const* const at = std::find(order, order + 3, m_pKeyList);
+    giveKeysTo(next ? at[1] : at == order ? &m_minutes : at[-1], true);
+    return true;
+}
+
+/// @param lit show whose the keys are: not to users of the mouse
+void SelectDateTimeWidget::giveKeysTo(List* list, bool lit)
+{
+    m_pKeyList = list;
+    for (const List* const each : {&m_hours, &m_minutes}) {
+        const bool on = lit && each == list;
+        if (each->head->property("keys").toBool() == on)
+            continue;
+        each->head->setProperty("keys", on);
+        each->head->style()->unpolish(each->head); // styles do not watch properties
+        each->head->style()->polish(each->head);
+    }
+}
+
+bool SelectDateTimeWidget::moveByKey(int key)
+{
+    struct Step
+    {
+        int key;
+        int days;
+        int months;
+        int rows; // of a list
+    };
+    constexpr Step kSteps[] = {{Qt::Key_Left, -1, 0, 0},
+                               {Qt::Key_Right, 1, 0, 0},
+                               {Qt::Key_Up, -7, 0, -1},
+                               {Qt::Key_Down, 7, 0, 1},
+                               {Qt::Key_PageUp, 0, -1, -zr::kVisibleListRows},
+                               {Qt::Key_PageDown, 0, 1, zr::kVisibleListRows}};
+    const auto* const step = std::find_if(std::begin(kSteps), std::end(kSteps),
+                                          [key](const Step& each) { return each.key == key; });
+    if (step == std::end(kSteps))
+        return false;
+    giveKeysTo(m_pKeyList, true);
+    if (!m_pKeyList) {
+        m_choice = step->days != 0 ? zr::movedByDays(m_choice, step->days, m_clock().date())
+                                   : zr::movedByMonths(m_choice, step->months);
+        refreshInterface();
+    } else if (step->rows != 0) {
+        const List& list = *m_pKeyList;
+        const int row = std::clamp(m_choice.*(list.field) + step->rows, 0, list.buttons.size() - 1);
+        chooseRow(list, row);
+        list.area->ensureWidgetVisible(list.buttons[row], 0, zr::kListGapPx);
+    }
+    return true;
+}
+
+/// Also for clicks on buttons: the host may have taken the keyboard while the picker was open.
+void SelectDateTimeWidget::takeKeyboard()
+{
+    const ControlStay stay;
+    platform::takeKeyboardFocus(winId());
 }
 
 void SelectDateTimeWidget::mousePressEvent(QMouseEvent* event)
 {
-    const ControlStay stay;
-    platform::takeKeyboardFocus(winId());
+    takeKeyboard();
     QWidget::mousePressEvent(event);
 }
 

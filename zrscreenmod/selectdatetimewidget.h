@@ -18,7 +18,10 @@ class QPushButton;
 class QScrollArea;
 
 /// A calendar sheet with lists of hours and minutes. It reports to the hosts of the date pickers
-/// (messages of `eZRDateMsg`) and hides when a moment has been confirmed. GUI thread.
+/// (messages of `eZRDateMsg`) and hides when a moment has been confirmed.
+///
+/// The keyboard: arrows and page keys choose a day, or in a list a row; Tab goes on to the next of
+/// the three, Enter confirms, Esc hides. GUI thread.
 class SelectDateTimeWidget : public QWidget
 {
     Q_OBJECT
@@ -37,6 +40,8 @@ public:
     int contentWidthPx() const;
 
 protected:
+    bool event(QEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
@@ -53,6 +58,7 @@ private:
     /// One of the two lists.
     struct List
     {
+        QLabel* head = nullptr; ///< lit while the arrow keys are the list's
         QScrollArea* area = nullptr;
         QVector<QPushButton*> buttons; ///< row by row
         const char* logLabel = "";
@@ -78,6 +84,9 @@ private:
     void chooseDay(int key);
     void chooseRow(const List& list, int row);
     void confirm();
+    void takeKeyboard();
+    bool moveByKey(int key);
+    void giveKeysTo(List* list, bool lit);
 
     const bool m_b4K;
     const Clock m_clock;
@@ -92,5 +101,6 @@ private:
     QMap<int, QPushButton*> m_mapDayBtn; ///< by row * 10 + column
     List m_hours;
     List m_minutes;
+    List* m_pKeyList = nullptr; ///< in which the arrow keys move; null is the sheet
     QPushButton* m_pOK = nullptr;
 };

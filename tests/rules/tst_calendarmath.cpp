@@ -30,12 +30,12 @@ class TestCalendarMath : public QObject
 
 private slots:
     void agreesWithQtsCalendar();
-    void sheetOfAMonth_data();
-    void sheetOfAMonth();
     void resolvesWhatIsRequested_data();
     void resolvesWhatIsRequested();
     void movesByMonths_data();
     void movesByMonths();
+    void movesByDays_data();
+    void movesByDays();
     void confirmsTheFutureOnly_data();
     void confirmsTheFutureOnly();
     void scrollsListsToTheSelection();
@@ -63,37 +63,6 @@ void TestCalendarMath::agreesWithQtsCalendar()
             }
         }
     }
-}
-
-void TestCalendarMath::sheetOfAMonth_data()
-{
-    QTest::addColumn<int>("year");
-    QTest::addColumn<int>("month");
-    QTest::addColumn<int>("leading");
-    QTest::addColumn<int>("firstLeading"); // the number in the first cell
-    QTest::addColumn<int>("rows");
-    QTest::newRow("starts on Monday, four rows") << 2021 << 2 << 0 << 1 << 4;
-    QTest::newRow("starts on Sunday, six rows") << 2026 << 3 << 6 << 23 << 6;
-    QTest::newRow("after the turn of the year") << 2027 << 1 << 4 << 28 << 5;
-    QTest::newRow("after a 29th of February") << 2024 << 3 << 4 << 26 << 5;
-}
-
-void TestCalendarMath::sheetOfAMonth()
-{
-    QFETCH(int, year);
-    QFETCH(int, month);
-    QFETCH(int, leading);
-    QFETCH(int, firstLeading);
-    QFETCH(int, rows);
-    const auto cells = zr::calendarCells(year, month);
-    QCOMPARE(cells[0].day, firstLeading);
-    QCOMPARE(cells[static_cast<std::size_t>(leading)].day, 1);
-    int lastShown = 0;
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        if (cells[i].month == zr::CellMonth::Shown)
-            lastShown = static_cast<int>(i);
-    }
-    QCOMPARE(lastShown / zr::kCalendarColumns + 1, rows);
 }
 
 void TestCalendarMath::resolvesWhatIsRequested_data()
@@ -156,6 +125,30 @@ void TestCalendarMath::movesByMonths()
     QVERIFY(!zr::isConfirmable(none, at(1969, 1, 1)));
 }
 
+void TestCalendarMath::movesByDays_data()
+{
+    QTest::addColumn<zr::DateChoice>("from"); // today is 10 March 2026
+    QTest::addColumn<int>("days");
+    QTest::addColumn<QDate>("to");
+    using Choice = zr::DateChoice;
+    QTest::newRow("into the next year") << Choice{2026, 12, 28} << 7 << QDate(2027, 1, 4);
+    QTest::newRow("not before today") << Choice{2026, 3, 12} << -7 << QDate(2026, 3, 10);
+    QTest::newRow("out of the past") << Choice{2025, 1, 31} << -1 << QDate(2026, 3, 10);
+    QTest::newRow("no day yet") << Choice{2026, 5, 0} << 7 << QDate(2026, 5, 1);
+    QTest::newRow("no day yet, this month") << Choice{2026, 3, 0} << 1 << QDate(2026, 3, 10);
+    QTest::newRow("not beyond the last year") << Choice{2199, 12, 31} << 1 << QDate(2199, 12, 31);
+}
+
+void TestCalendarMath::movesByDays()
+{
+    QFETCH(zr::DateChoice, from);
+    QFETCH(int, days);
+    QFETCH(QDate, to);
+    const zr::DateChoice moved = zr::movedByDays(from, days, {2026, 3, 10});
+    QCOMPARE(QDate(moved.year, moved.month, moved.day), to);
+    QCOMPARE(moved.hour, from.hour);
+}
+
 void TestCalendarMath::confirmsTheFutureOnly_data()
 {
     QTest::addColumn<QDateTime>("now");
@@ -179,20 +172,15 @@ void TestCalendarMath::confirmsTheFutureOnly()
     const zr::DateChoice choice{2026, 2, 28, 18, 30, 0};
     QCOMPARE(zr::isConfirmable(choice, now), valid);
     QCOMPARE(zr::isPastDay(2026, 2, 28, now), past);
-    for (int zr::DateChoice::*field : {&zr::DateChoice::day, &zr::DateChoice::hour}) {
-        zr::DateChoice incomplete = choice;
-        incomplete.*field = -1;
-        QVERIFY(!zr::isConfirmable(incomplete, now));
-    }
 }
 
 void TestCalendarMath::scrollsListsToTheSelection()
 {
     constexpr int kHeight = 28;
-    QCOMPARE(zr::listScrollPx(18, 24, kHeight), 33 * 17 + 3);
-    QCOMPARE(zr::listScrollPx(23, 24, kHeight), 33 * 17 + 3);
-    QCOMPARE(zr::listScrollPx(54, 60, kHeight), 33 * 53 + 3);
-    QCOMPARE(zr::listScrollPx(59, 60, kHeight), 33 * 53 + 3);
+    for (const int hour : {18, 23})
+        QCOMPARE(zr::listScrollPx(hour, 24, kHeight), 33 * 17 + 3);
+    for (const int minute : {54, 59})
+        QCOMPARE(zr::listScrollPx(minute, 60, kHeight), 33 * 53 + 3);
     QCOMPARE(zr::listScrollPx(-1, 60, kHeight), 0);
     for (const int rows : {24, 60}) {
         for (int row = 0; row < rows; ++row) {
@@ -208,21 +196,28 @@ void TestCalendarMath::opensInside_data()
 {
     QTest::addColumn<QPoint>("asked");
     QTest::addColumn<QPoint>("expected");
-    // A widget of 420 x 300 with a content of 400 pixels, in an area of 1000 x 800 at (-50, 20).
+    // Two areas, of 1000 x 800 at (-50, 20), and right of it, higher. A sliver has no room.
     QTest::newRow("room enough") << QPoint(700, 100) << QPoint(290, 100);
     QTest::newRow("beyond the left edge") << QPoint(100, 100) << QPoint(-60, 100);
-    QTest::newRow("beyond the right edge") << QPoint(5000, 100) << QPoint(540, 100);
     QTest::newRow("beyond the bottom") << QPoint(700, 790) << QPoint(290, 520);
-    QTest::newRow("above the top") << QPoint(700, -5000) << QPoint(290, 20);
+    QTest::newRow("above the top") << QPoint(700, -5000) << QPoint(940, -900);
+    QTest::newRow("up to the border of two") << QPoint(950, 100) << QPoint(540, 100);
+    QTest::newRow("a little over the border") << QPoint(1000, 100) << QPoint(540, 100);
+    QTest::newRow("more on the second") << QPoint(1200, 100) << QPoint(940, 100);
+    QTest::newRow("beyond the second") << QPoint(9000, 790) << QPoint(1540, 400);
 }
 
 void TestCalendarMath::opensInside()
 {
     QFETCH(QPoint, asked);
     QFETCH(QPoint, expected);
-    QCOMPARE(zr::pickerTopLeft(asked, {420, 300}, 400, {-50, 20, 1000, 800}), expected);
+    // A widget of 420 x 300 with a content of 400 pixels.
+    const std::vector<QRect> areas{
+        {-50, 20, 1000, 800}, {}, {950, -900, 1000, 1600}, {940, 20, 9, 800}};
+    QCOMPARE(zr::pickerTopLeft(asked, {420, 300}, 400, areas), expected);
     // Too small an area shows the top left.
-    QCOMPARE(zr::pickerTopLeft(asked, {420, 300}, 400, {0, 0, 200, 100}), QPoint(-10, 0));
+    QCOMPARE(zr::pickerTopLeft(asked, {420, 300}, 400, {{0, 0, 200, 100}}), QPoint(-10, 0));
+    QCOMPARE(zr::pickerTopLeft(asked, {420, 300}, 400, {}), asked - QPoint(410, 0));
 }
 
 QTEST_APPLESS_MAIN(TestCalendarMath)

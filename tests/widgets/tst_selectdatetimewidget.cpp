@@ -11,6 +11,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <vector>
@@ -64,6 +65,7 @@ private slots:
     void movesThroughTheMonths();
     void picksThePresent();
     void clears();
+    void choosesWithTheKeyboard();
 
 private:
     void show(const zr::DateChoice& choice);
@@ -73,6 +75,13 @@ private:
     QString title() { return m_widget->findChild<QLabel*>("labelTitle")->text(); }
     bool isOKLit() { return button("pushButtonOK")->styleSheet().contains("background: #5998FF"); }
     void click(QPushButton* which) { QTest::mouseClick(which, Qt::LeftButton); }
+    void press(Qt::Key key, bool held = false)
+    {
+        QApplication::setActiveWindow(m_widget.get());
+        m_widget->setFocus();
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, {}, held);
+        QApplication::sendEvent(m_widget.get(), &event);
+    }
 
     QDateTime m_now;
     std::unique_ptr<SelectDateTimeWidget> m_widget;
@@ -163,7 +172,7 @@ void TestSelectDateTimeWidget::confirmsWhatWasClicked()
     QVERIFY(std::memcmp(&told.record, &expected, sizeof expected) == 0);
     // The selection is there when it opens again.
     m_widget->show();
-    QTest::keyClick(m_widget.get(), Qt::Key_Return);
+    press(Qt::Key_Return);
     QCOMPARE(m_inbox->told.size(), std::size_t(2));
     QVERIFY(std::memcmp(&m_inbox->told.back().record, &expected, sizeof expected) == 0);
     // The same one, however often it is confirmed: hosts are not to free it.
@@ -175,7 +184,7 @@ void TestSelectDateTimeWidget::confirmsOnlyWhatIsNotPast()
     show({2026, 11, 21, 18, 29, 0});
     QVERIFY(!isOKLit());
     click(button("pushButtonOK"));
-    QTest::keyClick(m_widget.get(), Qt::Key_Enter);
+    press(Qt::Key_Enter);
     QVERIFY(m_widget->isVisible() && m_inbox->told.empty());
     click(rowButton("分钟", 30)); // the present minute
     QVERIFY(isOKLit());
@@ -259,6 +268,42 @@ void TestSelectDateTimeWidget::clears()
     click(rowButton("分钟", 2));
     QVERIFY(isOKLit());
     QCOMPARE(m_inbox->told.size(), std::size_t(1));
+}
+
+void TestSelectDateTimeWidget::choosesWithTheKeyboard()
+{
+    const auto selected = [this] { return m_widget->selection(); };
+    const auto isLit = [this](const char* list) {
+        const auto labels = m_widget->findChildren<QLabel*>();
+        return std::any_of(labels.begin(), labels.end(), [list](const QLabel* label) {
+            return label->text() == QString::fromUtf8(list)
+                   && label->palette().color(QPalette::WindowText) == QColor("#5998FF");
+        });
+    };
+    show({2026, 11, 30, 22, 8, 0});
+    press(Qt::Key_Right);
+    QCOMPARE(title(), QStringLiteral("2026年 12月"));
+    press(Qt::Key_Up);
+    QCOMPARE(selected(), (zr::DateChoice{2026, 11, 24, 22, 8, 0}));
+    press(Qt::Key_PageDown);
+    QVERIFY(!isLit("小时"));
+    press(Qt::Key_Tab);
+    QVERIFY(isLit("小时") && !isLit("分钟"));
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    press(Qt::Key_Backtab); // over the sheet to the minutes
+    press(Qt::Key_Backtab);
+    press(Qt::Key_PageUp);
+    press(Qt::Key_PageUp);
+    QCOMPARE(selected(), (zr::DateChoice{2026, 12, 24, 23, 0, 0}));
+    QVERIFY(!rowButton("分钟", 0)->visibleRegion().isEmpty());
+    // What is still held down, or goes to the host, confirms nothing.
+    press(Qt::Key_Return, true);
+    QApplication::setActiveWindow(nullptr);
+    QTest::keyClick(m_widget.get(), Qt::Key_Return);
+    QVERIFY(m_widget->isVisible() && m_inbox->told.empty());
+    press(Qt::Key_Escape);
+    QVERIFY(!m_widget->isVisible() && m_inbox->told.empty());
 }
 
 ZR_WIDGET_TEST_MAIN(TestSelectDateTimeWidget)
