@@ -7,8 +7,8 @@
 /// Of the whole screen, at whose top left corner the host's windows lie.
 namespace desktop {
 
-/// The screen's top left part, whatever windows lie there.
-[[nodiscard]] Screenshot grab(int widthPx, int heightPx);
+/// A part of the screen, whatever windows lie there.
+[[nodiscard]] Screenshot grab(int left, int top, int widthPx, int heightPx);
 
 void moveTo(int x, int y);
 /// Presses the left button and releases it.

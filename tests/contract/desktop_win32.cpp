@@ -1,5 +1,7 @@
 #include "desktop.h"
 
+#include "check.h"
+
 #ifndef NOMINMAX
 #    define NOMINMAX
 #endif
@@ -18,26 +20,34 @@ void send(DWORD flags, int wheel = 0)
 
 } // namespace
 
-Screenshot desktop::grab(int widthPx, int heightPx)
+Screenshot desktop::grab(int x, int y, int widthPx, int heightPx)
 {
-    const HDC screen = GetDC(nullptr);
-    const HDC memory = CreateCompatibleDC(screen);
-    const HBITMAP bitmap = CreateCompatibleBitmap(screen, widthPx, heightPx);
-    const HGDIOBJ previous = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, widthPx, heightPx, screen, 0, 0, SRCCOPY | CAPTUREBLT);
     Screenshot shot;
     shot.widthPx = widthPx;
     shot.heightPx = heightPx;
-    for (int y = 0; y < heightPx; ++y) {
-        for (int x = 0; x < widthPx; ++x) {
-            const COLORREF pixel = GetPixel(memory, x, y);
-            shot.pixels.push_back({GetRValue(pixel), GetGValue(pixel), GetBValue(pixel)});
-        }
-    }
-    SelectObject(memory, previous);
+    const HDC screen = GetDC(nullptr);
+    const HDC memory = CreateCompatibleDC(screen);
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = widthPx;
+    info.bmiHeader.biHeight = -heightPx; // rows from the top
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    info.bmiHeader.biCompression = BI_RGB;
+    void* bits = nullptr;
+    const HBITMAP bitmap = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    const HGDIOBJ before = SelectObject(memory, bitmap);
+    const bool copied =
+        BitBlt(memory, 0, 0, widthPx, heightPx, screen, x, y, SRCCOPY | CAPTUREBLT) != FALSE;
+    GdiFlush();
+    const auto* pixel = static_cast<const unsigned char*>(bits);
+    for (int i = 0; pixel && i < widthPx * heightPx; ++i, pixel += 4)
+        shot.pixels.push_back({pixel[2], pixel[1], pixel[0]});
+    SelectObject(memory, before);
     DeleteObject(bitmap);
     DeleteDC(memory);
     ReleaseDC(nullptr, screen);
+    REQUIRE(copied && bits);
     return shot;
 }
 

@@ -44,12 +44,12 @@ private:
 
 } // namespace
 
-Screenshot desktop::grab(int widthPx, int heightPx)
+Screenshot desktop::grab(int left, int top, int widthPx, int heightPx)
 {
     Display* const display = XOpenDisplay(nullptr);
     REQUIRE(display != nullptr);
     XImage* const image =
-        XGetImage(display, DefaultRootWindow(display), 0, 0, static_cast<unsigned>(widthPx),
+        XGetImage(display, DefaultRootWindow(display), left, top, static_cast<unsigned>(widthPx),
                   static_cast<unsigned>(heightPx), AllPlanes, ZPixmap);
     REQUIRE(image != nullptr);
     Screenshot shot;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -56,27 +57,16 @@ bool namesSomebody(unsigned long id)
 
 } // namespace
 
-MediaEngine::MediaEngine(Meeting& meeting, bool threaded)
+MediaEngine::MediaEngine(Meeting& meeting)
     : m_meeting(meeting)
 {
     for (int number = 0; number < kColours; ++number)
         m_pictures.try_emplace(number, 64U, 36U, colourOf(number));
     meeting.inbox.onMessage = [this](const Message& message) { receive(message); };
-    if (!threaded)
-        return;
-    m_thread = std::thread([this] {
-        while (!m_stop) {
-            deliverAll();
-            std::this_thread::sleep_for(kFramePeriod);
-        }
-    });
 }
 
 MediaEngine::~MediaEngine()
 {
-    m_stop = true;
-    if (m_thread.joinable())
-        m_thread.join();
     m_meeting.inbox.onMessage = nullptr;
 }
 
@@ -87,50 +77,29 @@ void MediaEngine::fail(const std::string& what) const
 
 Stream& MediaEngine::join(int number, Kind kind)
 {
-    Stream stream;
+    Stream& stream = m_streams[number]; // messages about him may come from inside the call
     stream.number = number;
     stream.id = (kind == Kind::Share ? "sharescreen_" : "u") + std::to_string(number);
     stream.kind = kind;
-    {
-        // Before the call: messages about him may come from inside it.
-        const std::lock_guard<std::mutex> lock(m_lock);
-        m_streams[number] = stream;
-    }
     const std::string name = kind == Kind::Nameless ? "" : "P" + std::to_string(number);
-    void* const play = m_meeting.zr.AddPerson(m_meeting.screen, text(stream.id), text(name), number,
-                                              0, hostValue(number));
-    REQUIRE(play != nullptr);
-    {
-        const std::lock_guard<std::mutex> lock(m_lock);
-        m_streams[number].play = play;
-    }
+    stream.play = m_meeting.zr.AddPerson(m_meeting.screen, text(stream.id), text(name), number, 0,
+                                         hostValue(number));
+    REQUIRE(stream.play != nullptr);
     if (kind == Kind::Self)
-        m_meeting.zr.SetPersonInfo(m_meeting.screen, play, true, 0, text(name), 0);
+        m_meeting.zr.SetPersonInfo(m_meeting.screen, stream.play, true, 0, text(name), 0);
     apply(number);
-    return m_streams.at(number);
+    return stream;
 }
 
 void MediaEngine::leave(int number)
 {
-    void* play = nullptr;
-    {
-        // No frame of his is under way once the lock has been had.
-        const std::lock_guard<std::mutex> lock(m_lock);
-        std::swap(play, m_streams.at(number).play);
-    }
+    void* const play = std::exchange(m_streams.at(number).play, nullptr);
     CHECK_EQUAL(m_meeting.zr.DelPerson(m_meeting.screen, play, false), 1);
-    const std::lock_guard<std::mutex> lock(m_lock);
     const Stream& stream = m_streams.at(number);
     if (stream.open && stream.kind != Kind::Self && !stream.removed)
         fail("removed without a message: " + stream.id);
     m_streams.erase(number);
     m_changed = Clock::now();
-}
-
-void MediaEngine::forgetAll()
-{
-    const std::lock_guard<std::mutex> lock(m_lock);
-    m_streams.clear();
 }
 
 Stream* MediaEngine::addressee(const Message& message)
@@ -151,37 +120,38 @@ Stream* MediaEngine::addressee(const Message& message)
     return &stream;
 }
 
+void MediaEngine::judge(const Message& message, Stream& stream)
+{
+    const bool shown = message.id == ZRMSG_VIDEO_SHOWN;
+    if (shown || message.id == ZRMSG_VIDEO_HIDDEN) {
+        if (!shown && stream.told && !stream.wanted)
+            fail("hidden again: " + stream.id);
+        stream.told = true;
+        stream.wanted = shown;
+        stream.answerAt = m_changed + kAnswerDelay;
+    } else if (isGrade(message.id)) {
+        if (stream.kind != Kind::Person)
+            fail("a grade is asked of " + stream.id);
+        if (!stream.open)
+            fail("a grade is asked of a closed stream: " + stream.id);
+        stream.grade = static_cast<int>(message.id);
+    } else if (message.id == ZRMSG_PERSON_REMOVED) {
+        if (!stream.open)
+            fail("removed without a stream: " + stream.id);
+        stream.removed = true;
+    }
+}
+
 void MediaEngine::receive(const Message& message)
 {
     m_changed = Clock::now();
-    int answerNow = -1;
     if (namesSomebody(message.id)) {
-        const std::lock_guard<std::mutex> lock(m_lock);
         if (Stream* const stream = addressee(message)) {
-            const bool shown = message.id == ZRMSG_VIDEO_SHOWN;
-            if (shown || message.id == ZRMSG_VIDEO_HIDDEN) {
-                if (!shown && stream->told && !stream->wanted)
-                    fail("hidden again: " + stream->id);
-                stream->told = true;
-                stream->wanted = shown;
-                stream->answerAt = m_changed + kAnswerDelay;
-                if (stream->number % 2 == 0)
-                    answerNow = stream->number;
-            } else if (isGrade(message.id)) {
-                if (stream->kind != Kind::Person)
-                    fail("a grade is asked of " + stream->id);
-                if (!stream->open)
-                    fail("a grade is asked of a closed stream: " + stream->id);
-                stream->grade = static_cast<int>(message.id);
-            } else if (message.id == ZRMSG_PERSON_REMOVED) {
-                if (!stream->open)
-                    fail("removed without a stream: " + stream->id);
-                stream->removed = true;
-            }
+            judge(message, *stream);
+            if (stream->number % 2 == 0)
+                apply(stream->number);
         }
     }
-    if (answerNow >= 0)
-        apply(answerNow);
     if (onMessage) {
         const auto handler = onMessage; // the handler may replace itself
         handler(message);
@@ -190,83 +160,66 @@ void MediaEngine::receive(const Message& message)
 
 void MediaEngine::apply(int number)
 {
-    void* play = nullptr;
-    bool open = false;
-    {
-        const std::lock_guard<std::mutex> lock(m_lock);
-        const auto found = m_streams.find(number);
-        if (found == m_streams.end() || !found->second.play
-            || found->second.open == found->second.wanted)
-            return;
-        found->second.open = open = found->second.wanted;
-        if (!open)
-            found->second.grade = 0; // a stream that is opened again begins anew
-        play = found->second.play;
-        m_changed = Clock::now();
-    }
-    CHECK_EQUAL(m_meeting.zr.Preview(m_meeting.screen, play, open), 1);
+    const auto found = m_streams.find(number);
+    if (found == m_streams.end() || !found->second.play
+        || found->second.open == found->second.wanted)
+        return;
+    Stream& stream = found->second;
+    stream.open = stream.wanted;
+    if (!stream.open)
+        stream.grade = 0; // a stream that is opened again begins anew
+    m_changed = Clock::now();
+    CHECK_EQUAL(m_meeting.zr.Preview(m_meeting.screen, stream.play, stream.open), 1);
 }
 
-void MediaEngine::answer()
+void MediaEngine::forEach(void (MediaEngine::*action)(Stream&))
 {
-    std::vector<int> due;
-    {
-        const std::lock_guard<std::mutex> lock(m_lock);
-        for (const auto& [number, stream] : m_streams) {
-            if (stream.open != stream.wanted && stream.play && stream.answerAt <= Clock::now())
-                due.push_back(number);
-        }
-    }
-    for (const int number : due)
-        apply(number);
-}
-
-void MediaEngine::playFrame(const Stream& stream)
-{
-    Picture& picture = m_pictures.at(stream.number % kColours);
-    if (m_meeting.zr.PlayFrame(m_meeting.screen, stream.play, &picture.frame) != 1)
-        fail("a frame is refused: " + stream.id);
-}
-
-void MediaEngine::deliverAll()
-{
-    const std::lock_guard<std::mutex> lock(m_lock);
-    for (const auto& [number, stream] : m_streams) {
-        if (stream.open && stream.play)
-            playFrame(stream);
-    }
-}
-
-void MediaEngine::deliver()
-{
-    // On this thread a frame may send messages, which may change everything.
+    // What is done for one may send messages, which may change everything.
     std::vector<int> numbers;
     for (const auto& [number, stream] : m_streams)
         numbers.push_back(number);
     for (const int number : numbers) {
         const auto found = m_streams.find(number);
-        if (found != m_streams.end() && found->second.open && found->second.play)
-            playFrame(found->second);
+        if (found != m_streams.end() && found->second.play)
+            (this->*action)(found->second);
     }
 }
 
-void MediaEngine::run(int timeMs)
+void MediaEngine::answer(Stream& stream)
 {
-    (void)pumpUntil(
-        [this] {
-            answer();
-            return false;
-        },
-        timeMs);
+    if (stream.answerAt <= Clock::now())
+        apply(stream.number);
+}
+
+void MediaEngine::playFrame(Stream& stream)
+{
+    Picture& picture = m_pictures.at(stream.number % kColours);
+    if (stream.open && m_meeting.zr.PlayFrame(m_meeting.screen, stream.play, &picture.frame) != 1)
+        fail("a frame is refused: " + stream.id);
 }
 
 void MediaEngine::work()
 {
-    answer();
-    if (!m_thread.joinable() && Clock::now() >= m_nextFrame) {
-        m_nextFrame = Clock::now() + kFramePeriod;
-        deliver();
-    }
+    forEach(&MediaEngine::answer);
+    if (Clock::now() < m_nextFrame)
+        return;
+    m_nextFrame = Clock::now() + kFramePeriod;
+    forEach(&MediaEngine::playFrame);
+}
+
+bool MediaEngine::runUntil(const std::function<bool()>& done, int timeoutMs)
+{
+    return pumpUntil(
+        [&] {
+            work();
+            return done();
+        },
+        timeoutMs);
+}
+
+void MediaEngine::run(int timeMs)
+{
+    (void)runUntil([] { return false; }, timeMs);
 }
 
 bool MediaEngine::settle(const std::string& where)
@@ -274,9 +227,8 @@ bool MediaEngine::settle(const std::string& where)
     step = where;
     m_changed = Clock::now();
     auto nextLook = m_changed;
-    return pumpUntil(
+    return runUntil(
         [&] {
-            work();
             if (Clock::now() < nextLook || Clock::now() - m_changed < kMoment)
                 return false;
             nextLook = Clock::now() + kLookPeriod;
@@ -285,28 +237,20 @@ bool MediaEngine::settle(const std::string& where)
         kSettleTimeoutMs);
 }
 
-bool MediaEngine::rest(const std::string& where)
+void MediaEngine::rest(const std::string& where)
 {
     step = where;
     m_changed = Clock::now();
-    const bool quiet = pumpUntil(
-        [&] {
-            work();
-            return Clock::now() - m_changed > kRest;
-        },
-        kRestTimeoutMs);
-    if (quiet)
-        return true;
-    std::map<unsigned long, int> late;
-    for (const Message& message : m_meeting.inbox.all()) {
-        if (Clock::now() - message.at < 3s)
-            ++late[message.id];
+    if (!runUntil([&] { return Clock::now() - m_changed > kRest; }, kRestTimeoutMs)) {
+        std::map<unsigned long, int> late;
+        for (const Message& message : m_meeting.inbox.all())
+            late[message.id] += Clock::now() - message.at < 3s ? 1 : 0;
+        std::string what = "does not come to rest; messages of the last three seconds:";
+        for (const auto& [id, count] : late)
+            what += " " + std::to_string(id) + " x" + std::to_string(count);
+        fail(what);
     }
-    std::string what = "does not come to rest; messages of the last three seconds:";
-    for (const auto& [id, count] : late)
-        what += " " + std::to_string(id) + " x" + std::to_string(count);
-    fail(what);
-    return false;
+    checkOpen(where);
 }
 
 std::set<int> MediaEngine::open() const
@@ -361,9 +305,7 @@ void MediaEngine::checkOpen(const std::string& where) const
     const std::set<int> shown = visible();
     for (const auto& [number, stream] : m_streams) {
         const bool isVisible = shown.count(number) > 0;
-        if (stream.open != isVisible)
-            check::fail(__FILE__, __LINE__,
-                        "[" + where + "] " + stream.id + (isVisible ? " is visible" : " is hidden")
-                            + ", his stream " + (stream.open ? "open" : "closed"));
+        CHECK_ROW(stream.open == isVisible,
+                  where + ": " + stream.id + (isVisible ? " is visible" : " is hidden"));
     }
 }

@@ -4,11 +4,8 @@
 
 #include "meeting.h"
 
-#include <atomic>
 #include <map>
-#include <optional>
 #include <set>
-#include <thread>
 
 enum class Kind
 {
@@ -43,8 +40,8 @@ struct Seen
 };
 
 /// Opens a stream on ZRMSG_VIDEO_SHOWN, closes it on ZRMSG_VIDEO_HIDDEN, reports each change once,
-/// switches the grade, lets go on ZRMSG_PERSON_REMOVED. A thread delivers small pictures, each
-/// participant's in a colour of his own, for the streams that are open only.
+/// switches the grade, lets go on ZRMSG_PERSON_REMOVED. While it runs it delivers small pictures,
+/// each participant's in a colour of his own, for the streams that are open only.
 ///
 /// Messages are judged as they come: a participant who is not there, a record that is another's, a
 /// grade for a share are failures. Streams with even numbers answer from inside the message, the
@@ -54,7 +51,7 @@ class MediaEngine
 public:
     static constexpr int kColours = 64; ///< numbers that differ by less have different colours
 
-    explicit MediaEngine(Meeting& meeting, bool threaded = true);
+    explicit MediaEngine(Meeting& meeting);
     ~MediaEngine();
     MediaEngine(const MediaEngine&) = delete;
     MediaEngine& operator=(const MediaEngine&) = delete;
@@ -64,22 +61,20 @@ public:
     Stream& join(int number, Kind kind = Kind::Person);
     void leave(int number);
     /// Everybody is gone without a message, as after ZRScreen_ExitMeeting.
-    void forgetAll();
+    void forgetAll() { m_streams.clear(); }
     Stream& at(int number) { return m_streams.at(number); }
     [[nodiscard]] const std::map<int, Stream>& streams() const { return m_streams; }
 
-    /// Carries out answers that are due. Called by run() and settle().
-    void answer();
-    /// Delivers one picture of every open stream on this thread; for an engine without its own.
-    void deliver();
     /// Runs the event loop for a time.
     void run(int timeMs);
     /// Runs the event loop until exactly the visible streams are open and no message has come for a
     /// moment. @return false when it does not come to that
     bool settle(const std::string& step);
     /// Runs the event loop until no message has come for as long as any timer of an arrangement
-    /// takes. A meeting that does not come to rest is a failure.
-    bool rest(const std::string& step);
+    /// takes, and checks the streams. A meeting that does not come to rest is a failure.
+    void rest(const std::string& step);
+    /// Delivers one picture of every open stream.
+    void deliver() { forEach(&MediaEngine::playFrame); }
 
     /// Numbers of those whom the module calls visible, in the gallery or in the small window.
     [[nodiscard]] std::set<int> visible() const;
@@ -98,19 +93,20 @@ public:
 
 private:
     void receive(const Message& message);
+    void judge(const Message& message, Stream& stream);
     void fail(const std::string& what) const;
     Stream* addressee(const Message& message);
+    /// Does what the last message has asked for.
     void apply(int number);
+    void answer(Stream& stream);
+    void playFrame(Stream& stream);
+    void forEach(void (MediaEngine::*action)(Stream&));
     void work();
-    void playFrame(const Stream& stream);
-    void deliverAll();
+    bool runUntil(const std::function<bool()>& done, int timeoutMs);
 
     Meeting& m_meeting;
-    std::map<int, Stream> m_streams; ///< changed under m_lock, by the GUI thread alone
+    std::map<int, Stream> m_streams;
     std::map<int, Picture> m_pictures;
-    mutable std::mutex m_lock;
     Clock::time_point m_changed = Clock::now(); ///< a message or an answer
-    Clock::time_point m_nextFrame = m_changed;  ///< of an engine without a thread
-    std::atomic<bool> m_stop{false};
-    std::thread m_thread;
+    Clock::time_point m_nextFrame = m_changed;
 };

@@ -5,6 +5,8 @@
 #include "zrscreenmod.h"
 
 #include <cstddef>
+#include <filesystem>
+#include <ios>
 #include <string>
 #include <vector>
 
@@ -63,10 +65,9 @@ public:
     [[nodiscard]] std::string take();
 
 private:
-    std::string m_name;
-    int m_file = -1;
-    int m_stderr = -1;
-    long m_readTo = 0;
+    std::filesystem::path m_path;
+    int m_stderr;
+    std::streamoff m_readTo = 0;
 };
 
 /// A page of 'a' without a terminator, right before memory that cannot be read.

@@ -1,12 +1,9 @@
 #include "check.h"
+#include "desktop.h"
 #include "native.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
-#include <fcntl.h>
-#include <io.h>
-#include <sys/stat.h>
 #include <tlhelp32.h>
 
 namespace {
@@ -59,40 +56,9 @@ Screenshot NativeWindow::grab() const
 {
     RECT area{};
     GetClientRect(m_window, &area);
-    Screenshot shot;
-    shot.widthPx = area.right;
-    shot.heightPx = area.bottom;
     POINT origin{};
     ClientToScreen(m_window, &origin);
-    // From the screen: what OpenGL draws does not belong to the window's own device context.
-    const HDC screen = GetDC(nullptr);
-    const HDC memory = CreateCompatibleDC(screen);
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = shot.widthPx;
-    info.bmiHeader.biHeight = -shot.heightPx; // rows from the top
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    info.bmiHeader.biCompression = BI_RGB;
-    void* bits = nullptr;
-    const HBITMAP bitmap = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    const HGDIOBJ before = SelectObject(memory, bitmap);
-    const bool copied =
-        BitBlt(memory, 0, 0, shot.widthPx, shot.heightPx, screen, origin.x, origin.y, SRCCOPY)
-        != FALSE;
-    GdiFlush();
-    const size_t count = static_cast<size_t>(shot.widthPx) * static_cast<size_t>(shot.heightPx);
-    shot.pixels.reserve(count);
-    for (size_t i = 0; bits && i < count; ++i) {
-        const auto* const pixel = static_cast<const unsigned char*>(bits) + 4 * i;
-        shot.pixels.push_back({pixel[2], pixel[1], pixel[0]});
-    }
-    SelectObject(memory, before);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
-    ReleaseDC(nullptr, screen);
-    REQUIRE(copied && shot.pixels.size() == count);
-    return shot;
+    return desktop::grab(origin.x, origin.y, area.right, area.bottom);
 }
 
 int NativeWindow::childCount() const
@@ -101,46 +67,6 @@ int NativeWindow::childCount() const
     for (HWND child = GetWindow(m_window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
         ++count;
     return count;
-}
-
-LogCapture::LogCapture()
-    : m_stderr(_dup(_fileno(stderr)))
-{
-    char folder[MAX_PATH + 1] = "";
-    char name[MAX_PATH + 1] = "";
-    REQUIRE(GetTempPathA(sizeof folder, folder) != 0);
-    REQUIRE(GetTempFileNameA(folder, "zrc", 0, name) != 0);
-    m_name = name;
-    const int writing = _open(name, _O_WRONLY | _O_BINARY | _O_APPEND, _S_IWRITE);
-    m_file = _open(name, _O_RDONLY | _O_BINARY);
-    REQUIRE(writing >= 0 && m_file >= 0 && m_stderr >= 0);
-    std::fflush(stderr);
-    _dup2(writing, _fileno(stderr));
-    _close(writing);
-}
-
-LogCapture::~LogCapture()
-{
-    std::fflush(stderr);
-    _dup2(m_stderr, _fileno(stderr));
-    _close(m_stderr);
-    _close(m_file);
-    DeleteFileA(m_name.c_str());
-}
-
-std::string LogCapture::take()
-{
-    std::fflush(stderr);
-    std::string log;
-    char buffer[4096];
-    _lseek(m_file, m_readTo, SEEK_SET); // once at its end, a file is read no further without
-    for (;;) {
-        const int got = _read(m_file, buffer, sizeof buffer);
-        if (got <= 0)
-            return log;
-        log.append(buffer, static_cast<size_t>(got));
-        m_readTo += got;
-    }
 }
 
 EndlessText::EndlessText()

@@ -1,11 +1,10 @@
 #include "check.h"
+#include "desktop.h"
 #include "native.h"
 
 #include <X11/Xlib.h>
-#include <X11/Xutil.h>
 
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
@@ -69,26 +68,9 @@ HWND NativeWindow::hwnd() const
 Screenshot NativeWindow::grab() const
 {
     Display* const d = display(m_display);
-    XSync(d, False);
     XWindowAttributes attributes;
     XGetWindowAttributes(d, id(m_window), &attributes);
-    Screenshot shot;
-    XImage* image = XGetImage(d, id(m_window), 0, 0, static_cast<unsigned>(attributes.width),
-                              static_cast<unsigned>(attributes.height), AllPlanes, ZPixmap);
-    REQUIRE(image != nullptr);
-    shot.widthPx = attributes.width;
-    shot.heightPx = attributes.height;
-    shot.pixels.reserve(static_cast<size_t>(shot.widthPx) * static_cast<size_t>(shot.heightPx));
-    for (int y = 0; y < shot.heightPx; ++y) {
-        for (int x = 0; x < shot.widthPx; ++x) {
-            const unsigned long pixel = XGetPixel(image, x, y);
-            shot.pixels.push_back({static_cast<int>((pixel >> 16) & 0xFF),
-                                   static_cast<int>((pixel >> 8) & 0xFF),
-                                   static_cast<int>(pixel & 0xFF)});
-        }
-    }
-    XDestroyImage(image);
-    return shot;
+    return desktop::grab(attributes.x, attributes.y, attributes.width, attributes.height);
 }
 
 int NativeWindow::childCount() const
@@ -102,39 +84,6 @@ int NativeWindow::childCount() const
     if (children)
         XFree(children);
     return static_cast<int>(count);
-}
-
-LogCapture::LogCapture()
-    : m_name("/tmp/zrcontract-XXXXXX")
-    , m_stderr(dup(STDERR_FILENO))
-{
-    m_file = mkstemp(m_name.data());
-    REQUIRE(m_file >= 0 && m_stderr >= 0);
-    unlink(m_name.c_str());
-    std::fflush(stderr);
-    dup2(m_file, STDERR_FILENO);
-}
-
-LogCapture::~LogCapture()
-{
-    std::fflush(stderr);
-    dup2(m_stderr, STDERR_FILENO);
-    close(m_stderr);
-    close(m_file);
-}
-
-std::string LogCapture::take()
-{
-    std::fflush(stderr);
-    std::string log;
-    char buffer[4096];
-    for (;;) {
-        const ssize_t got = pread(m_file, buffer, sizeof buffer, m_readTo);
-        if (got <= 0)
-            return log;
-        log.append(buffer, static_cast<size_t>(got));
-        m_readTo += got;
-    }
 }
 
 EndlessText::EndlessText()

@@ -38,6 +38,28 @@ private:
     std::vector<std::thread> m_threads;
 };
 
+struct Watermark
+{
+    explicit Watermark(const Module& module)
+        : setInfo(reinterpret_cast<decltype(setInfo)>(module.find("ZRScreenWtmark_SetInfo")))
+        , setEnabled(
+              reinterpret_cast<decltype(setEnabled)>(module.find("ZRScreenWtmark_SetEnabled")))
+    {
+        REQUIRE(setInfo != nullptr && setEnabled != nullptr);
+    }
+    void(ZR_CALL* setInfo)(const __WTMark_Info*); // in place of a reference: may be null
+    decltype(&ZRScreenWtmark_SetEnabled) setEnabled;
+};
+
+/// A participant whose frames come from a thread of its own. The host's side of the bargain: no
+/// frame is under way while the handle is given back.
+struct Source
+{
+    std::mutex lock;
+    void* play = nullptr;
+    std::atomic<int> taken{0};
+};
+
 } // namespace
 
 ZR_CASE(threads, addsFromFourThreadsAtOnce)
@@ -95,19 +117,6 @@ ZR_CASE(threads, addsFromFourThreadsAtOnce)
         }
     }
 }
-
-namespace {
-
-/// A participant whose frames come from a thread of its own. The host's side of the bargain: no
-/// frame is under way while the handle is given back.
-struct Source
-{
-    std::mutex lock;
-    void* play = nullptr;
-    std::atomic<int> taken{0};
-};
-
-} // namespace
 
 ZR_CASE(threads, frameStormAgainstAGuiAtWork)
 {
@@ -191,38 +200,34 @@ ZR_CASE(threads, releaseWhileOthersCall)
         Module& zr = meeting.zr;
         void* const screen = meeting.screen;
         void* const ann = meeting.join(1);
+        Picture picture(320, 180, kRed);
+        std::atomic<int> number{10};
+        const std::function<void()> calls[] = {
+            [&] { zr.PlayFrame(screen, ann, &picture.frame); },
+            [&] {
+                zr.SetMute(screen, ann, 0);
+                zr.AddSentence(screen, 1, 0, text("a"), text("b"));
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            },
+            // These wait for the GUI thread, which is about to be busy releasing.
+            [&] { zr.IsPersonVisible(screen, text("u1")); },
+            [&] {
+                const std::string id = "t" + std::to_string(number++);
+                zr.DelPerson(screen, zr.AddPerson(screen, text(id), text("P"), 1, 0, nullptr),
+                             false);
+            },
+        };
         Workers workers;
-        std::array<std::atomic<int>, 4> calls{};
-        const auto loop = [&](size_t index, std::function<void()> body) {
-            workers.add([&, index, body = std::move(body)] {
-                while (!workers.stop) {
-                    body();
-                    ++calls.at(index);
+        std::atomic<size_t> called{0};
+        for (const auto& call : calls) {
+            workers.add([&] {
+                for (int i = 0; !workers.stop; ++i) {
+                    call();
+                    called += i == 0 ? 1 : 0;
                 }
             });
-        };
-        Picture picture(320, 180, kRed);
-        loop(0, [&] { zr.PlayFrame(screen, ann, &picture.frame); });
-        loop(1, [&] {
-            zr.SetMute(screen, ann, 0);
-            zr.SetVolume(screen, ann, 30);
-            zr.AddSentence(screen, 1, 0, text("a"), text("b"));
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        });
-        // These wait for the GUI thread, which is about to be busy releasing.
-        loop(2, [&] { zr.IsPersonVisible(screen, text("u1")); });
-        std::atomic<int> number{10};
-        loop(3, [&] {
-            void* const play = zr.AddPerson(screen, text("t" + std::to_string(number++)), text("P"),
-                                            1, 0, nullptr);
-            zr.DelPerson(screen, play, false);
-        });
-        CHECK(pumpUntil([&] {
-            bool all = true;
-            for (const auto& count : calls)
-                all = all && count > 0;
-            return all;
-        }));
+        }
+        CHECK(pumpUntil([&] { return called == std::size(calls); }));
         const auto start = Clock::now();
         zr.Release(screen);
         meeting.screen = nullptr;
@@ -276,31 +281,32 @@ ZR_CASE(threads, postedCallsKeepTheirOrder)
 /// Before there is a screen, while it lives, and with texts that nobody would write.
 ZR_CASE(threads, panelsTakeCallsFromAnyThread)
 {
+    {
+        const Module early;
+        const __WTMark_Info info{true, 2, std::string(10000, 'x'), {}, "a@b.c"};
+        std::thread([&] { Watermark(early).setInfo(&info); }).join();
+        pump(20);
+    }
     const NativeWindow window(1280, 720);
     Meeting meeting(&window);
     Module& zr = meeting.zr;
-    using SetInfo = void(ZR_CALL*)(const __WTMark_Info*);
-    const auto setInfo = reinterpret_cast<SetInfo>(zr.find("ZRScreenWtmark_SetInfo"));
-    const auto setEnabled = reinterpret_cast<decltype(&ZRScreenWtmark_SetEnabled)>(
-        zr.find("ZRScreenWtmark_SetEnabled"));
-    CHECK(setInfo != nullptr && setEnabled != nullptr);
+    const Watermark watermark(zr);
+    watermark.setInfo(nullptr); // refused
     meeting.join(1);
-    const std::string share = "sharescreen_1";
-    CHECK(zr.AddPerson(meeting.screen, text(share), text(""), 99, 0, nullptr) != nullptr);
-    setInfo(nullptr); // refused
+    CHECK(zr.AddPerson(meeting.screen, text("sharescreen_1"), text(""), 99, 0, nullptr) != nullptr);
     Workers workers;
     for (int t = 0; t < 2; ++t) {
         workers.add([&, t] {
             for (int i = 0; i < 200 && !workers.stop; ++i) {
                 const __WTMark_Info info{i % 2 == 0, t + 1, std::string(10000, 'x'), "1234567",
                                          std::string(10000, 'y')};
-                setInfo(&info);
-                setEnabled(i % 3 == 0);
+                watermark.setInfo(&info);
+                watermark.setEnabled(i % 3 == 0);
                 const std::string sentence(i % 50 == 0 ? 100000 : size_t(i) % 80, 'z');
                 zr.AddSentence(meeting.screen, i * 7 % 100 - 30, i - 100, text("Alice"),
                                text(sentence));
-                if (i % 10 == 0 && zr.OpenSubtitle(meeting.screen, i % 20 == 0) != 1)
-                    check::fail(__FILE__, __LINE__, "OpenSubtitle");
+                if (i % 10 == 0)
+                    CHECK_EQUAL(zr.OpenSubtitle(meeting.screen, i % 20 == 0), 1);
                 if (i % 33 == 0)
                     zr.ClearSubtitles(meeting.screen);
             }
@@ -309,18 +315,4 @@ ZR_CASE(threads, panelsTakeCallsFromAnyThread)
     CHECK(pumpUntil([&] { return workers.running == 0; }, 60000));
     workers.join();
     CHECK_EQUAL(zr.OpenSubtitle(meeting.screen, false), 1);
-}
-
-ZR_CASE(threads, watermarkNeedsNoScreen)
-{
-    Module zr;
-    const auto setInfo =
-        reinterpret_cast<decltype(&ZRScreenWtmark_SetInfo)>(zr.find("ZRScreenWtmark_SetInfo"));
-    CHECK(setInfo != nullptr);
-    std::thread host([setInfo] {
-        __WTMark_Info info{true, 2, std::string(10000, 'x'), {}, "a@b.c"};
-        setInfo(info);
-    });
-    host.join();
-    pump(20);
 }
