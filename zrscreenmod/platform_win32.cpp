@@ -65,20 +65,37 @@ QString moduleFolder()
 
 // --- Memory ---------------------------------------------------------------------------------
 
-/// First address behind the readable memory that begins at `at`, as far as the system tells of it
-/// in one piece; `at` itself when nothing can be read there.
-std::uintptr_t readableEnd(std::uintptr_t at)
+constexpr DWORD kWritable =
+    PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
+constexpr DWORD kReadable = kWritable | PAGE_READONLY | PAGE_EXECUTE_READ;
+
+/// First address behind the memory with one of these protections that begins at `at`, as far as
+/// the system tells of it in one piece; `at` itself when it has none of them.
+std::uintptr_t accessibleEnd(std::uintptr_t at, DWORD protections)
 {
     MEMORY_BASIC_INFORMATION region{};
     if (VirtualQuery(reinterpret_cast<LPCVOID>(at), &region, sizeof region) != sizeof region)
         return at;
-    constexpr DWORD kReadable = PAGE_READONLY | PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READ
-                                | PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
     // A guard page is the growth of another thread's stack: touching it would end that thread.
-    if (region.State != MEM_COMMIT || (region.Protect & kReadable) == 0
+    if (region.State != MEM_COMMIT || (region.Protect & protections) == 0
         || (region.Protect & PAGE_GUARD) != 0)
         return at;
     return reinterpret_cast<std::uintptr_t>(region.BaseAddress) + region.RegionSize;
+}
+
+bool isAccessible(const void* p, std::size_t size, DWORD protections)
+{
+    auto at = reinterpret_cast<std::uintptr_t>(p);
+    const std::uintptr_t end = at + size;
+    if (at == 0 || end < at)
+        return false;
+    while (at < end) {
+        const std::uintptr_t next = accessibleEnd(at, protections);
+        if (next <= at)
+            return false;
+        at = next;
+    }
+    return true;
 }
 
 } // namespace
@@ -119,6 +136,8 @@ bool setParentWindow(NativeWindow child, NativeWindow parent)
         qDebug() << "IsWindow failed";
         return false;
     }
+    RECT before{};
+    GetWindowRect(childHwnd, &before);
     // Qt does it for its own windows, and gives them the style that goes with the place: a window
     // without the style of a child would be taken for one at the top level by Windows and by Qt.
     if (QWindow* const window = findQtWindow(child))
@@ -130,7 +149,9 @@ bool setParentWindow(NativeWindow child, NativeWindow parent)
         qDebug() << "SetParent failed, error:" << GetLastError();
         return false;
     }
-    SetWindowPos(childHwnd, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    // Qt has given it the size that it knew of, which may not be the last one.
+    SetWindowPos(childHwnd, nullptr, 0, 0, before.right - before.left, before.bottom - before.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
     return true;
 }
 
@@ -193,16 +214,14 @@ QRect clientRectOnScreen(NativeWindow window)
 
 bool isReadable(const void* p, std::size_t size)
 {
-    auto at = reinterpret_cast<std::uintptr_t>(p);
-    const std::uintptr_t end = at + size;
-    if (at == 0 || end < at)
+    return isAccessible(p, size, kReadable);
+}
+
+bool copyToHost(void* to, const void* from, std::size_t size)
+{
+    if (!isAccessible(to, size, kWritable))
         return false;
-    while (at < end) {
-        const std::uintptr_t next = readableEnd(at);
-        if (next <= at)
-            return false;
-        at = next;
-    }
+    std::memcpy(to, from, size);
     return true;
 }
 
@@ -212,7 +231,7 @@ qptrdiff readableStringLength(const char* text)
         return -1;
     std::uintptr_t at = reinterpret_cast<std::uintptr_t>(text);
     while (true) {
-        const std::uintptr_t next = readableEnd(at);
+        const std::uintptr_t next = accessibleEnd(at, kReadable);
         if (next <= at)
             return -1;
         const char* const piece = reinterpret_cast<const char*>(at);

@@ -1,0 +1,267 @@
+// What the platform does on X11 alone: window managers, errors of the server, the environment.
+#include "nativehost.h"
+#include "xcbreply.h"
+
+#include <QProcess>
+#include <QX11Info>
+
+#include <atomic>
+#include <cerrno>
+#include <clocale>
+#include <cstring>
+#include <thread>
+
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace {
+
+/// A window manager, slow to act: what comes to the top level gets a frame, what is withdrawn goes
+/// back to the root window, wherever it is by then.
+class WindowManager
+{
+public:
+    WindowManager()
+        : c(xcb_connect(nullptr, nullptr))
+        , root(xcb_setup_roots_iterator(xcb_get_setup(c)).data->root)
+        , wmState(
+              owned(xcb_intern_atom_reply(c, xcb_intern_atom(c, 0, 8, "WM_STATE"), nullptr))->atom)
+    {
+        const quint32 mask =
+            XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+        xcb_change_window_attributes(c, root, XCB_CW_EVENT_MASK, &mask);
+        xcb_flush(c);
+        m_thread = std::thread([this] { manage(); });
+    }
+    ~WindowManager()
+    {
+        nativehost::waitForQtsRequests();
+        m_stop = true;
+        m_thread.join();
+        xcb_disconnect(c); // its frames go, and what is in them
+    }
+    Q_DISABLE_COPY(WindowManager)
+
+private:
+    void manage()
+    {
+        while (!m_stop) {
+            const auto event = owned(xcb_poll_for_event(c));
+            std::this_thread::sleep_for(std::chrono::milliseconds(event ? 15 : 1));
+            if (!event)
+                continue;
+            if (event->response_type == XCB_MAP_REQUEST)
+                frame(reinterpret_cast<xcb_map_request_event_t*>(event.get())->window);
+            else if (event->response_type == (XCB_UNMAP_NOTIFY | 0x80)) // as ICCCM wants it sent
+                release(reinterpret_cast<xcb_unmap_notify_event_t*>(event.get())->window);
+        }
+    }
+    void frame(xcb_window_t client)
+    {
+        const xcb_window_t frame = xcb_generate_id(c);
+        xcb_create_window(c, XCB_COPY_FROM_PARENT, frame, root, 10, 10, 300, 300, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+        xcb_reparent_window(c, client, frame, 5, 20);
+        xcb_map_window(c, frame);
+        xcb_map_window(c, client);
+        setState(client, 1);
+    }
+    void release(xcb_window_t client)
+    {
+        xcb_reparent_window(c, client, root, 10, 10);
+        setState(client, 0);
+    }
+    void setState(xcb_window_t client, quint32 value)
+    {
+        const quint32 state[] = {value, 0};
+        xcb_change_property(c, XCB_PROP_MODE_REPLACE, client, wmState, wmState, 32, 2, state);
+        xcb_flush(c);
+    }
+
+    xcb_connection_t* c;
+    xcb_window_t root;
+    xcb_atom_t wmState;
+    std::atomic<bool> m_stop{false};
+    std::thread m_thread;
+};
+
+} // namespace
+
+class TestPlatformX11 : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void probingChangesNothingAndCostsLittle();
+    void leavesTheWindowManagerForGood();
+    void refusesWhatTheServerRefuses();
+    void aChildHasNoBorder();
+    void placesAreClamped();
+    void priorityIsRaisedAsFarAsAllowed();
+    void createsTheApplication();
+};
+
+void TestPlatformX11::probingChangesNothingAndCostsLittle()
+{
+    const PatchyMemory memory;
+    errno = ENOENT;
+    QVERIFY(!platform::isReadable(memory.begin + memory.page, 1));
+    QCOMPARE(errno, ENOENT);
+
+    // A long range is probed at its ends only: the cost of a frame does not grow with its size.
+    constexpr std::size_t kLong = 1048576;
+    constexpr std::size_t kEveryPage = 65536;
+    char* const block = static_cast<char*>(
+        mmap(nullptr, kLong, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+    mprotect(block + kEveryPage - memory.page, memory.page, PROT_NONE);
+    QVERIFY(!platform::isReadable(block, kEveryPage));
+    QVERIFY(platform::isReadable(block, kEveryPage + 1));
+    QVERIFY(platform::isReadable(block, kLong));
+    munmap(block, kLong);
+}
+
+// A screen that was at the top level vanished from its new parent a moment later.
+void TestPlatformX11::leavesTheWindowManagerForGood()
+{
+    const HostWindow window; // before there is a manager to frame it
+    const WindowManager manager;
+    for (const int settleMs : {0, 200}) {
+        Dialog dialog;
+        dialog.show();
+        QTest::qWait(settleMs);
+        for (int round = 0; round < 2; ++round) {
+            QVERIFY(platform::setParentWindow(dialog.id(), window));
+            QTest::qWait(150);
+            QCOMPARE(nativehost::parentOf(dialog.id()), NativeWindow(window));
+            QVERIFY(nativehost::isViewable(dialog.id()));
+            for (int i = 0; i < 2; ++i) // the second time it is there already
+                QVERIFY(platform::setParentWindow(dialog.id(), 0));
+            QTest::qWait(settleMs);
+        }
+        QTRY_VERIFY(nativehost::isViewable(dialog.id()));
+        QVERIFY(nativehost::parentOf(dialog.id()) != nativehost::desktop()); // it has a frame
+    }
+}
+
+void TestPlatformX11::refusesWhatTheServerRefuses()
+{
+    const HostWindow window;
+    Dialog dialog;
+    QVERIFY(dialog.showIn(window));
+    const NativeWindow ownChild = nativehost::makeWindow({0, 0, 10, 10}, dialog.id());
+    const NativeWindow tooLarge = NativeWindow{0x700000000} + window;
+    for (const NativeWindow bad : {tooLarge, dialog.id(), ownChild}) {
+        QVERIFY(!platform::setParentWindow(dialog.id(), bad));
+        QCOMPARE(nativehost::parentOf(dialog.id()), NativeWindow(window));
+    }
+    QVERIFY(!platform::setParentWindow(tooLarge, window));
+    platform::setChildStyle(tooLarge);
+    platform::placeWindow(tooLarge, QRect(0, 0, 10, 10));
+    QCoreApplication::processEvents(); // an error that came late would be reported here
+}
+
+void TestPlatformX11::aChildHasNoBorder()
+{
+    Dialog dialog;
+    xcb_connection_t* const c = QX11Info::connection();
+    const xcb_window_t id = xid(dialog.id());
+    const quint32 borderPx = 3;
+    xcb_configure_window(c, id, XCB_CONFIG_WINDOW_BORDER_WIDTH, &borderPx);
+    platform::setChildStyle(id);
+    QCOMPARE(int(owned(xcb_get_geometry_reply(c, xcb_get_geometry(c, id), nullptr))->border_width),
+             0);
+}
+
+void TestPlatformX11::placesAreClamped()
+{
+    const HostWindow window;
+    Dialog dialog;
+    QVERIFY(dialog.showIn(window));
+    platform::placeWindow(dialog.id(), QRect(-40, -50, 0, -7));
+    QCOMPARE(nativehost::geometryOf(dialog.id()), QRect(-40, -50, 1, 1));
+    QTRY_COMPARE(dialog.size(), QSize(1, 1));
+    platform::placeWindow(dialog.id(), QRect(100000, -100000, 10, 10));
+    QCOMPARE(nativehost::geometryOf(dialog.id()), QRect(32767, -32768, 10, 10));
+}
+
+void TestPlatformX11::priorityIsRaisedAsFarAsAllowed()
+{
+    // On a thread of its own: the raise is for good.
+    platform::PriorityChange first{};
+    platform::PriorityChange second{};
+    int actual = 99;
+    std::thread([&] {
+        first = platform::setThreadPriorityTimeCritical();
+        second = platform::setThreadPriorityTimeCritical();
+        actual = getpriority(PRIO_PROCESS, static_cast<id_t>(gettid()));
+    }).join();
+    const int own = getpriority(PRIO_PROCESS, 0);
+    QCOMPARE(first.before, own); // nobody else's has changed
+    QVERIFY(first.after <= first.before);
+    QCOMPARE(first.after, actual);
+    QCOMPARE(first.ok, first.after <= -10);
+    QCOMPARE(second.before, first.after);
+    QCOMPARE(second.after, first.after);
+    QCOMPARE(second.ok, first.ok);
+    if (geteuid() == 0)
+        QCOMPARE(first.after, std::min(own, -10));
+}
+
+namespace {
+
+constexpr char kCreateOption[] = "--create-application";
+
+/// Runs in a process of its own, with the environment that the test has prepared.
+int createAndReport()
+{
+    const QByteArray variable = qgetenv("QT_QPA_PLATFORM");
+    int argc = 0;
+    const std::unique_ptr<QApplication> app(platform::createApplication(argc, nullptr));
+    std::printf("%s %s %s %s\n", qPrintable(QGuiApplication::platformName()),
+                qgetenv("QT_QPA_PLATFORM") == variable ? "kept" : "changed",
+                std::setlocale(LC_NUMERIC, nullptr), std::setlocale(LC_CTYPE, nullptr));
+    return 0;
+}
+
+} // namespace
+
+void TestPlatformX11::createsTheApplication()
+{
+    const char* const kClosed = ":9999";
+    const QByteArray here = qgetenv("DISPLAY");
+    struct Row
+    {
+        const char *display, *variable, *expected; ///< an empty one is not set
+    };
+    for (const Row& row : {Row{here, "", "xcb"}, Row{"", "", "offscreen"},
+                           Row{kClosed, "", "offscreen"}, Row{here, "minimal", "minimal"},
+                           Row{kClosed, "xcb", "offscreen"}, Row{here, "nowhere", "offscreen"}}) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        const auto setOrRemove = [&environment](const char* name, const char* value) {
+            environment.remove(QLatin1String(name));
+            if (*value != '\0')
+                environment.insert(QLatin1String(name), QLatin1String(value));
+        };
+        setOrRemove("DISPLAY", row.display);
+        setOrRemove("QT_QPA_PLATFORM", row.variable);
+        setOrRemove("LC_ALL", "C.UTF-8");
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.start(QCoreApplication::applicationFilePath(), {QLatin1String(kCreateOption)});
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.readAllStandardOutput().simplified(),
+                 QByteArray(row.expected) + " kept C C.UTF-8");
+        QCOMPARE(process.exitCode(), 0);
+    }
+}
+
+int main(int argc, char** argv)
+{
+    if (argc == 2 && std::strcmp(argv[1], kCreateOption) == 0)
+        return createAndReport();
+    return zrtest::runWidgetTest<TestPlatformX11>(argc, argv);
+}
+
+#include "tst_platform_x11.moc"
