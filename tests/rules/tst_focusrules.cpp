@@ -8,27 +8,14 @@ using zr::ClickEffect;
 using zr::SpeakerKey;
 using zr::VoiceEffect;
 
-/// A participant by letters: Share, sPonsor, piNned, Activated, Talking, pRevious, Host, seLf.
-SpeakerKey key(const char* letters)
-{
-    const QByteArray has(letters);
-    SpeakerKey key;
-    key.share = has.contains('S');
-    key.sponsor = has.contains('P');
-    key.pinned = has.contains('N');
-    key.activated = has.contains('A');
-    key.talking = has.contains('T');
-    key.previous = has.contains('R');
-    key.host = has.contains('H');
-    key.self = has.contains('L');
-    return key;
-}
-
+/// Participants by letters: Share, sPonsor, piNned, Activated, Talking, pRevious, Host, seLf.
 std::vector<SpeakerKey> keys(const char* persons)
 {
     std::vector<SpeakerKey> list;
     for (const QByteArray& letters : QByteArray(persons).split(' '))
-        list.push_back(key(letters.constData()));
+        list.push_back({letters.contains('S'), letters.contains('P'), letters.contains('N'),
+                        letters.contains('A'), letters.contains('T'), letters.contains('R'),
+                        letters.contains('H'), letters.contains('L')});
     return list;
 }
 
@@ -39,7 +26,6 @@ class tst_FocusRules : public QObject
     Q_OBJECT
 
 private slots:
-    void choosesSpeakers_data();
     void choosesSpeakers();
     void nobody();
     void clicks();
@@ -48,42 +34,39 @@ private slots:
     void takesSeats();
 };
 
-void tst_FocusRules::choosesSpeakers_data()
-{
-    QTest::addColumn<QByteArray>("persons"); // "-" has nothing
-    QTest::addColumn<int>("speaker");
-    QTest::addColumn<int>("next");
-    QTest::addColumn<int>("floating");
-    const auto row = [](const char* persons, int speaker, int next, int floating) {
-        QTest::newRow(persons) << QByteArray(persons) << speaker << next << floating;
-    };
-    row("L", 0, -1, 0);
-    row("L -", 1, 0, 1);
-    row("- -", 0, 1, 0);
-    row("L - H", 2, 1, 2);
-    row("LH -", 1, 0, 1);  // being the host does not put the local user first
-    row("- H R", 2, 1, 2); // who was the speaker stays
-    row("- H R T", 3, 2, 3);
-    row("- H R T A", 4, 3, 4);
-    row("LA - R", 2, 1, 2); // nor does the own voice
-    row("- A S", 2, 1, 1);
-    row("S SP -", 1, 2, 2); // the sponsor's share, and no second share beside it
-    row("S SP", 1, 0, 0);
-    row("S - P R", 0, 2, 2); // beside a share its sponsor
-    row("S - P A", 0, 3, 3); // after who speaks
-    row("S P L", 0, 1, 1);
-    row("LN A -", 0, 1, 1);
-    row("N SP", 1, 0, 0);
-}
-
 void tst_FocusRules::choosesSpeakers()
 {
-    QFETCH(QByteArray, persons);
-    QFETCH(int, speaker);
-    const auto list = keys(persons);
-    QCOMPARE(zr::defaultSpeaker(list), speaker);
-    QTEST(zr::nextSpeaker(list, speaker), "next");
-    QTEST(zr::floatingSpeaker(list), "floating");
+    struct Row
+    {
+        const char* persons; // "-" has nothing
+        int speaker, next, floating;
+    };
+    const Row rows[] = {
+        {"L", 0, -1, 0},
+        {"L -", 1, 0, 1},
+        {"- -", 0, 1, 0},
+        {"L - H", 2, 1, 2},
+        {"LH -", 1, 0, 1},  // being the host does not put the local user first
+        {"- H R", 2, 1, 2}, // who was the speaker stays
+        {"- H R T", 3, 2, 3},
+        {"- H R T A", 4, 3, 4},
+        {"LA - R", 2, 1, 2}, // nor does the own voice
+        {"- A S", 2, 1, 1},
+        {"S SP -", 1, 2, 2}, // the sponsor's share, and no second share
+                             // beside it
+        {"S SP", 1, 0, 0},
+        {"S - P R", 0, 2, 2}, // beside a share its sponsor
+        {"S - P A", 0, 3, 3}, // after who speaks
+        {"S P L", 0, 1, 1},
+        {"LN A -", 0, 1, 1},
+        {"N SP", 1, 0, 0},
+    };
+    for (const Row& row : rows) {
+        const auto list = keys(row.persons);
+        QVERIFY2(zr::defaultSpeaker(list) == row.speaker, row.persons);
+        QVERIFY2(zr::nextSpeaker(list, row.speaker) == row.next, row.persons);
+        QVERIFY2(zr::floatingSpeaker(list) == row.floating, row.persons);
+    }
 }
 
 void tst_FocusRules::nobody()

@@ -58,16 +58,8 @@ void TestI420Frame::sizesOutsideTheLimitsAreRefused()
 
 void TestI420Frame::oddSidesRoundChromaUp()
 {
-    const zr::I420Layout source = zr::sourceLayout(641, 361);
-    QCOMPARE(source.chromaStride, std::size_t(321));
-    QCOMPARE(source.chromaRows, std::size_t(181));
-    QCOMPARE(source.totalBytes(), std::size_t(641 * 361 + 2 * 321 * 181));
-    QCOMPARE(zr::sourceLayout(1, 1).totalBytes(), std::size_t(3));
-
-    const zr::I420Layout tile = zr::tileLayout(641, 361);
-    QCOMPARE(tile.lumaStride, std::size_t(640));
-    QCOMPARE(tile.chromaStride, std::size_t(320));
-    QCOMPARE(tile.chromaRows, std::size_t(181));
+    QCOMPARE(zr::sourceLayout(641, 361).totalBytes(), std::size_t(641 * 361 + 2 * 321 * 181));
+    QCOMPARE(zr::tileLayout(641, 361).totalBytes(), std::size_t(640 * 361 + 2 * 320 * 181));
     QVERIFY(zr::tileLayout(7, 5).isEmpty());
     QVERIFY(!zr::tileLayout(8, 1).isEmpty());
 }
