@@ -9,10 +9,7 @@ namespace zr {
 
 namespace {
 
-/// Between neighbouring tiles of an adaptive gallery.
-constexpr int kTileGapPx = 2;
-
-/// Shape of an adaptive gallery for `minCount` participants and more, up to the next shape.
+/// Shape of a grid for `minCount` participants and more, up to the next shape.
 struct GridShape
 {
     int minCount;
@@ -21,66 +18,57 @@ struct GridShape
     int hGapPx; ///< taken off the width before it is divided among the columns
     int vGapPx; ///< taken off the height before it is divided among the rows
     /// Tiles of a last row that is centred by itself; 0 when it starts under the first column.
-    int centredLastRow;
+    int centredLastRow = 0;
 };
 
-/// Shapes of one gallery, ascending by minCount, beginning with 1.
-struct GalleryGrid
-{
-    const GridShape* begin;
-    const GridShape* end;
-    int tilesPerPage;
-};
-
-constexpr GridShape kEqualCutShapes[] = {
-    {1, 1, 1, 0, 0, 0}, //
-    {2, 2, 1, 2, 0, 0}, //
+/// The shapes of up to six participants, one for each number, in which all galleries are alike.
+constexpr GridShape kFirstShapes[] = {
+    {1, 1, 1, 0, 0},    //
+    {2, 2, 1, 2, 0},    //
     {3, 2, 2, 2, 2, 1}, //
-    {4, 2, 2, 2, 2, 0}, //
+    {4, 2, 2, 2, 2},    //
     {5, 3, 2, 4, 2, 2}, //
-    {6, 3, 2, 4, 2, 0},
+    {6, 3, 2, 4, 2},
 };
 
 // Intended, although it looks wrong: three rows take off 2 and not 4, so the third row ends two
 // pixels lower than the centring assumes; and eight tiles centre their last pair, while the
 // seventh of seven stays on the left.
 constexpr GridShape kNineCutShapes[] = {
-    {1, 1, 1, 0, 0, 0}, //
-    {2, 2, 1, 2, 0, 0}, //
-    {3, 2, 2, 2, 2, 1}, //
-    {4, 2, 2, 2, 2, 0}, //
-    {5, 3, 2, 4, 2, 2}, //
-    {6, 3, 2, 4, 2, 0}, //
-    {7, 3, 3, 4, 2, 0}, //
+    {7, 3, 3, 4, 2},    //
     {8, 3, 3, 4, 2, 2}, //
-    {9, 3, 3, 4, 2, 0},
+    {9, 3, 3, 4, 2},
 };
 
 // Intended as well: four columns or rows take off 5, where their three gaps need 6.
 constexpr GridShape kSixteenCutShapes[] = {
-    {1, 1, 1, 0, 0, 0},  //
-    {2, 2, 1, 2, 0, 0},  //
-    {3, 2, 2, 2, 2, 1},  //
-    {4, 2, 2, 2, 2, 0},  //
-    {5, 3, 2, 4, 2, 2},  //
-    {6, 3, 2, 4, 2, 0},  //
-    {7, 3, 3, 4, 4, 0},  //
-    {10, 4, 3, 5, 4, 0}, //
-    {13, 4, 4, 5, 5, 0},
+    {7, 3, 3, 4, 4},  //
+    {10, 4, 3, 5, 4}, //
+    {13, 4, 4, 5, 5},
 };
 
-constexpr GalleryGrid kEqualCut{std::begin(kEqualCutShapes), std::end(kEqualCutShapes),
-                                kEqualCutTiles};
+/// One of the adaptive galleries.
+struct GalleryGrid
+{
+    const GridShape* moreShapes; ///< beyond six, ascending by minCount
+    const GridShape* end;
+    int tilesPerPage;
+};
+
+constexpr GalleryGrid kEqualCut{nullptr, nullptr, kEqualCutTiles};
 constexpr GalleryGrid kNineCut{std::begin(kNineCutShapes), std::end(kNineCutShapes), kNineCutTiles};
 constexpr GalleryGrid kSixteenCut{std::begin(kSixteenCutShapes), std::end(kSixteenCutShapes),
                                   kSixteenCutTiles};
 
 const GridShape& shapeFor(const GalleryGrid& grid, int count)
 {
-    const GridShape* next =
-        std::upper_bound(grid.begin, grid.end, count,
-                         [](int n, const GridShape& shape) { return n < shape.minCount; });
-    return *std::prev(next);
+    const GridShape* shape =
+        std::begin(kFirstShapes) + std::min<std::ptrdiff_t>(count, std::size(kFirstShapes)) - 1;
+    for (const GridShape* more = grid.moreShapes; more != grid.end; ++more) {
+        if (count >= more->minCount)
+            shape = more;
+    }
+    return *shape;
 }
 
 /// Tiles on a side of a fixed grid; 0 for a mode that is none.
@@ -98,20 +86,17 @@ int fixedGridSide(int mode)
     }
 }
 
-std::vector<TilePlacement> galleryPlacements(const GalleryGrid& grid, const LayoutInput& input)
+/// A page of a grid whose neighbouring tiles are `gapPx` apart.
+std::vector<TilePlacement> gridPlacements(const GridShape& shape, int gapPx, const PageRange& range,
+                                          const LayoutInput& input)
 {
-    const PageRange range = pageRange(input.page, input.count, grid.tilesPerPage);
-    if (range.size() == 0)
-        return {};
-
     const QSize area = bounded(input.area);
-    const GridShape& shape = shapeFor(grid, input.count);
     const QSize tile = fitSize16x9({(area.width() - shape.hGapPx) / shape.columns,
                                     (area.height() - shape.vGapPx) / shape.rows});
-    const int stepX = tile.width() + kTileGapPx;
-    const int stepY = tile.height() + kTileGapPx;
+    const int stepX = tile.width() + gapPx;
+    const int stepY = tile.height() + gapPx;
     const int gridLeft = (area.width() - shape.columns * tile.width() - shape.hGapPx) / 2;
-    const int lastRowLeft = (area.width() - shape.centredLastRow * stepX + kTileGapPx) / 2;
+    const int lastRowLeft = (area.width() - shape.centredLastRow * stepX + gapPx) / 2;
     const int top = (area.height() - shape.rows * tile.height() - shape.vGapPx) / 2;
     const int grade = gridStreamType(input.mode, input.count, input.page);
 
@@ -126,6 +111,15 @@ std::vector<TilePlacement> galleryPlacements(const GalleryGrid& grid, const Layo
         placements.push_back({index, QRect(corner, tile), grade});
     }
     return placements;
+}
+
+std::vector<TilePlacement> galleryPlacements(const GalleryGrid& grid, const LayoutInput& input)
+{
+    constexpr int kTileGapPx = 2;
+    const PageRange range = pageRange(input.page, input.count, grid.tilesPerPage);
+    if (range.size() == 0)
+        return {};
+    return gridPlacements(shapeFor(grid, input.count), kTileGapPx, range, input);
 }
 
 } // namespace
@@ -173,26 +167,9 @@ std::vector<TilePlacement> fixedGridPlacements(const LayoutInput& input)
 {
     const int side = fixedGridSide(input.mode);
     const PageRange range = pageRange(input.page, input.count, side * side);
-    const QSize area = bounded(input.area);
-    const int gapsPx = side - 1;
     if (range.size() == 0)
         return {};
-
-    const QSize tile =
-        fitSize16x9({(area.width() - gapsPx) / side, (area.height() - gapsPx) / side});
-    const QPoint corner((area.width() - side * tile.width() - gapsPx) / 2,
-                        (area.height() - side * tile.height() - gapsPx) / 2);
-    const int grade = gridStreamType(input.mode, input.count, input.page);
-
-    std::vector<TilePlacement> placements;
-    placements.reserve(range.size());
-    for (int index = range.first; index < range.last; ++index) {
-        const int column = (index - range.first) % side;
-        const int row = (index - range.first) / side;
-        const QPoint offset((tile.width() + 1) * column, (tile.height() + 1) * row);
-        placements.push_back({index, QRect(corner + offset, tile), grade});
-    }
-    return placements;
+    return gridPlacements({1, side, side, side - 1, side - 1}, 1, range, input);
 }
 
 TilePlacement aloneCentred(QSize area, int index)
