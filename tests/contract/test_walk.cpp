@@ -8,6 +8,8 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
+#include <numeric>
 #include <random>
 #include <thread>
 
@@ -59,28 +61,24 @@ int maxTiles(int mode, bool nine)
     }
 }
 
+/// The walker, and what it must remember of what the host has asked for.
 class Walk
 {
 public:
     explicit Walk(unsigned seed)
-        : m_random(seed)
+        : random(seed)
     {
-        m_engine.onMessage = [this](const Message& message) { onMessage(message); };
+        engine.onMessage = [this](const Message&) {
+            if (depth >= 2 || !chance(4))
+                return;
+            ++depth;
+            step();
+            --depth;
+        };
     }
-
     void run(long long steps);
 
-private:
-    using Step = void (Walk::*)();
-    struct WeightedStep
-    {
-        int weight;
-        const char* name;
-        Step step;
-    };
-    static const std::vector<WeightedStep>& steps();
-
-    int pick(int from, int to) { return std::uniform_int_distribution<int>(from, to)(m_random); }
+    int pick(int from, int to) { return std::uniform_int_distribution<int>(from, to)(random); }
     bool chance(int percent) { return pick(1, 100) <= percent; }
     template<typename T>
     T oneOf(std::initializer_list<T> values)
@@ -93,54 +91,30 @@ private:
     std::string anyId();
     void* anyPlay();
 
+    std::mt19937 random;
+    const NativeWindow window{1280, 720};
+    Meeting meeting{&window, 1280, 720};
+    MediaEngine engine{meeting};
+    Module& zr = meeting.zr;
+    void* const screen = meeting.screen;
+    int nextNumber = 1;
+    int depth = 0;             ///< of messages that the walk goes on in
+    int chosen[3] = {0, 0, 0}; ///< focus, look, voice
+    bool nine = false;
+    bool floats = false;  ///< the speaker tool, in every mode
+    bool arranged = true; ///< joined, and large enough to be arranged
+    bool joined = true;
+    std::string trace; ///< the steps since the last check
+
+private:
     void step();
-    void onMessage(const Message& message);
     void checkBatch();
     void checkQuiet(long long at);
-
-    void join();
-    void leave();
-    void leaveSpecial();
-    void everybodyLeaves();
-    void mode();
-    void poll();
-    void focus();
-    void look();
-    void voice();
-    void state();
-    void info();
-    void layoutSettings();
-    void screenSettings();
-    void resize();
-    void mouse();
-    void frames();
-    void queries();
-    void elsewhere();
-    void loop();
-
-    Module& zr() { return m_meeting.zr; }
-    void* screen() { return m_meeting.screen; }
-
-    std::mt19937 m_random;
-    const NativeWindow m_window{1280, 720};
-    Meeting m_meeting{&m_window, 1280, 720};
-    MediaEngine m_engine{m_meeting, false};
-    int m_nextNumber = 1;
-    int m_depth = 0; ///< of messages that the walk goes on in
-    int m_focus = 0; ///< whom the host chose last, of each kind
-    int m_look = 0;
-    int m_voice = 0;
-    bool m_nine = false;
-    bool m_floats = false;  ///< the speaker tool, in every mode
-    bool m_arranged = true; ///< joined, and large enough to be arranged
-    bool m_joined = true;
-    size_t m_judged = 0; ///< messages that checkBatch has seen
-    std::string m_trace; ///< the steps since the last check
 };
 
 int Walk::anyone()
 {
-    const auto& streams = m_engine.streams();
+    const auto& streams = engine.streams();
     if (streams.empty())
         return 0;
     auto found = streams.begin();
@@ -152,330 +126,278 @@ std::string Walk::anyId()
 {
     const int number = chance(85) ? anyone() : 0;
     if (number != 0)
-        return m_engine.at(number).id;
+        return engine.at(number).id;
     return oneOf<const char*>({"", "nobody", "u0", "sharescreen_", "u999999", "\xff\xfe"});
 }
 
 void* Walk::anyPlay()
 {
     const int number = chance(95) ? anyone() : 0;
-    return number != 0 ? m_engine.at(number).play : nullptr;
+    return number != 0 ? engine.at(number).play : nullptr;
 }
 
-const std::vector<Walk::WeightedStep>& Walk::steps()
+struct Step
 {
-    static const std::vector<WeightedStep> all{
-        {14, "join", &Walk::join},
-        {8, "leave", &Walk::leave},
-        {3, "leaveSpecial", &Walk::leaveSpecial},
-        {1, "everybodyLeaves", &Walk::everybodyLeaves},
-        {14, "mode", &Walk::mode},
-        {4, "poll", &Walk::poll},
-        {10, "focus", &Walk::focus},
-        {8, "look", &Walk::look},
-        {6, "voice", &Walk::voice},
-        {12, "state", &Walk::state},
-        {5, "info", &Walk::info},
-        {6, "layoutSettings", &Walk::layoutSettings},
-        {6, "screenSettings", &Walk::screenSettings},
-        {3, "resize", &Walk::resize},
-        {5, "mouse", &Walk::mouse},
-        {12, "frames", &Walk::frames},
-        {5, "queries", &Walk::queries},
-        {4, "elsewhere", &Walk::elsewhere},
-        {4, "loop", &Walk::loop},
-    };
-    return all;
-}
+    int weight;
+    const char* name;
+    void (*take)(Walk& w);
+};
 
-void Walk::join()
-{
-    if (m_engine.streams().size() >= kMaxPeople)
-        return;
-    const int number = m_nextNumber++;
-    const bool share = chance(8);
-    m_engine.join(number, share        ? Kind::Share
-                          : chance(5)  ? Kind::Self
-                          : chance(10) ? Kind::Nameless
-                                       : Kind::Person);
-}
-
-void Walk::leave()
-{
-    if (const int number = anyone(); number != 0)
-        m_engine.leave(number);
-}
-
-void Walk::leaveSpecial()
-{
-    const auto& streams = m_engine.streams();
-    int number = oneOf({m_focus, m_look, m_voice, 0});
-    if (number == 0) {
-        const auto share = std::find_if(streams.begin(), streams.end(), [](const auto& stream) {
-            return stream.second.kind == Kind::Share;
-        });
-        number = share == streams.end() ? 0 : share->first;
-    }
-    const auto found = streams.find(number);
-    if (found != streams.end() && found->second.play)
-        m_engine.leave(number);
-}
-
-void Walk::everybodyLeaves()
-{
-    if (m_depth == 0 && chance(20)) {
-        CHECK_EQUAL(zr().ExitMeeting(screen()), 1);
-        m_engine.forgetAll();
-        return;
-    }
-    while (const int number = anyone())
-        m_engine.leave(number);
-}
-
-void Walk::mode()
-{
-    std::map<int, std::string> order;
-    if (chance(30)) {
-        const int count = pick(0, 8);
-        for (int i = 0; i < count; ++i)
-            order[pick(-3, 12)] = anyId();
-    }
-    const int mode = chance(90) ? pick(1, 14) : oneOf({0, -1, 15, 99, INT_MAX, INT_MIN});
-    zr().ChangeLayout(screen(), static_cast<eLayoutType>(mode), order);
-}
-
-void Walk::poll()
-{
-    zr().SetOpenPollingPage(screen(), chance(50),
-                            oneOf({-1, 0, 1, 2, 10, INT_MAX, INT_MIN, 2147484}));
-}
-
-void Walk::focus()
-{
-    std::string id = anyId();
-    m_focus = std::atoi(id.c_str() + (id.empty() ? 0 : 1));
-    zr().FocusByUserID(screen(), text(id), chance(30));
-    if (chance(10))
-        zr().ReOrder(screen(), chance(50));
-}
-
-void Walk::look()
-{
-    m_look = anyone();
-    void* const play = m_look != 0 ? m_engine.at(m_look).play : nullptr;
-    if (chance(50))
-        zr().AllLook(screen(), play, pick(0, 1));
-    else
-        zr().LockLook(screen(), play, pick(0, 1));
-}
-
-void Walk::voice()
-{
-    std::string id = anyId();
-    m_voice = std::atoi(id.c_str() + (id.empty() ? 0 : 1));
-    zr().SetVoiceActivate(screen(), chance(50));
-    zr().SetActivateUser(screen(), text(id));
-    zr().SetCurrentSpeakingPerson(screen(), id);
-}
-
-void Walk::state()
-{
-    void* const play = anyPlay();
-    const std::string id = anyId();
-    zr().SetMute(screen(), play, pick(0, 1));
-    zr().SetVolume(screen(), play, oneOf({-1, 0, 50, 100, INT_MAX}));
-    zr().SetPersonHandUp(screen(), play, chance(50));
-    zr().UpdateUserNetStatus(screen(), text(id), pick(0, 3), chance(50), pick(-1, 7));
-}
-
-void Walk::info()
-{
-    const int number = anyone();
-    if (number == 0)
-        return;
-    const Stream& stream = m_engine.at(number);
-    // The kind stays: from whom a grade may be asked depends on it.
-    zr().SetPersonInfo(screen(), stream.play, stream.kind == Kind::Self, pick(-1, 3), text(""),
-                       pick(-1, 5));
-}
-
-void Walk::layoutSettings()
-{
-    zr().SetLayoutCtrl(screen(), chance(50), chance(30), pick(-2, 5), pick(-2, 5), chance(20));
-    if (chance(50))
-        zr().SetHideNoCameraWnd(screen(), true);
-    m_nine = chance(50);
-    zr().SetSupport9EqualCut(screen(), m_nine);
-    zr().SetSupport16EqualCut(screen(), chance(50));
-    zr().ReOrder(screen(), chance(50));
-    if (chance(10)) {
-        m_joined = !m_joined;
-        zr().JoinMeetingFinish(screen(), m_joined);
-    }
-}
-
-void Walk::screenSettings()
-{
-    switch (pick(0, 6)) {
-    case 0:
-        zr().SetExtendScreen(screen(), chance(50), chance(50));
-        break;
-    case 1:
-        zr().SetHideSmallWidget(screen(), chance(50));
-        break;
-    case 2:
-        zr().ShowSmallWnd(screen(), chance(50), chance(50));
-        break;
-    case 3:
-        m_floats = chance(50);
-        zr().PopSelfShareWnd(screen(), m_floats, chance(50));
-        break;
-    case 4:
-        zr().SetPauseShareWindow(screen(), chance(50));
-        break;
-    case 5:
-        zr().OpenSubtitle(screen(), chance(50));
-        break;
-    default:
-        zr().SetShareSponsor(screen(), anyId());
-        zr().SetIsCloseWhiteBoard(screen());
-        zr().ClearMoreMenuPtr(screen());
-        break;
-    }
-}
-
-void Walk::resize()
-{
-    const int width = oneOf({1280, 1280, 640, 320, 49, 1});
-    m_meeting.moveTo(width, oneOf({720, 360, 20}));
-    // A gallery that has been too narrow keeps what it showed until it is arranged again.
-    m_arranged = width >= 2 * kMinLayoutWidthPx;
-    zr().ReOrder(screen(), false);
-}
-
-void Walk::mouse()
-{
-    if (m_depth > 0)
-        return;
-    const int x = pick(0, 1279);
-    const int y = pick(0, 719);
-    if (chance(40))
-        desktop::turnWheel(x, y, pick(-3, 3));
-    else
-        desktop::click(x, y);
-    if (chance(30))
-        desktop::click(x, y); // a double click
-    if (chance(50))
-        m_engine.run(10);
-}
-
-void Walk::frames()
-{
-    m_engine.deliver();
-}
-
-void Walk::queries()
-{
-    zr().IsPersonVisibleInSmallWnd(screen(), text(anyId()));
-    zr().GetShareWgtPos(screen());
-    zr().GetSmallWndID(screen());
-    zr().IsMouseOnBtnMore(screen());
-    zr().IsPersonVisible(screen(), text(anyId()));
-}
-
-void Walk::elsewhere()
-{
-    void* const play = anyPlay();
-    const std::string id = anyId();
-    const auto mode = static_cast<eLayoutType>(pick(1, 14));
-    const int flag = pick(0, 1);
-    // What is posted: the GUI thread waits here.
-    std::thread([&] {
-        zr().SetMute(screen(), play, flag);
-        zr().ChangeLayout(screen(), mode, {});
-        zr().FocusByUserID(screen(), text(id), flag != 0);
-        zr().LockLook(screen(), play, flag);
-        zr().SetActivateUser(screen(), text(id));
-        zr().ReOrder(screen(), flag != 0);
-    }).join();
-}
-
-void Walk::loop()
-{
-    // Also from inside a message, as a menu does.
-    m_engine.run(pick(0, 20));
-}
+const Step kStepTable[] = {
+    {14, "join",
+     [](Walk& w) {
+         if (w.engine.streams().size() >= kMaxPeople)
+             return;
+         const int number = w.nextNumber++;
+         const bool share = w.chance(8);
+         w.engine.join(number, share          ? Kind::Share
+                               : w.chance(5)  ? Kind::Self
+                               : w.chance(10) ? Kind::Nameless
+                                              : Kind::Person);
+     }},
+    {8, "leave",
+     [](Walk& w) {
+         if (const int number = w.anyone(); number != 0)
+             w.engine.leave(number);
+     }},
+    {3, "leaveSpecial",
+     [](Walk& w) {
+         const auto& streams = w.engine.streams();
+         int number = w.oneOf({w.chosen[0], w.chosen[1], w.chosen[2], 0});
+         if (number == 0) {
+             const auto share =
+                 std::find_if(streams.begin(), streams.end(),
+                              [](const auto& stream) { return stream.second.kind == Kind::Share; });
+             number = share == streams.end() ? 0 : share->first;
+         }
+         const auto found = streams.find(number);
+         if (found != streams.end() && found->second.play)
+             w.engine.leave(number);
+     }},
+    {1, "everybodyLeaves",
+     [](Walk& w) {
+         if (w.depth == 0 && w.chance(20)) {
+             CHECK_EQUAL(w.zr.ExitMeeting(w.screen), 1);
+             w.engine.forgetAll();
+             return;
+         }
+         while (const int number = w.anyone())
+             w.engine.leave(number);
+     }},
+    {14, "mode",
+     [](Walk& w) {
+         std::map<int, std::string> order;
+         if (w.chance(30)) {
+             const int count = w.pick(0, 8);
+             for (int i = 0; i < count; ++i)
+                 order[w.pick(-3, 12)] = w.anyId();
+         }
+         const int mode = w.chance(90) ? w.pick(1, 14) : w.oneOf({0, -1, 15, 99, INT_MAX, INT_MIN});
+         w.zr.ChangeLayout(w.screen, static_cast<eLayoutType>(mode), order);
+     }},
+    {4, "poll",
+     [](Walk& w) {
+         w.zr.SetOpenPollingPage(w.screen, w.chance(50),
+                                 w.oneOf({-1, 0, 1, 2, 10, INT_MAX, INT_MIN, 2147484}));
+     }},
+    {10, "focus",
+     [](Walk& w) {
+         std::string id = w.anyId();
+         w.chosen[0] = std::atoi(id.c_str() + (id.empty() ? 0 : 1));
+         w.zr.FocusByUserID(w.screen, text(id), w.chance(30));
+         if (w.chance(10))
+             w.zr.ReOrder(w.screen, w.chance(50));
+     }},
+    {8, "look",
+     [](Walk& w) {
+         w.chosen[1] = w.anyone();
+         void* const play = w.chosen[1] != 0 ? w.engine.at(w.chosen[1]).play : nullptr;
+         if (w.chance(50))
+             w.zr.AllLook(w.screen, play, w.pick(0, 1));
+         else
+             w.zr.LockLook(w.screen, play, w.pick(0, 1));
+     }},
+    {6, "voice",
+     [](Walk& w) {
+         std::string id = w.anyId();
+         w.chosen[2] = std::atoi(id.c_str() + (id.empty() ? 0 : 1));
+         w.zr.SetVoiceActivate(w.screen, w.chance(50));
+         w.zr.SetActivateUser(w.screen, text(id));
+         w.zr.SetCurrentSpeakingPerson(w.screen, id);
+     }},
+    {12, "state",
+     [](Walk& w) {
+         void* const play = w.anyPlay();
+         const std::string id = w.anyId();
+         w.zr.SetMute(w.screen, play, w.pick(0, 1));
+         w.zr.SetVolume(w.screen, play, w.oneOf({-1, 0, 50, 100, INT_MAX}));
+         w.zr.SetPersonHandUp(w.screen, play, w.chance(50));
+         w.zr.UpdateUserNetStatus(w.screen, text(id), w.pick(0, 3), w.chance(50), w.pick(-1, 7));
+     }},
+    {5, "info",
+     [](Walk& w) {
+         const int number = w.anyone();
+         if (number == 0)
+             return;
+         const Stream& stream = w.engine.at(number);
+         // The kind stays: from whom a grade may be asked depends on it.
+         w.zr.SetPersonInfo(w.screen, stream.play, stream.kind == Kind::Self, w.pick(-1, 3),
+                            text(""), w.pick(-1, 5));
+     }},
+    {6, "layoutSettings",
+     [](Walk& w) {
+         w.zr.SetLayoutCtrl(w.screen, w.chance(50), w.chance(30), w.pick(-2, 5), w.pick(-2, 5),
+                            w.chance(20));
+         if (w.chance(50))
+             w.zr.SetHideNoCameraWnd(w.screen, true);
+         w.nine = w.chance(50);
+         w.zr.SetSupport9EqualCut(w.screen, w.nine);
+         w.zr.SetSupport16EqualCut(w.screen, w.chance(50));
+         w.zr.ReOrder(w.screen, w.chance(50));
+         if (w.chance(10)) {
+             w.joined = !w.joined;
+             w.zr.JoinMeetingFinish(w.screen, w.joined);
+         }
+     }},
+    {6, "screenSettings",
+     [](Walk& w) {
+         switch (w.pick(0, 6)) {
+         case 0:
+             w.zr.SetExtendScreen(w.screen, w.chance(50), w.chance(50));
+             break;
+         case 1:
+             w.zr.SetHideSmallWidget(w.screen, w.chance(50));
+             break;
+         case 2:
+             w.zr.ShowSmallWnd(w.screen, w.chance(50), w.chance(50));
+             break;
+         case 3:
+             w.floats = w.chance(50);
+             w.zr.PopSelfShareWnd(w.screen, w.floats, w.chance(50));
+             break;
+         case 4:
+             w.zr.SetPauseShareWindow(w.screen, w.chance(50));
+             break;
+         case 5:
+             w.zr.OpenSubtitle(w.screen, w.chance(50));
+             break;
+         default:
+             w.zr.SetShareSponsor(w.screen, w.anyId());
+             w.zr.SetIsCloseWhiteBoard(w.screen);
+             w.zr.ClearMoreMenuPtr(w.screen);
+             break;
+         }
+     }},
+    {3, "resize",
+     [](Walk& w) {
+         const int width = w.oneOf({1280, 1280, 640, 320, 49, 1});
+         w.meeting.moveTo(width, w.oneOf({720, 360, 20}));
+         // A gallery that has been too narrow keeps what it showed until it is arranged again.
+         w.arranged = width >= 2 * kMinLayoutWidthPx;
+         w.zr.ReOrder(w.screen, false);
+     }},
+    {5, "mouse",
+     [](Walk& w) {
+         if (w.depth > 0)
+             return;
+         const int x = w.pick(0, 1279);
+         const int y = w.pick(0, 719);
+         if (w.chance(40))
+             desktop::turnWheel(x, y, w.pick(-3, 3));
+         else
+             desktop::click(x, y);
+         if (w.chance(30))
+             desktop::click(x, y); // a double click
+         if (w.chance(50))
+             w.engine.run(10);
+     }},
+    {12, "frames", [](Walk& w) { w.engine.deliver(); }},
+    {5, "queries",
+     [](Walk& w) {
+         w.zr.IsPersonVisibleInSmallWnd(w.screen, text(w.anyId()));
+         w.zr.GetShareWgtPos(w.screen);
+         w.zr.GetSmallWndID(w.screen);
+         w.zr.IsMouseOnBtnMore(w.screen);
+         w.zr.IsPersonVisible(w.screen, text(w.anyId()));
+     }},
+    {4, "elsewhere",
+     [](Walk& w) {
+         void* const play = w.anyPlay();
+         const std::string id = w.anyId();
+         const auto mode = static_cast<eLayoutType>(w.pick(1, 14));
+         const int flag = w.pick(0, 1);
+         // What is posted: the GUI thread waits here.
+         std::thread([&] {
+             w.zr.SetMute(w.screen, play, flag);
+             w.zr.ChangeLayout(w.screen, mode, {});
+             w.zr.FocusByUserID(w.screen, text(id), flag != 0);
+             w.zr.LockLook(w.screen, play, flag);
+             w.zr.SetActivateUser(w.screen, text(id));
+             w.zr.ReOrder(w.screen, flag != 0);
+         }).join();
+     }},
+    {4, "loop",
+     [](Walk& w) {
+         // Also from inside a message, as a menu does.
+         w.engine.run(w.pick(0, 20));
+     }},
+};
 
 void Walk::step()
 {
-    int total = 0;
-    for (const WeightedStep& candidate : steps())
-        total += candidate.weight;
+    static const int total =
+        std::accumulate(std::begin(kStepTable), std::end(kStepTable), 0,
+                        [](int sum, const Step& candidate) { return sum + candidate.weight; });
     int at = pick(0, total - 1);
-    for (const WeightedStep& candidate : steps()) {
-        at -= candidate.weight;
-        if (at >= 0)
-            continue;
-        m_trace += std::string(m_depth > 0 ? ">" : " ") + candidate.name;
-        m_engine.step = m_trace;
-        (this->*candidate.step)();
-        return;
-    }
-}
-
-void Walk::onMessage(const Message&)
-{
-    if (m_depth >= 2 || !chance(4))
-        return;
-    ++m_depth;
-    step();
-    --m_depth;
+    const Step* candidate = kStepTable;
+    while ((at -= candidate->weight) >= 0)
+        ++candidate;
+    trace += std::string(depth > 0 ? ">" : " ") + candidate->name;
+    engine.step = trace;
+    candidate->take(*this);
 }
 
 void Walk::checkBatch()
 {
-    const int mode = zr().GetCurMode(screen());
+    const int mode = zr.GetCurMode(screen);
     std::set<int> visible;
-    for (const auto& [number, stream] : m_engine.streams()) {
-        const int answer = zr().IsPersonVisible(screen(), text(stream.id));
+    for (const auto& [number, stream] : engine.streams()) {
+        const int answer = zr.IsPersonVisible(screen, text(stream.id));
         CHECK_ROW(answer == 0 || answer == 1, stream.id);
         if (answer == 1)
             visible.insert(number);
     }
-    if (m_arranged && m_joined && zr().GetCurMode(screen()) == mode)
-        CHECK_ROW(static_cast<int>(visible.size()) <= maxTiles(mode, m_nine) + (m_floats ? 1 : 0),
+    if (arranged && joined && zr.GetCurMode(screen) == mode)
+        CHECK_ROW(static_cast<int>(visible.size()) <= maxTiles(mode, nine) + (floats ? 1 : 0),
                   std::to_string(visible.size()) + " tiles in mode " + std::to_string(mode) + ":"
-                      + m_trace);
+                      + trace);
     for (const char* nobody : {"nobody", "u0", ""})
-        CHECK_ROW(zr().IsPersonVisible(screen(), text(nobody)) == 0, nobody);
+        CHECK_ROW(zr.IsPersonVisible(screen, text(nobody)) == 0, nobody);
     for (const int number : visible) {
-        const auto found = m_engine.streams().find(number);
-        if (found != m_engine.streams().end()) // else he left from inside a message of the query
+        const auto found = engine.streams().find(number);
+        if (found != engine.streams().end()) // else he left from inside a message of the query
             CHECK_ROW(found->second.wanted,
-                      found->second.id + " is visible without a stream:" + m_trace);
+                      found->second.id + " is visible without a stream:" + trace);
     }
-    const std::vector<Message> all = m_meeting.inbox.all();
-    for (; m_judged < all.size(); ++m_judged)
-        CHECK(all[m_judged].thread == std::this_thread::get_id());
-    m_meeting.inbox.clear();
-    m_judged = 0;
-    m_trace.clear();
+    for (const Message& message : meeting.inbox.all())
+        CHECK(message.thread == std::this_thread::get_id());
+    meeting.inbox.clear();
+    trace.clear();
 }
 
 void Walk::checkQuiet(long long at)
 {
     std::printf("%lld steps\n", at);
     std::fflush(stdout);
-    zr().SetOpenPollingPage(screen(), false, 0);
-    m_joined = true;
-    zr().JoinMeetingFinish(screen(), true);
-    m_meeting.moveTo(1280, 720);
-    m_arranged = true;
-    m_depth = 99; // the host is quiet too
+    zr.SetOpenPollingPage(screen, false, 0);
+    joined = true;
+    zr.JoinMeetingFinish(screen, true);
+    meeting.moveTo(1280, 720);
+    arranged = true;
+    depth = 99; // the host is quiet too
     desktop::moveTo(1900, 1000);
-    (void)m_engine.rest("after " + std::to_string(at) + " steps");
-    m_engine.checkOpen("after " + std::to_string(at) + " steps");
-    m_depth = 0;
+    engine.rest("after " + std::to_string(at) + " steps");
+    depth = 0;
 }
 
 void Walk::run(long long steps)
@@ -486,8 +408,8 @@ void Walk::run(long long steps)
         for (int i = 0; i < row; ++i)
             step();
         done += row;
-        m_engine.run(pick(0, 15));
-        m_engine.deliver();
+        engine.run(pick(0, 15));
+        engine.deliver();
         checkBatch();
         if (done >= nextQuiet) {
             checkQuiet(done);
