@@ -1,7 +1,6 @@
 #include "nametext.h"
 
 #include <QTextBoundaryFinder>
-#include <QVector>
 
 #include <algorithm>
 
@@ -81,26 +80,25 @@ int lineEnd(const QString& text, int start, int roomPx, int fontPx, const TextWi
 
 QString shortName(const QString& userName)
 {
-    // Code points, so that a character outside the basic plane is not cut in half.
-    const QVector<uint> name = userName.simplified().toUcs4();
+    const QString name = userName.simplified();
     bool wide = false;
     bool digits = false;
     bool letters = false;
-    for (const uint c : name) {
-        if (c >= 0xA0)
+    for (const QChar c : name) {
+        if (c >= QChar(0xA0))
             wide = true;
-        else if (c >= '0' && c <= '9')
+        else if (c >= QLatin1Char('0') && c <= QLatin1Char('9'))
             digits = true;
-        else if (c > 0 && c < 0x7F)
+        else if (c > QChar(0) && c < QChar(0x7F))
             letters = true;
     }
-    const auto part = [&name](int first, int count) {
-        return QString::fromUcs4(name.constData() + first, std::min(count, name.size() - first));
-    };
-    const int lastTwo = std::max(0, name.size() - 2);
-    if (wide || (digits && !letters))
-        return part(lastTwo, 2);
-    return part(0, letters && !digits ? 2 : 1).toUpper();
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, name);
+    if (wide || (digits && !letters)) {
+        finder.toEnd();
+        finder.toPreviousBoundary();
+        return name.mid(std::max(0, finder.toPreviousBoundary()));
+    }
+    return name.left(letters && !digits ? 2 : 1).toUpper();
 }
 
 QString cutMark()
@@ -111,8 +109,11 @@ QString cutMark()
 QString displayName(const QString& userName)
 {
     QString name = userName.left(kMaxNameUnits);
-    if (name.size() < userName.size() && name.at(name.size() - 1).isHighSurrogate())
-        name.chop(1);
+    if (name.size() < userName.size()) {
+        // A little of what follows tells whether it belongs to the last character.
+        const int whole = boundaryBefore(userName.left(kMaxNameUnits + 2), kMaxNameUnits);
+        name.truncate(whole > 0 ? whole : kMaxNameUnits);
+    }
     mendSurrogates(name);
     QString shown;
     shown.reserve(name.size());

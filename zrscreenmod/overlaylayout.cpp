@@ -80,6 +80,7 @@ private:
     FittedName fitName(int left) const;
     void buildNetwork();
     void buildCover();
+    QRect avatarRect(int floor) const;
     void buildAvatar();
     void buildMarks();
     void buildBubble();
@@ -110,17 +111,19 @@ void Builder::buildBadge(int barHeight)
     badge.fontPx = pick(22, 18);
     badge.rect = QRect(0, m_rowTop, std::min(pick(94, 68), m_width), barHeight);
     badge.textRect = badge.rect;
+    if (barHeight < badge.fontPx)
+        badge = OverlayElement();
 }
 
 /// On a very small tile the badge stands above the name, as small as can be read.
 void Builder::stackBadge()
 {
     OverlayElement& badge = at(OverlayPart::Badge);
-    const QSize size(std::min(scaled(52), m_width), scaled(20));
+    const QSize size(scaled(52), scaled(20));
     badge.fontPx = scaled(14);
     badge.rect = QRect(QPoint(0, m_rowTop - size.height() - 1), size);
     badge.textRect = badge.rect;
-    if (badge.rect.top() < 0)
+    if (!tile().contains(badge.rect))
         badge = OverlayElement();
 }
 
@@ -143,8 +146,10 @@ Builder::FittedName Builder::fitName(int left) const
     const QString cut = cutName(name, suffix, room, fontPx, m_metrics.width);
     if (cut.isEmpty())
         return {cut, left + images().audio.width() + scaled(10), room >= 0 && name.isEmpty()};
+    // The bars of others end in one line, however wide the last character is.
     const int cutRight = textLeft + width(cut, fontPx) + scaled(10);
-    return {cut, std::min(rightmost, cutRight), name.isEmpty() || cut != suffix};
+    return {cut, m_in.bSelf ? std::min(rightmost, cutRight) : rightmost,
+            name.isEmpty() || cut != suffix};
 }
 
 void Builder::buildNameRow()
@@ -157,7 +162,7 @@ void Builder::buildNameRow()
     more =
         QRect(QPoint(m_width - images.more.width(), m_height - images.more.height()), images.more);
     // The microphone is the last to go.
-    if (m_in.bNoMenu || !tile().contains(more) || more.left() < m_textOffset)
+    if (m_in.bNoMenu || !tile().contains(more) || more.left() < images.audio.width() + scaled(10))
         more = QRect();
 
     buildBadge(barHeight);
@@ -223,64 +228,85 @@ void Builder::buildCover()
     }
 }
 
-void Builder::buildAvatar()
+/// @param floor what the avatar stays above
+QRect Builder::avatarRect(int floor) const
 {
-    constexpr int kSmallestSide = 16;
-    const int nominal = pick(120, 60);
-    // It clears what the participant says, too.
-    const OverlayElement& bubble = at(OverlayPart::Bubble);
-    const int rowTop = bubble.isShown() ? bubble.rect.top() : m_rowTop;
-    int side = std::min(nominal, m_width);
+    int side = std::min(pick(120, 60), m_width);
     int top = (m_height - side) / 2;
-    if (m_small || bubble.isShown()) {
+    if (m_small || floor < m_rowTop) {
         // It moves up, and shrinks when the tile's top is reached.
-        const int bottom = rowTop - scaled(10);
+        const int bottom = floor - scaled(10);
         side = std::min(side, bottom - scaled(4));
         top = std::min((m_height - side) / 2, bottom - side);
-    } else if (const int overlap = top + side - rowTop; overlap > 0) {
+    } else if (const int overlap = top + side - floor; overlap > 0) {
         side -= 2 * overlap + scaled(10);
         top = (m_height - side) / 2;
     }
-    if (side < scaled(kSmallestSide) || top < 0)
+    return {(m_width - side) / 2, top, side, side};
+}
+
+void Builder::buildAvatar()
+{
+    constexpr int kSmallestSide = 16;
+    const QRect& badge = at(OverlayPart::Badge).rect;
+    const QRect& look = at(OverlayPart::Look).rect;
+    const QRect& hand = at(OverlayPart::Hand).rect;
+    // It clears what the participant says, too.
+    const OverlayElement& bubble = at(OverlayPart::Bubble);
+    int floor = bubble.isShown() ? bubble.rect.top() : m_rowTop;
+    QRect rect = avatarRect(floor);
+    if (rect.intersects(badge)) {
+        floor = badge.top();
+        rect = avatarRect(floor);
+    }
+    if (rect.intersects(look) || rect.intersects(hand)) {
+        const int ceiling = std::max(look.bottom(), hand.bottom()) + 1;
+        const int side = std::min(rect.width(), floor - ceiling - 2 * scaled(4));
+        rect = QRect((m_width - side) / 2, (ceiling + floor - side) / 2, side, side);
+    }
+    if (rect.width() < scaled(kSmallestSide) || rect.top() < 0)
         return;
     OverlayElement& avatar = at(OverlayPart::Avatar);
-    avatar.rect = QRect((m_width - side) / 2, top, side, side);
-    avatar.textRect = avatar.rect;
+    avatar.rect = rect;
+    avatar.textRect = rect;
     avatar.text = shortName(displayName(m_in.name));
-    avatar.fontPx = std::max(1, pick(36, 22) * side / nominal);
+    avatar.fontPx = pick(36, 22) * rect.width() / pick(120, 60);
+    // Two characters of some scripts, or two emoji, are wider than two letters.
+    const int room = rect.width() * 7 / 8;
+    if (const int text = width(avatar.text, avatar.fontPx); text > room)
+        avatar.fontPx = std::max(1, avatar.fontPx * room / text);
     avatar.variant = m_in.iColor;
 }
 
 void Builder::buildMarks()
 {
-    QPoint point(0, scaled(5));
-    int centreY = -1;
+    const QRect& badge = at(OverlayPart::Badge).rect;
+    const QSize handSize = images().hand;
+    QPoint handAt(scaled(5), scaled(5));
     if (m_in.look != LookMark::None) {
         const double factor = m_small ? 0.7 : 1.0;
         const auto size = [&](int base) { return static_cast<int>(scaled(base) * factor); };
         const QRect mark(size(16), size(15), size(150), size(48));
         OverlayElement& look = at(OverlayPart::Look);
-        if (mark.right() < m_width && mark.bottom() < m_rowTop
-            && !mark.intersects(at(OverlayPart::Badge).rect)) {
+        if (mark.right() < m_width && mark.bottom() < m_rowTop && !mark.intersects(badge)) {
             look.rect = mark;
             look.textRect = mark;
             look.variant = static_cast<int>(m_in.look);
             look.fontPx = scaled(baseFontPx() - 2);
             look.text = lookText(m_in.look);
-            point = QPoint(mark.right() + 1, 0);
-            centreY = mark.center().y();
+            handAt = QPoint(mark.right() + 1 + scaled(5),
+                            mark.top() + (mark.height() - handSize.height()) / 2);
         }
     }
-    if (!m_in.bHand || images().hand.isEmpty())
+    if (!m_in.bHand || handSize.isEmpty())
         return;
-    const QSize hand = images().hand;
-    const int y = centreY < 0 ? point.y() : centreY - hand.height() / 2;
-    QRect rect(QPoint(point.x() + scaled(5), y), hand);
+    QRect hand(handAt, handSize);
     // A badge that stands above the name drives it to the other side.
-    if (rect.intersects(at(OverlayPart::Badge).rect))
-        rect.moveRight(m_width - 1 - scaled(5));
-    if (rect.left() >= 0 && rect.right() < m_width && rect.bottom() < m_rowTop)
-        at(OverlayPart::Hand).rect = rect;
+    if (hand.intersects(badge))
+        hand.moveRight(m_width - 1 - scaled(5));
+    if (hand.left() >= 0 && hand.right() < m_width && hand.bottom() < m_rowTop
+        && !hand.intersects(badge))
+        at(OverlayPart::Hand).rect = hand;
 }
 
 void Builder::buildBubble()
@@ -302,7 +328,8 @@ void Builder::buildBubble()
     const int bottom =
         std::min(m_rowTop, badge.isShown() ? badge.rect.top() : m_height) - scaled(10);
     const int top =
-        std::max(at(OverlayPart::Look).rect.bottom(), at(OverlayPart::Hand).rect.bottom()) + 1;
+        std::max(at(OverlayPart::Look).rect.bottom(), at(OverlayPart::Hand).rect.bottom()) + 1
+        + margin;
     const int lines = line + secondLine + 2 * margin > bottom - top ? 1 : kBubbleLines;
     const QStringList texts = lastLines(m_in.bubble, lines, room, fontPx, m_metrics.width);
     if (texts.isEmpty())

@@ -146,6 +146,13 @@ void Painter::paintCover(const OverlayElement& cover)
 
 void Painter::paintAvatar(const OverlayElement& avatar)
 {
+    const QPixmap& head = m_paint.images.head(isSmall());
+    if (avatar.text.isEmpty() && !head.isNull()) {
+        // Smoothed over all pixels, which a painter that shrinks it would not do.
+        m_p.drawPixmap(avatar.rect.topLeft(), head.scaled(avatar.rect.size(), Qt::KeepAspectRatio,
+                                                          Qt::SmoothTransformation));
+        return;
+    }
     m_p.setRenderHint(QPainter::Antialiasing);
     m_p.setPen(Qt::NoPen);
     m_p.setBrush(avatarColor(avatar.variant));
@@ -187,7 +194,7 @@ void Painter::paintNetwork(const OverlayElement& network)
     const int step = (rect.width() - penWidth) / (kBars - 1);
     for (int i = 0; i < kBars; ++i) {
         // From two sevenths of the icon's height: the first bar alone has to be seen.
-        const int height = rect.height() * (4 + i * 10 / (kBars - 1)) / 14;
+        const int height = rect.height() * (2 * (kBars - 1) + i * 5) / (7 * (kBars - 1));
         m_p.fillRect(rect.left() + i * step, rect.bottom() + 1 - height, penWidth, height,
                      i < lit ? color : idle);
     }

@@ -22,7 +22,6 @@ void TestNameText::initials_data()
         QTest::newRow(what) << name << expected;
     };
     row("wide", QStringLiteral("欧阳小明"), QStringLiteral("小明"));
-    row("one wide character", QStringLiteral("明"), QStringLiteral("明"));
     row("wide wins over letters", QStringLiteral("小明ab"), QStringLiteral("ab"));
     row("the first wide character is U+00A0's neighbour", QStringLiteral("ab\u00A1"),
         QStringLiteral("b\u00A1"));
@@ -30,12 +29,11 @@ void TestNameText::initials_data()
     row("one letter", QStringLiteral("a"), QStringLiteral("A"));
     row("digits", QStringLiteral("12345"), QStringLiteral("45"));
     row("letters and digits", QStringLiteral("bob7"), QStringLiteral("B"));
-    row("a digit first", QStringLiteral("7bob"), QStringLiteral("7"));
     row("white space around and inside", QStringLiteral("  a  b "), QStringLiteral("A "));
     row("empty", QString(), QString());
     row("only white space", QStringLiteral(" \t "), QString());
-    row("no character is cut in half", QStringLiteral("\U0001F600张"),
-        QStringLiteral("\U0001F600张"));
+    row("no character is cut in half", QStringLiteral("ab\U0001F468\u200D\U0001F469e\u0301"),
+        QStringLiteral("\U0001F468\u200D\U0001F469e\u0301"));
     row("neither letter nor digit nor wide", QStringLiteral("\u0081x"), QStringLiteral("\u0081X"));
 }
 
@@ -65,10 +63,10 @@ void TestNameText::namesOfOneLine()
     QCOMPARE(zr::displayName(QStringLiteral(" a\r\nb\u2028c\u0007d ")), QStringLiteral("a b c d"));
     QCOMPARE(zr::displayName(QStringLiteral("a\u202Eb\u2067c\u200Ed")), QStringLiteral("abcd"));
     QCOMPARE(zr::displayName(QString(QChar(0xDC00)) + QChar(0xD83D)), replaced + replaced);
-    const QString emoji = QStringLiteral("\U0001F600");
-    QCOMPARE(zr::displayName(emoji), emoji);
-    const QString cut = zr::displayName(QLatin1Char('x') + emoji.repeated(5000));
-    QVERIFY(cut.size() == 255 && cut.endsWith(emoji));
+    const QString pair = QStringLiteral("\U0001F468\u200D\U0001F469");
+    QCOMPARE(zr::displayName(QStringLiteral("ab") + pair.repeated(5000)),
+             QStringLiteral("ab") + pair.repeated(50));
+    QCOMPARE(zr::displayName(QString(5000, QChar(0x301))).size(), 256);
 }
 
 void TestNameText::cutNamesKeepTheSuffix()

@@ -105,79 +105,65 @@ private:
     QVector<QRect> m_vecTextAreas;
 };
 
-OverlayState person(const QString& name)
+OverlayState alice(bool bSmall)
 {
     OverlayState state;
     state.bPerson = state.bPicture = state.bCamera = true;
-    state.name = name;
-    return state;
-}
-
-OverlayState alice(bool bSmall)
-{
-    OverlayState state = person(QStringLiteral("爱丽丝"));
     state.bSmall = bSmall;
+    state.name = QStringLiteral("爱丽丝");
     return state;
 }
 
 /// Each state that a person tells from the others, at one size.
 void addStates(Sheet& sheet, bool bSmall)
 {
-    const auto add = [&](auto change) {
-        OverlayState state = alice(bSmall);
-        change(state);
-        sheet.add(state);
-    };
-    add([](OverlayState&) {});
-    add([](OverlayState& s) {
-        s.bPicture = false;
-        s.bMute = true;
-    });
-    add([](OverlayState& s) {
-        s.bSelf = s.bHand = true;
-        s.iRole = 1;
-    });
-    add([](OverlayState& s) {
-        s.iRole = 2;
-        s.bPicture = false;
-        s.iColor = 1;
-        s.iNetLevel = 1;
-    });
-    add([](OverlayState& s) {
-        s.look = LookMark::AllLook;
-        s.bHand = true;
-        s.bSpeaking = true;
-    });
-    add([](OverlayState& s) {
-        s.look = LookMark::LockLook;
-        s.bBorder = true;
-        s.bMute = true;
-    });
-    add([](OverlayState& s) {
-        s.bSpinner = true;
-        s.iNetLevel = 2;
-        s.resolution = QStringLiteral("1280*720");
-    });
-    add([](OverlayState& s) {
-        s.bubble = QStringLiteral("大家好，我们开始今天的会议");
-        s.iBubbleColor = 2;
-        s.bSelf = true;
-        s.bPicture = false;
-    });
-    add([](OverlayState& s) { s.bShare = true; });
-    add([](OverlayState& s) {
-        s.bShare = true;
-        s.bPicture = false;
-        s.bBorder = true;
-    });
-    add([](OverlayState& s) {
-        s.bShare = s.bPaused = true;
-        s.name = QStringLiteral("尼古拉斯特斯拉博士");
-    });
-    add([](OverlayState& s) {
-        s.bShare = true;
-        s.watermark = QStringLiteral("张三-138****5678");
-    });
+    const OverlayState plain = alice(bSmall);
+    OverlayState off = plain;
+    off.bPicture = false;
+    OverlayState shared = plain;
+    shared.bShare = true;
+    sheet.add(plain);
+    OverlayState s = off;
+    s.bMute = true;
+    sheet.add(s);
+    s = plain;
+    s.bSelf = s.bHand = true;
+    s.iRole = 1;
+    sheet.add(s);
+    s = off;
+    s.iRole = 2;
+    s.iColor = s.iNetLevel = 1;
+    sheet.add(s);
+    s = plain;
+    s.look = LookMark::AllLook;
+    s.bHand = s.bSpeaking = true;
+    sheet.add(s);
+    s = plain;
+    s.look = LookMark::LockLook;
+    s.bBorder = s.bMute = true;
+    sheet.add(s);
+    s = plain;
+    s.bSpinner = true;
+    s.iNetLevel = 2;
+    s.resolution = QStringLiteral("1280*720");
+    sheet.add(s);
+    s = off;
+    s.bSelf = true;
+    s.iBubbleColor = 2;
+    s.bubble = QStringLiteral("大家好，我们开始今天的会议");
+    sheet.add(s);
+    sheet.add(shared);
+    s = shared;
+    s.bPicture = false;
+    s.bBorder = true;
+    sheet.add(s);
+    s = shared;
+    s.bPaused = true;
+    s.name = QStringLiteral("尼古拉斯特斯拉博士");
+    sheet.add(s);
+    s = shared;
+    s.watermark = QStringLiteral("张三-138****5678");
+    sheet.add(s);
 }
 
 void addNames(Sheet& sheet)
@@ -198,8 +184,8 @@ void addNames(Sheet& sheet)
     };
     for (const QString& name : names) {
         for (const bool self : {false, true}) {
-            OverlayState state = person(name);
-            state.bSmall = true;
+            OverlayState state = alice(true);
+            state.name = name;
             state.bSelf = self;
             state.bPicture = name.size() < 20 && !self;
             state.iRole = self ? 1 : 0;
@@ -255,6 +241,24 @@ void addFull(Sheet& sheet)
     sheet.add(share);
 }
 
+struct Golden
+{
+    const char* name;
+    QSize tile;
+    int columns;
+    bool b4K; ///< also at double size
+    void (*fill)(Sheet&);
+};
+
+const Golden kGoldens[] = {
+    {"states_small", {320, 180}, 4, true, [](Sheet& sheet) { addStates(sheet, true); }},
+    {"states_large", {640, 360}, 4, false, [](Sheet& sheet) { addStates(sheet, false); }},
+    {"names", {320, 180}, 4, false, addNames},
+    {"levels", {320, 60}, 4, true, addLevels},
+    {"tiny", {160, 90}, 4, true, addTiny},
+    {"full", {1280, 720}, 2, false, addFull},
+};
+
 } // namespace
 
 class TestOverlayGolden : public QObject
@@ -265,6 +269,7 @@ private slots:
     void initTestCase();
     void looksAsItShould_data();
     void looksAsItShould();
+    void iconsAreToldApart();
 
 private:
     bool m_bFont = false; ///< texts look as in the goldens
@@ -280,42 +285,47 @@ void TestOverlayGolden::initTestCase()
 
 void TestOverlayGolden::looksAsItShould_data()
 {
-    QTest::addColumn<QSize>("tile");
-    QTest::addColumn<int>("columns");
-    QTest::newRow("states_small") << QSize(320, 180) << 4;
-    QTest::newRow("states_large") << QSize(640, 360) << 4;
-    QTest::newRow("names") << QSize(320, 180) << 4;
-    QTest::newRow("levels") << QSize(320, 60) << 4;
-    QTest::newRow("tiny") << QSize(160, 90) << 4;
-    QTest::newRow("full") << QSize(1280, 720) << 2;
+    QTest::addColumn<int>("index");
+    QTest::addColumn<bool>("b4K");
+    for (int i = 0; i < static_cast<int>(std::size(kGoldens)); ++i) {
+        QTest::newRow(kGoldens[i].name) << i << false;
+        if (kGoldens[i].b4K)
+            QTest::addRow("%s_4k", kGoldens[i].name) << i << true;
+    }
 }
 
 void TestOverlayGolden::looksAsItShould()
 {
-    QFETCH(QSize, tile);
-    QFETCH(int, columns);
-    const QByteArray row = QTest::currentDataTag();
-    if (row == "names" && !m_bFont)
+    QFETCH(int, index);
+    QFETCH(bool, b4K);
+    const Golden& golden = kGoldens[index];
+    if (golden.fill == addNames && !m_bFont)
         QSKIP("the bars are as wide as the font makes them");
-    for (const bool b4K : {false, true}) {
-        if (b4K && (row == "states_large" || row == "names" || row == "full"))
-            continue; // large pictures that would show nothing new
-        Sheet sheet(tile, columns, b4K);
-        if (row.startsWith("states"))
-            addStates(sheet, row.endsWith("small"));
-        else if (row == "names")
-            addNames(sheet);
-        else if (row == "levels")
-            addLevels(sheet);
-        else if (row == "tiny")
-            addTiny(sheet);
-        else
-            addFull(sheet);
-        const QByteArray name = "overlay_" + row + (b4K ? "_4k" : "");
-        const QString wrong = zrtest::compareGolden(sheet.pixmap(), QString::fromUtf8(name),
-                                                    m_bFont ? QVector<QRect>() : sheet.textAreas());
-        QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
+    Sheet sheet(golden.tile, golden.columns, b4K);
+    golden.fill(sheet);
+    const QString wrong = zrtest::compareGolden(
+        sheet.pixmap(), QStringLiteral("overlay_") + QString::fromUtf8(QTest::currentDataTag()),
+        m_bFont ? QVector<QRect>() : sheet.textAreas());
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
+}
+
+/// The tolerance forgives smoothing, and neither an icon that has moved nor a neighbour's.
+void TestOverlayGolden::iconsAreToldApart()
+{
+    const auto onTile = [](const QPixmap& icon, int shift) {
+        QImage image(60, 60, QImage::Format_RGB32);
+        image.fill(QColor(60, 64, 58));
+        QPainter(&image).drawPixmap(6 + shift, 6, icon);
+        return image;
+    };
+    const OverlayImages images(QStringLiteral(":/pic/"));
+    for (int level = 0; level <= 7; ++level) {
+        const QImage icon = onTile(images.audio(level, true), 0);
+        QVERIFY(!zrtest::looksLike(onTile(images.audio((level + 1) % 8, true), 0), icon));
+        QVERIFY(!zrtest::looksLike(onTile(images.audio(level, true), 1), icon));
     }
+    for (const QPixmap& icon : {images.more(true), images.hand(true), images.spinner()})
+        QVERIFY(!zrtest::looksLike(onTile(icon, 1), onTile(icon, 0)));
 }
 
 ZR_WIDGET_TEST_MAIN(TestOverlayGolden)
