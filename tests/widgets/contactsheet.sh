@@ -9,4 +9,4 @@ cd "$here/golden"
 convert -background black overlay_full.png overlay_states_large.png overlay_states_small.png \
     overlay_names.png overlay_tiny.png overlay_tiny_4k.png overlay_levels.png \
     overlay_levels_4k.png overlay_states_small_4k.png \
-    -resize '1292x>' -bordercolor black -border 0x6 -append "$sheet"
+    -resize '1292x>' -bordercolor black -border 0x6 -append +repage "$sheet"
