@@ -229,6 +229,10 @@ void QDlgSubtitle2::addOrUpdateItem(int id, const SubtitleRecord& record)
 {
     const int shownHeight = qRound(view().boundingRect().height());
     const int bottom = view().contentHeight();
+    const qreal position = view().y();
+    const RectObject* top = view().itemAt(-position);
+    const int topId = top ? top->id() : id;
+    const qreal topY = top ? top->y() : 0;
     RectObject* item = m_mapItems.value(id);
     int newBottom = bottom;
     if (item) {
@@ -240,19 +244,23 @@ void QDlgSubtitle2::addOrUpdateItem(int id, const SubtitleRecord& record)
     } else {
         newBottom += globalGetItemHeight(zr::shownSentence(record.transStr), getItemWidth());
     }
+    // What is read stays in its place when something above it grows, or goes.
+    top = m_mapItems.value(topId);
+    const qreal moved = top ? topY - top->y() : -position;
+    view().setPos(0, position + moved);
     if (m_pListObject->isScrolling()) {
         // Whoever has a finger on the list is not pulled away. Judged when it rests.
-        if (m_iContentAtHold < 0)
-            m_iContentAtHold = shownHeight;
+        m_iContentAtHold = m_iContentAtHold < 0 ? shownHeight : m_iContentAtHold;
+        m_iContentAtHold -= qRound(moved);
         m_pListObject->contentChanged();
         return;
     }
-    follow(newBottom, shownHeight);
+    follow(newBottom, position, shownHeight);
 }
 
-void QDlgSubtitle2::follow(int newBottomPx, int oldContentPx)
+void QDlgSubtitle2::follow(int newBottomPx, qreal oldPosition, int oldContentPx)
 {
-    const FollowStep step = zr::followStep(listHeight(), newBottomPx, view().y(), oldContentPx);
+    const FollowStep step = zr::followStep(listHeight(), newBottomPx, oldPosition, oldContentPx);
     const bool wasFollowing = g_bSubtitleFollow;
     // Where all fits there is nothing to read back to, and nothing that would ever end it.
     g_bSubtitleFollow = step != FollowStep::Reading;
@@ -268,7 +276,7 @@ void QDlgSubtitle2::onScrollingEnded()
 {
     const int oldContent = std::exchange(m_iContentAtHold, -1);
     if (oldContent >= 0)
-        follow(view().contentHeight(), oldContent);
+        follow(view().contentHeight(), view().y(), oldContent);
 }
 
 void QDlgSubtitle2::moveToEnd()

@@ -56,7 +56,7 @@ private:
     /// @return by how much the item has grown, in pixels
     int updateItem(RectObject& item, const SubtitleRecord& record);
     /// Goes to the end of the content, or leaves the list to its reader.
-    void follow(int newBottomPx, int oldContentPx);
+    void follow(int newBottomPx, qreal oldPosition, int oldContentPx);
     void onScrollingEnded();
     void moveToEnd();
     void emptyList();

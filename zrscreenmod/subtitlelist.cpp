@@ -13,6 +13,8 @@
 #include <QTextOption>
 #include <QTouchEvent>
 
+#include <algorithm>
+
 namespace {
 
 // Base sizes in pixels, scaled on a high-resolution screen.
@@ -216,6 +218,16 @@ void ViewObject::relayout()
     updateList();
 }
 
+RectObject* ViewObject::itemAt(qreal y) const
+{
+    const auto items = childItems();
+    for (QGraphicsItem* item : items) {
+        if (item->y() + itemOf(item)->itemHeight() > y)
+            return itemOf(item);
+    }
+    return nullptr;
+}
+
 int ViewObject::removeItem(RectObject* item)
 {
     delete item;
@@ -349,15 +361,23 @@ bool ListObject::onTouch(QEvent* event)
 {
     event->accept();
     const auto points = static_cast<QTouchEvent*>(event)->touchPoints();
-    const QPointF position = points.isEmpty() ? m_lastInput : points.first().scenePos();
+    if (event->type() == QEvent::TouchBegin && !points.isEmpty())
+        m_iFinger = points.first().id();
+    // The first finger scrolls. Going on with another one would jump to where that is.
+    const auto finger = std::find_if(points.begin(), points.end(),
+                                     [this](const auto& point) { return point.id() == m_iFinger; });
+    const QPointF position = finger == points.end() ? m_lastInput : finger->scenePos();
     if (event->type() == QEvent::TouchBegin) {
         begin(position);
-    } else if (event->type() == QEvent::TouchUpdate) {
-        move(position);
-    } else {
-        qDebug() << "QEvent::TouchEnd";
-        end(position);
+        return true;
     }
+    const bool over = event->type() != QEvent::TouchUpdate;
+    if (over)
+        qDebug() << "QEvent::TouchEnd";
+    if (over || (finger != points.end() && finger->state() == Qt::TouchPointReleased))
+        end(position);
+    else
+        move(position);
     return true;
 }
 

@@ -90,6 +90,8 @@ public:
     void sortIn(RectObject* item);
     /// Stacks the items in their order.
     void relayout();
+    /// The first item that reaches below there; null for none.
+    RectObject* itemAt(qreal y) const;
     /// Deletes an item and stacks the others. @return 1
     int removeItem(RectObject* item);
     void clearItems();
@@ -140,5 +142,6 @@ private:
     ViewObject* m_pViewObject = nullptr;
     QElapsedTimer m_clock; ///< times of the inputs
     QPointF m_lastInput;
+    int m_iFinger = -1; ///< that scrolls
     bool m_bPressed = false;
 };

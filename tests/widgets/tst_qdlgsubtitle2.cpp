@@ -57,6 +57,8 @@ private slots:
     void leavesTheListUnderAFinger();
     void scrollsWithMomentum_data();
     void scrollsWithMomentum();
+    void followsOneFinger();
+    void keepsWhatIsReadInPlace();
     void standsStillWhenHidden();
     void breaksLinesAnewWhenResized();
     void staysOpenOnEscape();
@@ -89,6 +91,11 @@ private:
     }
     double endPosition() { return list().size().height() - view().contentHeight(); }
     void mouse(QEvent::Type type, const QPoint& at);
+    static QTouchDevice* finger()
+    {
+        static QTouchDevice* const device = QTest::createTouchDevice();
+        return device;
+    }
     /// Presses, moves in steps of 16 ms and lets go where it came to rest, so that nothing moves
     /// on.
     void drag(int byPx);
@@ -349,7 +356,6 @@ void TestSubtitlePanel::scrollsWithMomentum_data()
 void TestSubtitlePanel::scrollsWithMomentum()
 {
     QFETCH(bool, touch);
-    static QTouchDevice* const finger = QTest::createTouchDevice();
     fill(16);
     double highest = endPosition();
     double lowest = 0;
@@ -359,16 +365,16 @@ void TestSubtitlePanel::scrollsWithMomentum()
             // Sideways movements change nothing.
             const QPoint at(50 + 20 * step, 250 + byPx * step / steps);
             if (touch && step == 0)
-                QTest::touchEvent(viewport(), finger).press(0, at, viewport());
+                QTest::touchEvent(viewport(), finger()).press(0, at, viewport());
             else if (touch)
-                QTest::touchEvent(viewport(), finger).move(0, at, viewport());
+                QTest::touchEvent(viewport(), finger()).move(0, at, viewport());
             else
                 mouse(step == 0 ? QEvent::MouseButtonPress : QEvent::MouseMove, at);
             QTest::qWait(15);
         }
         const QPoint last(50 + 20 * steps, 250 + byPx);
         if (touch)
-            QTest::touchEvent(viewport(), finger).release(0, last, viewport());
+            QTest::touchEvent(viewport(), finger()).release(0, last, viewport());
         else
             mouse(QEvent::MouseButtonRelease, last);
         while (list().isScrolling()) {
@@ -388,6 +394,49 @@ void TestSubtitlePanel::scrollsWithMomentum()
         flick(-200);
     QVERIFY(lowest < endPosition() - 5);
     QCOMPARE(view().y(), endPosition());
+}
+
+void TestSubtitlePanel::followsOneFinger()
+{
+    fill(40);
+    auto touch = QTest::touchEvent(viewport(), finger(), false);
+    touch.press(0, {50, 50}, viewport()).commit();
+    touch.stationary(0).press(1, {90, 300}, viewport()).commit();
+    touch.release(0, {50, 50}, viewport()).stationary(1).commit();
+    for (int y = 300; y > 270; y -= 2) {
+        touch.move(1, {90, y}, viewport()).commit();
+        QTest::qWait(15);
+    }
+    touch.release(1, {90, 270}, viewport()).commit();
+    QTRY_VERIFY(!list().isScrolling());
+    QCOMPARE(view().y(), endPosition());
+}
+
+void TestSubtitlePanel::keepsWhatIsReadInPlace()
+{
+    fill(64);
+    drag(200);
+    const RectObject* read = items()[60];
+    const double at = read->scenePos().y();
+    mouse(QEvent::MouseButtonPress, {50, 250});
+    add(65, line(65)); // the oldest ones go
+    add(66, line(66));
+    add(20, QString("something above it grows ").repeated(10));
+    QCOMPARE(read->scenePos().y(), at);
+    QTest::qWait(50);
+    mouse(QEvent::MouseButtonRelease, {50, 250});
+    QTRY_VERIFY(!list().isScrolling());
+    QVERIFY(!g_bSubtitleFollow);
+    QCOMPARE(read->scenePos().y(), at);
+    // Also without a finger; at its top the list loses what is read.
+    g_bSubtitleFollow = true;
+    add(67, line(67));
+    QCOMPARE(read->scenePos().y(), at);
+    g_bSubtitleFollow = true;
+    view().setPos(0, -10);
+    add(68, line(68));
+    QCOMPARE(view().pos(), QPointF(0, 0));
+    QVERIFY(!g_bSubtitleFollow);
 }
 
 void TestSubtitlePanel::standsStillWhenHidden()
