@@ -48,10 +48,7 @@ void destroyDatePicker(ST_ZRDateHdl* picker)
 bool CWin32DateCallback::UIMsgNotify(unsigned long dwMsg, unsigned long long wParam,
                                      long long lParam)
 {
-    qDebug() << "dwMsg:" << dwMsg << ",wParam:" << wParam << ",lParam:" << lParam;
-    if (m_pHandle && m_pHandle->m_hostNotify)
-        m_pHandle->m_hostNotify(dwMsg, wParam, lParam);
-    return true;
+    return forwardToHost(m_pHandle, dwMsg, wParam, lParam);
 }
 
 ST_ZRDateHdl* createDatePicker(HWND hParent, ZRNotify notify)

@@ -96,10 +96,7 @@ void reportClick(ST_ZRExtHdl* ext, const void* tile)
 bool CWin32ExtCallback::UIMsgNotify(unsigned long dwMsg, unsigned long long wParam,
                                     long long lParam)
 {
-    qDebug() << "dwMsg:" << dwMsg << ",wParam:" << wParam << ",lParam:" << lParam;
-    if (m_pHandle && m_pHandle->m_hostNotify)
-        m_pHandle->m_hostNotify(dwMsg, wParam, lParam);
-    return true;
+    return forwardToHost(m_pHandle, dwMsg, wParam, lParam);
 }
 
 ExtRef::ExtRef(const void* handle)

@@ -87,10 +87,7 @@ Reaper* s_reaper = nullptr; ///< GUI thread
 
 bool CWin32UICallback::UIMsgNotify(unsigned long dwMsg, unsigned long long wParam, long long lParam)
 {
-    qDebug() << "dwMsg:" << dwMsg << ",wParam:" << wParam << ",lParam:" << lParam;
-    if (m_pHandle && m_pHandle->m_hostNotify)
-        m_pHandle->m_hostNotify(dwMsg, wParam, lParam);
-    return true;
+    return forwardToHost(m_pHandle, dwMsg, wParam, lParam);
 }
 
 void startAfreshIfUnused()
