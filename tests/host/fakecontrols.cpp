@@ -1,11 +1,8 @@
 // The embedded controls of the stand-in.
 #include "fakescreen.h"
 
-#include "native_rect.h"
-
 #include <cstring>
 #include <map>
-#include <sstream>
 
 namespace {
 
@@ -13,29 +10,6 @@ int g_edit = 0; // their addresses are the handles
 int g_box = 0;
 int g_date = 0;
 ZRNotify g_notifyDate = nullptr;
-
-std::string show(tagRECT* rect)
-{
-    std::ostringstream text;
-    text << rect->left << ' ' << rect->top << ' ' << rect->right << ' ' << rect->bottom;
-    return text.str();
-}
-template<typename T>
-T show(T value)
-{
-    return value;
-}
-
-template<typename... Args>
-void record(const char* name, const void* handle, const void* expected, const Args&... args)
-{
-    std::ostringstream call;
-    call << name << '(';
-    [[maybe_unused]] const char* separator = "";
-    ((call << separator << show(args), separator = ", "), ...);
-    call << ')' << (handle == expected ? "" : " with a wrong control");
-    recordFakeCall(call.str());
-}
 
 } // namespace
 
@@ -65,17 +39,11 @@ ZRNotify fakeDateNotify()
 
 extern "C" {
 
-void* ZRCtrl_QLineEdit_Init(HWND, tagRECT* rect, const char* placeholder)
-{
-    record("Edit.Init", &g_edit, &g_edit, rect, placeholder);
-    return &g_edit;
-}
-
 int ZRCtrl_QLineEdit_GetText(void* h, char* buf, int& len)
 {
     constexpr char kText[] = "会议";
     constexpr int kSize = sizeof kText - 1;
-    record("Edit.GetText", h, &g_edit, len);
+    recordFake("Edit.GetText", h, &g_edit, len);
     const bool fits = kSize < len;
     if (fits)
         std::memcpy(buf, kText, sizeof kText);
@@ -83,86 +51,58 @@ int ZRCtrl_QLineEdit_GetText(void* h, char* buf, int& len)
     return kSize;
 }
 
+void* ZRCtrl_QLineEdit_Init(HWND, tagRECT* rect, const char* placeholder)
+{
+    recordFake("Edit.Init", &g_edit, &g_edit, rect, placeholder);
+    return &g_edit;
+}
+
 void* ZRCtrl_QTextEdit_Init(HWND, tagRECT* rect, unsigned char r, unsigned char g, unsigned char b)
 {
-    record("Box.Init", &g_box, &g_box, rect, int(r), int(g), int(b));
+    recordFake("Box.Init", &g_box, &g_box, rect, int(r), int(g), int(b));
     return &g_box;
 }
 
 void* ZRScreenDate_Init(HWND, ZRNotify notify)
 {
     g_notifyDate = notify;
-    record("Date.Init", &g_date, &g_date);
+    recordFake("Date.Init", &g_date, &g_date);
     return &g_date;
 }
 
-void ZRScreenDate_Move(void* h, tagPOINT* pt, int year, int month, int day, int hour, int minute,
-                       int second)
-{
-    record("Date.Move", h, &g_date, pt->x, pt->y, year, month, day, hour, minute, second);
-}
-
-void ZRScreenDate_Release(void* h)
-{
-    record("Date.Release", h, &g_date);
-}
-
-void ZRScreenDate_Hide(void* h)
-{
-    record("Date.Hide", h, &g_date);
-}
-
-void ZRCtrl_QTextEdit_Release(void* h)
-{
-    record("Box.Release", h, &g_box);
-}
-
-void ZRCtrl_QTextEdit_SetText(void* h, const char* text)
-{
-    record("Box.SetText", h, &g_box, text);
-}
-
-void ZRCtrl_QLineEdit_Release(void* h)
-{
-    record("Edit.Release", h, &g_edit);
-}
-
-// The rest is only recorded. FAKE(name, type of the argument)
-#define FAKE(name, type)                                                                           \
-    void ZRCtrl_QLineEdit_##name(void* h, type value)                                              \
+// The rest is only recorded. FAKE(export, what is recorded: name, control, parameters, arguments)
+#define FAKE(function, name, control, parameters, ...)                                             \
+    void function(void* h FAKE_LIST parameters)                                                    \
     {                                                                                              \
-        record("Edit." #name, h, &g_edit, value);                                                  \
+        recordFake(name, h, &(control)__VA_ARGS__);                                                \
     }
+#define FAKE_EDIT(name, parameters, ...)                                                           \
+    FAKE(ZRCtrl_QLineEdit_##name, "Edit." #name, g_edit, parameters, __VA_ARGS__)
+#define FAKE_EDIT_VALUE(name, type) FAKE_EDIT(name, (, type value), , value)
 
-FAKE(SetStyleSheet, const char*)
-FAKE(SetText, const char*)
-FAKE(SetPlaceholderText, const char*)
-FAKE(SetInputRexp, const char*)
-FAKE(SetObjectName, const char*)
-FAKE(MoveWindow, tagRECT*)
-FAKE(Show, int)
-FAKE(SetEchoMode, int)
-FAKE(SetMaxLength, int)
-FAKE(SetCursorPos, int)
-
-void ZRCtrl_QLineEdit_SetParent(void* h, HWND)
-{
-    record("Edit.SetParent", h, &g_edit);
-}
-
-void ZRCtrl_QLineEdit_SetAttribute(void* h, int attr, bool on)
-{
-    record("Edit.SetAttribute", h, &g_edit, attr, on);
-}
-
-void ZRCtrl_QLineEdit_SetFocus(void* h)
-{
-    record("Edit.SetFocus", h, &g_edit);
-}
-
-void ZRCtrl_QLineEdit_SetSelection(void* h, int start, int length)
-{
-    record("Edit.SetSelection", h, &g_edit, start, length);
-}
+// clang-format off
+FAKE_EDIT(Release, ())
+FAKE_EDIT(SetFocus, ())
+FAKE_EDIT(SetParent, (, HWND))
+FAKE_EDIT(SetAttribute, (, int attr, bool on), , attr, on)
+FAKE_EDIT(SetSelection, (, int start, int length), , start, length)
+FAKE_EDIT_VALUE(SetStyleSheet, const char*)
+FAKE_EDIT_VALUE(SetText, const char*)
+FAKE_EDIT_VALUE(SetPlaceholderText, const char*)
+FAKE_EDIT_VALUE(SetInputRexp, const char*)
+FAKE_EDIT_VALUE(SetObjectName, const char*)
+FAKE_EDIT_VALUE(MoveWindow, tagRECT*)
+FAKE_EDIT_VALUE(Show, int)
+FAKE_EDIT_VALUE(SetEchoMode, int)
+FAKE_EDIT_VALUE(SetMaxLength, int)
+FAKE_EDIT_VALUE(SetCursorPos, int)
+FAKE(ZRCtrl_QTextEdit_Release, "Box.Release", g_box, ())
+FAKE(ZRCtrl_QTextEdit_SetText, "Box.SetText", g_box, (, const char* text), , text)
+FAKE(ZRScreenDate_Release, "Date.Release", g_date, ())
+FAKE(ZRScreenDate_Hide, "Date.Hide", g_date, ())
+FAKE(ZRScreenDate_Move, "Date.Move", g_date,
+     (, tagPOINT* pt, int year, int month, int day, int hour, int minute, int second),
+     , pt->x, pt->y, year, month, day, hour, minute, second)
+// clang-format on
 
 } // extern "C"

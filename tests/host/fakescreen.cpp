@@ -1,14 +1,11 @@
 #include "fakescreen.h"
 
-#include "native_rect.h"
-
 #include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <set>
-#include <sstream>
 #include <utility>
 
 namespace {
@@ -26,44 +23,17 @@ std::set<void*> g_people;
 ZRNotify g_notify = nullptr;
 int g_screen = 0; // its address is the screen's handle
 
-std::string show(const std::string& text)
-{
-    return text;
-}
-std::string show(int number)
-{
-    return std::to_string(number);
-}
-std::string show(FakePerson* person)
-{
-    return g_people.count(person) != 0 ? person->id : "no person";
-}
-std::string show(const tagRECT* rect)
-{
-    std::ostringstream text;
-    text << rect->left << ' ' << rect->top << ' ' << rect->right << ' ' << rect->bottom;
-    return text.str();
-}
-
-/// Records one call. @return 1 when the call came with the screen's handle
 template<typename... Args>
 int record(const char* name, const void* screen, const Args&... args)
 {
-    std::unique_lock<std::mutex> lock(g_mutex); // people are looked up
-    std::string call = std::string(name) + "(";
-    [[maybe_unused]] const char* separator = ""; // not used without arguments
-    ((call += separator + show(args), separator = ", "), ...);
-    call += ")";
-    if (screen != &g_screen)
-        call += " with a wrong screen";
-    lock.unlock();
-    recordFakeCall(call);
-    return screen == &g_screen ? 1 : 0;
+    return recordFake(name, screen, &g_screen, args...);
 }
 
-FakePerson* person(void* play)
+/// The id of a participant who is there.
+std::string person(void* play)
 {
-    return static_cast<FakePerson*>(play);
+    const std::lock_guard<std::mutex> lock(g_mutex);
+    return g_people.count(play) != 0 ? static_cast<FakePerson*>(play)->id : "no person";
 }
 
 } // namespace
@@ -151,19 +121,20 @@ int ZRScreen_DelPerson(void* s, void* play, bool)
     const std::lock_guard<std::mutex> lock(g_mutex);
     if (g_people.erase(play) == 0)
         return 0;
-    delete person(play);
+    delete static_cast<FakePerson*>(play);
     return 1;
 }
 
 int ZRScreen_PlayFrame(void*, void* play, void* data)
 {
     const auto& frame = *static_cast<VantrelRTCVideoFrameQT*>(data);
+    const std::string text = person(play) + " " + std::to_string(frame.width) + "x"
+                             + std::to_string(frame.height) + " "
+                             + std::to_string(int(frame.pData[0]));
     const std::lock_guard<std::mutex> lock(g_mutex);
     constexpr std::size_t kMaxFrames = 1000;
     if (g_frames.size() < kMaxFrames)
-        g_frames.push_back(show(person(play)) + " " + std::to_string(frame.width) + "x"
-                           + std::to_string(frame.height) + " "
-                           + std::to_string(int(frame.pData[0])));
+        g_frames.push_back(text);
     return 1;
 }
 
@@ -197,13 +168,6 @@ void ZRScreenExt_Release(void* s)
     record("Ext.Release", s);
 }
 
-int ZRScreenExt_SetPersonInfo(void* s, void* user, const char* id, bool self, int role,
-                              const char* name, int colour)
-{
-    return record("Ext.SetPersonInfo", s, user ? "somebody" : "nobody", id, self, role, name,
-                  colour);
-}
-
 int ZRScreenExt_PlayFrame(void*, void*)
 {
     return 1;
@@ -214,21 +178,6 @@ ZRRect ZRScreenExt_GetShareWgtPos(void* s)
     record("Ext.GetShareWgtPos", s);
     return {5, 6, 70, 80};
 }
-
-// FAKE_EXT(name, parameters behind the handle, what is recorded of them)
-#define FAKE_EXT(name, parameters, ...)                                                            \
-    int ZRScreenExt_##name(void* s, FAKE_EXT_LIST parameters)                                      \
-    {                                                                                              \
-        return record("Ext." #name, s, __VA_ARGS__);                                               \
-    }
-#define FAKE_EXT_LIST(...) __VA_ARGS__
-FAKE_EXT(Move, (tagRECT * rect, int), rect)
-FAKE_EXT(SetAllLook, (bool on), on)
-FAKE_EXT(SetLockLook, (bool on), on)
-FAKE_EXT(SetMute, (int mute), mute)
-FAKE_EXT(SetVolume, (const char* id, int volume), id, volume)
-FAKE_EXT(Preview, (bool preview), preview)
-FAKE_EXT(UpdateUserNetStatus, (const char* id, int type, bool bad, int level), id, type, bad, level)
 
 int ZRScreen_IsExtendScreen(void)
 {
@@ -241,13 +190,15 @@ ZRRect ZRScreen_GetShareWgtPos(void* s)
     return {1, 2, 30, 40};
 }
 
-// The rest is only recorded. FAKE(name, parameters behind the screen, what is recorded of them)
-#define FAKE(name, parameters, ...)                                                                \
-    int ZRScreen_##name(void* s, FAKE_LIST parameters)                                             \
+// The rest is only recorded. FAKE(name, parameters behind the handle, what is recorded of them)
+#define FAKE_RECORDED(family, prefix, name, parameters, ...)                                       \
+    int family##name(void* s, FAKE_LIST parameters)                                                \
     {                                                                                              \
-        return record(#name, s, __VA_ARGS__);                                                      \
+        return record(prefix #name, s, __VA_ARGS__);                                               \
     }
-#define FAKE_LIST(...) __VA_ARGS__
+#define FAKE(name, parameters, ...) FAKE_RECORDED(ZRScreen_, "", name, parameters, __VA_ARGS__)
+#define FAKE_EXT(name, parameters, ...)                                                            \
+    FAKE_RECORDED(ZRScreenExt_, "Ext.", name, parameters, __VA_ARGS__)
 #define FAKE_FLAG(name) FAKE(name, (bool flag), flag)
 #define FAKE_TEXT(name, type) FAKE(name, (type text), text)
 #define FAKE_PLAIN(name)                                                                           \
@@ -288,6 +239,15 @@ FAKE_FLAG(SetHideSmallWidget) FAKE_FLAG(SetPauseShareWindow) FAKE_FLAG(OpenSubti
 FAKE_PLAIN(ExitMeeting) FAKE_PLAIN(GetCurMode) FAKE_PLAIN(GetSmallWndID)
 FAKE_PLAIN(SetIsCloseWhiteBoard) FAKE_PLAIN(IsMouseOnBtnMore) FAKE_PLAIN(ClearMoreMenuPtr)
 FAKE_PLAIN(ClearSubtitles)
+FAKE_EXT(Move, (tagRECT* rect, int), rect)
+FAKE_EXT(SetAllLook, (bool on), on)
+FAKE_EXT(SetLockLook, (bool on), on)
+FAKE_EXT(SetMute, (int mute), mute)
+FAKE_EXT(SetVolume, (const char* id, int volume), id, volume)
+FAKE_EXT(Preview, (bool preview), preview)
+FAKE_EXT(UpdateUserNetStatus, (const char* id, int type, bool bad, int level), id, type, bad, level)
+FAKE_EXT(SetPersonInfo, (void* user, const char* id, bool self, int role, const char* name, int colour),
+         user ? "somebody" : "nobody", id, self, role, name, colour)
 // clang-format on
 
 } // extern "C"
