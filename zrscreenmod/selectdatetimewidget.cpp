@@ -268,6 +268,7 @@ void SelectDateTimeWidget::buildFoot()
 
 void SelectDateTimeWidget::setSelection(const zr::DateChoice& requested)
 {
+    giveKeysTo(nullptr, false);
     m_choice = zr::resolvedChoice(requested, m_clock());
     const auto changed = [this, &requested](int zr::DateChoice::*field) {
         return requested.*field != -1 && requested.*field != m_choice.*field;
@@ -388,6 +389,7 @@ void SelectDateTimeWidget::on_pushButtonNow_clicked()
 void SelectDateTimeWidget::on_pushButtonClear_clicked()
 {
     const ControlStay stay;
+    giveKeysTo(nullptr, false);
     m_choice = zr::clearedChoice(m_choice);
     refreshInterface();
     QZRScreenConfig::getInstance()->broadcastDate(ZRDATE_CLEARED, 0, 0);
@@ -416,7 +418,6 @@ void SelectDateTimeWidget::confirm()
 void SelectDateTimeWidget::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
-    giveKeysTo(nullptr, false);
     scrollLists(); // a list that has not been shown yet does not know its range
     scheduleMinute();
 }
