@@ -103,8 +103,7 @@ struct LayoutInput
 
 /// The 16:9 area that belongs to the speaker tool's modes, centred in the dialog. A dialog of at
 /// most 100 pixels a side is not one yet: the screen takes its place.
-/// @param wide the dialog counts a quarter wider
-[[nodiscard]] QRect speakerToolArea(QSize dialog, QSize screen, bool wide);
+[[nodiscard]] QRect speakerToolArea(QSize dialog, QSize screen);
 
 /// Stream grade of the tiles of a grid, in any meeting mode (`eLayoutType`). Both adaptive
 /// galleries ask by pages of six: only the first page of at most two participants is large.

@@ -205,16 +205,15 @@ std::vector<TilePlacement> speakerToolPlacements(const LayoutInput& input, const
     if (speaker < 0)
         return {};
     const QRect whole(QPoint(0, 0), bounded(input.area));
-    // The area may be wider than the dialog; the tile fits its picture into what there is.
+    // The screen's area, in the place of a dialog's that is not shown yet, is larger.
     return {{speaker, input.count > 1 ? whole : toolArea & whole, kGradeLarge}};
 }
 
-QRect speakerToolArea(QSize dialog, QSize screen, bool wide)
+QRect speakerToolArea(QSize dialog, QSize screen)
 {
     const QSize area = bounded(dialog);
-    QSize reference = bounded(screen);
-    if (area.width() > kMinToolDialogPx && area.height() > kMinToolDialogPx)
-        reference = wide ? QSize(area.width() + area.width() / 4, area.height()) : area;
+    const bool isDialog = area.width() > kMinToolDialogPx && area.height() > kMinToolDialogPx;
+    const QSize reference = isDialog ? area : bounded(screen);
     const QSize fitted = fitSize16x9(reference - QSize(kToolFramePx, kToolFramePx));
     return {QPoint((area.width() - fitted.width()) / 2, (area.height() - fitted.height()) / 2),
             fitted};

@@ -212,9 +212,7 @@ void QDlgScreen::reLayoutSingle()
 void QDlgScreen::reLayoutSpeakerTool()
 {
     const QSize screen(platform::screenWidthPx(), platform::screenHeightPx());
-    // The subtitle panel takes a fifth of the frame from the gallery.
-    const bool wide = hub().settings.subtitleOpen && !hub().isSubtitleSuppressed();
-    const QRect area = zr::speakerToolArea(size(), screen, wide);
+    const QRect area = zr::speakerToolArea(size(), screen);
     std::vector<PlacedPerson> placements = placed(zr::speakerToolPlacements(layoutInput(), area));
     // The next speaker has a picture in the tool and no tile.
     tagPersonInfo* next = nullptr;

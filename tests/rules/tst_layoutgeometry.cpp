@@ -408,22 +408,19 @@ void tst_LayoutGeometry::speakerTool()
     struct Row
     {
         QSize dialog;
-        bool wide;
         QRect area;
     };
     const QSize screen(1920, 1080);
     const Row rows[] = {
-        {{1280, 720}, false, {2, 2, 1276, 716}},
-        {{1280, 720}, true, {4, 2, 1272, 716}},
-        {{1000, 700}, false, {2, 70, 996, 560}},
-        {{1000, 700}, true, {-123, 2, 1246, 696}},
-        {{101, 101}, false, {2, 23, 97, 54}},
-        {{100, 720}, true, {-908, -178, 1916, 1076}}, // the screen's, which is not widened
-        {{720, 100}, false, {-598, -488, 1916, 1076}},
+        {{1280, 720}, {2, 2, 1276, 716}},
+        {{1000, 700}, {2, 70, 996, 560}},
+        {{101, 101}, {2, 23, 97, 54}},
+        {{100, 720}, {-908, -178, 1916, 1076}}, // the screen's
+        {{720, 100}, {-598, -488, 1916, 1076}},
     };
     for (const Row& row : rows)
-        QCOMPARE(zr::speakerToolArea(row.dialog, screen, row.wide), row.area);
-    QVERIFY(zr::speakerToolArea({kIntMin, 0}, {-1, kIntMin}, true).isEmpty());
+        QCOMPARE(zr::speakerToolArea(row.dialog, screen), row.area);
+    QVERIFY(zr::speakerToolArea({kIntMin, 0}, {-1, kIntMin}).isEmpty());
 
     const QRect area(2, 70, 996, 560);
     const auto tool = [&area](int count, int speaker) {
@@ -433,9 +430,9 @@ void tst_LayoutGeometry::speakerTool()
     QCOMPARE(tool(1, 0), describeAll(Tiles{{0, area, zr::kGradeLarge}}));
     QCOMPARE(tool(3, 2), describeAll(Tiles{{2, {0, 0, 1000, 700}, zr::kGradeLarge}}));
     QVERIFY(tool(3, 3).isEmpty() && tool(3, -1).isEmpty());
-    const Tiles wider =
-        zr::speakerToolPlacements({{1000, 700}, 1, 0, 4, false, 0}, QRect(-123, 2, 1246, 696));
-    QCOMPARE(wider.front().rect, QRect(0, 2, 1000, 696)); // nothing of the picture is cut off
+    const Tiles cut =
+        zr::speakerToolPlacements({{100, 720}, 1, 0, 4, false, 0}, QRect(-908, -178, 1916, 1076));
+    QCOMPARE(cut.front().rect, QRect(0, 0, 100, 720)); // nothing of the picture is cut off
 }
 
 void tst_LayoutGeometry::invariantsHoldForGeneratedDialogs_data()
