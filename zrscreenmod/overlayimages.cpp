@@ -31,8 +31,6 @@ OverlayImages::OverlayImages(const QString& prefix)
         const QString size = small ? QStringLiteral("small") : QString();
         m_mute[i] = load(QStringLiteral("videoctrlmute") + size);
         m_more[i] = load(QStringLiteral("more2") + size);
-        m_head[i] =
-            load(small ? QStringLiteral("headcolorblue_92") : QStringLiteral("headcolorblue_120"));
         m_hand[i] = load(QStringLiteral("videoctrlhand") + size);
         qDebug() << (small ? "s_imgMoreSmall Size:" : "imgMore Size:") << m_more[i].size();
     }

@@ -21,8 +21,6 @@ public:
     /// @param level see zr::volumeLevel; 0 for a muted microphone
     const QPixmap& audio(int level, bool bSmall) const;
     const QPixmap& more(bool bSmall) const { return m_more[bSmall ? 1 : 0]; }
-    /// For an avatar without initials.
-    const QPixmap& head(bool bSmall) const { return m_head[bSmall ? 1 : 0]; }
     const QPixmap& hand(bool bSmall) const { return m_hand[bSmall ? 1 : 0]; }
     const QPixmap& spinner() const { return m_spinner; }
     zr::OverlayImageSizes sizes(bool bSmall) const;
@@ -32,7 +30,6 @@ private:
     // Large and small.
     std::array<QPixmap, 2> m_mute;
     std::array<QPixmap, 2> m_more;
-    std::array<QPixmap, 2> m_head;
     std::array<QPixmap, 2> m_hand;
     /// By level; there is one size. A microphone that is open always shows a level.
     std::array<QPixmap, zr::kVolumeLevels> m_open;

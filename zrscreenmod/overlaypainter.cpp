@@ -146,18 +146,20 @@ void Painter::paintCover(const OverlayElement& cover)
 
 void Painter::paintAvatar(const OverlayElement& avatar)
 {
-    const QPixmap& head = m_paint.images.head(isSmall());
-    if (avatar.text.isEmpty() && !head.isNull()) {
-        // Smoothed over all pixels, which a painter that shrinks it would not do.
-        m_p.drawPixmap(avatar.rect.topLeft(), head.scaled(avatar.rect.size(), Qt::KeepAspectRatio,
-                                                          Qt::SmoothTransformation));
-        return;
-    }
     m_p.setRenderHint(QPainter::Antialiasing);
     m_p.setPen(Qt::NoPen);
     m_p.setBrush(avatarColor(avatar.variant));
     m_p.drawEllipse(avatar.rect);
-    drawText(avatar, Qt::AlignHCenter);
+    if (!avatar.text.isEmpty()) {
+        drawText(avatar, Qt::AlignHCenter);
+        return;
+    }
+    // Head and shoulders of somebody, with the proportions of the drawing headcolorblue_120.
+    m_p.setBrush(Qt::white);
+    m_p.translate(avatar.rect.topLeft());
+    m_p.scale(avatar.rect.width() / 120.0, avatar.rect.height() / 120.0);
+    m_p.drawEllipse(QRectF(42, 28, 36, 36));
+    m_p.drawChord(QRectF(28, 70, 64, 48), 0, 180 * 16);
 }
 
 void Painter::paintBadge(const OverlayElement& badge)
