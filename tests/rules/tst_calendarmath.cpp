@@ -11,15 +11,9 @@ QDateTime at(int y, int mo, int d, int h = 0, int mi = 0, int s = 0, int ms = 0)
     return {QDate(y, mo, d), QTime(h, mi, s, ms)};
 }
 
-QString show(const zr::DateChoice& c)
+QVector<int> show(const zr::DateChoice& c)
 {
-    return QStringLiteral("%1-%2-%3 %4:%5:%6")
-        .arg(c.year)
-        .arg(c.month)
-        .arg(c.day)
-        .arg(c.hour)
-        .arg(c.minute)
-        .arg(c.second);
+    return {c.year, c.month, c.day, c.hour, c.minute, c.second};
 }
 
 } // namespace
@@ -78,8 +72,6 @@ void TestCalendarMath::resolvesWhatIsRequested_data()
         << Choice{-1, 2, -1, 0, 0, 0} << Choice{2026, 2, 28, 0, 0, 0};
     QTest::newRow("only the time of now")
         << Choice{2028, 2, 29, -1, -1, 0} << Choice{2028, 2, 29, 18, 30, 0};
-    QTest::newRow("year of now, other month and day")
-        << Choice{-1, 12, 24, 20, 0, 0} << Choice{2026, 12, 24, 20, 0, 0};
     QTest::newRow("too high") << Choice{2026, 13, 32, 99, 60, 61}
                               << Choice{2026, 12, 31, 23, 59, 59};
     QTest::newRow("too low") << Choice{0, 0, 0, -2, -2, -2} << Choice{1970, 1, 1, 0, 0, 0};
@@ -98,17 +90,14 @@ void TestCalendarMath::resolvesWhatIsRequested()
 
 void TestCalendarMath::movesByMonths_data()
 {
-    QTest::addColumn<QDate>("from"); // an invalid day stands for none
+    QTest::addColumn<QDate>("from");
     QTest::addColumn<int>("months");
     QTest::addColumn<QDate>("to");
     QTest::newRow("31 to 30 days") << QDate(2026, 3, 31) << 1 << QDate(2026, 4, 30);
     QTest::newRow("back to February") << QDate(2024, 3, 31) << -1 << QDate(2024, 2, 29);
     QTest::newRow("29 February, a year later") << QDate(2024, 2, 29) << 12 << QDate(2025, 2, 28);
-    QTest::newRow("29 February, a year earlier") << QDate(2024, 2, 29) << -12 << QDate(2023, 2, 28);
-    QTest::newRow("over the turn of the year") << QDate(2025, 12, 5) << 1 << QDate(2026, 1, 5);
-    QTest::newRow("back over it") << QDate(2026, 1, 5) << -1 << QDate(2025, 12, 5);
+    QTest::newRow("turn of the year") << QDate(2026, 1, 5) << -1 << QDate(2025, 12, 5);
     QTest::newRow("not before the first year") << QDate(1970, 6, 9) << -12 << QDate(1970, 6, 9);
-    QTest::newRow("the first month") << QDate(1970, 2, 9) << -1 << QDate(1970, 1, 9);
     QTest::newRow("not beyond the last year") << QDate(2199, 12, 9) << 1 << QDate(2199, 12, 9);
 }
 
