@@ -178,7 +178,8 @@ void TestOverlay::avatarColorsAndInitialsFollowThePerson()
     }
     m_person->userName.clear();
     m_overlay->refresh();
-    QCOMPARE(pixel(200, 150), first);
+    QCOMPARE(pixel(200, 95), first);
+    QCOMPARE(pixel(200, 140), QColor(Qt::white)); // a head
 }
 
 void TestOverlay::barsAreWhatThePictureLeaves()
