@@ -29,15 +29,6 @@ void release(Meeting& meeting)
 
 } // namespace
 
-ZR_CASE(log_released, unloadsAfterRelease)
-{
-    const NativeWindow window(640, 360);
-    Meeting meeting(&window, 640, 360);
-    logLines(meeting, "released");
-    release(meeting);
-    meeting.zr.unload();
-}
-
 ZR_CASE(log_unreleased, unloadsWithoutRelease)
 {
     const NativeWindow window(640, 360);

@@ -104,29 +104,6 @@ ZR_CASE(picture, tilesLieWhereTheyBelong)
                 {854, 361, 425, 239}});
 }
 
-ZR_CASE(picture, newestFrameIsShown)
-{
-    const NativeWindow window(640, 360);
-    Meeting meeting(&window, 640, 360);
-    void* const ann = meeting.join(1);
-    Picture red(640, 360, kRed);
-    CHECK(pumpUntil([&] {
-        meeting.zr.PlayFrame(meeting.screen, ann, &red.frame);
-        return isNear(window.grab().at(320, 100), kRed.rgb());
-    }));
-    // A burst from another thread in other sizes; the picture's memory is gone right after.
-    std::thread media([&] {
-        for (uint32_t i = 0; i < 20; ++i) {
-            Picture green(320 + 2 * i, 180 + i, kGreen);
-            meeting.zr.PlayFrame(meeting.screen, ann, &green.frame);
-        }
-        Picture blue(642, 361, kBlue);
-        meeting.zr.PlayFrame(meeting.screen, ann, &blue.frame);
-    });
-    media.join();
-    CHECK(pumpUntil([&] { return isNear(window.grab().at(320, 100), kBlue.rgb()); }));
-}
-
 ZR_CASE(picture, tilePaintsAgainInAnotherWindow)
 {
     const NativeWindow first(640, 360);
@@ -165,28 +142,4 @@ ZR_CASE(picture, tilePaintsAgainInAnotherWindow)
         pump(20);
         return isNear(second.grab().at(320, 100), kYellow.rgb());
     }));
-}
-
-ZR_CASE(picture, oddAndTinySizesAreHarmless)
-{
-    const NativeWindow window(1281, 721);
-    Meeting meeting(&window);
-    void* const ann = meeting.join(1);
-    Picture picture(640, 360, kCyan);
-    constexpr int sizes[][2] = {{1281, 721}, {49, 720}, {50, 50}, {1, 1},
-                                {0, 0},      {-5, -5},  {4, 700}, {641, 359}};
-    for (const auto& size : sizes) {
-        meeting.moveTo(size[0], size[1]);
-        for (int i = 0; i < 3; ++i) {
-            CHECK_EQUAL(meeting.zr.PlayFrame(meeting.screen, ann, &picture.frame), 1);
-            pump(20);
-        }
-    }
-    CHECK(pumpUntil([&] {
-        meeting.zr.PlayFrame(meeting.screen, ann, &picture.frame);
-        pump(20);
-        return isNear(window.grab().at(320, 100), kCyan.rgb());
-    }));
-    CHECK(!isNear(window.grab().at(700, 100), kCyan.rgb(), 40));
-    CHECK_EQUAL(meeting.zr.IsPersonVisible(meeting.screen, text("u1")), 1);
 }

@@ -240,24 +240,6 @@ ZR_CASE(threads, releaseWhileOthersCall)
     }
 }
 
-ZR_CASE(threads, guiThreadThatDoesNotComeBackFailsTheCall)
-{
-    const NativeWindow window(640, 360);
-    Meeting meeting(&window, 640, 360);
-    Module& zr = meeting.zr;
-    std::atomic<void*> added{&meeting};
-    Workers workers;
-    workers.add([&] {
-        added = zr.AddPerson(meeting.screen, text("late"), text("P"), 1, 0, hostValue(77));
-    });
-    std::this_thread::sleep_for(std::chrono::milliseconds(10500)); // the loop does not run
-    CHECK_EQUAL(workers.running.load(), 0);
-    CHECK(added.load() == nullptr);
-    pump(100); // the refused call must not happen after all
-    CHECK_EQUAL(meeting.inbox.count(ZRMSG_PERSON_INFO_UPDATED, 77), 0);
-    CHECK_EQUAL(zr.IsPersonVisible(meeting.screen, text("late")), 0);
-}
-
 ZR_CASE(threads, postedCallsKeepTheirOrder)
 {
     const NativeWindow window(1280, 720);

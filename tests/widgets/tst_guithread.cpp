@@ -81,7 +81,6 @@ private slots:
 
     void runsThereAndComesBackWithTheResult();
     void keepsOrderWithQueuedSignals();
-    void servesABurstOfThreads();
     void dropsWhatIsNotTakenAndWaitsForWhatHasBegun();
     void survivesExceptions();
     void drainRunsOnlyWhatIsWaitedFor();
@@ -140,26 +139,6 @@ void TestGuiThread::keepsOrderWithQueuedSignals()
     QCOMPARE(seen, (QVector<int>{0, 1}));
     QCoreApplication::processEvents();
     QCOMPARE(seen, (QVector<int>{0, 1, 2}));
-}
-
-void TestGuiThread::servesABurstOfThreads()
-{
-    constexpr std::size_t kThreads = 8;
-    constexpr int kCalls = 300;
-    std::vector<int> next(kThreads, 0); // touched on the GUI thread only
-    std::atomic<int> wrong{0};
-    Threads threads;
-    for (std::size_t t = 0; t < kThreads; ++t) {
-        threads.start([&, t] {
-            for (int i = 0; i < kCalls; ++i) {
-                if (!GuiThread::run([&, t, i] { wrong += next[t]++ == i ? 0 : 1; }))
-                    ++wrong;
-            }
-        });
-    }
-    QVERIFY(threads.serve(30000));
-    QCOMPARE(wrong.load(), 0);
-    QCOMPARE(next, std::vector<int>(kThreads, kCalls));
 }
 
 void TestGuiThread::dropsWhatIsNotTakenAndWaitsForWhatHasBegun()
