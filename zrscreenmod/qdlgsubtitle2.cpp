@@ -181,6 +181,7 @@ void QDlgSubtitle2::reloadSubtitles()
 void QDlgSubtitle2::emptyList()
 {
     stopScrolling();
+    m_bWaiting = false;
     m_mapItems.clear();
     view().clearItems();
     view().setPos(0, 0);
@@ -237,39 +238,38 @@ void QDlgSubtitle2::addOrUpdateItem(int id, const SubtitleRecord& record)
     int newBottom = bottom;
     if (item) {
         newBottom += updateItem(*item, record);
-    } else if (g_bSubtitleFollow) {
+    } else if (g_bSubtitleFollow && !m_pListObject->isScrolling()) {
         insertItem(id, record);
         view().relayout();
         newBottom = view().contentHeight();
     } else {
+        m_bWaiting = true;
         newBottom += globalGetItemHeight(zr::shownSentence(record.transStr), getItemWidth());
     }
-    // What is read stays in its place when something above it grows, or goes.
-    top = m_mapItems.value(topId);
-    const qreal moved = top ? topY - top->y() : -position;
-    view().setPos(0, position + moved);
     if (m_pListObject->isScrolling()) {
         // Whoever has a finger on the list is not pulled away. Judged when it rests.
-        m_iContentAtHold = m_iContentAtHold < 0 ? shownHeight : m_iContentAtHold;
-        m_iContentAtHold -= qRound(moved);
+        if (m_iContentAtHold < 0)
+            m_iContentAtHold = shownHeight;
         m_pListObject->contentChanged();
         return;
     }
+    // What is read stays in its place when something above it grows, or goes.
+    top = m_mapItems.value(topId);
+    view().setPos(0, top ? position + topY - top->y() : 0);
     follow(newBottom, position, shownHeight);
 }
 
 void QDlgSubtitle2::follow(int newBottomPx, qreal oldPosition, int oldContentPx)
 {
     const FollowStep step = zr::followStep(listHeight(), newBottomPx, oldPosition, oldContentPx);
-    const bool wasFollowing = g_bSubtitleFollow;
     // Where all fits there is nothing to read back to, and nothing that would ever end it.
     g_bSubtitleFollow = step != FollowStep::Reading;
     if (!g_bSubtitleFollow)
         return;
-    if (wasFollowing)
-        moveToEnd();
+    if (m_bWaiting)
+        reloadSubtitles(); // with the sentences that wait
     else
-        reloadSubtitles(); // with the sentences that have waited
+        moveToEnd();
 }
 
 void QDlgSubtitle2::onScrollingEnded()

@@ -69,7 +69,8 @@ private:
     std::unique_ptr<ListObject> m_pListObject;
     QMap<int, RectObject*> m_mapItems; ///< in the list, by the sentence's id; not owned
     QLabel* m_pTitle = nullptr;
-    bool m_bStale = false;     ///< the store has changed while the panel was hidden
+    bool m_bStale = false;   ///< the store has changed while the panel was hidden
+    bool m_bWaiting = false; ///< sentences of the store are not in the list, as it does not follow
     int m_iContentAtHold = -1; ///< height of the content before the first update that came while
                                ///< the user was scrolling; -1 for none
 };
