@@ -47,8 +47,8 @@ struct ZRDateRecord
 
 static_assert(sizeof(ZRDateRecord) == 36, "date record layout");
 
-/// Messages of the date pickers. They go to the functions that were given to `ZRScreenDate_Init`,
-/// of all date pickers that exist; the numbers have nothing to do with those of `eZRMsg`.
+/// Messages of the date pickers, with numbers of their own. They go to the functions that were given
+/// to `ZRScreenDate_Init`, once for each picker that exists, whichever of them the user has open.
 enum eZRDateMsg : unsigned long
 {
     /// The user has confirmed a moment, which is not past; wParam = `const ZRDateRecord*`, lParam =
@@ -171,7 +171,7 @@ ZR_API void ZR_CALL ZRScreenDate_Release(void* h);
 ZR_API void ZR_CALL ZRScreenDate_Move(void* h, tagPOINT* pt, int year, int month, int day, int hour,
                                       int minute, int second);
 
-/// Hides the picker. posted.
+/// Hides the picker, as Esc does, which sends no message. posted.
 ZR_API void ZR_CALL ZRScreenDate_Hide(void* h);
 
 } // extern "C"
