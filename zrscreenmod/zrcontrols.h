@@ -47,8 +47,8 @@ struct ZRDateRecord
 
 static_assert(sizeof(ZRDateRecord) == 36, "date record layout");
 
-/// Messages of the date pickers, with numbers of their own. They go to the functions that were given
-/// to `ZRScreenDate_Init`, once for each picker that exists, whichever of them the user has open.
+/// Messages of the date pickers. They go to the functions that were given to `ZRScreenDate_Init`,
+/// once for each picker that exists, whichever is open; the numbers are not those of `eZRMsg`.
 enum eZRDateMsg : unsigned long
 {
     /// The user has confirmed a moment, which is not past; wParam = `const ZRDateRecord*`, lParam =
