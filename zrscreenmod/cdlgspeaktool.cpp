@@ -25,12 +25,15 @@ constexpr int kSpacing = 13;
 constexpr int kSideMargin = 9;
 constexpr int kRowMargin = 3;
 constexpr int kMinNamesWidth = 29;
+constexpr int kClickReach = 5; ///< of the pointer, while the button is held for a click
 
 constexpr int kModeCompact = 1;
 constexpr int kModeVideo = 2;
 constexpr int kModeThird = 3;
 
-constexpr char kLabelStyle[] = "background:transparent;\ncolor:white;\nfont: 12pt \"微软雅黑\";";
+constexpr char kLabelStyle[] = "background:transparent;\ncolor:white;\nfont: %1 \"微软雅黑\";";
+constexpr char kFontSize[] = "12pt";
+constexpr char kLargeFontSize[] = "32px"; ///< twice as large, whatever a point is there
 
 int scaled(int value)
 {
@@ -59,7 +62,6 @@ QLabel* makeLabel(QLabel* label, const char* name)
 {
     label->setObjectName(QLatin1String(name));
     label->setTextFormat(Qt::PlainText); // a name is no mark-up
-    label->setStyleSheet(QString::fromUtf8(kLabelStyle));
     return label;
 }
 
@@ -87,6 +89,7 @@ CDlgSpeakTool::CDlgSpeakTool()
     connect(hub, &Hub::modSignalMoveSpeakTool, this, &CDlgSpeakTool::onModMoveSpeakTool);
     connect(hub, &Hub::modSignalmousePressSpeakTool, this,
             &CDlgSpeakTool::onModmousePressSpeakTool);
+    connect(m_pVideo, &CPlayWidget::mouseLClick, this, &CDlgSpeakTool::onVideoClick);
     connect(m_pModeButtons[0], &QPushButton::clicked, this, &CDlgSpeakTool::onClickedMode1);
     connect(m_pModeButtons[1], &QPushButton::clicked, this, &CDlgSpeakTool::onClickedMode2);
     connect(m_pModeButtons[2], &QPushButton::clicked, this, &CDlgSpeakTool::onClickedMode3);
@@ -168,6 +171,13 @@ void CDlgSpeakTool::place(int x, int y)
         button->setIconSize({scaled(kButtonSide), scaled(kButtonSide)});
         button->setFixedSize(button->iconSize());
     }
+    const bool large = QZRScreenConfig::getInstance()->is4K();
+    const QString labelStyle =
+        QString::fromUtf8(kLabelStyle).arg(QLatin1String(large ? kLargeFontSize : kFontSize));
+    for (QLabel* const label : {m_pTitle, m_pSpeakingLabel, m_pSpeakingNames}) {
+        if (label->styleSheet() != labelStyle)
+            label->setStyleSheet(labelStyle);
+    }
     m_pSpeakingLabel->setContentsMargins(scaled(kSideMargin), 0, 0, 0);
     m_pSpeakingNames->setContentsMargins(0, 0, scaled(kSideMargin), 0);
     m_pSpeakingNames->setMinimumWidth(scaled(kMinNamesWidth));
@@ -215,6 +225,7 @@ void CDlgSpeakTool::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton) {
         m_bDragging = true;
+        m_bDragged = m_bClickDue = false;
         m_ptDragStart = event->globalPos();
         m_ptStart = frameGeometry().topLeft();
     }
@@ -223,15 +234,34 @@ void CDlgSpeakTool::mousePressEvent(QMouseEvent* event)
 
 void CDlgSpeakTool::mouseMoveEvent(QMouseEvent* event)
 {
-    if (m_bDragging && (event->buttons() & Qt::LeftButton))
-        moveVisibly(m_ptStart + event->globalPos() - m_ptDragStart);
+    if (m_bDragging && (event->buttons() & Qt::LeftButton)) {
+        const QPoint offset = event->globalPos() - m_ptDragStart;
+        m_bDragged = m_bDragged || offset.manhattanLength() > scaled(kClickReach);
+        moveVisibly(m_ptStart + offset);
+    }
     QWidget::mouseMoveEvent(event);
 }
 
 void CDlgSpeakTool::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (event->button() == Qt::LeftButton)
-        m_bDragging = false;
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_bDragging = false;
+    if (m_bClickDue)
+        onVideoClick();
+}
+
+void CDlgSpeakTool::onVideoClick()
+{
+    m_bClickDue = m_bDragging;
+    if (!m_bDragging && !m_bDragged)
+        emit pictureClicked(m_pVideo);
+}
+
+void CDlgSpeakTool::hideEvent(QHideEvent* event)
+{
+    m_bDragging = m_bClickDue = false; // nobody may hear of the button's release
+    QWidget::hideEvent(event);
 }
 
 void CDlgSpeakTool::closeEvent(QCloseEvent* event)
@@ -299,6 +329,7 @@ void CDlgSpeakTool::onClickedMode3()
 void CDlgSpeakTool::bindPerson(tagPersonInfo* person)
 {
     m_gate.shut();
+    m_bClickDue = false; // it was on somebody else
     m_pPerson = person;
     m_pVideo->SetPersonInfo(m_iMode == kModeCompact ? nullptr : person, false);
     // The host, who heard of it, may have had the tool unbound.
@@ -313,6 +344,7 @@ bool CDlgSpeakTool::showsPicture() const
 
 void CDlgSpeakTool::refreshTool()
 {
+    m_pVideo->followNetwork();
     m_pVideo->RefreshPlayInfo();
 }
 

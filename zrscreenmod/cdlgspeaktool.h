@@ -6,6 +6,7 @@
 
 #include <QWidget>
 
+class CPlayWidget;
 class CPlayWidgetExtend;
 class QLabel;
 class QPushButton;
@@ -13,7 +14,7 @@ class QScreen;
 
 /// From top to bottom: the buttons that choose how much of the tool there is, who speaks, and one
 /// participant's picture. The user drags it by anything but its buttons; all of it stays on the
-/// screens.
+/// screens. Hiding it ends a drag.
 ///
 /// A window of its own that stays on top and never takes the keyboard: it also floats over another
 /// program that the local user shares. GUI thread, but for playFrame.
@@ -59,11 +60,15 @@ public slots:
 signals:
     /// Whether the tool shows a picture has changed by the user's hand.
     void pictureShownChanged();
+    /// A click on the picture. Unlike the tile's own it waits for the button to be released, and a
+    /// press that has moved the tool is none.
+    void pictureClicked(CPlayWidget* tile);
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -74,6 +79,7 @@ private:
     void bringIntoView();
     void moveVisibly(const QPoint& topLeft);
     void setLook(int mode);
+    void onVideoClick();
     int rowHeightPx() const;
 
     QWidget* m_pModeRow = nullptr;
@@ -86,7 +92,9 @@ private:
     tagPersonInfo* m_pPerson = nullptr;    ///< bound; the compact tool's video does not know it
     FrameGate m_gate;                      ///< open for m_pPerson
     bool m_bDragging = false;
-    QPoint m_ptDragStart; ///< of the pointer, on the screen
-    QPoint m_ptStart;     ///< of the tool, when the drag began
+    bool m_bDragged = false;  ///< too far for a click, since the last press
+    bool m_bClickDue = false; ///< the tile has reported one while the button is held
+    QPoint m_ptDragStart;     ///< of the pointer, on the screen
+    QPoint m_ptStart;         ///< of the tool, when the drag began
     int m_iMode = 2;
 };

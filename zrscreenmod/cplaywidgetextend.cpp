@@ -8,6 +8,14 @@ bool CPlayWidgetExtend::SetPersonInfo(tagPersonInfo* pPerson, bool)
         return CPlayWidget::SetPersonInfo(nullptr, false);
     const bool changed = pPerson->bPreview ? playInfo()->setPerson(pPerson)
                                            : CPlayWidget::SetPersonInfo(pPerson, false);
+    followNetwork();
     StartShow();
     return changed;
+}
+
+void CPlayWidgetExtend::followNetwork()
+{
+    const tagPersonInfo* const person = GetPersonInfo();
+    if (person && person->pWidget)
+        playInfo()->copyNetStatus(*person->pWidget->playInfo());
 }

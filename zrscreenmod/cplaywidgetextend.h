@@ -16,4 +16,7 @@ public:
     /// As CPlayWidget::SetPersonInfo, and shows the tile for a participant; that is reported to the
     /// hosts, who may delete the participant from inside. `bForce` is ignored.
     bool SetPersonInfo(tagPersonInfo* pPerson, bool bForce) override;
+    /// Shows the state of the network as the participant's own tile does. The picture goes on: one
+    /// that stayed as it is could be the former participant's.
+    void followNetwork();
 };

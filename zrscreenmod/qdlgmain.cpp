@@ -1,7 +1,7 @@
 #include "qdlgmain.h"
 
 #include "cdlgspeaktool.h"
-#include "cplaywidgetextend.h"
+#include "cplaywidget.h"
 #include "platform.h"
 #include "qdlgscreen.h"
 #include "qdlgsubtitle2.h"
@@ -31,11 +31,12 @@ QDlgMain::QDlgMain(QWidget* parent)
     setWindowFlags(Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
     setGeometry(0, 0, 200, 200);
     m_pDlgScreen = new QDlgScreen(this);
+    m_pDlgScreen->setFocus(); // the keys that turn pages reach it without a click
     auto tool = std::make_unique<CDlgSpeakTool>();
     // A tool without its picture leaves the participant unseen.
     connect(tool.get(), &CDlgSpeakTool::pictureShownChanged, m_pDlgScreen,
             &QDlgScreen::scheduleLayout);
-    connect(tool->video(), &CPlayWidget::mouseLClick, m_pDlgScreen,
+    connect(tool.get(), &CDlgSpeakTool::pictureClicked, m_pDlgScreen,
             &QDlgScreen::onPlayWidgetLBtnClick);
     m_pDlgScreen->setSpeakTool(std::move(tool));
     m_pDlgSubtitle2 = new QDlgSubtitle2(this);

@@ -127,6 +127,15 @@ void QDlgPlayInfo::UpdateNetStatus(int iType, bool bBad, int iLevel)
     refresh();
 }
 
+void QDlgPlayInfo::copyNetStatus(const QDlgPlayInfo& other)
+{
+    if (m_bSendBad == other.m_bSendBad && m_bReceiveBad == other.m_bReceiveBad
+        && m_iNetLevel == other.m_iNetLevel)
+        return;
+    m_bSendBad = other.m_bSendBad;
+    UpdateNetStatus(2, other.m_bReceiveBad, other.m_iNetLevel);
+}
+
 zr::LookMark QDlgPlayInfo::lookMark() const
 {
     if (!m_pPerson->bAllLook && !m_pPerson->bLockLook)

@@ -58,6 +58,8 @@ public:
     void setVideoRect(const QRect& rect);
     /// @param iType 1 sending, 2 receiving @param iLevel 0 (none) to 5 (best)
     void UpdateNetStatus(int iType, bool bBad, int iLevel);
+    /// Takes over what another tile of the participant knows of their network.
+    void copyNetStatus(const QDlgPlayInfo& other);
     /// The network is bad in a direction: the picture is to stay as it is.
     bool isNetBad() const { return m_bSendBad || m_bReceiveBad; }
 

@@ -354,7 +354,7 @@ private:
     int m_iPollTimerId = 0;      ///< the polling period
 
     std::unique_ptr<SpeakTool> m_pSpeakTool; ///< null without a tool
-    bool m_bPlaceTool = false;               ///< the tool is to be placed when it is shown next
+    bool m_bPlaceTool = true;                ///< the tool is to be placed when it is shown next
     bool m_bSpeakToolHidden = false;         ///< the host wants no tool
 
     tagPersonInfo* m_pFocusPerson = nullptr;

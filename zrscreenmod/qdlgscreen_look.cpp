@@ -133,10 +133,13 @@ void QDlgScreen::onModPersonHandup(void* pPerson, bool bHandUp)
 
 void QDlgScreen::UpdateUserNetStatus(QString qstrUserID, int dir, bool bIsWeak, int nNetStatus)
 {
-    if (const tagPersonInfo* person = findPerson(qstrUserID))
-        person->pWidget->UpdateNetStatus(dir, bIsWeak, nNetStatus);
-    else
+    tagPersonInfo* person = findPerson(qstrUserID);
+    if (!person) {
         qDebug() << "UpdateUserNetStatus, no such userID:" << qstrUserID;
+        return;
+    }
+    person->pWidget->UpdateNetStatus(dir, bIsWeak, nNetStatus);
+    updatePersonDisplayInfo(person);
 }
 
 void QDlgScreen::updatePersonDisplayInfo(ST_PersonInfo* candidate)

@@ -217,8 +217,10 @@ void QDlgScreen::forgetPerson(const tagPersonInfo* person)
     const auto remove = [person](std::vector<tagPersonInfo*>& list) {
         list.erase(std::remove(list.begin(), list.end(), person), list.end());
     };
+    // The tool stays where it is, maybe in the user's hand: the next arrangement has somebody else
+    // for it, or hides it.
     if (m_pSpeakTool && m_pSpeakTool->boundPerson() == person)
-        hideSpeakTool();
+        m_pSpeakTool->bindPerson(nullptr);
     remove(m_vecPerson);
     remove(m_vecSorted);
     remove(m_vecCurPersons);
