@@ -11,7 +11,6 @@
 #include <QPointer>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <utility>
@@ -38,13 +37,6 @@ quint64 packSize(const QSize& size)
 QSize unpackSize(quint64 packed)
 {
     return {static_cast<int>(packed >> 32), static_cast<int>(packed & 0xFFFFFFFFU)};
-}
-
-/// Whether the pointer has moved too far for a click.
-bool isDrag(const QPoint& distance)
-{
-    const int limit = QZRScreenConfig::getInstance()->is4K() ? 200 : 5;
-    return std::abs(distance.x()) > limit || std::abs(distance.y()) > limit;
 }
 
 } // namespace
@@ -364,11 +356,18 @@ bool CPlayWidget::SetPersonInfo(tagPersonInfo* pPerson, bool bForce)
         m_nBlankCheck = kBlankChecks;
     m_bChangeTag = true;
     m_bRenderSkipped = false; // it was the former participant's
-    const bool changed = m_pPlayInfo->setPerson(pPerson);
+    const bool changed = bindPerson(pPerson);
     ResetBlackFrame();
     if (m_bShow)
         beginChangeDelay();
     return changed;
+}
+
+bool CPlayWidget::bindPerson(tagPersonInfo* pPerson)
+{
+    if (pPerson != GetPersonInfo())
+        m_pClickTimer->stop(); // the click was on somebody else
+    return m_pPlayInfo->setPerson(pPerson);
 }
 
 tagPersonInfo* CPlayWidget::GetPersonInfo() const
@@ -393,6 +392,8 @@ void CPlayWidget::delayResetChangeTag()
 void CPlayWidget::StopShow()
 {
     m_bShow = false;
+    m_pClickTimer->stop();
+    m_pChangeTimer->stop(); // StartShow begins the delay anew
     hide();
 }
 

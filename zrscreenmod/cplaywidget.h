@@ -110,6 +110,9 @@ public slots:
     void delayResetChangeTag();
 
 protected:
+    /// Hands the participant to the overlay and leaves the picture alone. @return as SetPersonInfo
+    bool bindPerson(tagPersonInfo* pPerson);
+
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;

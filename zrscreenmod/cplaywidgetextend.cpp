@@ -6,8 +6,8 @@ bool CPlayWidgetExtend::SetPersonInfo(tagPersonInfo* pPerson, bool)
 {
     if (!pPerson)
         return CPlayWidget::SetPersonInfo(nullptr, false);
-    const bool changed = pPerson->bPreview ? playInfo()->setPerson(pPerson)
-                                           : CPlayWidget::SetPersonInfo(pPerson, false);
+    const bool changed =
+        pPerson->bPreview ? bindPerson(pPerson) : CPlayWidget::SetPersonInfo(pPerson, false);
     followNetwork();
     StartShow();
     return changed;

@@ -61,7 +61,6 @@ struct tagPersonInfo
 
     // --- The module's own state ---
     quint64 serial = 0;       ///< never reused in the process, as addresses are; fixed at creation
-    int iVolume = 0;          ///< 0 to 100
     bool bShare = false;      ///< the id names a shared screen; fixed at creation
     bool bLocalVideo = false; ///< the local user's own camera picture
     bool bLocalVideoConfirmed = false;
@@ -69,6 +68,7 @@ struct tagPersonInfo
     /// because its tile is not visible; the order of the participants depends on it.
     bool bPicture = false;
     int iSentStreamType = 0; ///< the grade that the host was asked for; 0 once the stream closes
+    std::atomic<int> iVolume{0};              ///< 0 to 100, as last reported; any thread
     std::atomic<quint64> pendingFrameSize{0}; ///< see QDlgScreen::playFrame
     std::atomic<bool> badFrameLogged{false};  ///< a refused frame was logged, no good one since
     std::atomic<int> pins{0};                 ///< threads at work on the record; see PersonPin

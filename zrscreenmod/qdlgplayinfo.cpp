@@ -15,6 +15,7 @@
 #include <QPainter>
 #include <QTimerEvent>
 
+#include <cstdlib>
 #include <utility>
 
 using zr::OverlayPart;
@@ -45,6 +46,12 @@ int colorIndex(int index)
 
 } // namespace
 
+bool isDrag(const QPoint& distance)
+{
+    const int limit = hub().is4K() ? 200 : 5;
+    return std::abs(distance.x()) > limit || std::abs(distance.y()) > limit;
+}
+
 QDlgPlayInfo::QDlgPlayInfo(QWidget* pParent)
     : QWidget(pParent, Qt::CustomizeWindowHint | Qt::FramelessWindowHint)
     , m_pImages(OverlayImages::shared())
@@ -73,6 +80,7 @@ bool QDlgPlayInfo::setPerson(tagPersonInfo* pPerson)
         return false;
     m_qstrBubble.clear(); // the former participant's words
     m_bubbleTimer.stop();
+    m_pressed.reset();
     applyState();
     return pPerson != nullptr;
 }
@@ -335,6 +343,7 @@ void QDlgPlayInfo::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
     m_bShown = false;
+    m_pressed.reset();
     updateSpinner();
     closeBubble();
 }
@@ -383,35 +392,54 @@ void QDlgPlayInfo::activate(OverlayControl control)
     }
 }
 
-bool QDlgPlayInfo::controlAt(const QPoint& point, OverlayControl* control) const
+std::optional<OverlayControl> QDlgPlayInfo::controlAt(const QPoint& point) const
 {
-    for (const OverlayControl each :
+    for (const OverlayControl control :
          {OverlayControl::Microphone, OverlayControl::More, OverlayControl::LowerHand}) {
-        if (element(each).rect.contains(point) && hasControl(each)) {
-            *control = each;
-            return true;
-        }
+        if (element(control).rect.contains(point) && hasControl(control))
+            return control;
     }
-    return false;
+    return std::nullopt;
 }
+
+// What is ignored here is the tile's.
 
 void QDlgPlayInfo::mousePressEvent(QMouseEvent* event)
 {
-    OverlayControl control{};
-    if (event->button() != Qt::LeftButton || !controlAt(event->pos(), &control)) {
-        QWidget::mousePressEvent(event); // the tile's
-        return;
+    if (event->button() == Qt::LeftButton) {
+        m_pressed = controlAt(event->pos());
+        m_ptPress = event->globalPos();
     }
-    event->accept();
-    activate(control);
+    event->setAccepted(event->button() == Qt::LeftButton && m_pressed);
+}
+
+void QDlgPlayInfo::mouseMoveEvent(QMouseEvent* event)
+{
+    event->setAccepted(m_pressed.has_value());
+    if (isDrag(event->globalPos() - m_ptPress))
+        m_pressed.reset();
+}
+
+void QDlgPlayInfo::mouseReleaseEvent(QMouseEvent* event)
+{
+    const bool left = event->button() == Qt::LeftButton;
+    event->setAccepted(left && m_pressed);
+    if (!left || !m_pressed)
+        return;
+    const OverlayControl control = *std::exchange(m_pressed, std::nullopt);
+    // A click that slips off the edge is still one. On high-resolution screens a drag begins far
+    // beyond that.
+    constexpr int kSlipPx = 5;
+    if (element(control)
+            .rect.marginsAdded({kSlipPx, kSlipPx, kSlipPx, kSlipPx})
+            .contains(event->pos()))
+        activate(control);
 }
 
 void QDlgPlayInfo::mouseDoubleClickEvent(QMouseEvent* event)
 {
     // The second press of a double click on a control neither clicks again nor reaches the tile.
-    OverlayControl control{};
-    if (event->button() != Qt::LeftButton || !controlAt(event->pos(), &control))
-        event->ignore();
+    event->setAccepted(event->button() == Qt::LeftButton && controlAt(event->pos()));
 }
 
 bool QDlgPlayInfo::IsMouseOnBtnMore() const

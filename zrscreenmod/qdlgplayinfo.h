@@ -11,6 +11,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 class OverlayImages;
 class RectPacer;
@@ -22,6 +23,9 @@ enum class OverlayControl
     More,
     LowerHand,
 };
+
+/// Whether the pointer has moved too far since the press for a click.
+[[nodiscard]] bool isDrag(const QPoint& distance);
 
 /// A frameless, transparent child of a tile, exactly as large as the tile. Mouse events that it
 /// has no use for reach the tile.
@@ -92,6 +96,8 @@ protected:
     void hideEvent(QHideEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     /// Milliseconds since the spinner started.
     virtual qint64 spinnerElapsedMs() const { return m_spinnerStart.elapsed(); }
@@ -108,7 +114,7 @@ private:
     void updateSpinner();
     void closeBubble();
     void rebuildBars();
-    bool controlAt(const QPoint& point, OverlayControl* control) const;
+    std::optional<OverlayControl> controlAt(const QPoint& point) const;
     const zr::OverlayElement& element(OverlayControl control) const;
 
     std::shared_ptr<const OverlayImages> m_pImages;
@@ -131,6 +137,8 @@ private:
     QElapsedTimer m_spinnerStart; ///< invalid before the spell's first spinner
     QString m_qstrBubble;
     int m_iBubbleColor = 0;
+    std::optional<OverlayControl> m_pressed; ///< acts when the button is released
+    QPoint m_ptPress;                        ///< on the screen
     QRect m_rcVideo;
     QPainterPath m_barsPath;
     WatermarkCache m_watermark;

@@ -161,6 +161,11 @@ void QDlgScreen::onModScreenToolbar(QRect rc, bool bShow)
     emit hub().notifyToolbar(rc, bShow);
 }
 
+void QDlgScreen::setCloseWhiteBoard()
+{
+    qDebug() << "the whiteboard was closed";
+}
+
 void QDlgScreen::notifyLButtonClick()
 {
     hub().broadcast(ZRMSG_GALLERY_CLICK, 0, 0);

@@ -123,9 +123,13 @@ public:
     bool setLockLookPerson(void* pPerson, bool bLock);
     bool setMute(void* pPerson, bool bMute);
     void setCurrentSpeakingPerson(const QString& userId);
-    void setCloseWhiteBoard() { m_bWhiteBoardClosed = true; }
+    /// Records in the log that the host closed its whiteboard: nothing that is shown depends on it.
+    void setCloseWhiteBoard();
     /// Forgets the "more" menu's participant when the mouse has left its tile.
     void testHideMoreMenu();
+    /// Takes a volume over, clamped; any thread that pins the record.
+    /// @return whether the microphone's level is another one now, and the tile to be refreshed
+    static bool noteVolume(tagPersonInfo& person, int iVolume);
     void clearMoreMenuPerson() { m_pMorePerson = nullptr; }
     bool isMouseOnBtnMore() const;
 
@@ -374,7 +378,6 @@ private:
     QRect m_rcShareReported;                    ///< the share rectangle that the host was told last
     QRect m_rcMoreTile;                         ///< the tile when the "more" menu was opened
     QString m_qstrCurrentSpeaking;
-    bool m_bWhiteBoardClosed = false;
     bool m_bHideSmallWnd = false;
     bool m_bSmallWndMinimised = false; ///< the client is minimised, and the tool with it
     bool m_bSelfShareFloat = false;    ///< the local user shares, and the tool floats over it

@@ -5,6 +5,7 @@
 #include "meetingmode.h"
 #include "qzrscreenconfig.h"
 #include "speaktool.h"
+#include "volumelevel.h"
 
 #include <QCursor>
 #include <QDebug>
@@ -114,12 +115,14 @@ void QDlgScreen::onModAudioMute(void* pPerson, bool bMute)
 void QDlgScreen::onModVolume(void* pPerson, int iVolume)
 {
     tagPersonInfo* person = livePerson(pPerson);
-    const int volume = qBound(0, iVolume, kMaxVolume);
-    if (!person || person->iVolume == volume)
-        return;
-    person->iVolume = volume;
-    if (!person->bMute)
+    if (person && noteVolume(*person, iVolume))
         updatePersonDisplayInfo(person);
+}
+
+bool QDlgScreen::noteVolume(tagPersonInfo& person, int iVolume)
+{
+    const int volume = qBound(0, iVolume, kMaxVolume);
+    return zr::volumeLevel(person.iVolume.exchange(volume)) != zr::volumeLevel(volume);
 }
 
 void QDlgScreen::onModPersonHandup(void* pPerson, bool bHandUp)

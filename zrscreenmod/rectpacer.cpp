@@ -13,6 +13,8 @@ std::shared_ptr<RectPacer> RectPacer::shared()
 
 void RectPacer::requestUpdate(QWidget* widget, const QRect& rect)
 {
+    if (!widget->isVisible())
+        return;
     m_vecDirty.emplace_back(widget, rect);
     if (!m_timer.isActive())
         m_timer.start(kWaitMs, Qt::PreciseTimer, this);

@@ -20,6 +20,7 @@ public:
     /// The pacer of all overlays; it lives as long as somebody keeps it.
     static std::shared_ptr<RectPacer> shared();
 
+    /// A hidden widget is left alone: showing it will paint it.
     void requestUpdate(QWidget* widget, const QRect& rect);
 
     /// Short of what looks late on a microphone, and half the time between reports.

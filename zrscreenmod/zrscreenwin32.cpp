@@ -9,6 +9,7 @@ using boundary::guarded;
 using boundary::onGallery;
 using boundary::onHub;
 using boundary::onPerson;
+using boundary::postToGallery;
 using boundary::readLocal8Bit;
 using boundary::readRect;
 using boundary::readUtf8;
@@ -216,9 +217,22 @@ int ZR_CALL ZRScreen_SetMute(void* hScreen, void* pPlay, int bMute)
 int ZR_CALL ZRScreen_SetVolume(void* hScreen, void* pPlay, int iVolume)
 {
     ZR_ENTER_OR_RETURN(0);
-    ZR_LOG_THREAD("thread:");
-    return onPerson(hScreen, pPlay, [iVolume](QDlgScreen& gallery, tagPersonInfo* person) {
-        gallery.onModVolume(person, iVolume);
+    return guarded(0, [&] {
+        const ScreenRef screen(hScreen);
+        if (!screen)
+            return 0;
+        const boundary::PlayRef play = boundary::resolvePlay(screen, pPlay);
+        if (!play.person)
+            return 0;
+        // Reports come ten times a second for everybody, and few change a microphone: only those
+        // are logged and queued.
+        if (QDlgScreen::noteVolume(*play.person, iVolume)) {
+            ZR_LOG_THREAD("thread:");
+            postToGallery(hScreen, [person = play.person](QDlgScreen& gallery) {
+                gallery.updatePersonDisplayInfo(person);
+            });
+        }
+        return 1;
     });
 }
 
