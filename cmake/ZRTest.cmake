@@ -3,6 +3,8 @@
 # what it paints and where the pointer is depend on no desktop; -DZR_TEST_ON_DISPLAY=ON runs it on
 # the display at hand instead. On Windows both kinds run as they are, or under the emulator of the
 # toolchain file, which brings a display along.
+# zr_repeat_on_large_screen(name functions...): those functions of a widget test once more, on a
+# virtual screen that counts as one of high resolution.
 include_guard(GLOBAL)
 
 option(ZR_TEST_ON_DISPLAY "Run widget tests on $DISPLAY instead of a virtual display" OFF)
@@ -41,10 +43,8 @@ function(zr_add_rule_test name)
   _zr_test_properties(${name} 60)
 endfunction()
 
-function(zr_add_widget_test name)
-  _zr_add_test(${name} ${ARGN})
-  # Object libraries hand on their objects to direct users only, hence both.
-  target_link_libraries(${name} PRIVATE zrscreen_objects zrrules)
+# Runs a test program on a display of its own, with a screen of that size.
+function(_zr_add_display_test name size program)
   if(ZR_XVFB_RUN AND NOT ZR_TEST_ON_DISPLAY AND NOT WIN32)
     # Each test begins its search for a free display at another number: two that start together
     # must not both find the same one free.
@@ -52,9 +52,9 @@ function(zr_add_widget_test name)
     math(EXPR display "${display} + 10")
     set_property(GLOBAL PROPERTY ZR_TEST_DISPLAY ${display})
     add_test(NAME ${name} COMMAND ${ZR_XVFB_RUN} -a -n ${display}
-      -s "-screen 0 1920x1080x24 -nolisten tcp" $<TARGET_FILE:${name}>)
+      -s "-screen 0 ${size}x24 -nolisten tcp" $<TARGET_FILE:${program}> ${ARGN})
   else()
-    add_test(NAME ${name} COMMAND ${name})
+    add_test(NAME ${name} COMMAND ${program} ${ARGN})
   endif()
   if(WIN32)
     # The software renderer is slower under Wine.
@@ -63,6 +63,19 @@ function(zr_add_widget_test name)
     _zr_test_properties(${name} 180)
     set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
       QT_QPA_PLATFORM=xcb LIBGL_ALWAYS_SOFTWARE=1)
+  endif()
+endfunction()
+
+function(zr_add_widget_test name)
+  _zr_add_test(${name} ${ARGN})
+  # Object libraries hand on their objects to direct users only, hence both.
+  target_link_libraries(${name} PRIVATE zrscreen_objects zrrules)
+  _zr_add_display_test(${name} 1920x1080 ${name})
+endfunction()
+
+function(zr_repeat_on_large_screen name)
+  if(ZR_XVFB_RUN AND NOT ZR_TEST_ON_DISPLAY AND NOT WIN32)
+    _zr_add_display_test(${name}_4k 3840x2160 ${name} ${ARGN})
   endif()
 endfunction()
 

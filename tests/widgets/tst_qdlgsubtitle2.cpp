@@ -114,7 +114,7 @@ void TestSubtitlePanel::init()
 {
     m_dialog = std::make_unique<QDlgMain>(nullptr);
     m_panel = m_dialog->findChild<QDlgSubtitle2*>();
-    open({1500, 700});
+    open({hub().scaled(1500), hub().scaled(700)});
 }
 
 void TestSubtitlePanel::open(const QSize& dialog)
@@ -555,7 +555,8 @@ void TestSubtitlePanel::looks()
         add(7, "changed", "", 7);
     }
     QCOMPARE(g_bSubtitleFollow, !reading);
-    const QByteArray name = QByteArray("subtitle_") + QTest::currentDataTag();
+    const QByteArray name =
+        QByteArray("subtitle_") + QTest::currentDataTag() + (hub().is4K() ? "_4k" : "");
     ZR_COMPARE_GOLDEN(m_panel->grab(), name.constData());
 }
 
