@@ -82,6 +82,10 @@ bool returnKeyboardFocus(NativeWindow window);
 /// Another thread may unmap the memory right afterwards. Any thread.
 [[nodiscard]] bool isReadable(const void* p, std::size_t size);
 
+/// Copies `size` bytes to memory of the host's that may not be there or not be writable.
+/// @return false when it is not all written; some of it may be then. Any thread.
+[[nodiscard]] bool copyToHost(void* to, const void* from, std::size_t size);
+
 /// Length of the zero-terminated string at `text`, found without touching unreadable memory.
 /// @return -1 when `text` is null, or memory ends before a terminator is found. Any thread.
 [[nodiscard]] qptrdiff readableStringLength(const char* text);

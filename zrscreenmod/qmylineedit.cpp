@@ -3,6 +3,7 @@
 #include "controlstay.h"
 #include "platform.h"
 #include "qzrscreenconfig.h"
+#include "textlimits.h"
 
 #include <QCloseEvent>
 #include <QDebug>
@@ -15,10 +16,17 @@ QMyLineEdit::QMyLineEdit()
     : QLineEdit(nullptr)
 {
     setWindowFlags(Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
+    connect(this, &QLineEdit::textChanged, this, &QMyLineEdit::dropHalfCharacters);
+    // Qt applies the rules of a style sheet for a name only when the sheet is set.
+    connect(this, &QObject::objectNameChanged, this, [this] { setStyleSheet(styleSheet()); });
 }
 
 bool QMyLineEdit::setInputPattern(const QString& pattern)
 {
+    if (!zr::isAffordablePattern(pattern)) {
+        qDebug() << "zr::isAffordablePattern failed, length:" << pattern.size();
+        return false;
+    }
     const QRegExp expression(pattern, Qt::CaseSensitive, QRegExp::RegExp);
     if (!expression.isValid()) {
         qDebug() << "QRegExp failed:" << expression.errorString() << ",pattern:" << pattern;
@@ -28,6 +36,16 @@ bool QMyLineEdit::setInputPattern(const QString& pattern)
     setValidator(pattern.isEmpty() ? nullptr : new QRegExpValidator(expression, this));
     delete before;
     return true;
+}
+
+void QMyLineEdit::dropHalfCharacters(const QString& text)
+{
+    const QString whole = zr::withoutHalfCharacters(text);
+    if (whole.size() == text.size())
+        return;
+    const int cursor = zr::withoutHalfCharacters(text.left(cursorPosition())).size();
+    setText(whole);
+    setCursorPosition(cursor);
 }
 
 void QMyLineEdit::takeFocus()

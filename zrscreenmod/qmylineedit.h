@@ -13,8 +13,8 @@ public:
     QMyLineEdit();
 
     /// Lets only what can become a match of the pattern (of `QRegExp`, case-sensitive) be typed; an
-    /// empty one lets everything. @return false for a pattern that is not valid; the one before
-    /// stays.
+    /// empty one lets everything. @return false for a pattern that is not valid or too costly; the
+    /// one before stays.
     bool setInputPattern(const QString& pattern);
     /// As QWidget::setFocus, and has the system send the keys here.
     void takeFocus();
@@ -32,6 +32,7 @@ private:
     bool pressTab(QEvent* event);
     void press(const QMouseEvent& event);
     void dimPlaceholder();
+    void dropHalfCharacters(const QString& text);
 
     bool m_bTakenBack = false; ///< the host has asked for the focus during the message of a Tab
 };

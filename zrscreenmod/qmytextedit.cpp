@@ -3,6 +3,7 @@
 #include "controlstay.h"
 #include "platform.h"
 #include "qmyscrollbar.h"
+#include "textlimits.h"
 
 #include <QDebug>
 #include <QMouseEvent>
@@ -32,6 +33,8 @@ void QMyTextEdit::setText(const QString& text)
     stopScroller();
     // At once: an animation would scroll the new text.
     QScroller::scroller(viewport())->scrollTo({0, 0}, 0);
+    setWordWrapMode(zr::hasEndlessWord(text) ? QTextOption::WrapAnywhere
+                                             : QTextOption::WrapAtWordBoundaryOrAnywhere);
     QTextEdit::setText(text);
     verticalScrollBar()->setValue(0);
 }
@@ -61,6 +64,7 @@ bool QMyTextEdit::viewportEvent(QEvent* event)
     };
     switch (event->type()) {
     case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick: // of somebody who drags again and again
         m_bPressed = m_bDragScrolls && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
         if (m_bPressed)
             feed(QScroller::InputPress);
@@ -69,7 +73,8 @@ bool QMyTextEdit::viewportEvent(QEvent* event)
         if (!m_bPressed)
             break;
         feed(QScroller::InputMove);
-        return true; // a drag scrolls and does not select
+        dropSelection(); // the word that a second press selects
+        return true;     // a drag scrolls and does not select
     case QEvent::MouseButtonRelease:
         if (m_bPressed && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
             m_bPressed = false;
@@ -80,6 +85,15 @@ bool QMyTextEdit::viewportEvent(QEvent* event)
         break;
     }
     return QTextEdit::viewportEvent(event);
+}
+
+void QMyTextEdit::dropSelection()
+{
+    QTextCursor cursor = textCursor();
+    if (!cursor.hasSelection() || QScroller::scroller(viewport())->state() != QScroller::Dragging)
+        return;
+    cursor.clearSelection();
+    setTextCursor(cursor);
 }
 
 void QMyTextEdit::mousePressEvent(QMouseEvent* event)

@@ -23,6 +23,7 @@ protected:
 
 private:
     void stopScroller();
+    void dropSelection();
 
     QElapsedTimer m_clock;      ///< times the scroller's input
     bool m_bDragScrolls = true; ///< not while the mouse is at the bar, which a drag is for then

@@ -8,10 +8,10 @@
 ///   `ZRCtrl_QLineEdit_SetFocus`. To take it back, direct it to another window (X11:
 ///   `XSetInputFocus`, Windows: `SetFocus`). When a control that has the keyboard is released,
 ///   hidden or left with Tab, it goes to the control's parent window.
-/// - A handle of one kind of control is refused by the functions of the others, like any handle
-/// that
+/// - A handle of one kind of control is refused by the functions of the others, like any other that
 ///   is not valid: the call is logged and does nothing.
-/// - All `char*` here are UTF-8; bytes that are no UTF-8 become replacement characters.
+/// - All `char*` here are UTF-8; bytes that are no UTF-8 become replacement characters. A text of
+///   more than 1 MiB is refused.
 /// - A control that is released from inside a message takes no further call at once, is hidden, and
 ///   is destroyed when the event is done.
 /// - Controls need no screen. They outlive it, but messages of the line edit go to the functions of
@@ -85,8 +85,8 @@ ZR_API void ZR_CALL ZRCtrl_QLineEdit_SetParent(void* h, HWND parent);
 ZR_API void ZR_CALL ZRCtrl_QLineEdit_SetStyleSheet(void* h, const char* styleSheet);
 
 /// Copies the text with a terminating zero into `buf`, when both fit into the `len` bytes of it,
-/// and sets `len` to the length of the text. Otherwise `buf` is left alone and `len` becomes 0.
-/// GUI. `buf` may be null to ask for the length.
+/// and sets `len` to the length of the text. Otherwise, and when `buf` cannot be written, `len`
+/// becomes 0. GUI. `buf` is left alone when it is too small, and may be null to ask for the length.
 /// @return the length of the text in bytes, without the zero: a buffer needs one more. -1 for an
 /// invalid handle; `len` is left alone then.
 ZR_API int ZR_CALL ZRCtrl_QLineEdit_GetText(void* h, char* buf, int& len);
@@ -110,18 +110,19 @@ ZR_API void ZR_CALL ZRCtrl_QLineEdit_Show(void* h, int bShow);
 ZR_API void ZR_CALL ZRCtrl_QLineEdit_SetAttribute(void* h, int attr, bool on);
 
 /// Restricts typing and pasting to what matches a pattern of `QRegExp`, case-sensitive, or could
-/// become a match. Null or an empty pattern lifts the restriction; one that is not valid changes
-/// nothing. posted.
+/// become a match. Null or an empty pattern lifts the restriction; one that is not valid, or whose
+/// counted repetitions expand beyond 2000 elements (500 in a group), changes nothing. posted.
 ZR_API void ZR_CALL ZRCtrl_QLineEdit_SetInputRexp(void* h, const char* pattern);
 
-/// Sets the name by which a style sheet selects the edit. posted.
+/// Sets the name by which a style sheet selects the edit, before or after the sheet. posted.
 ZR_API void ZR_CALL ZRCtrl_QLineEdit_SetObjectName(void* h, const char* name);
 
 /// @param mode 0 the text is seen, 1 nothing is, 2 dots, 3 the text while it is being edited, then
 /// dots. Others are refused. In modes other than 0 it cannot be copied. posted.
 ZR_API void ZR_CALL ZRCtrl_QLineEdit_SetEchoMode(void* h, int mode);
 
-/// Limits the length, in UTF-16 units, at least 1; a longer text is cut. posted.
+/// Limits the length, in UTF-16 units, at least 1; a longer text is cut, but no character in half.
+/// posted.
 ZR_API void ZR_CALL ZRCtrl_QLineEdit_SetMaxLength(void* h, int length);
 
 /// Directs the keyboard to the edit, which must be visible. posted.
@@ -146,7 +147,8 @@ ZR_API void* ZR_CALL ZRCtrl_QTextEdit_Init(HWND parent, tagRECT* rc, unsigned ch
 /// Destroys the box; the handle is invalid afterwards. GUI.
 ZR_API void ZR_CALL ZRCtrl_QTextEdit_Release(void* h);
 
-/// Replaces the text and shows it from its top. What looks like rich text is shown as such. posted.
+/// Replaces the text and shows it from its top. What looks like rich text is shown as such,
+/// whatever that costs: escape what other people wrote. posted.
 ZR_API void ZR_CALL ZRCtrl_QTextEdit_SetText(void* h, const char* text);
 
 // --- Date and time picker -----------------------------------------------------------------

@@ -11,7 +11,6 @@
 #include <QByteArray>
 #include <QColor>
 
-#include <cstring>
 #include <memory>
 
 using boundary::guarded;
@@ -196,11 +195,11 @@ int ZR_CALL ZRCtrl_QLineEdit_GetText(void* h, char* buf, int& len)
             return kInvalid;
         const int size = text.size();
         const auto needed = static_cast<std::size_t>(size) + 1;
-        if (size < len && platform::isReadable(buf, needed)) {
-            std::memcpy(buf, text.constData(), needed);
-            len = size;
-        } else {
-            len = 0;
+        const bool copied = size < len && platform::copyToHost(buf, text.constData(), needed);
+        const int written = copied ? size : 0;
+        if (!platform::copyToHost(&len, &written, sizeof len)) {
+            qDebug() << "read-only length refused";
+            return kInvalid;
         }
         return size;
     });

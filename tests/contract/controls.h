@@ -3,6 +3,8 @@
 
 #include "module.h"
 
+#include <array>
+
 // clang-format off
 #define ZR_CONTROL_EXPORTS(X)                                                                      \
     X(QLineEdit_Init) X(QLineEdit_Release) X(QLineEdit_SetParent) X(QLineEdit_SetStyleSheet)       \
@@ -32,6 +34,13 @@ struct Controls
 #undef ZR_MEMBER
     } date;
 
+    using TextSetter = decltype(QLineEdit_SetText);
+    /// All that give a line edit a text.
+    [[nodiscard]] std::array<TextSetter, 5> textSetters() const
+    {
+        return {QLineEdit_SetText, QLineEdit_SetPlaceholderText, QLineEdit_SetStyleSheet,
+                QLineEdit_SetObjectName, QLineEdit_SetInputRexp};
+    }
     /// The text of a line edit; "?" for a handle that is refused.
     [[nodiscard]] std::string text(void* edit) const;
 };

@@ -6,12 +6,14 @@
 #include "keyboard.h"
 #include "meeting.h"
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <climits>
 #include <cstdint>
 #include <cstring>
 #include <ctime>
-#include <memory>
+#include <optional>
 #include <thread>
 
 Controls::Controls(const Module& module)
@@ -41,8 +43,11 @@ constexpr int kWidthPx = 640;
 constexpr int kHeightPx = 480;
 /// A point of the screen that is in no window: keys that arrive have been directed.
 constexpr int kAwayPx = 900;
+/// Where edits lie.
+constexpr int kTop = 20;
+constexpr int kLower = 70;
 
-tagRECT rectangle(int left, int top, int width, int height)
+tagRECT rectangle(int left, int top, int width = 200, int height = 30)
 {
     tagRECT rect{};
     rect.left = left;
@@ -52,50 +57,52 @@ tagRECT rectangle(int left, int top, int width, int height)
     return rect;
 }
 
-/// What the last message of a date picker told.
+/// What the date pickers told.
 struct DateInbox
 {
     static int notify(unsigned long id, unsigned long long wParam, long long)
     {
         ++count;
-        last = id;
         if (id == ZRDATE_CHOSEN)
             record = *reinterpret_cast<const ZRDateRecord*>(static_cast<uintptr_t>(wParam));
         if (onMessage)
             onMessage();
         return 0;
     }
-    static void reset()
-    {
-        count = 0;
-        record = {};
-        onMessage = nullptr;
-    }
     static inline int count = 0;
-    static inline unsigned long last = 0;
     static inline ZRDateRecord record{};
     static inline std::function<void()> onMessage;
 };
 
+/// A moment as hosts ask for it.
+using Moment = std::array<int, 6>;
+
 /// A meeting in one window, and another window for the controls, at the screen's top left corner.
+/// What a case leaves in it goes with the library.
 struct Desk
 {
     Desk()
         : videoWindow(320, 180, 1200, 100)
         , meeting(&videoWindow, 320, 180)
-        , controls(meeting.zr)
+        , zr(meeting.zr)
     {
-        DateInbox::reset();
+        DateInbox::onMessage = nullptr;
     }
-    void* addEdit(int top, const char* placeholder = "")
+    void* addEdit(int top = kTop, const char* placeholder = "")
     {
-        tagRECT rect = rectangle(20, top, 200, 30);
-        void* const edit = controls.QLineEdit_Init(window.hwnd(), &rect, placeholder);
+        tagRECT rect = rectangle(20, top);
+        void* const edit = zr.QLineEdit_Init(window.hwnd(), &rect, placeholder);
         REQUIRE(edit != nullptr);
         pump(100); // until it is mapped
         return edit;
     }
-    void clickInto(int top)
+    void* addPicker()
+    {
+        void* const picker = zr.date.Init(window.hwnd(), DateInbox::notify);
+        REQUIRE(picker != nullptr);
+        return picker;
+    }
+    void clickInto(int top = kTop)
     {
         desktop::click(40, top + 15);
         pump(100);
@@ -104,42 +111,69 @@ struct Desk
     }
     [[nodiscard]] bool becomes(void* edit, const std::string& expected) const
     {
-        return pumpUntil([&] { return controls.text(edit) == expected; });
+        return pumpUntil([&] { return zr.text(edit) == expected; });
+    }
+    /// Keys that are to reach no edit.
+    static void typeInVain()
+    {
+        keyboard::type("lost");
+        pump(200);
+    }
+    /// How often an edit has sent a message.
+    [[nodiscard]] int told(unsigned long id, void* edit) const
+    {
+        const std::vector<Message> all = meeting.inbox.all();
+        return static_cast<int>(std::count_if(all.begin(), all.end(), [&](const Message& message) {
+            return message.id == id && message.lParam == 0
+                   && message.wParam == reinterpret_cast<uintptr_t>(edit);
+        }));
+    }
+    void open(void* picker, int x, int y, const Moment& moment) const
+    {
+        tagPOINT at{};
+        at.x = x;
+        at.y = y;
+        zr.date.Move(picker, &at, moment[0], moment[1], moment[2], moment[3], moment[4], moment[5]);
+    }
+    /// Clicks OK in a picker with this upper right corner. @return whether it told of a moment
+    static bool confirm(int right, int top)
+    {
+        constexpr int kPickerHeightPx = 356;
+        DateInbox::count = 0;
+        pump(150);
+        desktop::click(right - 46, top + kPickerHeightPx - 30);
+        pump(200);
+        return DateInbox::count == 1;
     }
 
     NativeWindow videoWindow;
     NativeWindow window{kWidthPx, kHeightPx};
     Meeting meeting;
-    Controls controls;
+    Controls zr;
 };
+
+constexpr Moment kFuture{2150, 1, 1, 0, 0, 0};
 
 void* unreadable()
 {
     return reinterpret_cast<void*>(static_cast<uintptr_t>(0x10));
 }
 
-/// Lets every export of the line edit have a go at a handle; none may do anything.
+/// Lets every export but those that make controls have a go at a handle; none may do anything.
 void callLineEdit(const Controls& zr, void* h, HWND parent)
 {
-    tagRECT rect = rectangle(0, 0, 10, 10);
-    zr.QLineEdit_SetParent(h, parent);
-    zr.QLineEdit_SetStyleSheet(h, "QLineEdit{color:red}");
-    zr.QLineEdit_SetText(h, "bad");
-    zr.QLineEdit_SetPlaceholderText(h, "bad");
+    for (const auto setText : zr.textSetters())
+        setText(h, "bad");
+    for (const auto setNumber : {zr.QLineEdit_Show, zr.QLineEdit_SetEchoMode,
+                                 zr.QLineEdit_SetMaxLength, zr.QLineEdit_SetCursorPos})
+        setNumber(h, 0);
+    tagRECT rect = rectangle(0, 0);
     zr.QLineEdit_MoveWindow(h, &rect);
-    zr.QLineEdit_Show(h, 0);
+    zr.QLineEdit_SetParent(h, parent);
     zr.QLineEdit_SetAttribute(h, 0, true);
-    zr.QLineEdit_SetInputRexp(h, "z*");
-    zr.QLineEdit_SetObjectName(h, "bad");
-    zr.QLineEdit_SetEchoMode(h, 1);
-    zr.QLineEdit_SetMaxLength(h, 1);
-    zr.QLineEdit_SetFocus(h);
-    zr.QLineEdit_SetCursorPos(h, 1);
     zr.QLineEdit_SetSelection(h, 0, 1);
-    char buffer[] = "kept";
-    int length = sizeof buffer;
-    CHECK_EQUAL(zr.QLineEdit_GetText(h, buffer, length), -1);
-    CHECK_EQUAL(std::string(buffer), "kept");
+    zr.QLineEdit_SetFocus(h);
+    CHECK_EQUAL(zr.text(h), "?");
     zr.QLineEdit_Release(h);
 }
 
@@ -169,169 +203,141 @@ void runElsewhere(const std::function<void()>& body)
     pump(50); // what was posted
 }
 
-/// Where the picker's OK button lies: 46 pixels left of its right edge, 30 above its lower one.
-void clickOK(int right, int top)
-{
-    constexpr int kPickerHeightPx = 356;
-    desktop::click(right - 46, top + kPickerHeightPx - 30);
-}
-
 } // namespace
 
 ZR_CASE(controls, theKeyboardArrives)
 {
     Desk desk;
-    const Controls& zr = desk.controls;
-    void* const first = desk.addEdit(20);
-    void* const second = desk.addEdit(70);
-    const auto told = [&](unsigned long id) {
-        int count = 0;
-        for (const Message& message : desk.meeting.inbox.all()) {
-            if (message.id == id && message.lParam == 0
-                && message.wParam == reinterpret_cast<uintptr_t>(first))
-                ++count;
-        }
-        return count;
-    };
-    desk.clickInto(20);
-    CHECK_EQUAL(told(ZRMSG_EDIT_LBUTTON_DOWN), 1);
-    CHECK_EQUAL(told(ZRMSG_EDIT_LBUTTON_UP), 1);
+    const Controls& zr = desk.zr;
+    void* const first = desk.addEdit();
+    void* const second = desk.addEdit(kLower);
+    desk.clickInto();
+    CHECK_EQUAL(desk.told(ZRMSG_EDIT_LBUTTON_DOWN, first), 1);
+    CHECK_EQUAL(desk.told(ZRMSG_EDIT_LBUTTON_UP, first), 1);
     keyboard::type("meeting 5");
     CHECK(desk.becomes(first, "meeting 5"));
     CHECK_EQUAL(zr.text(second), "");
 
     // Tab reports, and the keys go elsewhere from then on, even with the mouse over the edit.
-    desktop::moveTo(40, 35);
+    desktop::moveTo(40, kTop + 15);
     keyboard::pressTab();
-    CHECK(pumpUntil([&] { return told(ZRMSG_EDIT_KEY) == 1; }));
+    CHECK(pumpUntil([&] { return desk.told(ZRMSG_EDIT_KEY, first) == 1; }));
     pump(100);
-    keyboard::type("lost");
-    pump(200);
+    Desk::typeInVain();
     CHECK_EQUAL(zr.text(first), "meeting 5");
-    desktop::moveTo(kAwayPx, kAwayPx);
-    // A host that asks for the edit again inside the message keeps the keys there.
+    // Inside the message the host decides who is next: the same edit, or another one.
+    void* next = first;
     desk.meeting.inbox.onMessage = [&](const Message& message) {
         if (message.id == ZRMSG_EDIT_KEY)
-            zr.QLineEdit_SetFocus(first);
+            zr.QLineEdit_SetFocus(next);
     };
     pump(600); // a double click would select a word
-    desk.clickInto(20);
+    desk.clickInto();
     keyboard::pressTab();
-    CHECK(pumpUntil([&] { return told(ZRMSG_EDIT_KEY) == 2; }));
+    CHECK(pumpUntil([&] { return desk.told(ZRMSG_EDIT_KEY, first) == 2; }));
     keyboard::type("6");
     CHECK(pumpUntil([&] { return zr.text(first).size() == 10; }));
-    desk.meeting.inbox.onMessage = nullptr;
-
-    zr.QLineEdit_SetFocus(second);
-    pump(100);
+    next = second;
+    keyboard::pressTab();
+    CHECK(pumpUntil([&] { return desk.told(ZRMSG_EDIT_KEY, first) == 3; }));
     keyboard::type("to two");
     CHECK(desk.becomes(second, "to two"));
+
     // A hidden edit gives the keyboard back; shown again, it can have it again.
     zr.QLineEdit_Show(second, 0);
     pump(100);
-    keyboard::type("lost");
-    pump(200);
+    Desk::typeInVain();
     zr.QLineEdit_Show(second, 1);
-    pump(100);
-    zr.QLineEdit_SetFocus(second);
-    pump(100);
+    zr.QLineEdit_SetFocus(second); // at once
     keyboard::type("x");
     CHECK(desk.becomes(second, "to twox"));
-    zr.QLineEdit_Release(first);
-    zr.QLineEdit_Release(second);
 }
 
 ZR_CASE(controls, movesInItsWindowAndIntoAnother)
 {
     Desk desk;
-    const Controls& zr = desk.controls;
-    void* const edit = desk.addEdit(20);
+    const Controls& zr = desk.zr;
+    void* const edit = desk.addEdit();
     std::string typed;
+    const auto moveTo = [&](int top) {
+        tagRECT rect = rectangle(20, top);
+        zr.QLineEdit_MoveWindow(edit, &rect);
+        pump(100);
+    };
     const auto isAt = [&](int top) {
         desk.clickInto(top);
         keyboard::type("x");
         typed += "x";
         return desk.becomes(edit, typed);
     };
-    for (const int top : {300, 100, 400}) {
-        tagRECT rect = rectangle(20, top, 200, 30);
-        zr.QLineEdit_MoveWindow(edit, &rect);
-        pump(100);
-        CHECK_ROW(isAt(top), std::to_string(top));
-    }
+    moveTo(300);
+    CHECK(isAt(300));
     // Hidden, it stays so until it is shown.
-    tagRECT rect = rectangle(20, 200, 200, 30);
     zr.QLineEdit_Show(edit, 0);
-    zr.QLineEdit_MoveWindow(edit, &rect);
+    moveTo(200);
     desk.clickInto(200);
-    keyboard::type("lost");
-    pump(100);
+    Desk::typeInVain();
     CHECK_EQUAL(zr.text(edit), typed);
     zr.QLineEdit_Show(edit, 1);
     pump(100);
     CHECK(isAt(200));
     const NativeWindow other(640, 200, 0, 600);
     zr.QLineEdit_SetParent(edit, other.hwnd());
-    rect = rectangle(20, 50, 200, 30);
-    zr.QLineEdit_MoveWindow(edit, &rect);
-    pump(100);
+    moveTo(50);
     CHECK(isAt(650));
-    zr.QLineEdit_Release(edit);
 }
 
 ZR_CASE(controls, copiesAndPastesButNoPasswords)
 {
     Desk desk;
-    const Controls& zr = desk.controls;
-    void* const source = desk.addEdit(20);
-    void* const target = desk.addEdit(70);
-    zr.QLineEdit_SetText(source, "copied");
-    const auto copyAll = [&] {
-        desk.clickInto(20);
-        keyboard::pressWithControl('a');
-        keyboard::pressWithControl('c');
+    const Controls& zr = desk.zr;
+    void* const source = desk.addEdit();
+    void* const target = desk.addEdit(kLower);
+    for (const int echoMode : {0, 1, 2, 3}) {
+        zr.QLineEdit_SetEchoMode(source, echoMode);
+        zr.QLineEdit_SetText(source, echoMode == 0 ? "copied" : "secret");
+        desk.clickInto();
+        for (const char key : {'a', 'c', 'x'})
+            keyboard::pressWithControl(key);
         pump(200);
-    };
-    copyAll();
-    zr.QLineEdit_SetText(source, "secret");
-    zr.QLineEdit_SetEchoMode(source, 2);
-    copyAll();
-    desk.clickInto(70);
+    }
+    desk.clickInto(kLower);
     keyboard::pressWithControl('v');
     CHECK(desk.becomes(target, "copied"));
-    zr.QLineEdit_Release(source);
-    zr.QLineEdit_Release(target);
 }
 
 ZR_CASE(controls, aPatternRestrictsTyping)
 {
     Desk desk;
-    const Controls& zr = desk.controls;
-    void* const edit = desk.addEdit(20);
+    const Controls& zr = desk.zr;
+    void* const edit = desk.addEdit();
     zr.QLineEdit_SetInputRexp(edit, "[0-9]*");
-    zr.QLineEdit_SetInputRexp(edit, "[0-9"); // not valid: changes nothing
-    desk.clickInto(20);
+    // Not valid, or beyond time and stack: change nothing.
+    const std::string deep = std::string(60000, '(') + std::string(60000, ')');
+    for (const char* const bad : {"[0-9", "((a{1000}){1000}){1000}", deep.c_str()})
+        zr.QLineEdit_SetInputRexp(edit, bad);
+    desk.clickInto();
     keyboard::type("a1b2");
     CHECK(desk.becomes(edit, "12"));
     zr.QLineEdit_SetInputRexp(edit, nullptr);
     keyboard::type("c");
     CHECK(desk.becomes(edit, "12c"));
+    zr.QLineEdit_SetMaxLength(edit, 4);
     for (const int none : {0, -1, INT_MIN})
         zr.QLineEdit_SetMaxLength(edit, none);
-    zr.QLineEdit_SetMaxLength(edit, 4);
     keyboard::type("def");
     CHECK(desk.becomes(edit, "12cd"));
     zr.QLineEdit_SetSelection(edit, 1, INT_MAX);
     keyboard::type("x");
     CHECK(desk.becomes(edit, "1x"));
-    zr.QLineEdit_Release(edit);
 }
 
 ZR_CASE(controls, givesItsTextInBytes)
 {
     Desk desk;
-    const Controls& zr = desk.controls;
-    void* const edit = desk.addEdit(20, "昵称");
+    const Controls& zr = desk.zr;
+    void* const edit = desk.addEdit(kTop, "昵称");
+    zr.QLineEdit_SetMaxLength(edit, 5);
     struct Row
     {
         const char* text;
@@ -343,14 +349,14 @@ ZR_CASE(controls, givesItsTextInBytes)
     const Row rows[] = {
         {"hello", 5, 5, 0, "-------"},
         {"hello", 5, 6, 5, "hello"},
+        {"hello", 5, INT_MIN, 0, "-------"},
         {"", 0, 1, 0, ""},
         {"", 0, 0, 0, "-------"},
         {"会议", 6, 6, 0, "-------"},
         {"会议", 6, 7, 6, "会议"},
-        {"hello", 5, -1, 0, "-------"},
-        {"hello", 5, INT_MIN, 0, "-------"},
         {"a\xff", 4, 8, 4, "a\xef\xbf\xbd"},
         {nullptr, 0, 8, 0, ""},
+        {"abcd\xf0\x9f\x98\x80", 4, 8, 4, "abcd"}, // half of the last character would fit
     };
     for (const Row& row : rows) {
         const std::string name =
@@ -363,131 +369,98 @@ ZR_CASE(controls, givesItsTextInBytes)
         CHECK_ROW(std::strcmp(buffer, row.buffer) == 0, name);
     }
     zr.QLineEdit_SetText(edit, "hello");
-    for (char* const buffer : {static_cast<char*>(nullptr), static_cast<char*>(unreadable())}) {
+    const EndlessText endless;
+    for (char* const buffer :
+         {static_cast<char*>(nullptr), static_cast<char*>(unreadable()),
+          const_cast<char*>("read-only"), endless.text() + endless.size() - 3}) {
         int length = 100;
         CHECK_EQUAL(zr.QLineEdit_GetText(edit, buffer, length), 5);
         CHECK_EQUAL(length, 0);
     }
+    static const int readOnly = 100;
+    CHECK_EQUAL(zr.QLineEdit_GetText(edit, nullptr, const_cast<int&>(readOnly)), -1);
     runElsewhere([&] {
-        zr.QLineEdit_SetText(edit, "from afar");
-        CHECK_EQUAL(zr.text(edit), "from afar");
+        zr.QLineEdit_SetText(edit, "afar");
+        CHECK_EQUAL(zr.text(edit), "afar");
     });
-    zr.QLineEdit_Release(edit);
 }
 
 ZR_CASE(controls, aDateIsPickedWithTheMouse)
 {
     Desk desk;
-    const Controls& zr = desk.controls;
-    void* const picker = zr.date.Init(desk.window.hwnd(), DateInbox::notify);
-    REQUIRE(picker != nullptr);
-    // Corners at which it is asked to open, and where its right and upper edges then are.
-    struct Row
-    {
-        int x, y, right, top;
-    };
-    const Row rows[] = {
-        {500, 60, 500, 60}, {10000, 10000, kWidthPx, kHeightPx - 356}, {-10000, INT_MIN, 448, 0}};
-    for (const Row& row : rows) {
-        const std::string name = std::to_string(row.x);
-        DateInbox::reset();
-        tagPOINT at{};
-        at.x = row.x;
-        at.y = row.y;
-        zr.date.Move(picker, &at, 2150, 12, 31, 23, 59, 58);
-        pump(150);
-        clickOK(row.right, row.top);
-        CHECK_ROW(pumpUntil([] { return DateInbox::count == 1; }), name);
-        const ZRDateRecord expected{0, 59, 23, 31, 12, 2150, {0, 0, 0}};
-        CHECK_ROW(std::memcmp(&DateInbox::record, &expected, sizeof expected) == 0, name);
-        // It has hidden: a second click reaches nobody.
-        clickOK(row.right, row.top);
-        pump(100);
-        CHECK_ROW(DateInbox::count == 1, name);
-    }
-    zr.date.Release(picker);
-}
-
-ZR_CASE(controls, oddMomentsAreBroughtIntoRange)
-{
-    Desk desk;
-    const Controls& zr = desk.controls;
-    void* const picker = zr.date.Init(desk.window.hwnd(), DateInbox::notify);
-    REQUIRE(picker != nullptr);
-    tagPOINT at{};
-    at.x = 500;
-    at.y = 20;
-    const auto confirm = [&](int year, int month, int day, int hour, int minute, int second) {
-        DateInbox::reset();
-        zr.date.Move(picker, &at, year, month, day, hour, minute, second);
-        pump(150);
-        clickOK(500, 20);
-        pump(200);
-        return DateInbox::count == 1;
-    };
-    CHECK(confirm(2150, 13, 0, 99, -5, INT_MAX));
-    CHECK_EQUAL(DateInbox::record.month, 12);
-    CHECK_EQUAL(DateInbox::record.day, 1);
-    CHECK_EQUAL(DateInbox::record.hour, 23);
-    CHECK_EQUAL(DateInbox::record.minute, 0);
-    CHECK(!confirm(INT_MIN, INT_MIN, INT_MIN, INT_MIN, INT_MIN, INT_MIN)); // long past
-    CHECK(confirm(INT_MAX, INT_MAX, INT_MAX, INT_MAX, INT_MAX, INT_MAX));
-    CHECK_EQUAL(DateInbox::record.year, 2199);
-    CHECK_EQUAL(DateInbox::record.day, 31);
-    CHECK(confirm(-1, 12, 31, 23, 59, -1));
+    void* const picker = desk.addPicker();
+    constexpr int kBottom = kHeightPx - 356;
+    constexpr int kMax = INT_MAX;
     const std::time_t now = std::time(nullptr);
-    CHECK_EQUAL(DateInbox::record.year, std::localtime(&now)->tm_year + 1900);
-    CHECK(confirm(-1, -1, -1, -1, -1, -1)); // the present minute still counts
+    const int year = std::localtime(&now)->tm_year + 1900;
+    // Where and with what it is asked to open, where its right and upper edges then are, and the
+    // moment that OK confirms, if any.
+    const struct
+    {
+        int x, y;
+        Moment asked;
+        int right, top;
+        std::optional<ZRDateRecord> chosen;
+    } rows[] = {
+        {500, 60, {2150, 13, 0, 99, -5, kMax}, 500, 60, {{0, 0, 23, 1, 12, 2150, {}}}},
+        {10000, 10000, {kMax, 6, 31, 1, 2, 3}, kWidthPx, kBottom, {{0, 2, 1, 30, 6, 2199, {}}}},
+        {-10000, INT_MIN, {-1, 12, 31, 23, 59, -1}, 448, 0, {{0, 59, 23, 31, 12, year, {}}}},
+        {500, 0, {INT_MIN, INT_MIN, INT_MIN, INT_MIN, INT_MIN, INT_MIN}, 500, 0, {}},
+    };
+    for (const auto& row : rows) {
+        const std::string name = std::to_string(row.x) + "/" + std::to_string(row.asked[0]);
+        desk.open(picker, row.x, row.y, row.asked);
+        CHECK_ROW(Desk::confirm(row.right, row.top) == row.chosen.has_value(), name);
+        CHECK_ROW(!row.chosen
+                      || std::memcmp(&DateInbox::record, &*row.chosen, sizeof *row.chosen) == 0,
+                  name);
+        CHECK_ROW(!row.chosen || !Desk::confirm(row.right, row.top), name); // it has hidden
+    }
+    desk.open(picker, 500, 20, {-1, -1, -1, -1, -1, -1});
+    CHECK(Desk::confirm(500, 20)); // the present minute still counts
     // A point that cannot be read leaves it hidden; so does a hide from another thread.
-    for (tagPOINT* const bad :
-         {static_cast<tagPOINT*>(nullptr), static_cast<tagPOINT*>(unreadable())})
-        zr.date.Move(picker, bad, 2150, 1, 1, 1, 1, 1);
+    for (void* const bad : {static_cast<void*>(nullptr), unreadable()})
+        desk.zr.date.Move(picker, static_cast<tagPOINT*>(bad), 2150, 1, 1, 1, 1, 1);
     runElsewhere([&] {
-        zr.date.Move(picker, &at, 2150, 1, 1, 1, 1, 1);
-        zr.date.Hide(picker);
+        desk.open(picker, 500, 20, kFuture);
+        desk.zr.date.Hide(picker);
     });
-    DateInbox::reset();
-    clickOK(500, 20);
-    pump(100);
-    CHECK_EQUAL(DateInbox::count, 0);
-    zr.date.Release(picker);
+    CHECK(!Desk::confirm(500, 20));
 }
 
 ZR_CASE(controls, wrongHandlesAreRefused)
 {
     Desk desk;
-    const Controls& zr = desk.controls;
-    tagRECT rect = rectangle(0, 0, 100, 40);
-    void* const edit = desk.addEdit(20);
+    const Controls& zr = desk.zr;
+    tagRECT rect = rectangle(0, 0);
+    void* const edit = desk.addEdit();
     zr.QLineEdit_SetText(edit, "kept");
     void* const box = zr.QTextEdit_Init(desk.window.hwnd(), &rect, 1, 2, 3);
-    void* const picker = zr.date.Init(desk.window.hwnd(), DateInbox::notify);
+    void* const picker = desk.addPicker();
     void* const released = zr.QLineEdit_Init(nullptr, &rect, nullptr);
-    REQUIRE(box && picker && released);
+    REQUIRE(box && released);
     zr.QLineEdit_Release(released);
-    const std::vector<uint64_t> foreign(64, 0x5a5a5a5a5a5a5a5aU);
-    std::vector<void*> strangers{nullptr, unreadable(), released, desk.meeting.screen,
-                                 const_cast<uint64_t*>(foreign.data())};
+    std::vector<uint64_t> foreign(64, 0x5a5a5a5a5a5a5a5aU);
     const auto callAll = [&] {
         LogCapture log;
-        for (void* const stranger : strangers) {
+        for (void* const stranger : {static_cast<void*>(nullptr), unreadable(), released,
+                                     desk.meeting.screen, static_cast<void*>(foreign.data())}) {
             callLineEdit(zr, stranger, desk.window.hwnd());
             callTextEdit(zr, stranger);
             callDate(zr, stranger);
         }
+        for (void* const other : {box, picker})
+            callLineEdit(zr, other, desk.window.hwnd());
+        for (void* const other : {edit, picker})
+            callTextEdit(zr, other);
         (void)log.take();
-        callLineEdit(zr, box, desk.window.hwnd());
-        callLineEdit(zr, picker, desk.window.hwnd());
-        callTextEdit(zr, edit);
-        callTextEdit(zr, picker);
-        callDate(zr, edit);
-        callDate(zr, box);
+        for (void* const other : {edit, box})
+            callDate(zr, other);
+        pump(50); // nothing from another thread, which has no event loop
+        CHECK(log.take().find("failed") != std::string::npos);
     };
     callAll();
     runElsewhere(callAll);
-    LogCapture log;
-    callDate(zr, edit);
-    CHECK(log.take().find("failed") != std::string::npos);
     CHECK_EQUAL(zr.text(edit), "kept");
     zr.QTextEdit_SetText(box, "still there");
     zr.QTextEdit_Release(box);
@@ -499,115 +472,112 @@ ZR_CASE(controls, wrongHandlesAreRefused)
 ZR_CASE(controls, badArgumentsAreRefused)
 {
     Desk desk;
-    const Controls& zr = desk.controls;
-    tagRECT rect = rectangle(0, 0, 100, 40);
-    auto* const badRect = static_cast<tagRECT*>(unreadable());
+    const Controls& zr = desk.zr;
+    const HWND window = desk.window.hwnd();
     const HWND noWindow = reinterpret_cast<HWND>(static_cast<uintptr_t>(0x7ffffff0));
-    CHECK(zr.QLineEdit_Init(desk.window.hwnd(), nullptr, "") == nullptr);
-    CHECK(zr.QLineEdit_Init(desk.window.hwnd(), badRect, "") == nullptr);
+    tagRECT rect = rectangle(20, kTop);
     CHECK(zr.QLineEdit_Init(noWindow, &rect, "") == nullptr);
-    CHECK(zr.QTextEdit_Init(desk.window.hwnd(), nullptr, 0, 0, 0) == nullptr);
     CHECK(zr.QTextEdit_Init(noWindow, &rect, 0, 0, 0) == nullptr);
     CHECK(zr.date.Init(noWindow, nullptr) == nullptr);
-    void* const edit = desk.addEdit(20);
+    void* const edit = desk.addEdit();
     const EndlessText endless;
-    for (const char* const bad :
-         {static_cast<const char*>(unreadable()), static_cast<const char*>(endless.text())}) {
-        CHECK(zr.QLineEdit_Init(desk.window.hwnd(), &rect, bad) == nullptr);
-        zr.QLineEdit_SetText(edit, bad);
-        zr.QLineEdit_SetStyleSheet(edit, bad);
-        zr.QLineEdit_SetPlaceholderText(edit, bad);
-        zr.QLineEdit_SetInputRexp(edit, bad);
-        zr.QLineEdit_SetObjectName(edit, bad);
-    }
-    zr.QLineEdit_SetStyleSheet(edit, "QLineEdit{ this is no style sheet");
-    for (int attribute = -2; attribute < 200; ++attribute) {
-        zr.QLineEdit_SetAttribute(edit, attribute, true);
-        zr.QLineEdit_SetAttribute(edit, attribute, false);
+    for (void* const bad : {unreadable(), static_cast<void*>(endless.text())}) {
+        const auto* const text = static_cast<const char*>(bad);
+        CHECK(zr.QLineEdit_Init(window, &rect, text) == nullptr);
+        for (const auto setText : zr.textSetters())
+            setText(edit, text);
     }
     for (const int n : {INT_MIN, -1, 4, INT_MAX}) {
         zr.QLineEdit_SetEchoMode(edit, n);
         zr.QLineEdit_SetCursorPos(edit, n);
         zr.QLineEdit_SetSelection(edit, n, n);
-        tagRECT odd = rectangle(0, 0, 0, 0);
+        tagRECT odd{};
         odd.right = n;
         odd.bottom = n > 0 ? 30 : n;
         zr.QLineEdit_MoveWindow(edit, &odd);
         pump(5);
     }
-    zr.QLineEdit_MoveWindow(edit, nullptr);
-    zr.QLineEdit_MoveWindow(edit, badRect);
+    zr.QLineEdit_MoveWindow(edit, &rect);
+    for (void* const bad : {static_cast<void*>(nullptr), unreadable()}) {
+        auto* const badRect = static_cast<tagRECT*>(bad);
+        CHECK(zr.QLineEdit_Init(window, badRect, "") == nullptr);
+        CHECK(zr.QTextEdit_Init(window, badRect, 0, 0, 0) == nullptr);
+        zr.QLineEdit_MoveWindow(edit, badRect);
+    }
     zr.QLineEdit_SetParent(edit, noWindow);
     pump(50);
-    // It still works where it was.
-    zr.QLineEdit_Release(edit);
-    void* const after = desk.addEdit(20);
-    desk.clickInto(20);
+    desk.clickInto();
     keyboard::type("fine");
-    CHECK(desk.becomes(after, "fine"));
-    zr.QLineEdit_Release(after);
+    CHECK(desk.becomes(edit, "fine"));
+    // What a host asks for may leave it useless, but nothing else.
+    zr.QLineEdit_SetStyleSheet(edit, "QLineEdit{ this is no style sheet");
+    for (int attribute = -2; attribute < 200; ++attribute) {
+        for (const bool on : {true, false})
+            zr.QLineEdit_SetAttribute(edit, attribute, on);
+    }
+    zr.QLineEdit_Release(edit);
+    void* const after = desk.addEdit();
+    zr.QLineEdit_SetFocus(after);
+    keyboard::type("too");
+    CHECK(desk.becomes(after, "too"));
 }
 
 ZR_CASE(controls, releasedFromInsideTheirMessages)
 {
     Desk desk;
-    const Controls& zr = desk.controls;
-    void* const edit = desk.addEdit(20);
-    void* const picker = zr.date.Init(desk.window.hwnd(), DateInbox::notify);
+    const Controls& zr = desk.zr;
+    void* const edit = desk.addEdit();
+    void* const picker = desk.addPicker();
     desk.meeting.inbox.onMessage = [&](const Message& message) {
-        if (message.id == ZRMSG_EDIT_KEY) {
+        if (message.id == ZRMSG_EDIT_KEY)
             zr.QLineEdit_Release(edit);
-            CHECK_EQUAL(zr.text(edit), "?");
-        }
     };
-    desk.clickInto(20);
+    DateInbox::onMessage = [&] { zr.date.Release(picker); };
+    desk.clickInto();
     keyboard::pressTab();
     CHECK(pumpUntil([&] { return zr.text(edit) == "?"; }));
-    pump(100);
-
-    DateInbox::onMessage = [&] { zr.date.Release(picker); };
-    tagPOINT at{};
-    at.x = 500;
-    zr.date.Move(picker, &at, 2150, 1, 1, 0, 0, 0);
-    pump(150);
-    clickOK(500, 0);
-    CHECK(pumpUntil([] { return DateInbox::count == 1; }));
-    pump(100);
-    desk.meeting.inbox.onMessage = nullptr;
+    desk.open(picker, 500, 0, kFuture);
+    CHECK(Desk::confirm(500, 0));
 }
 
 ZR_CASE(controls, outliveScreensAndWindows)
 {
-    auto desk = std::make_unique<Desk>();
-    const Controls& zr = desk->controls;
-    void* const picker = zr.date.Init(desk->window.hwnd(), DateInbox::notify);
-    void* const edit = desk->addEdit(20);
-    desk->meeting.zr.Release(desk->meeting.screen);
-    desk->meeting.screen = nullptr;
+    Desk desk;
+    const Controls& zr = desk.zr;
+    void* const picker = desk.addPicker();
+    void* const edit = desk.addEdit();
+    desk.meeting.zr.Release(desk.meeting.screen);
+    desk.meeting.screen = nullptr;
     // Without a screen nobody hears of the edit, but it works; the picker's host hears of it.
-    desk->clickInto(20);
+    desk.clickInto();
     keyboard::type("alone");
-    CHECK(desk->becomes(edit, "alone"));
-    tagPOINT at{};
-    at.x = 600;
-    zr.date.Move(picker, &at, 2150, 1, 1, 0, 0, 0);
-    pump(150);
-    clickOK(600, 0);
-    CHECK(pumpUntil([] { return DateInbox::count == 1; }));
+    CHECK(desk.becomes(edit, "alone"));
+    desk.open(picker, 600, 0, kFuture);
+    CHECK(Desk::confirm(600, 0));
     // The host destroys its window first, against the rules.
     void* orphan = nullptr;
+    void* orphanBox = nullptr;
     {
         const NativeWindow window(200, 100, 700, 0);
-        tagRECT rect = rectangle(0, 0, 100, 40);
+        tagRECT rect = rectangle(0, 0);
         orphan = zr.QLineEdit_Init(window.hwnd(), &rect, "");
-        REQUIRE(orphan != nullptr);
+        orphanBox = zr.QTextEdit_Init(window.hwnd(), &rect, 0, 0, 0);
+        REQUIRE(orphan && orphanBox);
+        zr.QLineEdit_SetFocus(orphan);
         pump(100);
     }
     pump(100);
+    tagRECT rect = rectangle(20, kLower);
     zr.QLineEdit_SetText(orphan, "orphan");
+    zr.QTextEdit_SetText(orphanBox, "orphan");
     zr.QLineEdit_SetFocus(orphan);
+    zr.QLineEdit_SetParent(orphan, desk.window.hwnd());
+    zr.QLineEdit_MoveWindow(orphan, &rect);
+    for (const int shown : {0, 1})
+        zr.QLineEdit_Show(orphan, shown);
     CHECK_EQUAL(zr.text(orphan), "orphan");
+    pump(100);
     zr.QLineEdit_Release(orphan);
     // What is left goes with the library.
-    desk->meeting.zr.unload();
+    desk.meeting.zr.unload();
 }

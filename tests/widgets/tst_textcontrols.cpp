@@ -40,16 +40,29 @@ public:
     std::function<void()> onMessage;
 };
 
-/// Drags with the left button held, as a user does: through the window.
-void drag(QWidget& inside, const QPoint& from, const QPoint& to)
+/// Drags with the left button held. `press` may also be the second one of a double click.
+void drag(QWidget& inside, const QPoint& from, const QPoint& to,
+          QEvent::Type press = QEvent::MouseButtonPress)
 {
-    QWindow* const window = inside.window()->windowHandle();
-    const QPoint origin = inside.mapTo(inside.window(), QPoint());
+    const auto send = [&inside](QEvent::Type type, const QPoint& at, Qt::MouseButton button,
+                                Qt::MouseButtons held) {
+        QMouseEvent event(type, at, inside.mapToGlobal(at), button, held, {});
+        QCoreApplication::sendEvent(&inside, &event);
+    };
     constexpr int kSteps = 15;
-    QTest::mousePress(window, Qt::LeftButton, {}, origin + from);
-    for (int i = 1; i <= kSteps; ++i)
-        QTest::mouseMove(window, origin + from + (to - from) * i / kSteps, 10);
-    QTest::mouseRelease(window, Qt::LeftButton, {}, origin + to);
+    send(press, from, Qt::LeftButton, Qt::LeftButton);
+    for (int i = 1; i <= kSteps; ++i) {
+        QTest::qWait(10);
+        send(QEvent::MouseMove, from + (to - from) * i / kSteps, Qt::NoButton, Qt::LeftButton);
+    }
+    send(QEvent::MouseButtonRelease, to, Qt::LeftButton, {});
+}
+
+QString clientSheet()
+{
+    return QStringLiteral(
+        "QLineEdit{background:#20242C;border:1px solid #3A3E46;border-radius:4px;color:#CDCDCD;"
+        "padding:0 8px;selection-background-color:#5998FF;}");
 }
 
 QString longText()
@@ -59,6 +72,22 @@ QString longText()
         lines << QStringLiteral("第%1项 会议内容").arg(i);
     return lines.join(QLatin1Char('\n'));
 }
+
+/// A text box on the screen, with more text than it shows.
+struct Box : QDlgTextEdit
+{
+    Box()
+        : QDlgTextEdit(QColor(32, 36, 44))
+    {
+        setGeometry(100, 100, 300, 200);
+        textEdit()->setText(longText());
+        show();
+        (void)QTest::qWaitForWindowExposed(this);
+    }
+    QWidget& page = *textEdit()->viewport();
+    QScrollBar& bar = *textEdit()->verticalScrollBar();
+    QScroller& scroller = *QScroller::scroller(&page);
+};
 
 } // namespace
 
@@ -76,14 +105,16 @@ private slots:
     void reportsClicksAndTab();
     void maySurviveItsRelease();
     void ownsItsValidator();
+    void followsTheSheetForItsName();
     void textBoxLooksLikeItsGolden();
     void newTextStartsAtTheTop();
-    void isScrolledByDragging();
+    void isScrolledByDraggingAgainAndAgain();
     void isScrolledByItsBar();
+    void breaksAnEndlessWord();
 
 private:
-    /// An edit as a client styles it.
-    void show(QMyLineEdit& edit);
+    /// An edit as a client styles and places it.
+    void show(QMyLineEdit& edit, const QString& styleSheet = clientSheet());
 };
 
 void TestTextControls::initTestCase()
@@ -96,11 +127,9 @@ void TestTextControls::cleanup()
     QZRScreenConfig::destroyInstance();
 }
 
-void TestTextControls::show(QMyLineEdit& edit)
+void TestTextControls::show(QMyLineEdit& edit, const QString& styleSheet)
 {
-    edit.setStyleSheet(QStringLiteral(
-        "QLineEdit{background:#20242C;border:1px solid #3A3E46;border-radius:4px;color:#CDCDCD;"
-        "padding:0 8px;selection-background-color:#5998FF;}"));
+    edit.setStyleSheet(styleSheet);
     edit.setGeometry(100, 100, 240, 36);
     edit.show();
     edit.activateWindow();
@@ -208,15 +237,18 @@ void TestTextControls::ownsItsValidator()
     QVERIFY(!second);
 }
 
+void TestTextControls::followsTheSheetForItsName()
+{
+    QMyLineEdit edit;
+    show(edit, QStringLiteral("#room{background:#ff0000}"));
+    edit.setObjectName(QStringLiteral("room"));
+    QCOMPARE(edit.grab().toImage().pixelColor(5, 5), QColor(Qt::red));
+}
+
 void TestTextControls::textBoxLooksLikeItsGolden()
 {
-    QDlgTextEdit box(QColor(32, 36, 44));
-    box.setGeometry(50, 50, 300, 200);
-    box.textEdit()->setText(longText());
-    box.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&box));
-    box.textEdit()->verticalScrollBar()->setValue(box.textEdit()->verticalScrollBar()->maximum()
-                                                  / 3);
+    Box box;
+    box.bar.setValue(box.bar.maximum() / 3);
     ZR_COMPARE_GOLDEN(box.grab(), "textbox_scrolled");
     QVERIFY(!box.textEdit()->horizontalScrollBar()->isVisible());
     QTest::keyClick(&box, Qt::Key_Escape);
@@ -226,58 +258,57 @@ void TestTextControls::textBoxLooksLikeItsGolden()
 
 void TestTextControls::newTextStartsAtTheTop()
 {
-    QDlgTextEdit box(Qt::black);
-    box.resize(300, 200);
-    box.textEdit()->setText(longText());
-    box.show();
-    QScrollBar* const bar = box.textEdit()->verticalScrollBar();
-    QScroller* const scroller = QScroller::scroller(box.textEdit()->viewport());
-    scroller->scrollTo({0, bar->maximum() * 1.0}, 400);
-    QTRY_VERIFY(bar->value() > 0);
+    Box box;
+    box.scroller.scrollTo({0, box.bar.maximum() * 1.0}, 400);
+    QTRY_VERIFY(box.bar.value() > 0);
     QTest::ignoreMessage(QtDebugMsg, "pScroller->stop()");
     box.textEdit()->setText(longText() + longText());
-    QCOMPARE(bar->value(), 0);
+    QCOMPARE(box.bar.value(), 0);
     QTest::qWait(500);
-    QCOMPARE(bar->value(), 0); // the animation has not gone on
+    QCOMPARE(box.bar.value(), 0); // the animation has not gone on
 }
 
-void TestTextControls::isScrolledByDragging()
+void TestTextControls::isScrolledByDraggingAgainAndAgain()
 {
-    QDlgTextEdit box(Qt::black);
-    box.setGeometry(100, 100, 300, 200);
-    box.textEdit()->setText(longText());
-    box.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&box));
-    QWidget* const page = box.textEdit()->viewport();
-    const QScrollBar* const bar = box.textEdit()->verticalScrollBar();
-    drag(*page, {100, 180}, {100, 20});
-    QTRY_VERIFY(bar->value() > 50);
+    Box box;
+    int before = 0;
+    for (const auto press : {QEvent::MouseButtonPress, QEvent::MouseButtonDblClick}) {
+        drag(box.page, {100, 180}, {100, 20}, press);
+        QTRY_VERIFY(box.bar.value() > before + 50);
+        box.scroller.stop();
+        before = box.bar.value();
+    }
+    QVERIFY(!box.textEdit()->textCursor().hasSelection());
 }
 
 void TestTextControls::isScrolledByItsBar()
 {
-    QDlgTextEdit box(Qt::black);
-    box.setGeometry(100, 100, 300, 200);
-    box.textEdit()->setText(longText());
-    box.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&box));
-    QWidget* const page = box.textEdit()->viewport();
-    QScrollBar* const bar = box.textEdit()->verticalScrollBar();
-    QScroller* const scroller = QScroller::scroller(page);
-    scroller->scrollTo({0, 400}, 2000);
-    QTRY_VERIFY(bar->value() > 0);
+    Box box;
+    box.scroller.scrollTo({0, 400}, 2000);
+    QTRY_VERIFY(box.bar.value() > 0);
     // Its handle has the height of 50 pixels; the page must not go on under it.
     QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(bar, &enter);
-    QCOMPARE(scroller->state(), QScroller::Inactive);
-    bar->setValue(0);
-    drag(*bar, {4, 20}, {4, 110});
-    QVERIFY(bar->value() > bar->maximum() / 3);
+    QCoreApplication::sendEvent(&box.bar, &enter);
+    QCOMPARE(box.scroller.state(), QScroller::Inactive);
+    box.bar.setValue(0);
+    drag(box.bar, {4, 20}, {4, 110});
+    QVERIFY(box.bar.value() > box.bar.maximum() / 3);
     QEvent leave(QEvent::Leave);
-    QCoreApplication::sendEvent(bar, &leave);
-    const int before = bar->value();
-    drag(*page, {100, 30}, {100, 180});
-    QTRY_VERIFY(bar->value() < before);
+    QCoreApplication::sendEvent(&box.bar, &leave);
+    const int before = box.bar.value();
+    drag(box.page, {100, 30}, {100, 180});
+    QTRY_VERIFY(box.bar.value() < before);
+}
+
+void TestTextControls::breaksAnEndlessWord()
+{
+    Box box;
+    QElapsedTimer clock;
+    clock.start();
+    box.textEdit()->setText(QString(100000, QLatin1Char('W')));
+    box.grab();
+    QVERIFY2(clock.elapsed() < 5000, "Qt took its time to look for a place to break the word");
+    QVERIFY(box.bar.maximum() > 1000);
 }
 
 ZR_WIDGET_TEST_MAIN(TestTextControls)
