@@ -111,10 +111,12 @@ void RectObject::setText(const QString& text)
     const qreal room = m_rect.width() - zr::subtitleTextLeft(m_pStyle->metrics);
     qreal height = 0;
     if (room > 0 && !text.isEmpty()) {
+        // Letters of another font may reach higher; the baselines are even all the same.
+        const int ascent = QFontMetrics(m_pStyle->itemFont).ascent();
         m_layout.beginLayout();
         for (QTextLine line = m_layout.createLine(); line.isValid(); line = m_layout.createLine()) {
             line.setLineWidth(room);
-            line.setPosition({0, height});
+            line.setPosition({0, height + ascent - qRound(line.ascent())});
             height += m_pStyle->metrics.lineSpacingPx;
         }
         m_layout.endLayout();
