@@ -301,7 +301,7 @@ ZR_CASE(refusal, badFrames)
     runOn(true, [&] { refuseFrames(m, deleted); });
 }
 
-ZR_CASE(refusal, badStringsAndRectangles)
+ZR_CASE(refusal, badStringsFunctionsAndRectangles)
 {
     SmallMeeting m;
     auto& [window, meeting, zr, s, ann, log] = m;
@@ -332,6 +332,7 @@ ZR_CASE(refusal, badStringsAndRectangles)
     const std::string longName(100000, 'n');
     CHECK(zr.AddPerson(s, text("u9"), text(longName), 9, 0, nullptr) != nullptr);
 
+    CHECK(zr.Init(nullptr, reinterpret_cast<ZRNotify>(unreadable())) == nullptr);
     for (void* const bad : {static_cast<void*>(nullptr), unreadable()}) {
         CHECK_EQUAL(zr.MoveWindow(s, static_cast<tagRECT*>(bad), 0), 0);
         CHECK_EQUAL(zr.SetVideoToolbarStatus(s, static_cast<tagRECT*>(bad), true), 0);
