@@ -66,28 +66,24 @@ Rgb Screenshot::at(int x, int y) const
     return pixels[static_cast<size_t>(y) * static_cast<size_t>(widthPx) + static_cast<size_t>(x)];
 }
 
+template<int number>
+Inbox& Inbox::instance()
+{
+    static Inbox inbox([](unsigned long id, unsigned long long wParam, long long lParam) {
+        instance<number>().receive(id, wParam, lParam);
+        return 0;
+    });
+    return inbox;
+}
+
 Inbox& Inbox::first()
 {
-    static Inbox inbox(&Inbox::notifyFirst);
-    return inbox;
+    return instance<1>();
 }
 
 Inbox& Inbox::second()
 {
-    static Inbox inbox(&Inbox::notifySecond);
-    return inbox;
-}
-
-int Inbox::notifyFirst(unsigned long id, unsigned long long wParam, long long lParam)
-{
-    first().receive(id, wParam, lParam);
-    return 0;
-}
-
-int Inbox::notifySecond(unsigned long id, unsigned long long wParam, long long lParam)
-{
-    second().receive(id, wParam, lParam);
-    return 0;
+    return instance<2>();
 }
 
 void Inbox::receive(unsigned long id, unsigned long long wParam, long long lParam)
@@ -121,18 +117,11 @@ std::vector<Message> Inbox::all() const
     return m_messages;
 }
 
-int Inbox::count(unsigned long id) const
-{
-    const std::vector<Message> messages = all();
-    return static_cast<int>(std::count_if(messages.begin(), messages.end(),
-                                          [=](const Message& m) { return m.id == id; }));
-}
-
-int Inbox::count(unsigned long id, long long lParam) const
+int Inbox::count(unsigned long id, std::optional<long long> lParam) const
 {
     const std::vector<Message> messages = all();
     return static_cast<int>(std::count_if(messages.begin(), messages.end(), [=](const Message& m) {
-        return m.id == id && m.lParam == lParam;
+        return m.id == id && m.lParam == lParam.value_or(m.lParam);
     }));
 }
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -75,8 +76,7 @@ public:
     /// Forgets the messages.
     void clear();
     [[nodiscard]] std::vector<Message> all() const;
-    [[nodiscard]] int count(unsigned long id) const;
-    [[nodiscard]] int count(unsigned long id, long long lParam) const;
+    [[nodiscard]] int count(unsigned long id, std::optional<long long> lParam = {}) const;
     [[nodiscard]] int count() const { return static_cast<int>(all().size()); }
 
     /// Called with every message after it has been recorded.
@@ -88,8 +88,8 @@ private:
     {
     }
     void receive(unsigned long id, unsigned long long wParam, long long lParam);
-    static int notifyFirst(unsigned long id, unsigned long long wParam, long long lParam);
-    static int notifySecond(unsigned long id, unsigned long long wParam, long long lParam);
+    template<int number>
+    static Inbox& instance();
 
     ZRNotify m_notify;
     mutable std::mutex m_lock;
