@@ -41,6 +41,21 @@ void mendSurrogates(QString& text)
     }
 }
 
+/// Without what would be shown as a box, break the line or turn the text around.
+QString printable(const QString& text)
+{
+    QString shown;
+    shown.reserve(text.size());
+    for (const QChar c : text) {
+        const bool unprintable = c.category() == QChar::Other_Control
+                                 || c.category() == QChar::Separator_Line
+                                 || c.category() == QChar::Separator_Paragraph;
+        if (!turnsDirection(c))
+            shown += unprintable ? QLatin1Char(' ') : c;
+    }
+    return shown.simplified();
+}
+
 /// Dots belong to the side where a name ends, which is the left one of a name that is written from
 /// right to left; what follows the name is not to be turned around with it.
 QString isolated(const QString& name)
@@ -115,16 +130,7 @@ QString displayName(const QString& userName)
         name.truncate(whole > 0 ? whole : kMaxNameUnits);
     }
     mendSurrogates(name);
-    QString shown;
-    shown.reserve(name.size());
-    for (const QChar c : std::as_const(name)) {
-        const bool unprintable = c.category() == QChar::Other_Control
-                                 || c.category() == QChar::Separator_Line
-                                 || c.category() == QChar::Separator_Paragraph;
-        if (!turnsDirection(c))
-            shown += unprintable ? QLatin1Char(' ') : c;
-    }
-    return shown.simplified();
+    return printable(name);
 }
 
 QString cutName(const QString& name, const QString& suffix, int roomPx, int fontPx,
@@ -162,7 +168,7 @@ QStringList lastLines(const QString& text, int lines, int roomPx, int fontPx,
     QStringList result;
     const QStringList paragraphs = sentence.split(QLatin1Char('\n'));
     for (const QString& paragraph : paragraphs) {
-        const QString line = paragraph.simplified();
+        const QString line = printable(paragraph);
         for (int start = 0; start < line.size();) {
             const int end = lineEnd(line, start, roomPx, fontPx, width);
             result += line.mid(start, end - start).trimmed();

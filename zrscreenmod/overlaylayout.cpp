@@ -392,7 +392,7 @@ void Builder::buildPaused(const QString& name)
     paused.text = cutName(m_small ? firstCharacters(name, kPausedNameCharacters) : name, suffix,
                           size.width(), paused.fontPx, m_metrics.width)
                       .trimmed();
-    if (paused.text.isEmpty())
+    if (paused.text.isEmpty() || paused.rect.height() < paused.fontPx)
         paused = OverlayElement();
 }
 
@@ -405,7 +405,7 @@ void Builder::buildCaption(const QString& name)
     caption.fontPx = pick(26, 20);
     const int room = m_width - scaled(40) - 2 * padding;
     caption.text = cutName(name, suffix, room, caption.fontPx, m_metrics.width);
-    if (caption.text.isEmpty()) {
+    if (caption.text.isEmpty() || height < caption.fontPx) {
         caption = OverlayElement();
         return;
     }

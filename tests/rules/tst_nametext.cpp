@@ -100,7 +100,7 @@ void TestNameText::sentencesRoll()
     QCOMPARE(lines(QStringLiteral("one two three")), QStringLiteral("two|three"));
     QCOMPARE(lines(QStringLiteral("one two three four")), QStringLiteral("three|four"));
     QCOMPARE(lines(QStringLiteral("abcdefghij")), QStringLiteral("abcdef|ghij"));
-    QCOMPARE(lines(QStringLiteral("one\ntwo\n")), QStringLiteral("one|two"));
+    QCOMPARE(lines(QStringLiteral("one\u0007\ntwo\u202E\n")), QStringLiteral("one|two"));
     QCOMPARE(zr::lastLines(QStringLiteral("abc"), 2, -5, 10, width),
              QStringList({QStringLiteral("b"), QStringLiteral("c")}));
     QCOMPARE(lines(QString(1000000, QLatin1Char('x'))).size(), 6 + 1 + 1024 % 6);
