@@ -73,7 +73,6 @@ private slots:
     void theWriterLogsItsOwnDeletions();
 
     void theHandlerComesAndGoesWhileThreadsLog();
-    void theHandlerBeforeItGetsMessages_data();
     void theHandlerBeforeItGetsMessages();
     void aFatalMessageIsWrittenBeforeTheHandlerReturns();
     void theEndOfTheProcessWaitsForNoThread();
@@ -162,23 +161,20 @@ void tst_QMyLogThread::fillUp(QMyLogThread* log, const QString& name) const
 void tst_QMyLogThread::theSizeIsExaminedOncePer1001Lines_data()
 {
     QTest::addColumn<bool>("inOneBatch");
-    QTest::addColumn<qint64>("bytesAfter1001Lines");
     QTest::addColumn<bool>("full");
-
-    for (const bool inOneBatch : {false, true}) {
-        const char* const how = inOneBatch ? "batch" : "single lines";
-        QTest::addRow("%s, at the limit", how) << inOneBatch << zr::kLogFileLimitBytes << false;
-        QTest::addRow("%s, above it", how) << inOneBatch << zr::kLogFileLimitBytes + 1 << true;
-    }
+    QTest::newRow("single lines, at the limit") << false << false;
+    QTest::newRow("single lines, above it") << false << true;
+    QTest::newRow("batch, at the limit") << true << false;
+    QTest::newRow("batch, above it") << true << true;
 }
 
 void tst_QMyLogThread::theSizeIsExaminedOncePer1001Lines()
 {
     QFETCH(const bool, inOneBatch);
-    QFETCH(const qint64, bytesAfter1001Lines);
     QFETCH(const bool, full);
     constexpr qint64 kLineBytes = 8;
     constexpr int kLines = 2 * 1001 + 1;
+    const qint64 bytesAfter1001Lines = zr::kLogFileLimitBytes + (full ? 1 : 0);
     makeFile(kFirstFile, bytesAfter1001Lines - 1001 * kLineBytes);
 
     const auto log = logThread();
@@ -442,35 +438,28 @@ void tst_QMyLogThread::theHandlerComesAndGoesWhileThreadsLog()
     QCOMPARE(written + g_passedOn, logged.load());
 }
 
-void tst_QMyLogThread::theHandlerBeforeItGetsMessages_data()
-{
-    QTest::addColumn<QByteArray>("variable");
-    QTest::addColumn<int>("passedOn");
-    QTest::newRow("unset") << QByteArray() << 0;
-    QTest::newRow("0") << QByteArray("0") << 0;
-    QTest::newRow("1") << QByteArray("1") << 1;
-}
-
 void tst_QMyLogThread::theHandlerBeforeItGetsMessages()
 {
-    QFETCH(const QByteArray, variable);
-    QFETCH(const int, passedOn);
     const HostHandler host;
-    if (!variable.isNull())
+    int written = 0;
+    for (const char* variable : {"", "0", "1"}) {
         qputenv("ZRSCREEN_LOG_STDERR", variable);
+        const int passedOn = *variable == '1' ? 1 : 0;
+        g_passedOn = 0;
+        const auto log = logThread();
+        installLogHandler(log.get());
+        qDebug("while it is installed");
+        QCOMPARE(g_passedOn.load(), passedOn);
+        QVERIFY(removeLogHandler());
+        qDebug("afterwards");
+        QCOMPARE(g_passedOn.load(), passedOn + 1);
+        // A thread may be about to call it when it is removed.
+        logMessageHandler(QtDebugMsg, QMessageLogContext(), QStringLiteral("late"));
+        QCOMPARE(g_passedOn.load(), passedOn + 2);
+        QVERIFY(log->finish());
+        QCOMPARE(lines(kFirstFile).size(), ++written);
+    }
     const auto log = logThread();
-    installLogHandler(log.get());
-    qDebug("while it is installed");
-    QCOMPARE(g_passedOn.load(), passedOn);
-    QVERIFY(removeLogHandler());
-    qDebug("afterwards");
-    QCOMPARE(g_passedOn.load(), passedOn + 1);
-    // A thread may be about to call it when it is removed.
-    logMessageHandler(QtDebugMsg, QMessageLogContext(), QStringLiteral("late"));
-    QCOMPARE(g_passedOn.load(), passedOn + 2);
-    QVERIFY(log->finish());
-    QCOMPARE(lines(kFirstFile).size(), 1);
-
     // A handler that the host installs over it is left in place.
     installLogHandler(log.get());
     qInstallMessageHandler(countingHandler);
