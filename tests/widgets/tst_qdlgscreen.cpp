@@ -1,279 +1,220 @@
-// The gallery: registry, arrangement, messages, and what hosts do to it from inside a message.
+// The gallery: who is in the meeting, and what hosts do to it from inside a message.
 #include "gallerytest.h"
 
 using zrtest::HostDouble;
+using zrtest::Meeting;
+
+namespace {
+
+const std::pair<const char*, const char*> kStories[] = {
+    {"streams close a second later, unless the page is turned back",
+     "people 7; next; back; hidden: 0; elapse 1000; hidden: 1"},
+    {"a share takes the screen and gives it back",
+     "mode 6; people 2; add sharescreen_1; mode: 4; focus: sharescreen_1; remove sharescreen_1;"
+     "mode: 6; focus: ; speaker: u0"},
+    {"where the host dictates, or pages turn, a share changes nothing",
+     "mode 6; people 2; set follow 1; add sharescreen_1; set follow 0; set polling 1;"
+     "add sharescreen_2; mode: 6"},
+};
+
+} // namespace
 
 class TestGallery : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-
-    void joinTimesAreUniqueAndOrdered();
-    void knownIdGivesTheSamePerson();
+    ZR_STORIES(kStories)
+    void joins();
     void nothingIsPlacedBeforeJoining();
-    void pagesTurnAndCloseStreamsLate();
-    void shareTakesTheScreenAndGivesItBack();
-    void deadRecordsAreIgnored();
+    void hostDeletesFromInsideMessages_data();
     void hostDeletesFromInsideMessages();
     void hostRunsALoopInsideMessages();
     void badFramesAreRefused();
     void keepsStates();
     void tellsTheShareRectangleOnce();
     void exitEmptiesTheGallery();
-
-private:
-    tagPersonInfo* add(const QString& id, qint64 joinTime = 0, const QString& name = {})
-    {
-        return m_meeting->add(id, joinTime, name);
-    }
-    std::vector<tagPersonInfo*> addMany(int count) { return m_meeting->addMany(count); }
-    bool play(tagPersonInfo* person, quint32 width = 64, quint32 height = 36)
-    {
-        return m_meeting->play(person, width, height);
-    }
-    void settle() { m_meeting->settle(); }
-    QZRScreenConfig& hub() { return m_meeting->hub(); }
-
-    std::unique_ptr<zrtest::Meeting> m_meeting;
-    HostDouble* m_host = nullptr;
-    QDlgScreen* m_gallery = nullptr;
 };
 
-void TestGallery::init()
+void TestGallery::joins()
 {
-    m_meeting = std::make_unique<zrtest::Meeting>();
-    m_host = &m_meeting->host;
-    m_gallery = m_meeting->gallery.get();
-}
-
-void TestGallery::cleanup()
-{
-    m_meeting.reset();
-}
-
-void TestGallery::joinTimesAreUniqueAndOrdered()
-{
-    tagPersonInfo* host = add("host", 50);
-    m_gallery->updatePersonInfo(host, false, 1, {}, 0);
-    const tagPersonInfo* last = add("last", 60);
-    const tagPersonInfo* first = add("first", 10);
-    const tagPersonInfo* second = add("second", 10);
-    const tagPersonInfo* third = add("third", 10);
-    QCOMPARE(first->joinTime, 10);
-    QCOMPARE(second->joinTime, 11);
-    QCOMPARE(third->joinTime, 12);
-    settle();
+    Meeting m;
+    m->updatePersonInfo(m.add("host", 50), false, 1, {}, 0);
+    m.add("last", 60);
+    const tagPersonInfo* first = m.add("first", 10);
+    QCOMPARE(m.add("second", 10)->joinTime, 11);
+    QCOMPARE(m.add("third", 10)->joinTime, 12);
     // Nobody goes before the host of the meeting, however early.
-    const auto place = [](const tagPersonInfo* person) {
-        const QPoint pos = person->pWidget->pos();
-        return pos.y() * 10000 + pos.x();
-    };
-    QVERIFY(place(host) < place(first));
-    QVERIFY(place(first) < place(second));
-    QVERIFY(place(second) < place(third));
-    QVERIFY(place(third) < place(last));
-}
-
-void TestGallery::knownIdGivesTheSamePerson()
-{
-    tagPersonInfo* person = add("anna", 5);
-    QCOMPARE(add("anna", 77), person);
-    QCOMPARE(m_gallery->findChildren<CPlayWidget*>().size(), 1);
+    QCOMPARE(m.shown(), QString("host first second third last"));
+    QCOMPARE(m.add("first", 77), first); // a known id is the same participant
+    QCOMPARE(m.tiles().size(), 5U);
+    m.remove("first");
+    QCOMPARE(m.add("again", 10)->joinTime, 10); // which is free again
 }
 
 void TestGallery::nothingIsPlacedBeforeJoining()
 {
-    m_gallery->setJoinMeetingFinish(false);
-    const auto persons = addMany(2);
-    QVERIFY(!persons[0]->pWidget->isShowing());
-    QCOMPARE(m_host->count(ZRMSG_VIDEO_SHOWN), 0);
-    m_gallery->setJoinMeetingFinish(true);
-    QVERIFY(m_gallery->isPersonVisible("u0"));
+    Meeting m;
+    m->setJoinMeetingFinish(false);
+    m.addMany(7);
+    QCOMPARE(m.shown(), QString());
+    QVERIFY(m.host.messages.empty());
+    for (const QWidget* child : m->findChildren<QWidget*>())
+        QVERIFY(!child->isVisible()); // the page controls neither
+    m->setJoinMeetingFinish(true);
+    QVERIFY(m.sees("u0"));
 }
 
-void TestGallery::pagesTurnAndCloseStreamsLate()
-{
-    const auto persons = addMany(7);
-    QVERIFY(!m_gallery->isPersonVisible("u6"));
-    QVERIFY(m_gallery->pageNext(false));
-    QVERIFY(m_gallery->isPersonVisible("u6"));
-    QVERIFY(!m_gallery->isPersonVisible("u0"));
-    QVERIFY2(!m_gallery->pagePre(), "a second turn within 400 ms");
-    QVERIFY(m_gallery->isPersonVisible("u6"));
-    // Back within a second: nobody has been told to close a stream.
-    QTest::qWait(450);
-    QCOMPARE(m_host->count(ZRMSG_VIDEO_HIDDEN), 0);
-    QVERIFY(m_gallery->pagePre());
-    QVERIFY(m_gallery->isPersonVisible("u0"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_host->count(ZRMSG_VIDEO_HIDDEN), 1, 2000);
-    QCOMPARE(m_host->count(ZRMSG_VIDEO_HIDDEN, persons[6]), 1);
-    // The first page stays where it is.
-    QTest::qWait(450);
-    QVERIFY(m_gallery->pagePre());
-    QVERIFY(m_gallery->isPersonVisible("u0"));
-}
+// --- Bad moments ------------------------------------------------------------------------------
 
-void TestGallery::shareTakesTheScreenAndGivesItBack()
+void TestGallery::hostDeletesFromInsideMessages_data()
 {
-    m_gallery->setMeetingMode(eLayoutSpeakerRight);
-    addMany(2);
-    tagPersonInfo* share = add("sharescreen_42");
-    QCOMPARE(hub().curScreenMode(), int(eLayoutSpeakerTool));
-    QCOMPARE(hub().gallery.focusPerson, share);
-    m_gallery->DelPerson(share);
-    QCOMPARE(hub().curScreenMode(), int(eLayoutSpeakerRight));
-    QCOMPARE(hub().gallery.focusPerson, nullptr);
-    // With the host dictating the layout a share changes nothing.
-    hub().settings.layoutFollow = true;
-    add("sharescreen_43");
-    QCOMPARE(hub().curScreenMode(), int(eLayoutSpeakerRight));
-}
-
-void TestGallery::deadRecordsAreIgnored()
-{
-    tagPersonInfo* gone = add("gone");
-    m_gallery->DelPerson(gone);
-    QCOMPARE(hub().curScreenMode(), int(eLayoutEqualCut));
-    m_gallery->onModVolume(gone, 50);
-    m_gallery->onModAudioMute(gone, false);
-    m_gallery->onModPreview(gone, true);
-    m_gallery->onModPersonHandup(gone, true);
-    m_gallery->onModAllLook(gone, true);
-    m_gallery->onModLookLock(gone, true);
-    m_gallery->onModPersonInfo(gone, true, 1, "x", 0);
-    m_gallery->onModDelPerson(gone);
-    m_gallery->onModVideoSize(gone, 10, 10);
-    m_gallery->onPlayFrameUpdateUI(gone, 10, 10);
-    m_gallery->onClickMore(gone, 3);
-    m_gallery->onLeftBtnDBClick(nullptr);
-    m_gallery->setPersonDefStreamType(gone);
-    QVERIFY(!play(gone));
-    QVERIFY(!m_gallery->playFrame(nullptr, nullptr));
-    QCOMPARE(hub().curScreenMode(), int(eLayoutEqualCut));
+    QTest::addColumn<int>("id");
+    for (const int id : {1, 2, 3, 4, 8, 9, 11, 13, 14, 15, 20, 21, 22, 29})
+        QTest::addRow("message %d", id) << id;
 }
 
 void TestGallery::hostDeletesFromInsideMessages()
 {
-    // Every message that a participant causes may end with the participant's deletion.
-    for (const unsigned long id : {unsigned(ZRMSG_VIDEO_SHOWN), unsigned(ZRMSG_PERSON_REMOVED), 3U,
-                                   unsigned(ZRMSG_VIDEO_HIDDEN)}) {
-        const auto persons = addMany(8);
-        m_host->onMessage = [&](const HostDouble::Message& m) {
-            if (m.id == id)
-                m_gallery->onModDelPerson(reinterpret_cast<void*>(m.wParam));
+    QFETCH(int, id);
+    constexpr int kWhoIsMeant = 5; // the message's participant, if it has one
+    constexpr int kEverybody = 6;
+    for (const int victim : {0, 1, 3, kWhoIsMeant, kEverybody}) {
+        Meeting m;
+        const auto persons = m.addMany(5);
+        for (tagPersonInfo* person : persons)
+            m->setPreview(person, person != persons[2]);
+        QCOMPARE(m.tell("pin u0; voice u3"), QString());
+        bool met = false;
+        m.host.onMessage = [&](const HostDouble::Message& message) {
+            if (int(message.id) != id || met)
+                return;
+            met = true;
+            if (victim == kEverybody)
+                m->ProcessExitMeeting();
+            else if (victim == kWhoIsMeant)
+                m->onModDelPerson(message.person());
+            else
+                m->onModDelPerson(persons[std::size_t(victim)]);
         };
-        for (tagPersonInfo* person : persons)
-            m_gallery->onModPreview(person, true);
-        m_gallery->reLayout();
-        for (tagPersonInfo* person : persons)
-            play(person);
-        settle();
-        QTest::qWait(1100);
-        m_host->onMessage = nullptr;
-        for (tagPersonInfo* person : persons)
-            m_gallery->onModDelPerson(person);
-        settle();
-        QCOMPARE(m_gallery->findChildren<CPlayWidget*>().size(), 0);
+        // With u2 the focus is kept: no picture.
+        for (const char* step : {"menu u1", "click u2", "click u1", "click u3", "mode 4", "mode 9",
+                                 "mode 2", "mode 10", "mode 14", "mode 11", "double u4"}) {
+            QCOMPARE(m.tell(step), QString());
+            for (tagPersonInfo* person : persons)
+                m.play(person);
+        }
+        QCOMPARE(m.tell("elapse 1000; remove u3"), QString());
+        QVERIFY(met);
+        m.host.onMessage = nullptr;
+        tagPersonInfo* focus = m.hub().gallery.focusPerson;
+        QVERIFY(!focus || m->livePerson(focus));
+        QTest::qWait(1); // the retired ones are freed
+        for (const CPlayWidget* tile : m.tiles())
+            QVERIFY(m->livePerson(tile->GetPersonInfo()));
+        QCOMPARE(m.timers().isEmpty(), m.tiles().empty());
+        QCOMPARE(m.tell("mode 1; add later; mode 6"), QString());
+        QVERIFY(m.sees("later") && !m.speaker().isEmpty());
     }
 }
 
 void TestGallery::hostRunsALoopInsideMessages()
 {
     // As a popup menu does: events are handled while a message is under way.
-    addMany(2);
-    tagPersonInfo* gone = add("gone");
+    Meeting m;
+    m.addMany(2);
+    tagPersonInfo* gone = m.add("gone");
     bool looped = false;
-    m_host->onMessage = [&](const HostDouble::Message&) {
+    m.host.onMessage = [&](const HostDouble::Message&) {
         if (looped)
             return;
         looped = true;
-        m_gallery->onModDelPerson(gone);
-        add("newcomer");
-        QTest::qWait(50);
+        const QPointer<CPlayWidget> tile = gone->pWidget;
+        m->onModDelPerson(gone);
+        m->AddPerson("newcomer", "newcomer", 0, 0, nullptr);
+        m->resize(1000, 700);
+        QTest::qWait(20);
+        QVERIFY(tile); // which may be what the message comes from
     };
-    m_gallery->reLayout();
+    m.click("u0");
     QVERIFY(looped);
-    QTRY_VERIFY(m_gallery->findPerson("newcomer")->pWidget->isShowing());
-    QTRY_COMPARE(m_gallery->findChildren<CPlayWidget*>().size(), 3);
-    // Later changes are still arranged.
-    tagPersonInfo* later = add("later");
-    QTRY_VERIFY(later->pWidget->isShowing());
+    QTRY_COMPARE(m.shown(), QString("newcomer u0 u1"));
+    QTRY_COMPARE(m.tiles().size(), 3U);
+    looped = false;
+    gone = m["newcomer"];
+    m.setMode(eLayoutSpeakerRight); // from inside an arrangement
+    m.add("later");
+    QVERIFY(looped && m.sees("later"));
 }
 
 void TestGallery::badFramesAreRefused()
 {
-    tagPersonInfo* person = addMany(1)[0];
-    VantrelRTCVideoFrameQT frame{};
-    frame.pData = m_meeting->picture.data();
-    const std::vector<std::pair<quint32, quint32>> sizes{
+    Meeting m;
+    tagPersonInfo* person = m.add("anna");
+    const std::pair<quint32, quint32> sizes[] = {
         {0, 0}, {0, 8}, {8, 0}, {16385, 8}, {8, 16385}, {0xffffffffU, 0xffffffffU}, {65536, 65536}};
-    for (const auto& [width, height] : sizes) {
-        frame.width = width;
-        frame.height = height;
-        QVERIFY(!m_gallery->playFrame(person, &frame));
-    }
+    for (const auto& [width, height] : sizes)
+        QVERIFY(!m.play(person, width, height));
+    VantrelRTCVideoFrameQT frame{};
     frame.width = frame.height = 8;
     for (const quintptr bad : {quintptr(0), quintptr(0x10), ~quintptr(0) - 4}) {
         frame.pData = reinterpret_cast<const uint8_t*>(bad);
-        QVERIFY(!m_gallery->playFrame(person, &frame));
+        QVERIFY(!m->playFrame(person, &frame));
     }
-    settle();
+    QVERIFY(!m->playFrame(person, nullptr));
     QCOMPARE(person->iStreamStatus, int(kStreamNone));
-    QVERIFY(play(person));
+    QVERIFY(m.play(person));
+    QVERIFY(person->iStreamStatus != kStreamNone);
 }
 
 void TestGallery::keepsStates()
 {
-    tagPersonInfo* person = addMany(2)[0];
-    QVERIFY(m_gallery->setMute(person, false));
-    QVERIFY(!m_gallery->setMute(person, false));
-    m_gallery->onModVolume(person, 1000);
-    QCOMPARE(person->iVolume, 100);
-    m_gallery->onModVolume(person, -5);
-    QCOMPARE(person->iVolume, 0);
-    m_gallery->onModPersonHandup(person, true);
+    Meeting m;
+    tagPersonInfo* person = m.add("anna");
+    QVERIFY(m->setMute(person, false));
+    QVERIFY(!m->setMute(person, false));
+    m->onModVolume(person, 1000);
+    QCOMPARE(int(person->iVolume), 100);
+    m->onModVolume(person, -5);
+    QCOMPARE(int(person->iVolume), 0);
+    m->onModPersonHandup(person, true);
     QVERIFY(person->bHandUp);
-    m_gallery->UpdateUserNetStatus("nobody", 1, true, 3);
+    m->UpdateUserNetStatus("nobody", 1, true, 3);
 }
 
 void TestGallery::tellsTheShareRectangleOnce()
 {
-    hub().settings.layoutFollow = true;
-    tagPersonInfo* share = add("sharescreen_1");
-    settle();
-    QVERIFY(!m_gallery->shareRect().isValid()); // no picture, no rectangle
-    QCOMPARE(m_host->count(ZRMSG_SHARE_RECT_CHANGED), 0);
-    QVERIFY(play(share, 640, 360));
-    QTRY_COMPARE(m_host->count(ZRMSG_SHARE_RECT_CHANGED), 1);
-    QCOMPARE(m_host->messages.back().wParam, 1ULL);
+    Meeting m;
+    m.settings().layoutFollow = true;
+    tagPersonInfo* share = m.add("sharescreen_1");
+    QVERIFY(!m->shareRect().isValid()); // no picture, no rectangle
+    const auto told = [&m] { return m.host.count(ZRMSG_SHARE_RECT_CHANGED); };
+    QCOMPARE(told(), 0);
+    QVERIFY(m.play(share, 640, 360));
+    QTRY_COMPARE(told(), 1);
+    QCOMPARE(m.host.messages.back().wParam, 1ULL);
     const QPoint origin = share->pWidget->mapToGlobal(QPoint(0, 0));
-    QCOMPARE(m_gallery->shareRect(), QRect(origin, origin + QPoint(1280, 720)));
-    m_gallery->reLayout();
-    QTest::qWait(50);
-    QCOMPARE(m_host->count(ZRMSG_SHARE_RECT_CHANGED), 1);
+    QCOMPARE(m->shareRect(), QRect(origin, origin + QPoint(1280, 720)));
+    m.reLayout();
+    QCOMPARE(told(), 1);
     // A picture of another shape lies elsewhere.
-    QVERIFY(play(share, 360, 640));
-    QTRY_COMPARE(m_host->count(ZRMSG_SHARE_RECT_CHANGED), 2);
-    QVERIFY(m_gallery->shareRect().width() < 720);
-    m_gallery->DelPerson(share);
-    QTRY_COMPARE(m_host->count(ZRMSG_SHARE_RECT_CHANGED), 3);
-    QCOMPARE(m_host->messages.back().wParam, 0ULL);
+    QVERIFY(m.play(share, 360, 640));
+    QTRY_COMPARE(told(), 2);
+    QVERIFY(m->shareRect().width() < 720);
+    m.remove("sharescreen_1");
+    QCOMPARE(told(), 3);
+    QCOMPARE(m.host.messages.back().wParam, 0ULL);
 }
 
 void TestGallery::exitEmptiesTheGallery()
 {
-    addMany(4);
-    QCOMPARE(m_gallery->ProcessExitMeeting(), 1);
-    settle();
-    QCOMPARE(m_gallery->findChildren<CPlayWidget*>().size(), 0);
-    QVERIFY(!m_gallery->findPerson("u0"));
-    m_host->messages.clear();
-    QTest::qWait(1100);
-    QVERIFY(m_host->messages.empty());
-    QVERIFY(add("again"));
+    Meeting m;
+    m.addMany(4);
+    QCOMPARE(m->ProcessExitMeeting(), 1);
+    m.settle();
+    QVERIFY(m.tiles().empty() && m.timers().isEmpty());
+    QVERIFY(!m["u0"]);
+    QVERIFY(m.add("again"));
 }
 
 ZR_WIDGET_TEST_MAIN(TestGallery)
