@@ -17,13 +17,22 @@ class TestFrameDialog : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init()
+    {
+        m_dialog = std::make_unique<QDlgMain>(nullptr);
+        m_dialog->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_dialog.get()));
+    }
+    void cleanup()
+    {
+        m_dialog.reset();
+        QZRScreenConfig::destroyInstance();
+    }
 
-    void sharesItsRoom_data();
     void sharesItsRoom();
     void followsTheModeWithSubtitlesOpen();
     void cannotBeClosed();
+    void keysReachTheGallery();
     void publishesItsGallery();
     void playWindowReportsLeftDoubleClicks();
 
@@ -34,58 +43,35 @@ private:
     std::unique_ptr<QDlgMain> m_dialog;
 };
 
-void TestFrameDialog::init()
-{
-    m_dialog = std::make_unique<QDlgMain>(nullptr);
-    m_dialog->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_dialog.get()));
-}
-
-void TestFrameDialog::cleanup()
-{
-    m_dialog.reset();
-    QZRScreenConfig::destroyInstance();
-}
-
-void TestFrameDialog::sharesItsRoom_data()
-{
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<bool>("open");
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<QRect>("gallery");
-    QTest::addColumn<QRect>("panel"); // invalid: hidden
-    QTest::newRow("closed") << QSize(1003, 600) << false << 1 << QRect(0, 0, 1003, 600) << QRect();
-    QTest::newRow("open") << QSize(1003, 600) << true << 1 << QRect(0, 0, 803, 600)
-                          << QRect(803, 0, 200, 600);
-    QTest::newRow("suppressed") << QSize(1003, 600) << true << 6 << QRect(0, 0, 1003, 600)
-                                << QRect();
-    QTest::newRow("share") << QSize(1003, 600) << true << 10 << QRect(0, 0, 1003, 600) << QRect();
-    QTest::newRow("tiny") << QSize(4, 4) << true << 1 << QRect(0, 0, 4, 4) << QRect(4, 0, 0, 4);
-}
-
 void TestFrameDialog::sharesItsRoom()
 {
-    QFETCH(QSize, size);
-    QFETCH(bool, open);
-    QFETCH(int, mode);
-    QFETCH(QRect, gallery);
-    QFETCH(QRect, panel);
-    const auto check = [&] {
-        QTRY_COMPARE(m_dialog->gallery()->geometry(), gallery);
-        const bool shown = open && mode == 1;
-        QCOMPARE(this->panel()->isVisible(), shown);
-        if (shown)
-            QCOMPARE(this->panel()->geometry(), panel);
+    struct Row
+    {
+        QSize size;
+        bool open;
+        int mode;
+        QRect gallery, panel; // an invalid one is hidden
     };
-    m_dialog->resize(size);
-    hub().setCurScreenMode(mode);
-    hub().setSubtitleOpen(open);
-    m_dialog->showSubtitlePanel(open);
-    check();
-    // A resize comes to the same.
-    m_dialog->resize(size + QSize(100, 100));
-    m_dialog->resize(size);
-    check();
+    const Row rows[] = {
+        {{1003, 600}, false, 1, {0, 0, 1003, 600}, {}},
+        {{1003, 600}, true, 1, {0, 0, 803, 600}, {803, 0, 200, 600}},
+        {{1003, 600}, true, 6, {0, 0, 1003, 600}, {}},
+        {{1003, 600}, true, 10, {0, 0, 1003, 600}, {}},
+    };
+    for (const Row& row : rows) {
+        hub().setCurScreenMode(row.mode);
+        hub().setSubtitleOpen(row.open);
+        m_dialog->resize(row.size);
+        m_dialog->showSubtitlePanel(row.open);
+        for (int pass = 0; pass < 2; ++pass) {
+            QTRY_COMPARE(m_dialog->gallery()->geometry(), row.gallery);
+            QCOMPARE(panel()->isVisible(), row.panel.isValid());
+            QVERIFY(!row.panel.isValid() || panel()->geometry() == row.panel);
+            // A resize comes to the same.
+            m_dialog->resize(row.size + QSize(100, 100));
+            m_dialog->resize(row.size);
+        }
+    }
 }
 
 void TestFrameDialog::followsTheModeWithSubtitlesOpen()
@@ -113,9 +99,19 @@ void TestFrameDialog::cannotBeClosed()
     }
 }
 
+void TestFrameDialog::keysReachTheGallery()
+{
+    QDlgScreen* gallery = m_dialog->gallery();
+    for (int i = 0; i < 7; ++i)
+        gallery->AddPerson(QString::number(i), "name", i, 0, nullptr);
+    gallery->setJoinMeetingFinish(true);
+    QCoreApplication::sendPostedEvents();
+    QTest::keyClick(m_dialog->windowHandle(), Qt::Key_PageDown); // nobody has clicked anywhere
+    QCOMPARE(gallery->page(), 1);
+}
+
 void TestFrameDialog::publishesItsGallery()
 {
-    QCOMPARE(hub().m_pDlgScreen, m_dialog->gallery());
     auto second = std::make_unique<QDlgMain>(nullptr);
     QCOMPARE(hub().m_pDlgScreen, second->gallery());
     second.reset();
