@@ -1,6 +1,7 @@
 #include "command_table.h"
 
 #include "host_error.h"
+#include "native_rect.h"
 #include "session.h"
 #include "source_spec.h"
 #include "text.h"
@@ -135,6 +136,16 @@ BoundCommand bindCommand(const std::vector<std::string>& words)
     return bound;
 }
 
+tagRECT readRectangle(const Args& args, std::size_t first)
+{
+    tagRECT rect{};
+    rect.left = args.number(first);
+    rect.top = args.number(first + 1);
+    rect.right = rect.left + args.number(first + 2);
+    rect.bottom = rect.top + args.number(first + 3);
+    return rect;
+}
+
 void printRefusal(Session& session, const Args& args, int result)
 {
     if (result == 0)
@@ -187,6 +198,18 @@ ArgSpec integer(std::string name, long long min, long long max)
     spec.min = min;
     spec.max = max;
     return spec;
+}
+
+ArgSpec pixels(std::string name)
+{
+    constexpr long long kMinPx = -32768;
+    constexpr long long kMaxPx = 32767;
+    return integer(std::move(name), kMinPx, kMaxPx);
+}
+
+std::vector<ArgSpec> rectangle()
+{
+    return {pixels("X"), pixels("Y"), pixels("WIDTH"), pixels("HEIGHT")};
 }
 
 ArgSpec onOff(std::string name)

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+struct tagRECT;
+
 namespace zrhost {
 
 class Session;
@@ -104,6 +106,9 @@ struct BoundCommand
 /// A line for each command.
 [[nodiscard]] std::string commandHelp();
 
+/// The rectangle of an arg::rectangle() whose X is the argument `first`.
+[[nodiscard]] tagRECT readRectangle(const Args& args, std::size_t first = 0);
+
 /// Prints that an export refused a command: `result` is what it returned, 0 for a refusal.
 void printRefusal(Session& session, const Args& args, int result);
 /// Prints the answer of a query: the command, its arguments and the number.
@@ -120,6 +125,10 @@ namespace arg {
 ArgSpec who();
 ArgSpec text(std::string name);
 ArgSpec integer(std::string name, long long min, long long max);
+/// A coordinate or length of the window system.
+ArgSpec pixels(std::string name);
+/// X, Y, WIDTH and HEIGHT.
+std::vector<ArgSpec> rectangle();
 ArgSpec onOff(std::string name = {});
 ArgSpec choice(std::vector<std::string> words, long long first = 0);
 ArgSpec kind(std::string name, ArgKind kind);

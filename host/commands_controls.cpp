@@ -12,27 +12,15 @@ namespace {
 
 using Kind = ControlDesk::Kind;
 
-constexpr long long kMinPx = -32768;
-constexpr long long kMaxPx = 32767;
 constexpr long long kMinInt = std::numeric_limits<int>::min();
 constexpr long long kMaxInt = std::numeric_limits<int>::max();
 const char* const kName = "CONTROL";
 
-/// The rectangle behind a control's name.
-tagRECT rectangle(const Args& args)
-{
-    tagRECT rect{};
-    rect.left = args.number(1);
-    rect.top = args.number(2);
-    rect.right = args.number(1) + args.number(3);
-    rect.bottom = args.number(2) + args.number(4);
-    return rect;
-}
-
 std::vector<ArgSpec> nameAndRectangle()
 {
-    return {arg::text(kName), arg::integer("X", kMinPx, kMaxPx), arg::integer("Y", kMinPx, kMaxPx),
-            arg::integer("WIDTH", kMinPx, kMaxPx), arg::integer("HEIGHT", kMinPx, kMaxPx)};
+    std::vector<ArgSpec> arguments = arg::rectangle();
+    arguments.insert(arguments.begin(), arg::text(kName));
+    return arguments;
 }
 
 void* edit(Session& session, const Args& args)
@@ -66,7 +54,7 @@ void addEditCommands(std::vector<Command>& table)
     addArgs.push_back(optional(text("PLACEHOLDER")));
     table.push_back({"edit add", addArgs, "borrow a line edit, in the screen's window",
                      [](Session& s, const Args& a) {
-                         tagRECT rect = rectangle(a);
+                         tagRECT rect = readRectangle(a, 1);
                          s.controls().addEdit(a.text(0), s.parent(), rect,
                                               a.has(5) ? a.text(5) : std::string());
                      },
@@ -87,7 +75,7 @@ void addEditCommands(std::vector<Command>& table)
                      "edit parent title second"});
     table.push_back({"edit move", nameAndRectangle(), "place a line edit",
                      [](Session& s, const Args& a) {
-                         tagRECT rect = rectangle(a);
+                         tagRECT rect = readRectangle(a, 1);
                          editApi(s).MoveWindow(edit(s, a), &rect);
                      },
                      "edit move title 20 20 300 30"});
@@ -174,7 +162,7 @@ void addBoxCommands(std::vector<Command>& table)
         addArgs.push_back(integer(channel, 0, 255));
     table.push_back({"box add", addArgs, "borrow a text box, in the screen's window",
                      [](Session& s, const Args& a) {
-                         tagRECT rect = rectangle(a);
+                         tagRECT rect = readRectangle(a, 1);
                          s.controls().addBox(a.text(0), s.parent(), rect, a.number(5), a.number(6),
                                              a.number(7));
                      },
@@ -220,8 +208,7 @@ void addDateCommands(std::vector<Command>& table)
                      "give a date picker back",
                      [](Session& s, const Args& a) { s.controls().remove(Kind::Date, a.text(0)); },
                      "date remove when"});
-    std::vector<ArgSpec> openArgs{text(kName), integer("X", kMinPx, kMaxPx),
-                                  integer("Y", kMinPx, kMaxPx)};
+    std::vector<ArgSpec> openArgs{text(kName), pixels("X"), pixels("Y")};
     for (const char* const field : {"YEAR", "MONTH", "DAY", "HOUR", "MINUTE", "SECOND"})
         openArgs.push_back(optional(integer(field, kMinInt, kMaxInt)));
     table.push_back({"date open", openArgs,

@@ -12,25 +12,6 @@ namespace zrhost {
 
 namespace {
 
-constexpr long long kMinPx = -32768;
-constexpr long long kMaxPx = 32767;
-
-tagRECT rectangle(const Args& args)
-{
-    tagRECT rect{};
-    rect.left = args.number(0);
-    rect.top = args.number(1);
-    rect.right = args.number(0) + args.number(2);
-    rect.bottom = args.number(1) + args.number(3);
-    return rect;
-}
-
-std::vector<ArgSpec> rectangleArgs()
-{
-    return {arg::integer("X", kMinPx, kMaxPx), arg::integer("Y", kMinPx, kMaxPx),
-            arg::integer("WIDTH", kMinPx, kMaxPx), arg::integer("HEIGHT", kMinPx, kMaxPx)};
-}
-
 void mode(Session& session, const Args& args)
 {
     std::map<int, std::string> sorting;
@@ -43,13 +24,13 @@ void mode(Session& session, const Args& args)
 
 void move(Session& session, const Args& args)
 {
-    tagRECT rect = rectangle(args);
+    tagRECT rect = readRectangle(args);
     printRefusal(session, args, session.api().MoveWindow(session.screen(), &rect, 0));
 }
 
 void toolbar(Session& session, const Args& args)
 {
-    tagRECT rect = rectangle(args);
+    tagRECT rect = readRectangle(args);
     printRefusal(session, args,
                  session.api().SetVideoToolbarStatus(session.screen(), &rect, args.flag(4)));
 }
@@ -227,7 +208,7 @@ void addShareCommands(std::vector<Command>& table)
                      "ask for the small window's id",
                      ask<&ScreenApi::GetSmallWndID>,
                      "smallid"});
-    std::vector<ArgSpec> toolbarArgs = rectangleArgs();
+    std::vector<ArgSpec> toolbarArgs = arg::rectangle();
     toolbarArgs.push_back(onOff());
     table.push_back({"toolbar", toolbarArgs, "the client's toolbar over the video", toolbar,
                      "toolbar 10 20 300 40 on"});
@@ -291,15 +272,15 @@ void addWindowCommands(std::vector<Command>& table)
                      },
                      "resize 800x600"});
     table.push_back(
-        {"move", rectangleArgs(), "place the screen in its window", move, "move 10 20 400 300"});
+        {"move", arg::rectangle(), "place the screen in its window", move, "move 10 20 400 300"});
     table.push_back(
         {"reparent",
          {choice({"none", "main", "second"})},
          "put the screen into another window",
          [](Session& s, const Args& a) { s.setParent(static_cast<WindowId>(a.number(0))); },
          "reparent second"});
-    const ArgSpec x = integer("X", kMinPx, kMaxPx);
-    const ArgSpec y = integer("Y", kMinPx, kMaxPx);
+    const ArgSpec x = pixels("X");
+    const ArgSpec y = pixels("Y");
     table.push_back(
         {"click",
          {x, y, optional(integer("TIMES", 0, 9))},
