@@ -383,6 +383,6 @@ ZR_CASE(refusal, hugeNumbersDoNoHarm)
     meeting.moveTo(640, 360);
     CHECK_EQUAL(zr.SetSupport9EqualCut(s, true), 1);
     REQUIRE(meeting.changeMode(eLayoutEqualCut));
-    CHECK(pumpUntil([&] { return zr.IsPersonVisible(s, text("max2")) == 1; }));
+    CHECK(pumpUntil([&] { return m.zr.IsPersonVisible(m.s, text("max2")) == 1; }));
     CHECK_EQUAL(zr.IsPersonVisible(s, text("min0")), 1);
 }
