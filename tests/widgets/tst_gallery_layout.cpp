@@ -305,6 +305,8 @@ void TestGalleryLayout::speakerToolShowsTheNextSpeaker()
     QVERIFY(!m.sees("u0") && !m.tool->visible);
     emit m.hub().modSignalShowSpeakTool(false);
     QVERIFY(m.sees("u0") && m.tool->visible && m.tool->moves == moves + 1);
+    QCOMPARE(m.tell("mode 1; mode 4; tool: u0"), QString());
+    QCOMPARE(m.tool->moves, moves + 2);
     // Beside a share it stays when somebody else has left, otherwise not.
     QCOMPARE(m.tell("remove u0; mode: 1; tool: ; add sharescreen_1; tool: u2; remove u2; mode: 4;"
                     "tool: u1; mode 11; tool: "),

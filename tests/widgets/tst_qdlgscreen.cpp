@@ -101,6 +101,8 @@ void TestGallery::hostDeletesFromInsideMessages()
         for (const char* step : {"menu u1", "click u2", "click u1", "click u3", "mode 4", "mode 9",
                                  "mode 2", "mode 10", "mode 14", "mode 11", "double u4"}) {
             QCOMPARE(m.tell(step), QString());
+            // An empty gallery has nothing to wait for.
+            QVERIFY(!met || victim != kEverybody || m.timers().isEmpty());
             for (tagPersonInfo* person : persons)
                 m.play(person);
         }
@@ -123,7 +125,7 @@ void TestGallery::hostRunsALoopInsideMessages()
     // As a popup menu does: events are handled while a message is under way.
     Meeting m;
     m.addMany(2);
-    tagPersonInfo* gone = m.add("gone");
+    tagPersonInfo* gone = m->AddPerson("gone", "gone", 0, 0, nullptr);
     bool looped = false;
     m.host.onMessage = [&](const HostDouble::Message&) {
         if (looped)
@@ -136,15 +138,12 @@ void TestGallery::hostRunsALoopInsideMessages()
         QTest::qWait(20);
         QVERIFY(tile); // which may be what the message comes from
     };
-    m.click("u0");
+    m.reLayout(); // which shows who has gone by then
     QVERIFY(looped);
     QTRY_COMPARE(m.shown(), QString("newcomer u0 u1"));
     QTRY_COMPARE(m.tiles().size(), 3U);
-    looped = false;
-    gone = m["newcomer"];
-    m.setMode(eLayoutSpeakerRight); // from inside an arrangement
-    m.add("later");
-    QVERIFY(looped && m.sees("later"));
+    m.add("later"); // later changes are still arranged
+    QVERIFY(m.sees("later"));
 }
 
 void TestGallery::badFramesAreRefused()
