@@ -28,6 +28,7 @@ private slots:
     void refusesWhatIsNoWindow();
     void embedsAWindowThatIsNotOfQt();
     void placesOnTop();
+    void handsTheKeyboardOverAndBack();
     void outlivesTheHostWindow();
     void leavesNothingBehind();
 };
@@ -208,6 +209,22 @@ void TestPlatform::placesOnTop()
 }
 
 // A host may close its window and release the screen afterwards.
+void TestPlatform::handsTheKeyboardOverAndBack()
+{
+    const HostWindow window;
+    Dialog dialog;
+    QVERIFY(dialog.showIn(window));
+    QVERIFY(platform::takeKeyboardFocus(dialog.id()));
+    QVERIFY(platform::hasKeyboardFocus(dialog.id()));
+    QVERIFY(platform::returnKeyboardFocus(dialog.id()));
+    QVERIFY(platform::hasKeyboardFocus(window));
+    QVERIFY(!platform::returnKeyboardFocus(dialog.id())); // it has not got it any more
+    constexpr NativeWindow kNoWindow = 0x7ffffff0;
+    QVERIFY(!platform::takeKeyboardFocus(kNoWindow));
+    QVERIFY(!platform::returnKeyboardFocus(kNoWindow));
+    QVERIFY(platform::hasKeyboardFocus(window));
+}
+
 void TestPlatform::outlivesTheHostWindow()
 {
     const HostWindow next;
