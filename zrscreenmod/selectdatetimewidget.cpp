@@ -490,14 +490,15 @@ bool SelectDateTimeWidget::focusNextPrevChild(bool next)
 void SelectDateTimeWidget::giveKeysTo(List* list, bool lit)
 {
     m_pKeyList = list;
-    for (const List* const each : {&m_hours, &m_minutes}) {
-        const bool on = lit && each == list;
-        if (each->head->property("keys").toBool() == on)
-            continue;
-        each->head->setProperty("keys", on);
-        each->head->style()->unpolish(each->head); // styles do not watch properties
-        each->head->style()->polish(each->head);
-    }
+    const auto light = [](QLabel* head, bool on) {
+        if (head->property("keys").toBool() == on)
+            return;
+        head->setProperty("keys", on);
+        head->style()->unpolish(head); // styles do not watch properties
+        head->style()->polish(head);
+    };
+    light(m_hours.head, lit && list == &m_hours);
+    light(m_minutes.head, lit && list == &m_minutes);
 }
 
 bool SelectDateTimeWidget::moveByKey(int key)
