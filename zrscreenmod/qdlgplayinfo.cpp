@@ -225,7 +225,14 @@ void QDlgPlayInfo::applyState()
     for (const QRect& rect : zr::changedRects(before, m_layout))
         changed += rect;
     update(changed);
-    announceTile(*this, state, m_state);
+    for (const QAccessible::Event what : changedTexts(state, m_state))
+        announce(what);
+}
+
+void QDlgPlayInfo::announce(QAccessible::Event what)
+{
+    QAccessibleEvent event(parentWidget(), what); // the tile is the element
+    QAccessible::updateAccessibility(&event);
 }
 
 zr::OverlayLayout QDlgPlayInfo::computeLayout() const

@@ -5,6 +5,7 @@
 #include "personinfo.h"
 #include "watermarkcache.h"
 
+#include <QAccessible>
 #include <QBasicTimer>
 #include <QElapsedTimer>
 #include <QPainterPath>
@@ -37,6 +38,7 @@ class QDlgPlayInfo : public QWidget
     Q_OBJECT
 
 public:
+    /// @param pParent the tile; never null
     explicit QDlgPlayInfo(QWidget* pParent);
     ~QDlgPlayInfo() override;
 
@@ -103,6 +105,8 @@ protected:
     virtual qint64 spinnerElapsedMs() const { return m_spinnerStart.elapsed(); }
     /// How long a sentence stays after it has been added or has grown.
     virtual int bubbleMs() const { return 5000; }
+    /// Tells assistive technology that one of the tile's texts has changed.
+    virtual void announce(QAccessible::Event what);
 
 private:
     zr::OverlayState gatherState() const;

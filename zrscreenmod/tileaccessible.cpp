@@ -116,17 +116,13 @@ std::shared_ptr<const void> shareTileAccessibility()
     return installation;
 }
 
-void announceTile(const QDlgPlayInfo& overlay, const zr::OverlayState& before,
-                  const zr::OverlayState& after)
+std::vector<QAccessible::Event> changedTexts(const zr::OverlayState& before,
+                                             const zr::OverlayState& after)
 {
-    if (!QAccessible::isActive() || !overlay.parentWidget())
-        return;
-    const auto tell = [&overlay](QAccessible::Event what) {
-        QAccessibleEvent event(overlay.parentWidget(), what);
-        QAccessible::updateAccessibility(&event);
-    };
+    std::vector<QAccessible::Event> changed;
     if (zr::tileName(before) != zr::tileName(after))
-        tell(QAccessible::NameChanged);
+        changed.push_back(QAccessible::NameChanged);
     if (zr::tileDescription(before) != zr::tileDescription(after))
-        tell(QAccessible::DescriptionChanged);
+        changed.push_back(QAccessible::DescriptionChanged);
+    return changed;
 }

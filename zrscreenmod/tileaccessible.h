@@ -3,14 +3,15 @@
 
 #include "overlaylayout.h"
 
-#include <memory>
+#include <QAccessible>
 
-class QDlgPlayInfo;
+#include <memory>
+#include <vector>
 
 /// Qt asks the module about its tiles while somebody keeps the result. Every overlay does, so that
 /// Qt knows nothing of the module any more when the last tile is gone. GUI thread.
 std::shared_ptr<const void> shareTileAccessibility();
 
-/// Tells what has changed of an overlay's tile; costs nothing while nobody listens.
-void announceTile(const QDlgPlayInfo& overlay, const zr::OverlayState& before,
-                  const zr::OverlayState& after);
+/// What has changed of what a tile tells about itself.
+[[nodiscard]] std::vector<QAccessible::Event> changedTexts(const zr::OverlayState& before,
+                                                           const zr::OverlayState& after);

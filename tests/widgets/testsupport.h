@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
+#include <utility>
 #include <vector>
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -37,6 +39,38 @@ int runWidgetTest(int argc, char** argv)
     arguments.push_back(unlimited);
     TestObject test;
     return QTest::qExec(&test, static_cast<int>(arguments.size()), arguments.data());
+}
+
+/// Counts the events of some types that reach an object.
+class EventWatch : public QObject
+{
+public:
+    EventWatch(QObject* watched, std::set<QEvent::Type> types)
+        : m_types(std::move(types))
+    {
+        watched->installEventFilter(this);
+    }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override
+    {
+        count += m_types.count(event->type()) != 0 ? 1 : 0;
+        return false;
+    }
+
+private:
+    const std::set<QEvent::Type> m_types;
+};
+
+/// A press, a move with the button down, and the release, all at points of the widget.
+inline void pressAndMove(QWidget* target, const QPoint& from, const QPoint& to)
+{
+    QTest::mousePress(target, Qt::LeftButton, {}, from);
+    QMouseEvent move(QEvent::MouseMove, to, target->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QCoreApplication::sendEvent(target, &move);
+    QTest::mouseRelease(target, Qt::LeftButton, {}, to);
 }
 
 } // namespace zrtest

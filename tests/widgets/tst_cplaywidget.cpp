@@ -61,7 +61,6 @@ private slots:
     void init();
     void cleanup();
 
-    void startsHiddenAndBlank();
     void colorsFollowBt709();
     void pictureIsUpright();
     void barsAreBlack();
@@ -141,19 +140,6 @@ void TestTile::play(const Picture& picture)
 {
     m_tile->PlayFrame(picture.frame());
     waitForPaints();
-}
-
-void TestTile::startsHiddenAndBlank()
-{
-    QVERIFY(m_tile->isHidden());
-    QVERIFY(!m_tile->isShowing());
-    QCOMPARE(m_tile->geometry(), QRect(0, 0, 1, 1));
-    QVERIFY(m_tile->IsBufferBlank());
-    QVERIFY(!m_tile->GetPersonInfo());
-
-    showTile();
-    COMPARE_MIDDLE(kBlack);
-    QCOMPARE(m_tile->uploadCount(), quint64(0));
 }
 
 void TestTile::colorsFollowBt709()
@@ -329,6 +315,7 @@ void TestTile::aBurstFromAnotherThreadIsOneRepaint()
     showRed();
     QTest::qWait(100); // the pacer is quiet again
     const int paints = m_tile->paints;
+    const EventWatch overlay(m_tile->playInfo(), {QEvent::Paint});
     const QSignalSpy renders(m_tile, &CPlayWidget::notifyRender);
     const Picture red(160, 90, kRed);
     const Picture last(160, 90, kGreen);
@@ -343,6 +330,7 @@ void TestTile::aBurstFromAnotherThreadIsOneRepaint()
     COMPARE_MIDDLE(kGreen);
     // None is lost after the burst.
     play(kBlue);
+    QCOMPARE(overlay.count, 0); // it lies above the picture, and none of its state has changed
     COMPARE_MIDDLE(kBlue);
 }
 
@@ -469,6 +457,8 @@ void TestTile::localVideoIsConfirmedAfter69Pictures()
 
 void TestTile::bindingTellsWhetherThePersonChanged()
 {
+    QCOMPARE(m_tile->geometry(), QRect(0, 0, 1, 1));
+    QVERIFY(m_tile->isHidden() && m_tile->IsBufferBlank() && !m_tile->GetPersonInfo());
     QVERIFY(m_tile->SetPersonInfo(m_person.get(), false));
     QVERIFY(!m_tile->SetPersonInfo(m_person.get(), false));
     QCOMPARE(m_tile->GetPersonInfo(), m_person.get());
@@ -496,28 +486,33 @@ void TestTile::pressesBecomeClicks()
     // Through the overlay, which covers the tile, as a real pointer comes.
     QWidget* const target = m_window->childAt(80, 45);
     QCOMPARE(target, static_cast<QWidget*>(m_tile->playInfo()));
-    const auto pressMoveRelease = [target](const QPoint& move) {
-        const QPoint from(80, 45);
-        const QPoint to = from + move;
-        QTest::mousePress(target, Qt::LeftButton, {}, from);
-        QMouseEvent event(QEvent::MouseMove, to, target->mapToGlobal(to), Qt::NoButton,
-                          Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(target, &event);
-        QTest::mouseRelease(target, Qt::LeftButton, {}, to);
-    };
+    const QPoint middle(80, 45);
     int clicks = 0;
     for (const QPoint& move : {QPoint(), QPoint(-5, 5)}) {
-        pressMoveRelease(move);
+        pressAndMove(target, middle, middle + move);
         QTest::qWait(250); // it could become a double click
         QCOMPARE(single.count(), clicks);
         QTest::qWait(150);
         QCOMPARE(single.count(), ++clicks);
     }
     for (const QPoint& move : {QPoint(6, 0), QPoint(0, -6)}) {
-        pressMoveRelease(move);
+        pressAndMove(target, middle, middle + move);
         QTest::qWait(400);
         QCOMPARE(single.count(), clicks);
     }
+    // A click that waits goes with the participant it was on, and with the tile.
+    const auto other = makePerson(QStringLiteral("bob"));
+    QTest::mouseClick(target, Qt::LeftButton);
+    m_tile->SetPersonInfo(other.get(), false);
+    QTest::qWait(400);
+    QTest::mouseClick(target, Qt::LeftButton);
+    m_tile->HidePlay();
+    for (const QTimer* timer : m_tile->findChildren<QTimer*>())
+        QVERIFY(!timer->isActive());
+    m_tile->SetPersonInfo(m_person.get(), false);
+    m_tile->ShowPlay();
+    QTest::qWait(400);
+    QCOMPARE(single.count(), clicks);
     QTest::mouseClick(target, Qt::RightButton);
     QTest::mouseDClick(target, Qt::MiddleButton);
     QTest::qWait(400);
