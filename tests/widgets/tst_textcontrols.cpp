@@ -207,16 +207,21 @@ void TestTextControls::reportsClicksAndTab()
 
 void TestTextControls::maySurviveItsRelease()
 {
-    auto* const edit = new QMyLineEdit;
-    const QPointer<QMyLineEdit> watched(edit);
-    show(*edit);
-    adoptLineEdit(edit);
-    Inbox inbox;
-    inbox.onMessage = [edit] { releaseLineEdit(edit); };
-    QTest::mousePress(edit, Qt::LeftButton);
-    QVERIFY(watched && !watched->isVisible());
-    QVERIFY(!liveLineEdit(edit));
-    QTRY_VERIFY(!watched);
+    for (const bool byTab : {false, true}) {
+        auto* const edit = new QMyLineEdit;
+        const QPointer<QMyLineEdit> watched(edit);
+        show(*edit);
+        adoptLineEdit(edit);
+        Inbox inbox;
+        inbox.onMessage = [edit] { releaseLineEdit(edit); };
+        if (byTab)
+            QTest::keyClick(edit, Qt::Key_Tab);
+        else
+            QTest::mousePress(edit, Qt::LeftButton);
+        QVERIFY(!watched || !watched->isVisible());
+        QVERIFY(!liveLineEdit(edit));
+        QTRY_VERIFY(!watched);
+    }
     releaseAllControls();
 }
 
