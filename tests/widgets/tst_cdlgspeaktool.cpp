@@ -36,18 +36,11 @@ private:
     {
         return m_pTool->findChild<QPushButton*>(QStringLiteral("pB_Mode%1").arg(mode));
     }
-    // The mouse, at places of the screen.
-    void press(const QPoint& at, Qt::MouseButton button = Qt::LeftButton) const
+    /// The mouse acts at a place of the screen.
+    void mouse(QTest::MouseAction act, const QPoint& at,
+               Qt::MouseButton button = Qt::LeftButton) const
     {
-        QTest::mousePress(m_pTool->windowHandle(), button, {}, at - m_pTool->pos());
-    }
-    void moveTo(const QPoint& at) const
-    {
-        QTest::mouseMove(m_pTool->windowHandle(), at - m_pTool->pos());
-    }
-    void release(const QPoint& at, Qt::MouseButton button = Qt::LeftButton) const
-    {
-        QTest::mouseRelease(m_pTool->windowHandle(), button, {}, at - m_pTool->pos());
+        QTest::mouseEvent(act, m_pTool->windowHandle(), button, {}, at - m_pTool->pos());
     }
     /// Mode 4 with u0 as the speaker; @return who is in the tool
     tagPersonInfo* enterToolMode(int persons)
@@ -129,25 +122,25 @@ void TestSpeakTool::isDraggedByTheLeftButton()
     const QPoint at(330, 210);
     for (const Row& row : rows) {
         m_pTool->place(start.x(), start.y());
-        press(at, row.pressed);
+        mouse(QTest::MousePress, at, row.pressed);
         if (row.released != Qt::NoButton)
-            release(at, row.released);
-        moveTo(at + row.by);
+            mouse(QTest::MouseRelease, at, row.released);
+        mouse(QTest::MouseMove, at + row.by, Qt::NoButton);
         QCOMPARE(m_pTool->pos(), row.end);
         QCOMPARE(m_pTool->size(), m_pTool->toolSize());
-        release(m_pTool->pos() + QPoint(30, 10), row.pressed);
+        mouse(QTest::MouseRelease, m_pTool->pos() + QPoint(30, 10), row.pressed);
     }
     // A press on a button is the button's, also when it is let go outside.
     const QPoint onButton = button(1)->mapToGlobal(QPoint(5, 5));
-    press(onButton);
-    moveTo(onButton + QPoint(-60, 100));
-    release(onButton + QPoint(-60, 100));
+    mouse(QTest::MousePress, onButton);
+    mouse(QTest::MouseMove, onButton + QPoint(-60, 100), Qt::NoButton);
+    mouse(QTest::MouseRelease, onButton + QPoint(-60, 100));
     QVERIFY(m_pTool->pos() == QPoint(0, 0) && m_pTool->mode() == 2);
     // Nobody tells a hidden tool that the button was released.
-    press(onButton + QPoint(-60, 0));
+    mouse(QTest::MousePress, onButton + QPoint(-60, 0));
     m_pTool->hideTool();
     m_pTool->showTool();
-    moveTo(onButton);
+    mouse(QTest::MouseMove, onButton, Qt::NoButton);
     QCOMPARE(m_pTool->pos(), QPoint(0, 0));
 }
 
@@ -164,23 +157,23 @@ void TestSpeakTool::clicksAreNoDrags()
     const QPoint at = m_pTool->video()->mapToGlobal(QPoint(90, 40));
     const QPoint there(-40, 0);
     for (const int holdMs : {0, 350}) { // a tile takes a press for a click after 300 ms
-        press(at);
+        mouse(QTest::MousePress, at);
         QTest::qWait(holdMs);
         QCOMPARE(clicks, 0);
-        release(at);
+        mouse(QTest::MouseRelease, at);
         QTRY_COMPARE(clicks, 1);
-        press(at);
+        mouse(QTest::MousePress, at);
         QTest::qWait(holdMs);
-        moveTo(at + there);
+        mouse(QTest::MouseMove, at + there, Qt::NoButton);
         QCOMPARE(m_pTool->pos(), before + there);
         if (holdMs > 0) { // the participant leaves in the middle of it
             m->gallery->DelPerson(next);
             m->settle();
             QVERIFY(m_pTool->boundPerson() && m_pTool->boundPerson() != next);
         }
-        moveTo(at);
+        mouse(QTest::MouseMove, at, Qt::NoButton);
         QCOMPARE(m_pTool->pos(), before);
-        release(at);
+        mouse(QTest::MouseRelease, at);
         QTest::qWait(350);
         QCOMPARE(std::exchange(clicks, 0), 1);
     }
