@@ -22,7 +22,7 @@
     void stories_data()                                                                            \
     {                                                                                              \
         QTest::addColumn<QString>("story");                                                        \
-        for (const auto& [name, story] : table)                                                    \
+        for (const auto& [name, story] : (table))                                                  \
             QTest::newRow(name) << QString(story);                                                 \
     }                                                                                              \
     void stories()                                                                                 \
@@ -280,9 +280,11 @@ private:
         const bool on = words.value(words.size() - 1) != "off";
         const int number = first.toInt();
         tagPersonInfo* person = (*this)[first];
+        bool known = false;
         const auto set = [&](const char* name, auto& setting, int value) {
             if (first == name)
                 setting = value;
+            known = known || first == name;
         };
         const std::map<QString, std::function<void()>> deeds{
             {"people", [&] { addMany(number); }},
@@ -342,6 +344,7 @@ private:
                  set("activation", settings().voiceActivation, value);
                  set("polling", settings().pollingOpen, value);
                  set("filter", settings().noVideoFilter, value);
+                 QVERIFY2(known, qPrintable("no such setting: " + first));
              }},
         };
         const auto found = deeds.find(deed);
