@@ -98,18 +98,12 @@ ZR_CASE(extscreen, refusesWhatItDoesNotKnow)
                     meeting.screen, meeting.join(1)}) {
         (void)log.take();
         tagRECT rect = area();
-        const int results[] = {api.Move(h, &rect, 0),
-                               api.SetPersonInfo(h, &rect, "u1", false, 0, "Ann", 0),
-                               api.PlayFrame(h, &picture.frame),
-                               api.SetAllLook(h, true),
-                               api.SetLockLook(h, true),
-                               api.SetMute(h, 1),
-                               api.SetVolume(h, "u1", 50),
-                               api.Preview(h, true),
-                               api.UpdateUserNetStatus(h, "u1", 1, false, 5),
-                               api.GetShareWgtPos(h).right};
-        for (const int result : results)
-            CHECK(result == 0);
+        CHECK(api.Move(h, &rect, 0) + api.SetPersonInfo(h, &rect, "u1", false, 0, "Ann", 0)
+                  + api.PlayFrame(h, &picture.frame) + api.SetAllLook(h, true)
+                  + api.SetLockLook(h, true) + api.SetMute(h, 1) + api.SetVolume(h, "u1", 50)
+                  + api.Preview(h, true) + api.UpdateUserNetStatus(h, "u1", 1, false, 5)
+                  + api.GetShareWgtPos(h).right
+              == 0);
         api.Release(h);
         CHECK((log.take().find("live extended screen failed") != std::string::npos)
               == (h != nullptr));
@@ -120,18 +114,16 @@ ZR_CASE(extscreen, refusesWhatItDoesNotKnow)
     void* const h = ext.handle;
     char* const unreadable = reinterpret_cast<char*>(16);
     for (const int known : {0, 1}) {
-        CHECK(api.PlayFrame(h, &picture.frame) == known);
-        CHECK(api.SetAllLook(h, true) == known);
-        CHECK(api.SetLockLook(h, false) == known);
-        CHECK(api.SetMute(h, -1) == known);
-        CHECK(api.Preview(h, true) == known);
-        CHECK(api.SetVolume(h, "u1", -50) == known);
-        CHECK(api.SetVolume(h, "u2", 50) == 0);
-        CHECK(api.SetVolume(h, nullptr, 50) == 0);
-        CHECK(api.UpdateUserNetStatus(h, "u1", 7, true, -9) == 1);
-        CHECK(api.UpdateUserNetStatus(h, nullptr, 1, true, 0) == 1);
-        CHECK(api.SetPersonInfo(h, garbage, nullptr, false, 0, "Ann", 0) == 0);
-        CHECK(api.SetPersonInfo(h, garbage, "u1", false, 0, unreadable, 0) == 0);
+        CHECK(api.PlayFrame(h, &picture.frame) + api.SetAllLook(h, true) + api.SetLockLook(h, false)
+                  + api.SetMute(h, -1) + api.Preview(h, true) + api.SetVolume(h, "u1", -50)
+              == 6 * known);
+        CHECK(api.SetVolume(h, "u2", 50) + api.SetVolume(h, nullptr, 50)
+                  + api.SetPersonInfo(h, garbage, nullptr, false, 0, "Ann", 0)
+                  + api.SetPersonInfo(h, garbage, "u1", false, 0, unreadable, 0)
+              == 0);
+        CHECK(api.UpdateUserNetStatus(h, "u1", 7, true, -9)
+                  + api.UpdateUserNetStatus(h, nullptr, 1, true, 0)
+              == 2);
         CHECK(api.PlayFrame(h, nullptr) == 0);
         CHECK(log.take().find("pWin32Frame == nullptr") != std::string::npos);
         CHECK(api.PlayFrame(h, unreadable) == 0);
