@@ -117,9 +117,15 @@ void growSentences(benchmark::State& state)
             }
         };
         rush(12000);
-        const double before = residentKb();
-        rush(12000);
-        state.counters["grown_kb"] = residentKb() - before;
+        // The least of some rounds: what is kept grows in each, and log lines that wait for a busy
+        // machine do not.
+        double grown = 1e9;
+        for (int round = 0; round < 3; ++round) {
+            const double before = residentKb();
+            rush(12000);
+            grown = std::min(grown, residentKb() - before);
+        }
+        state.counters["grown_kb"] = grown;
     }
 }
 BENCHMARK(growSentences)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
