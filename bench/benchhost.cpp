@@ -195,6 +195,19 @@ void Meeting::remove(void* play)
     require(ZRScreen_DelPerson(m_screen, play, false) == 1, "ZRScreen_DelPerson");
 }
 
+std::vector<void*> Meeting::addShown(int count)
+{
+    std::vector<void*> plays;
+    onGui([&] {
+        for (int number = 1; number <= count; ++number)
+            plays.push_back(add(number));
+        drainEvents();
+    });
+    for (int number = 1; number <= count; ++number)
+        waitUntilShown(number);
+    return plays;
+}
+
 void Meeting::waitUntilShown(int number) const
 {
     std::string id = userId(number);

@@ -72,6 +72,9 @@ public:
     /// Adds a participant. GUI thread. @return the play handle
     void* add(int number);
     void remove(void* play);
+    /// Adds participants 1 to `count` and waits until all of them are shown. Not for the GUI
+    /// thread. @return their play handles
+    std::vector<void*> addShown(int count);
     /// Waits until the participant's tile is shown.
     void waitUntilShown(int number) const;
     void play(void* play, Frame& frame) const;
