@@ -4,7 +4,6 @@
 #include "meeting.h"
 
 #include <atomic>
-#include <cstring>
 #include <limits>
 #include <memory>
 #include <thread>
@@ -91,8 +90,7 @@ ZR_CASE(extscreen, refusesWhatItDoesNotKnow)
     Picture picture(320, 180, kRed);
     void* const released = api.Init(nullptr, nullptr);
     api.Release(released);
-    uint64_t garbage[64];
-    std::memset(garbage, 0x5a, sizeof garbage);
+    uint64_t garbage[64] = {};
     LogCapture log;
     for (void* h : {static_cast<void*>(nullptr), released, static_cast<void*>(garbage),
                     meeting.screen, meeting.join(1)}) {
@@ -108,7 +106,7 @@ ZR_CASE(extscreen, refusesWhatItDoesNotKnow)
         CHECK((log.take().find("live extended screen failed") != std::string::npos)
               == (h != nullptr));
     }
-    CHECK(meeting.zr.SetMute(ext.handle, nullptr, 1) == 0); // nor is it a gallery
+    CHECK(meeting.zr.SetMute(ext.handle, nullptr, 1) + api.Move(ext.handle, nullptr, 0) == 0);
 
     // Without a participant, and with one.
     void* const h = ext.handle;
@@ -133,7 +131,6 @@ ZR_CASE(extscreen, refusesWhatItDoesNotKnow)
         CHECK(ext.show("u1", 7) == 1);
     }
     CHECK(api.SetPersonInfo(h, garbage, "\xff\xfe", true, -1, "\xc0\x80\xed\xa0\x80", -9) == 1);
-    CHECK(api.Move(h, nullptr, 0) == 0);
     // Empty, upside down, and out of sight.
     constexpr int kMost = std::numeric_limits<int>::max();
     for (const auto& [leftTop, rightBottom] : {std::pair(0, 0), {20, -20}, {kMost, -kMost}}) {
@@ -174,8 +171,6 @@ ZR_CASE(extscreen, showsOneParticipantWithoutAGallery)
     // Nobody any more: frames are refused.
     CHECK(api.SetPersonInfo(ext.handle, nullptr, nullptr, false, 0, nullptr, 0) == 1);
     CHECK(api.PlayFrame(ext.handle, &red.frame) == 0);
-    CHECK(api.SetVolume(ext.handle, "u2", 50) == 0);
-    CHECK(ext.inbox.count() == 0);
 }
 
 ZR_CASE(extscreen, clicksAndPreviewsPassBetweenItAndTheGallery)
@@ -259,8 +254,7 @@ ZR_CASE(extscreen, framesForBothFromTwoThreads)
     }
     // Released in the middle of it: from here on frames are refused.
     ext.reset();
-    const int before = refused;
-    CHECK(pumpUntil([&] { return refused > before + 10; }));
+    CHECK(pumpUntil([&, before = refused.load()] { return refused > before + 10; }));
     stop = true;
     forGallery.join();
     forExt.join();

@@ -33,16 +33,15 @@ void TestExtScreen::recordFollowsTheHost()
     ext.setMute(false);
     ext.setVolume("u1", 400);
     QCOMPARE(first->iVolume, 100);
-    using Mark = zr::LookMark;
     const auto markAfter = [&ext](void (QDlgExtScreen::*set)(bool), bool on) {
         (ext.*set)(on);
         return ext.tile()->playInfo()->state().look;
     };
-    QCOMPARE(markAfter(&QDlgExtScreen::setLockLook, true), Mark::LockLook);
-    QCOMPARE(markAfter(&QDlgExtScreen::setAllLook, true), Mark::AllLook);
+    QCOMPARE(markAfter(&QDlgExtScreen::setLockLook, true), zr::LookMark::LockLook);
+    QCOMPARE(markAfter(&QDlgExtScreen::setAllLook, true), zr::LookMark::AllLook);
     QVERIFY(!first->bLockLook);
-    QCOMPARE(markAfter(&QDlgExtScreen::setLockLook, false), Mark::AllLook);
-    QCOMPARE(markAfter(&QDlgExtScreen::setAllLook, false), Mark::None);
+    QCOMPARE(markAfter(&QDlgExtScreen::setLockLook, false), zr::LookMark::AllLook);
+    QCOMPARE(markAfter(&QDlgExtScreen::setAllLook, false), zr::LookMark::None);
     // Nobody on the screen as far as galleries know, and yet the same picture.
     QVERIFY(m.hub().isExtUser("u1"));
     QVERIFY(!update(nullptr, "u1", "Anna"));
@@ -50,8 +49,8 @@ void TestExtScreen::recordFollowsTheHost()
     // Somebody else begins anew.
     ext.UpdateUserNetStatus("u1", 2, true, 1);
     QVERIFY(update(&data, "u2", "Bob"));
-    QVERIFY(ext.person()->bMute && ext.person()->iVolume == 0);
-    QVERIFY(!ext.tile()->playInfo()->isNetBad() && !ext.isPerson("u1"));
+    QVERIFY(ext.person()->bMute && ext.person()->iVolume == 0 && !ext.isPerson("u1"));
+    QVERIFY(!ext.tile()->playInfo()->isNetBad());
     QVERIFY(!update(nullptr, "u3", "") && !ext.person());
     QVERIFY(!ext.tile()->GetPersonInfo() && !ext.hasPerson());
     // The record is none that hosts know of.
