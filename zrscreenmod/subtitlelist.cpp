@@ -2,9 +2,11 @@
 
 #include "qzrscreenconfig.h"
 
+#include <QApplication>
 #include <QDebug>
 #include <QFontMetrics>
 #include <QGraphicsSceneMouseEvent>
+#include <QGraphicsSceneWheelEvent>
 #include <QPainter>
 #include <QScrollEvent>
 #include <QScrollPrepareEvent>
@@ -12,6 +14,7 @@
 #include <QStyleOptionGraphicsItem>
 #include <QTextOption>
 #include <QTouchEvent>
+#include <QWheelEvent>
 
 #include <algorithm>
 
@@ -357,6 +360,20 @@ bool ListObject::sceneEvent(QEvent* event)
     default:
         return QGraphicsObject::sceneEvent(event);
     }
+}
+
+void ListObject::wheelEvent(QGraphicsSceneWheelEvent* event)
+{
+    event->accept();
+    if (m_bPressed || event->orientation() != Qt::Vertical)
+        return;
+    stopScrolling();
+    const int linePx = SubtitleStyle::shared()->metrics.lineSpacingPx;
+    const double notches = event->delta() / static_cast<double>(QWheelEvent::DefaultDeltasPerStep);
+    const double y = m_pViewObject->y() + notches * QApplication::wheelScrollLines() * linePx;
+    const int range =
+        zr::scrollRange(m_pViewObject->contentHeight(), static_cast<int>(m_size.height()));
+    m_pViewObject->setPos(0, qBound<double>(-range, y, 0));
 }
 
 bool ListObject::onTouch(QEvent* event)

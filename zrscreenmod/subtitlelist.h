@@ -102,7 +102,7 @@ private:
 };
 
 /// The area of the list. It turns presses and movements of the left button and of a finger into
-/// scrolling with momentum, whose physics are QScroller's.
+/// scrolling with momentum, whose physics are QScroller's. The wheel scrolls by lines.
 class ListObject : public QGraphicsObject
 {
     Q_OBJECT
@@ -131,6 +131,7 @@ signals:
 protected:
     bool event(QEvent* event) override;
     bool sceneEvent(QEvent* event) override;
+    void wheelEvent(QGraphicsSceneWheelEvent* event) override;
 
 private:
     void begin(const QPointF& position);

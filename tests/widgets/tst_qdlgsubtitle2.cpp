@@ -57,6 +57,7 @@ private slots:
     void leavesTheListUnderAFinger();
     void scrollsWithTheMouse() { scrollsWithMomentum(false); }
     void scrollsWithAFinger() { scrollsWithMomentum(true); }
+    void scrollsWithTheWheel();
     void followsOneFinger();
     void keepsWhatIsReadInPlace();
     void standsStillWhenHidden();
@@ -386,6 +387,36 @@ void TestSubtitlePanel::scrollsWithMomentum(bool touch)
         flick(-200);
     QVERIFY(lowest < endPosition() - 5);
     QCOMPARE(view().y(), endPosition());
+}
+
+void TestSubtitlePanel::scrollsWithTheWheel()
+{
+    fill(20);
+    const auto turn = [this](int delta) {
+        const QPoint at(50, 250);
+        QWheelEvent event(at, viewport()->mapToGlobal(at), {}, {0, delta}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(viewport(), &event);
+    };
+    const double end = endPosition();
+    turn(-120);
+    QCOMPARE(view().y(), end);
+    turn(120);
+    QVERIFY(view().y() > end + 30 && view().y() < end + 150);
+    add(20, "changed while reading");
+    add(21, line(21)); // waits
+    QCOMPARE(ids().size(), 20U);
+    turn(120 * 100);
+    QCOMPARE(view().y(), 0.0);
+    turn(-120 * 100);
+    add(22, line(22));
+    QCOMPARE(ids().size(), 22U);
+    // What is in a hand stays there.
+    const double held = view().y();
+    hand(Qt::TouchPointPressed, {50, 250});
+    turn(120);
+    QCOMPARE(view().y(), held);
+    hand(Qt::TouchPointReleased, {50, 250});
 }
 
 void TestSubtitlePanel::followsOneFinger()
