@@ -3,10 +3,10 @@
 #pragma once
 
 #include "platform.h"
-#include "testsupport.h"
 
 #include <QDialog>
 #include <QResizeEvent>
+#include <QtTest>
 
 #include <cstddef>
 

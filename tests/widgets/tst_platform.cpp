@@ -1,5 +1,6 @@
 // What the platform promises on every system.
 #include "nativehost.h"
+#include "testsupport.h"
 
 #include <cstdint>
 #include <cstring>

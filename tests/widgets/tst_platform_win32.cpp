@@ -1,5 +1,6 @@
 // What the platform does on Windows alone: kinds of pages, styles, priorities.
 #include "nativehost.h"
+#include "testsupport.h"
 
 #include <windows.h>
 

@@ -1,5 +1,6 @@
 // What the platform does on X11 alone: window managers, errors of the server, the environment.
 #include "nativehost.h"
+#include "testsupport.h"
 #include "xcbreply.h"
 
 #include <QProcess>
