@@ -1,13 +1,16 @@
 #include "qmylineedit.h"
 
 #include "controlstay.h"
+#include "editmenu.h"
 #include "platform.h"
 #include "qzrscreenconfig.h"
 #include "textlimits.h"
 
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QDebug>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QRegExp>
 #include <QRegExpValidator>
@@ -126,6 +129,12 @@ void QMyLineEdit::mouseReleaseEvent(QMouseEvent* event)
         notifyHosts(ZRMSG_EDIT_LBUTTON_UP);
     }
     QLineEdit::mouseReleaseEvent(event);
+}
+
+void QMyLineEdit::contextMenuEvent(QContextMenuEvent* event)
+{
+    if (QMenu* menu = createStandardContextMenu())
+        openEditMenu(menu, event->globalPos());
 }
 
 void QMyLineEdit::changeEvent(QEvent* event)

@@ -1,11 +1,14 @@
 #include "qmytextedit.h"
 
 #include "controlstay.h"
+#include "editmenu.h"
 #include "platform.h"
 #include "qmyscrollbar.h"
 #include "textlimits.h"
 
+#include <QContextMenuEvent>
 #include <QDebug>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QScroller>
@@ -17,6 +20,7 @@ QMyTextEdit::QMyTextEdit(QWidget* parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBar(new QMyScrollbar(this));
     verticalScrollBar()->installEventFilter(this);
+    verticalScrollBar()->setContextMenuPolicy(Qt::NoContextMenu); // who drags has no use for it
     m_clock.start();
 }
 
@@ -85,6 +89,12 @@ bool QMyTextEdit::viewportEvent(QEvent* event)
         break;
     }
     return QTextEdit::viewportEvent(event);
+}
+
+void QMyTextEdit::contextMenuEvent(QContextMenuEvent* event)
+{
+    if (QMenu* menu = createStandardContextMenu(event->pos()))
+        openEditMenu(menu, event->globalPos());
 }
 
 void QMyTextEdit::dropSelection()

@@ -9,7 +9,9 @@
 #include "qmytextedit.h"
 #include "qzrscreenconfig.h"
 
+#include <QContextMenuEvent>
 #include <QInputMethodEvent>
+#include <QMenu>
 #include <QPointer>
 #include <QRegExpValidator>
 #include <QRegularExpression>
@@ -106,6 +108,7 @@ private slots:
     void maySurviveItsRelease();
     void ownsItsValidator();
     void followsTheSheetForItsName();
+    void menusSpeakChinese();
     void textBoxLooksLikeItsGolden();
     void newTextStartsAtTheTop();
     void isScrolledByDraggingAgainAndAgain();
@@ -248,6 +251,31 @@ void TestTextControls::followsTheSheetForItsName()
     show(edit, QStringLiteral("#room{background:#ff0000}"));
     edit.setObjectName(QStringLiteral("room"));
     QCOMPARE(edit.grab().toImage().pixelColor(5, 5), QColor(Qt::red));
+}
+
+void TestTextControls::menusSpeakChinese()
+{
+    QMyLineEdit edit;
+    show(edit);
+    Box box;
+    QWidget* const places[] = {&edit, &box.page};
+    for (QWidget* place : places) {
+        QContextMenuEvent event(QContextMenuEvent::Mouse, {20, 10}, place->mapToGlobal({20, 10}));
+        QCoreApplication::sendEvent(place, &event);
+        const QPointer<QWidget> menu = QApplication::activePopupWidget();
+        QVERIFY(menu);
+        QStringList latin;
+        for (const QAction* entry : menu->actions()) {
+            if (!entry->isSeparator() && entry->text().at(0) < QChar(0x2E80))
+                latin << entry->text();
+        }
+        QCOMPARE(latin, QStringList());
+        menu->close();
+        QTRY_VERIFY(!menu);
+    }
+    QContextMenuEvent onBar(QContextMenuEvent::Mouse, {2, 10}, box.bar.mapToGlobal({2, 10}));
+    QCoreApplication::sendEvent(&box.bar, &onBar);
+    QVERIFY(!QApplication::activePopupWidget());
 }
 
 void TestTextControls::textBoxLooksLikeItsGolden()
