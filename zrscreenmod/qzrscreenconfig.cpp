@@ -15,6 +15,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -345,11 +346,11 @@ QString QZRScreenConfig::shareSponsor() const
     return m_qstrShareSponsor;
 }
 
-void QZRScreenConfig::setWatermarkInfo(const zr::WatermarkInfo& info)
+void QZRScreenConfig::setWatermarkInfo(zr::WatermarkInfo info)
 {
     const std::lock_guard<std::mutex> lock(s_watermarkLock);
-    s_watermark = info;
     s_watermarkText = zr::watermarkText(info);
+    std::swap(s_watermark, info);
 }
 
 void QZRScreenConfig::setWatermarkEnabled(bool bEnabled)

@@ -216,7 +216,7 @@ public:
     QString shareSponsor() const;
     /// The watermark belongs to the module and outlives the hub: the host may tell it before the
     /// first screen, and once for many. A change shows with the next sigRefreshPlayDlg.
-    static void setWatermarkInfo(const zr::WatermarkInfo& info);
+    static void setWatermarkInfo(zr::WatermarkInfo info);
     static void setWatermarkEnabled(bool bEnabled);
     /// What is written over shared screens, ready to be drawn; empty for nothing.
     QString getWatermarkText() const;

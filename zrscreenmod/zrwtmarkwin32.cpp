@@ -3,6 +3,7 @@
 #include "platform.h"
 
 #include <cstddef>
+#include <utility>
 
 using boundary::guarded;
 
@@ -55,7 +56,7 @@ void ZR_CALL ZRScreenWtmark_SetInfo(const __WTMark_Info& info)
         copy.email = QString::fromUtf8(record->email.c_str());
         qDebug() << "ZRScreenWtmark_SetInfo: cloundType=" << copy.kind << ", name=" << copy.name
                  << ", phone=" << copy.phone << ", email" << copy.email;
-        QZRScreenConfig::setWatermarkInfo(copy);
+        QZRScreenConfig::setWatermarkInfo(std::move(copy));
         announce();
         return true;
     });
