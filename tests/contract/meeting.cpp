@@ -3,6 +3,7 @@
 #include "check.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstdlib>
 
@@ -27,6 +28,18 @@ bool pumpUntil(const std::function<bool()>& done, int timeoutMs)
 void pump(int timeMs)
 {
     (void)pumpUntil([] { return false; }, timeMs);
+}
+
+void runElsewhere(const std::function<void()>& body)
+{
+    std::atomic<bool> done{false};
+    std::thread worker([&] {
+        body();
+        done = true;
+    });
+    CHECK(pumpUntil([&] { return done.load(); }, 60000));
+    worker.join();
+    pump(50);
 }
 
 bool isNear(const Rgb& a, const Rgb& b, int tolerance)

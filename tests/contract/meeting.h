@@ -21,6 +21,10 @@ void pump(int timeMs);
 /// Runs the event loop until `done` holds. @return false when it did not within the time.
 [[nodiscard]] bool pumpUntil(const std::function<bool()>& done, int timeoutMs = 5000);
 
+/// Runs `body` on another thread, while this one runs its event loop until that has ended and what
+/// it posted is done.
+void runElsewhere(const std::function<void()>& body);
+
 /// Whether two colours differ by at most `tolerance` in every channel.
 bool isNear(const Rgb& a, const Rgb& b, int tolerance = 6);
 

@@ -7,14 +7,12 @@
 #include "meeting.h"
 
 #include <array>
-#include <atomic>
 #include <climits>
 #include <cstdint>
 #include <cstring>
 #include <ctime>
 #include <memory>
 #include <optional>
-#include <thread>
 
 Controls::Controls(const Module& module)
 {
@@ -180,18 +178,6 @@ void callOthers(const Controls& zr, void* h, bool box, bool date)
         zr.date.Hide(h);
         zr.date.Release(h);
     }
-}
-
-void runElsewhere(const std::function<void()>& body)
-{
-    std::atomic<bool> done{false};
-    std::thread worker([&] {
-        body();
-        done = true;
-    });
-    CHECK(pumpUntil([&] { return done.load(); }, 60000));
-    worker.join();
-    pump(50); // what was posted
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 #include "check.h"
 #include "meeting.h"
 
-#include <atomic>
 #include <climits>
 #include <cstring>
 #include <utility>
@@ -108,17 +107,10 @@ struct Foreign
 /// Runs `body` on this thread, or on another one while this thread runs its event loop.
 void runOn(bool otherThread, const std::function<void()>& body)
 {
-    if (!otherThread) {
+    if (otherThread)
+        runElsewhere(body);
+    else
         body();
-        return;
-    }
-    std::atomic<bool> done{false};
-    std::thread worker([&] {
-        body();
-        done = true;
-    });
-    CHECK(pumpUntil([&] { return done.load(); }, 60000));
-    worker.join();
 }
 
 /// Every refusal says what failed; that of a preview with a deleted handle is the one that does
