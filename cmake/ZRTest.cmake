@@ -38,7 +38,7 @@ endfunction()
 
 function(zr_add_rule_test name)
   _zr_add_test(${name} ${ARGN})
-  target_link_libraries(${name} PRIVATE zrrules)
+  target_link_libraries(${name} PRIVATE zr_rules)
   add_test(NAME ${name} COMMAND ${name})
   _zr_test_properties(${name} 60)
 endfunction()
@@ -68,8 +68,7 @@ endfunction()
 
 function(zr_add_widget_test name)
   _zr_add_test(${name} ${ARGN})
-  # Object libraries hand on their objects to direct users only, hence both.
-  target_link_libraries(${name} PRIVATE zrscreen_objects zrrules)
+  target_link_libraries(${name} PRIVATE zr_module)
   _zr_add_display_test(${name} 1920x1080 ${name})
 endfunction()
 

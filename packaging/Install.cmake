@@ -13,6 +13,7 @@ install(FILES
   ${PROJECT_SOURCE_DIR}/zrscreenmod/zrcontrols.h
   ${PROJECT_SOURCE_DIR}/zrscreenmod/zrextscreen.h
   ${PROJECT_SOURCE_DIR}/zrscreenmod/zrscreenmod.h
+  ${PROJECT_SOURCE_DIR}/zrscreenmod/zrtypes.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development)
 install(EXPORT ZRScreenModTargets NAMESPACE ZRScreenMod::
   DESTINATION ${zrPackageDir} COMPONENT Development)

@@ -3,7 +3,7 @@ cmake_minimum_required(VERSION 3.22)
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
 unpack(TGZ tar.gz)
-require(bin/zrhost include/zrcontrols.h include/zrextscreen.h include/zrscreenmod.h
+require(bin/zrhost include/zrcontrols.h include/zrextscreen.h include/zrscreenmod.h include/zrtypes.h
   lib/libZRScreenMod.so.0 lib/cmake/ZRScreenMod/ZRScreenModConfig.cmake lib/pkgconfig/ZRScreenMod.pc
   share/doc/zrscreenmod/licences.md)
 

@@ -4,7 +4,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
 unpack(ZIP zip)
 require(bin/ZRScreenMod.dll bin/zrhost.exe bin/platforms/qwindows.dll include/zrcontrols.h
-  include/zrextscreen.h include/zrscreenmod.h
+  include/zrextscreen.h include/zrscreenmod.h include/zrtypes.h
   lib/libZRScreenMod.dll.a lib/ZRScreenMod.def lib/cmake/ZRScreenMod/ZRScreenModConfig.cmake
   share/doc/zrscreenmod/licences.md share/doc/zrscreenmod/LGPL-3)
 

@@ -1,5 +1,5 @@
 // The compiled-in pictures: each is what its drawing gives, in both sizes.
-#include "res/drawing.h"
+#include "drawing.h"
 
 #include <QDir>
 #include <QtTest>

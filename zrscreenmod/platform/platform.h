@@ -2,7 +2,7 @@
 // platform_x11.cpp and platform_win32.cpp.
 #pragma once
 
-#include "zrscreenmod.h"
+#include "zrtypes.h"
 
 #include <QRect>
 #include <QtGlobal>

@@ -6,7 +6,7 @@
 // tiles but those of the speakers.
 #pragma once
 
-#include "zrscreenmod.h"
+#include "zrtypes.h"
 
 #include <QRect>
 #include <QSize>

@@ -1,7 +1,7 @@
 // What the meeting modes have in common.
 #pragma once
 
-#include "zrscreenmod.h"
+#include "zrtypes.h"
 
 namespace zr {
 
