@@ -1,6 +1,11 @@
 #!/bin/bash
 # Installs the Debian packages that building, testing and demonstrating need and that are missing.
-# The one list of them: demo.sh and test.sh call this script. With --list it prints the list.
+# The one list of them: demo.sh and test.sh call this script.
+#   packaging/install-dependencies.sh          what Linux takes
+#   packaging/install-dependencies.sh checks   and the linters
+#   packaging/install-dependencies.sh windows  and what builds and runs the library for Windows
+#   packaging/install-dependencies.sh all      everything
+# With --list behind it the script only prints the list.
 set -euo pipefail
 
 packages=(
@@ -11,14 +16,27 @@ packages=(
     libglib2.0-dev libx11-dev libpng-dev ffmpeg fonts-noto-cjk fonts-dejavu-core
     # virtual display
     xvfb xauth
-    # tests, benchmarks and checks
-    libxtst-dev libbenchmark-dev clang clang-format clang-tidy python3
-    # the library for Windows: compiler, Qt's source package, Wine and what it loads when it is there
+    # tests and benchmarks
+    libxtst-dev libbenchmark-dev
+)
+checks=(clang clang-format clang-tidy python3)
+# Compiler, Qt's source package, Wine and what it loads when it is there.
+windows=(
     g++-mingw-w64-x86-64-posix dpkg-dev make perl wine wine64
     libgl1 libxcomposite1 libxcursor1 libxfixes3 libxi6 libxinerama1 libxrandr2 libxrender1
 )
+case ${1:-linux} in
+    linux | --list) ;;
+    checks) packages+=("${checks[@]}") ;;
+    windows) packages+=("${windows[@]}") ;;
+    all) packages+=("${checks[@]}" "${windows[@]}") ;;
+    *)
+        sed -n '2,9s/^# //p' "$0" >&2
+        exit 2
+        ;;
+esac
 
-if [[ ${1:-} == --list ]]; then
+if [[ ${!#} == --list ]]; then
     printf '%s\n' "${packages[@]}"
     exit
 fi

@@ -4,13 +4,13 @@
 #   packaging/qt5-mingw64.sh --from-source  builds from Debian's source package in any case
 #   packaging/qt5-mingw64.sh --configure    goes as far as the source's configure, and keeps nothing
 #   packaging/qt5-mingw64.sh --print        only prints the folder
-# ZR_QT_MINGW64 names another folder than the one in the user's cache.
+# ZR_QT_MINGW64 names another folder than the one in the user's cache, ZR_QT_MINGW64_READY the archive
+# of a ready build (a folder qt5-mingw64), which is unpacked instead of building.
 set -euo pipefail
-here=$(cd "$(dirname "$0")" && pwd)
 
 version=5.15.8
 package=qtbase-opensource-src
-ready=$here/../../shared/qt5-mingw64.tar.xz
+ready=${ZR_QT_MINGW64_READY:-}
 # What the module, its host and the tests use, and nothing that wants a further library. The tablet
 # support needs a header that Debian leaves out of the source.
 options=(
@@ -126,7 +126,7 @@ way=${1:-any}
 case $way in
   any|--from-source|--configure) ;;
   --print) echo "$target"; exit ;;
-  *) sed -n '2,7s/^# //p' "$0" >&2; exit 2 ;;
+  *) sed -n '2,8s/^# //p' "$0" >&2; exit 2 ;;
 esac
 
 parent=$(dirname "$target")
@@ -147,7 +147,7 @@ if [ "$way" = --configure ]; then
   say "configured"
   exit
 fi
-if [ "$way" = any ] && [ -f "$ready" ]; then
+if [ "$way" = any ] && [ -n "$ready" ]; then
   unpack_ready
 else
   build_from_source
