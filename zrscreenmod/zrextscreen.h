@@ -32,24 +32,27 @@ enum eZRExtMsg : unsigned long
 
 extern "C" {
 
-/// Creates an extended screen inside the native window `parent`, hidden. GUI.
+/// Creates an extended screen inside the native window `parent`, hidden.
 /// @param parent may be null: the extended screen is then a window of its own
 /// @param notify receives `ZRMSG_EXT_CLICK`, as the function of `ZRScreen_Init` receives its
 ///               messages; may be null. It must stay callable until `ZRScreenExt_Release` returns.
 /// @return the handle, owned by the library until `ZRScreenExt_Release`; null on failure
+/// @thread gui
 ZR_API void* ZR_CALL ZRScreenExt_Init(HWND parent, ZRNotify notify);
 
-/// Destroys the extended screen; the handle is invalid afterwards. GUI. Waits for calls that other
+/// Destroys the extended screen; the handle is invalid afterwards. Waits for calls that other
 /// threads have under way. From inside a message it is hidden at once, and destroyed when the event
 /// is done.
+/// @thread gui
 ZR_API void ZR_CALL ZRScreenExt_Release(void* h);
 
 /// Places the extended screen in its parent, in the parent's pixels (screen pixels without one), on
-/// top of its siblings, and shows it. A side longer than 16384 is cut. GUI. `unused` is ignored.
+/// top of its siblings, and shows it. A side longer than 16384 is cut. `unused` is ignored.
 /// @param rc must not be null
+/// @thread gui
 ZR_API int ZR_CALL ZRScreenExt_Move(void* h, tagRECT* rc, int unused);
 
-/// Names the participant. GUI: when the call returns, frames are theirs. Another id is another
+/// Names the participant: when the call returns, frames are theirs. Another id is another
 /// participant, who begins with a black picture, muted, without look marks and with a closed
 /// stream.
 /// @param pUserData handed back in the message, never read. Null tells that the participant is not
@@ -61,41 +64,50 @@ ZR_API int ZR_CALL ZRScreenExt_Move(void* h, tagRECT* rc, int unused);
 /// @param name      UTF-8
 /// @param iColor    index of the avatar's colour, 0 to 3
 /// @return 1, also when nothing has changed; 0 for an invalid handle or a refused text
+/// @thread gui
 ZR_API int ZR_CALL ZRScreenExt_SetPersonInfo(void* h, void* pUserData, const char* userId,
                                              bool bSelf, int iRole, const char* name, int iColor);
 
-/// Delivers one picture (a `VantrelRTCVideoFrameQT`) of the participant. any. The picture is copied
+/// Delivers one picture (a `VantrelRTCVideoFrameQT`) of the participant. The picture is copied
 /// before the call returns; a hidden extended screen takes it without copying.
 /// @return 1 when it was taken; 0 when it was refused, and while there is no participant
+/// @thread any
 ZR_API int ZR_CALL ZRScreenExt_PlayFrame(void* h, void* pFrame);
 
 // The functions below return 0 for an invalid handle, and all but the last two also while there is
 // no participant.
 
 /// Marks the participant as pinned for everybody, or not, and takes the mark for the local user
-/// away. posted.
+/// away.
+/// @thread posted
 ZR_API int ZR_CALL ZRScreenExt_SetAllLook(void* h, bool bAllLook);
 
-/// Marks the participant as pinned for the local user, or not. A mark for everybody stays. posted.
+/// Marks the participant as pinned for the local user, or not. A mark for everybody stays.
+/// @thread posted
 ZR_API int ZR_CALL ZRScreenExt_SetLockLook(void* h, bool bLockLook);
 
-/// Reports whether the participant's microphone is muted (bMute != 0). posted.
+/// Reports whether the participant's microphone is muted (bMute != 0).
+/// @thread posted
 ZR_API int ZR_CALL ZRScreenExt_SetMute(void* h, int bMute);
 
-/// Reports the participant's volume, 0 to 100; other values are clamped. posted.
+/// Reports the participant's volume, 0 to 100; other values are clamped.
 /// @param userId local 8-bit @return 0 also when it is not the participant's
+/// @thread posted
 ZR_API int ZR_CALL ZRScreenExt_SetVolume(void* h, const char* userId, int iVolume);
 
-/// Reports whether the participant's video stream is open: else the avatar is shown. posted.
+/// Reports whether the participant's video stream is open: else the avatar is shown.
+/// @thread posted
 ZR_API int ZR_CALL ZRScreenExt_Preview(void* h, bool bPreview);
 
-/// Reports the participant's network state; nothing happens for another id. posted.
+/// Reports the participant's network state; nothing happens for another id.
 /// @param userId local 8-bit @param iType 1 sending, 2 receiving @param iLevel 0 (none) to 5 (best)
+/// @thread posted
 ZR_API int ZR_CALL ZRScreenExt_UpdateUserNetStatus(void* h, const char* userId, int iType,
                                                    bool bBad, int iLevel);
 
 /// @return the rectangle of the picture in screen pixels; right and bottom are one past the last
-/// pixel. Without a picture it has no size, and for an invalid handle it is all zero. GUI
+/// pixel. Without a picture it has no size, and for an invalid handle it is all zero.
+/// @thread gui
 ZR_API ZRRect ZR_CALL ZRScreenExt_GetShareWgtPos(void* h);
 
 } // extern "C"

@@ -1,4 +1,17 @@
-# The public header compiles alone, with every compiler at hand, without Qt and without warnings.
+# The public header compiles alone, with every compiler at hand, without Qt and without warnings. It
+# says of each function on which thread it works.
+foreach(header zrscreenmod.h zrcontrols.h zrextscreen.h)
+  file(READ ${INCLUDE_DIR}/${header} text)
+  string(REGEX REPLACE "[][;]" "," text "${text}") # what lists are made of
+  string(REGEX MATCHALL "(\n///[^\n]*)*\nZR_API [^(]*" functions "${text}")
+  foreach(function IN LISTS functions)
+    string(REGEX MATCHALL "\n[^\n]*@thread[^\n]*" tags "${function}")
+    if(NOT tags MATCHES "^\n/// @thread (any|posted|gui)$")
+      message(SEND_ERROR "${header}: not one @thread any, posted or gui:${function}")
+    endif()
+  endforeach()
+endforeach()
+
 file(MAKE_DIRECTORY ${WORK_DIR})
 file(WRITE ${WORK_DIR}/alone.cpp "#include \"zrscreenmod.h\"\n")
 file(WRITE ${WORK_DIR}/twice.cpp
