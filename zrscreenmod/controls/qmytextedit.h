@@ -12,7 +12,8 @@ class QMyTextEdit : public QTextEdit
 public:
     explicit QMyTextEdit(QWidget* parent = nullptr);
 
-    /// Shows a text from its top, also while the one before is being scrolled.
+    /// Shows a text from its top, also while the one before is being scrolled. One with an endless
+    /// word (zr::hasEndlessWord) is broken anywhere: Qt's time for it grows with its square.
     void setText(const QString& text);
 
     bool eventFilter(QObject* watched, QEvent* event) override;

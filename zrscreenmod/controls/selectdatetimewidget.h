@@ -20,8 +20,8 @@ class QScrollArea;
 /// A calendar sheet with lists of hours and minutes. It reports to the hosts of the date pickers
 /// (messages of `eZRDateMsg`) and hides when a moment has been confirmed.
 ///
-/// The keyboard: arrows and page keys choose a day, or in a list a row; Tab goes on to the next of
-/// the three, Enter confirms, Esc hides. GUI thread.
+/// The keyboard: arrows and page keys choose a day, passing over those that are past, or in a list
+/// a row; Tab goes round between the three, Enter confirms, Esc hides. GUI thread.
 class SelectDateTimeWidget : public QWidget
 {
     Q_OBJECT

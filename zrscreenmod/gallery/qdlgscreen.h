@@ -45,6 +45,9 @@ public:
     /// Adds a participant with its tile, or finds the one that has the id already.
     tagPersonInfo* AddPerson(const QString& userId, const QString& userName, qint64 joinTime,
                              int hostInt, void* pUserData);
+    /// Removes a participant. The mode is then the one before the first share when the last share
+    /// has gone, and the one of the last pin when who was in the speaker tool has; beside a share
+    /// it stays, since nobody's leaving may shrink a share.
     bool DelPerson(tagPersonInfo* person);
     bool updatePersonInfo(void* pPerson, bool bSelf, int iRoteType, const QString& name,
                           int roleExtra);
@@ -72,7 +75,8 @@ public:
     /// Gives the gallery the tool that shows the next speaker in modes 4 and 5; without one the
     /// next speaker is not visible. To be called before there are participants.
     void setSpeakTool(std::unique_ptr<SpeakTool> tool);
-    /// Where a shared screen's picture is, in screen pixels; tells the host when it has changed.
+    /// Where a shared screen's picture is, in screen pixels; unset without a picture. Tells the
+    /// host when it is not what this gallery told last.
     QRect shareRect();
     bool isPersonVisible(const QString& userId);
     /// Repaints the shared screens, after a share was paused or resumed.
@@ -143,7 +147,8 @@ public slots:
     void onClickAudioCtl(void* pPerson);
     void onClickMore(void* pPerson, int igPosRight);
     /// Orders and arranges the participants anew. @param bKeepFocusPerson a shared screen neither
-    /// becomes the focus person nor ends the focus
+    /// becomes the focus person nor ends the focus. It does so here and not with every arrangement:
+    /// whom the host makes the speaker afterwards would lose the focus at once.
     void onDisplayOrder(bool bKeepFocusPerson = false);
     /// Whether the small window shows the participant.
     bool IsBindToSmallWnd(ST_PersonInfo* person);
@@ -269,6 +274,8 @@ private:
     // Pages and polling
     void makePageControls();
     void placePageControls();
+    /// Shows them as long as there are pages, also over a badge: without a mouse nothing would
+    /// bring them up.
     void updatePageControls();
     void placePageBar(int pages);
     void updateNoVideo();
@@ -302,6 +309,7 @@ private:
     bool isTileVisible(const tagPersonInfo* person) const;
     void applyLook(tagPersonInfo* person, bool bOn);
     void setSpeaking(tagPersonInfo* person, bool bSpeaking);
+    /// In the speaker tool: whom the host named, else whose voice was activated.
     void nameWhoSpeaks();
     tagPersonInfo* personOf(const CPlayWidget* tile) const;
 
@@ -349,7 +357,7 @@ private:
     QMyPageScroll* m_pPageScroll = nullptr; ///< in place of the marks, when those have no room
     QDlgNoVideo* m_pNoVideo = nullptr;      ///< child; while the filter leaves nobody, else null
     bool m_bRaiseControls = false;          ///< a tile has appeared, maybe above the controls
-    int m_iPollTick = 0;                    ///< counts the turns of a poll
+    int m_iPollTick = 0; ///< turns of a poll, this gallery's own: a shared count would turn twice
 
     // Timers; 0 while they do not run.
     int m_iCheckTimerId = 0;     ///< 1000 ms, looks for a new order
@@ -371,8 +379,8 @@ private:
     tagPersonInfo* m_pPreVoicePerson = nullptr;
     int m_iShareCount = 0;                           ///< shared screens among the participants
     std::set<const tagPersonInfo*> m_setNamedShares; ///< those that the host gave a name
-    int m_iModeBeforeShare = eLayoutEqualCut;
-    int m_iLookMode = eLayoutEqualCut; ///< the mode after the last change of a look
+    int m_iModeBeforeShare = eLayoutEqualCut;        ///< when the first share came
+    int m_iLookMode = eLayoutEqualCut;               ///< the mode after the last change of a look
 
     QHash<QString, int> m_mapCustomizedPersons; ///< rank by user id
     QRect m_rcShareReported;                    ///< the share rectangle that the host was told last

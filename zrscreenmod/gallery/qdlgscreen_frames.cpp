@@ -69,7 +69,7 @@ void QDlgScreen::onPlayFrameUpdateUI(void* pPerson, int iWidth, int iHeight)
     person->iVideoWidth = iWidth;
     person->iVideoHeight = iHeight;
     person->iStreamStatus = kStreamRunning;
-    if (oldStatus != kStreamRunning) {
+    if (oldStatus != kStreamRunning) { // else the avatar would stay at the same size
         qDebug() << "userID:" << person->userID << ",userName:" << person->userName
                  << ",bHasStream:true";
         changed = true;

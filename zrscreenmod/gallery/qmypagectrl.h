@@ -5,9 +5,9 @@
 
 #include <QImage>
 
-/// A picture that can be clicked. The hub announces each click with the left button as
-/// `clickPageCtl` and this widget, so whoever holds the controls tells them apart by the pointer.
-/// GUI thread.
+/// A picture that can be clicked, and keeps the other buttons from what lies below. The hub
+/// announces each click with the left button as `clickPageCtl` and this widget, so whoever holds
+/// the controls tells them apart by the pointer. GUI thread.
 class QMyPageCtrl : public QMyWidget
 {
     Q_OBJECT

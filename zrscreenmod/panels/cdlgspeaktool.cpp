@@ -19,7 +19,7 @@ namespace {
 // Base sizes, in pixels.
 constexpr int kToolWidth = 272;
 constexpr int kVideoHeight = 153; // 16:9
-constexpr int kRowHeight = 36;
+constexpr int kRowHeight = 36;    ///< though the content would like 40
 constexpr int kButtonSide = 25;
 constexpr int kSpacing = 13;
 constexpr int kSideMargin = 9;

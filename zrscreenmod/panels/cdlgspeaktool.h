@@ -17,7 +17,8 @@ class QScreen;
 /// screens. Hiding it ends a drag.
 ///
 /// A window of its own that stays on top and never takes the keyboard: it also floats over another
-/// program that the local user shares. GUI thread, but for playFrame.
+/// program that the local user shares. It has no owner, which would take it along when the client
+/// is minimised. GUI thread, but for playFrame.
 class CDlgSpeakTool : public QWidget, public SpeakTool
 {
     Q_OBJECT

@@ -55,7 +55,8 @@ private:
     void insertItem(int id, const SubtitleRecord& record);
     /// @return by how much the item has grown, in pixels
     int updateItem(RectObject& item, const SubtitleRecord& record);
-    /// Goes to the end of the content, or leaves the list to its reader.
+    /// Goes to the end of the content, or leaves the list to its reader: what is read stays in its
+    /// place.
     void follow(int newBottomPx, qreal oldPosition, int oldContentPx);
     void onScrollingEnded();
     void moveToEnd();

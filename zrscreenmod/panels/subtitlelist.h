@@ -32,7 +32,8 @@ int globalGetItemHeight(const QString& text, int width);
 
 class ViewObject;
 
-/// One sentence: a circle with the speaker's initials, and the text.
+/// One sentence: a circle with the speaker's initials, and the text, which has all the room right
+/// of it and may break inside words.
 class RectObject : public QGraphicsObject
 {
     Q_OBJECT

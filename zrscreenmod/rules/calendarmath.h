@@ -62,7 +62,9 @@ struct DateChoice
 /// Without day and time; the month stays, so that it can be shown.
 [[nodiscard]] DateChoice clearedChoice(const DateChoice& choice);
 
-/// True when day, hour and minute are chosen and the last second of that minute is not past.
+/// True when day, hour and minute are chosen and the last second of that minute is not past, as the
+/// wall clock shows both: what it skips or repeats on the day of a change is the host's to read,
+/// since the record has no offset.
 [[nodiscard]] bool isConfirmable(const DateChoice& choice, const QDateTime& now);
 
 /// True when the day has ended before `now`.

@@ -47,7 +47,8 @@ constexpr I420Layout sourceLayout(quint32 widthPx, quint32 heightPx)
 /// The layout of a picture in a tile. Its width is cut to a multiple of 8, which keeps the rows
 /// of all three planes multiples of 4 bytes, as a texture upload expects by default. A picture
 /// narrower than 8 pixels has no column left: its layout is empty and the tile stays black.
-/// A last odd row keeps its row of chroma, as in the delivered picture.
+/// A last odd row keeps its row of chroma, as in the delivered picture: sizes taken as one and a
+/// half bytes a pixel would write past the block there.
 /// @pre isFrameSizeValid
 constexpr I420Layout tileLayout(quint32 widthPx, quint32 heightPx)
 {

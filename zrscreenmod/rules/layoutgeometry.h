@@ -72,11 +72,12 @@ struct LayoutInput
 [[nodiscard]] std::vector<TilePlacement> sixteenCutPlacements(const LayoutInput& input);
 
 /// One large tile, with five small ones at its right and below it. Everybody behind the page is
-/// placed too, on an empty rectangle.
+/// placed too, on an empty rectangle with the small grade: the next arrangement that shows them
+/// decides anew.
 [[nodiscard]] std::vector<TilePlacement> sixCutPlacements(const LayoutInput& input);
 
 /// One large tile, with seven small ones at its right and below it. It has no pages: from the ninth
-/// on, everybody is placed on an empty rectangle.
+/// on, everybody is placed on an empty rectangle, as above.
 [[nodiscard]] std::vector<TilePlacement> eightCutPlacements(const LayoutInput& input);
 
 /// The speaker with a strip of small tiles at the right, below or on top (modes 6, 7, 8). The
@@ -85,7 +86,8 @@ struct LayoutInput
 /// may lie up to two pixels outside the dialog, the lower edge of the speaker one.
 [[nodiscard]] std::vector<TilePlacement> speakerPlacements(const LayoutInput& input);
 
-/// Two speakers side by side above a strip (mode 9). Without a first speaker as above.
+/// Two speakers side by side above a strip (mode 9), centred in what it leaves; the tiles of the
+/// strip are a sixth of the height. Without a first speaker as above.
 [[nodiscard]] std::vector<TilePlacement> speaker4Placements(const LayoutInput& input);
 
 /// Squares of 2, 3 or 4 tiles a side (modes 11, 12, 13), which keep their shape. Other modes have

@@ -31,7 +31,8 @@ private:
     std::array<QPixmap, 2> m_mute;
     std::array<QPixmap, 2> m_more;
     std::array<QPixmap, 2> m_hand;
-    /// By level; there is one size. A microphone that is open always shows a level.
+    /// By level; there is one size. A microphone that is open always shows a level, so the image
+    /// without one is not loaded, and neither is the avatar, which is drawn.
     std::array<QPixmap, zr::kVolumeLevels> m_open;
     QPixmap m_spinner;
 };

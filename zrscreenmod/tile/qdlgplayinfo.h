@@ -28,8 +28,11 @@ enum class OverlayControl
 /// Whether the pointer has moved too far since the press for a click.
 [[nodiscard]] bool isDrag(const QPoint& distance);
 
-/// A frameless, transparent child of a tile, exactly as large as the tile. Mouse events that it
-/// has no use for reach the tile.
+/// A frameless, transparent child of a tile, exactly as large as the tile; a plain widget, since a
+/// dialog would become a window of its own. Mouse events that it has no use for reach the tile.
+///
+/// A control acts when the button is released where it was pressed: a drag does not click, and the
+/// button is up when the host opens a menu from inside the message.
 ///
 /// It paints from a copy of the state that its setters and `refresh` gather, never from the
 /// participant's record, and repaints only what a change of that copy has changed. GUI thread.
@@ -88,6 +91,7 @@ public:
 
 public slots:
     /// A sentence was added or has grown; it shows for some seconds when the participant said it.
+    /// Who did is told by the name: sentences carry no id.
     void onAddSubtitle(int iIDSentence);
     void onTimeUpdateLoading();
 

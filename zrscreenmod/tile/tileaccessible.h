@@ -1,4 +1,5 @@
-// Tiles for assistive technology: who is shown, in which state, and the controls as actions.
+// Tiles for assistive technology: who is shown, in which state, and the controls as actions. The
+// words are Chinese, as all texts of the overlay, which is no element of its own.
 #pragma once
 
 #include "overlaylayout.h"
