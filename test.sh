@@ -51,6 +51,12 @@ lint() {
   sources | xargs clang-format --dry-run --Werror
   # Layers are folders of their own; a path in an include would reach past their build.
   if git grep -nE '^ *# *include "[^"]*/' -- 'zrscreenmod/*.cpp' 'zrscreenmod/*.h'; then return 1; fi
+  # The map of the code names every unit.
+  local unit missing=
+  for unit in $(sources | sed -n 's|^zrscreenmod/\(.*/\)\?\([^/.]*\)\.[a-z]*$|\2|p' | sort -u); do
+    grep -q "\`$unit\`" docs/architecture.md || missing+=" $unit"
+  done
+  [ -z "$missing" ] || { echo "docs/architecture.md does not name$missing"; return 1; }
   build linux # clang-tidy needs the compile commands and the generated headers
   say "Running clang-tidy"
   tidy 'zrscreenmod|host'

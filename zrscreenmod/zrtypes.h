@@ -37,7 +37,7 @@ struct ZRRect
     int32_t bottom;
 };
 
-/// Meeting mode: how the participants are arranged.
+/// Meeting mode: how the participants are arranged. Other numbers are no modes, and show nobody.
 enum eLayoutType : int
 {
     eLayoutEqualCut = 1,      ///< adaptive gallery, 6 tiles a page (9 with 9-cut support)
@@ -49,11 +49,11 @@ enum eLayoutType : int
     eLayoutSpeakerBottom = 7, ///< speaker with a strip below
     eLayoutSpeakerTop = 8,    ///< speaker with a strip on top
     eLayoutSpeaker4 = 9,      ///< two large tiles with a strip below
-    eLayoutShare = 10,        ///< the shared screen fills the dialog
-    eLayoutGrid4 = 11,        ///< fixed 2 x 2 grid
-    eLayoutGrid9 = 12,        ///< fixed 3 x 3 grid
-    eLayoutGrid16 = 13,       ///< fixed 4 x 4 grid
-    eLayoutSingle = 14        ///< the first person fills the dialog
+    eLayoutShare = 10,  ///< the shared screen fills the dialog; without one as eLayoutEqualCut
+    eLayoutGrid4 = 11,  ///< fixed 2 x 2 grid
+    eLayoutGrid9 = 12,  ///< fixed 3 x 3 grid
+    eLayoutGrid16 = 13, ///< fixed 4 x 4 grid
+    eLayoutSingle = 14  ///< the first person fills the dialog
 };
 
 #endif // ZRTYPES_H
