@@ -61,6 +61,7 @@ QDlgSubtitle2::QDlgSubtitle2(QWidget* parent)
     m_pView->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_pView->setFocusPolicy(Qt::NoFocus); // the keyboard stays where it is
     m_pView->viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
+    m_pView->viewport()->installEventFilter(this);
     m_pView->setStyleSheet(QStringLiteral("QGraphicsView{background-color:rgb(58,62,70);"
                                           "border-style:solid;border-width:0px 0px 0px 0px;}"));
     const QZRScreenConfig* hub = QZRScreenConfig::getInstance();
@@ -94,9 +95,18 @@ void QDlgSubtitle2::resizeEvent(QResizeEvent* event)
     const QSize viewport = m_pView->size();
     m_pScene->setSceneRect(QRect(QPoint(0, 0), viewport));
     m_pListObject->setSize(viewport);
-    m_bStale = true; // the lines are broken anew
-    if (isVisible())
-        reloadSubtitles();
+    m_bStale = true; // the lines are broken anew when they are painted
+    m_pView->viewport()->update();
+}
+
+bool QDlgSubtitle2::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Paint && isVisible()) {
+        if (m_bStale)
+            reloadSubtitles();
+        m_pListObject->settle();
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void QDlgSubtitle2::paintEvent(QPaintEvent*)
@@ -152,6 +162,8 @@ void QDlgSubtitle2::onAddSubtitle(int iIDIdx)
         m_bStale = true;
         return;
     }
+    if (m_bStale)
+        reloadSubtitles();
     const QMap<int, SubtitleRecord> sentences = QZRScreenConfig::getInstance()->subtitles();
     const auto found = sentences.find(iIDIdx);
     if (found != sentences.end())
@@ -169,13 +181,37 @@ void QDlgSubtitle2::onCleanSubtitle()
 void QDlgSubtitle2::reloadSubtitles()
 {
     m_bStale = false;
-    emptyList();
+    stopScrolling();
+    m_bWaiting = false;
     const QMap<int, SubtitleRecord> sentences = QZRScreenConfig::getInstance()->subtitles();
-    for (auto it = sentences.begin(); it != sentences.end(); ++it)
-        insertItem(it.key(), it.value());
+    dropItemsBut(sentences);
+    const int itemWidth = getItemWidth();
+    for (auto it = sentences.begin(); it != sentences.end(); ++it) {
+        if (RectObject* item = m_mapItems.value(it.key())) {
+            item->setItemWidth(itemWidth);
+            updateItem(*item, it.value());
+        } else {
+            insertItem(it.key(), it.value());
+        }
+    }
     view().relayout();
+    view().setPos(0, 0);
     if (g_bSubtitleFollow)
-        moveToEnd();
+        m_pListObject->moveToEnd();
+    else
+        m_pListObject->settle();
+}
+
+void QDlgSubtitle2::dropItemsBut(const QMap<int, SubtitleRecord>& sentences)
+{
+    for (auto it = m_mapItems.begin(); it != m_mapItems.end();) {
+        if (sentences.contains(it.key())) {
+            ++it;
+            continue;
+        }
+        view().removeItem(it.value());
+        it = m_mapItems.erase(it);
+    }
 }
 
 void QDlgSubtitle2::emptyList()
@@ -195,12 +231,8 @@ void QDlgSubtitle2::stopScrolling()
 
 void QDlgSubtitle2::insertItem(int id, const SubtitleRecord& record)
 {
-    const int bottom = view().contentHeight();
-    const QString text = zr::shownSentence(record.transStr);
-    const int itemWidth = getItemWidth();
-    const int height = globalGetItemHeight(text, itemWidth);
-    auto* item = new RectObject(text, 0, bottom, itemWidth, height, kPanelColor, id, &view());
-    item->setItemHeight(std::max(height, item->drawnHeight()));
+    auto* item = new RectObject(record.transStr, 0, view().contentHeight(), getItemWidth(),
+                                kPanelColor, id, &view());
     item->setName(zr::shortName(record.userName));
     item->setColor(avatarColor(zr::repeatedIndex(record.iColorType, kColors)));
     view().sortIn(item);
@@ -209,59 +241,41 @@ void QDlgSubtitle2::insertItem(int id, const SubtitleRecord& record)
         view().removeItem(m_mapItems.take(m_mapItems.firstKey()));
 }
 
-int QDlgSubtitle2::updateItem(RectObject& item, const SubtitleRecord& record)
+void QDlgSubtitle2::updateItem(RectObject& item, const SubtitleRecord& record)
 {
     item.setName(zr::shortName(record.userName));
     item.setColor(avatarColor(zr::repeatedIndex(record.iColorType, kColors)));
-    const QString text = zr::shownSentence(record.transStr);
-    if (text == item.text())
-        return 0;
-    const int oldHeight = item.itemHeight();
-    item.setText(text);
-    const int height = std::max(globalGetItemHeight(text, getItemWidth()), item.drawnHeight());
-    if (height != oldHeight) {
-        item.setItemHeight(height);
-        view().relayout();
-    }
-    return height - oldHeight;
+    item.setText(record.transStr);
 }
 
 void QDlgSubtitle2::addOrUpdateItem(int id, const SubtitleRecord& record)
 {
     const int shownHeight = qRound(view().boundingRect().height());
-    const int bottom = view().contentHeight();
     const qreal position = view().y();
     const RectObject* top = view().itemAt(-position);
     const int topId = top ? top->id() : id;
     const qreal topY = top ? top->y() : 0;
-    RectObject* item = m_mapItems.value(id);
-    int newBottom = bottom;
-    if (item) {
-        newBottom += updateItem(*item, record);
-    } else if (g_bSubtitleFollow && !m_pListObject->isScrolling()) {
+    if (RectObject* item = m_mapItems.value(id))
+        updateItem(*item, record);
+    else if (g_bSubtitleFollow && !m_pListObject->isScrolling())
         insertItem(id, record);
-        view().relayout();
-        newBottom = view().contentHeight();
-    } else {
+    else
         m_bWaiting = true;
-        newBottom += globalGetItemHeight(zr::shownSentence(record.transStr), getItemWidth());
-    }
-    if (m_pListObject->isScrolling()) {
-        // Whoever has a finger on the list is not pulled away. Judged when it rests.
-        if (m_iContentAtHold < 0)
-            m_iContentAtHold = shownHeight;
-        m_pListObject->contentChanged();
-        return;
-    }
+    view().relayout();
     // What is read stays in its place when something above it grows, or goes.
     top = m_mapItems.value(topId);
-    view().setPos(0, top ? position + topY - top->y() : 0);
-    follow(newBottom, position, shownHeight);
+    m_pListObject->shiftContent(top ? topY - top->y() : -position);
+    m_pListObject->settle();
+    if (!m_pListObject->isScrolling())
+        follow(position, shownHeight);
+    else if (m_iContentAtHold < 0)
+        m_iContentAtHold = shownHeight; // Whoever has a finger on the list is not pulled away.
 }
 
-void QDlgSubtitle2::follow(int newBottomPx, qreal oldPosition, int oldContentPx)
+void QDlgSubtitle2::follow(qreal oldPosition, int oldContentPx)
 {
-    const FollowStep step = zr::followStep(listHeight(), newBottomPx, oldPosition, oldContentPx);
+    const FollowStep step =
+        zr::followStep(listHeight(), view().contentHeight(), oldPosition, oldContentPx);
     // Where all fits there is nothing to read back to, and nothing that would ever end it.
     g_bSubtitleFollow = step != FollowStep::Reading;
     if (!g_bSubtitleFollow)
@@ -269,17 +283,12 @@ void QDlgSubtitle2::follow(int newBottomPx, qreal oldPosition, int oldContentPx)
     if (m_bWaiting)
         reloadSubtitles(); // with the sentences that wait
     else
-        moveToEnd();
+        m_pListObject->moveToEnd();
 }
 
 void QDlgSubtitle2::onScrollingEnded()
 {
     const int oldContent = std::exchange(m_iContentAtHold, -1);
     if (oldContent >= 0)
-        follow(view().contentHeight(), view().y(), oldContent);
-}
-
-void QDlgSubtitle2::moveToEnd()
-{
-    view().setPos(0, -zr::scrollRange(view().contentHeight(), listHeight()));
+        follow(view().y(), oldContent);
 }

@@ -30,7 +30,7 @@ public:
     /// Shows the panel with what the store has. One that was hidden follows the newest sentence.
     /// Give it its place first.
     void showPanel();
-    /// Builds the list anew from the store, at its end when it follows, else at its top.
+    /// Makes the list what the store has, at its end when it follows, else at its top.
     void reloadSubtitles();
     /// The width of an item, in pixels. Gives a list that has no size yet the view's.
     int getItemWidth();
@@ -45,6 +45,8 @@ public slots:
     void reject() override {}
 
 protected:
+    /// Before the list is painted: brings it up to date, once for all resizes that came before.
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -53,14 +55,13 @@ protected:
 private:
     void addOrUpdateItem(int id, const SubtitleRecord& record);
     void insertItem(int id, const SubtitleRecord& record);
-    /// @return by how much the item has grown, in pixels
-    int updateItem(RectObject& item, const SubtitleRecord& record);
-    /// Goes to the end of the content, or leaves the list to its reader: what is read stays in its
-    /// place.
-    void follow(int newBottomPx, qreal oldPosition, int oldContentPx);
+    static void updateItem(RectObject& item, const SubtitleRecord& record);
+    /// Goes to the end of the content, or leaves the list to its reader: what is read
+    /// stays in its place.
+    void follow(qreal oldPosition, int oldContentPx);
     void onScrollingEnded();
-    void moveToEnd();
     void emptyList();
+    void dropItemsBut(const QMap<int, SubtitleRecord>& sentences);
     void stopScrolling();
     int listHeight() const;
     ViewObject& view() const { return *m_pListObject->viewObject(); }
@@ -70,7 +71,7 @@ private:
     std::unique_ptr<ListObject> m_pListObject;
     QMap<int, RectObject*> m_mapItems; ///< in the list, by the sentence's id; not owned
     QLabel* m_pTitle = nullptr;
-    bool m_bStale = false;   ///< the store has changed while the panel was hidden
+    bool m_bStale = false;   ///< resized, or the store has changed while the panel was hidden
     bool m_bWaiting = false; ///< sentences of the store are not in the list, as it does not follow
     int m_iContentAtHold = -1; ///< height of the content before the first update that came while
                                ///< the user was scrolling; -1 for none

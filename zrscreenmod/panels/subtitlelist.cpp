@@ -1,7 +1,5 @@
 #include "subtitlelist.h"
 
-#include "qzrscreenconfig.h"
-
 #include <QApplication>
 #include <QDebug>
 #include <QFontMetrics>
@@ -12,7 +10,6 @@
 #include <QScrollPrepareEvent>
 #include <QScroller>
 #include <QStyleOptionGraphicsItem>
-#include <QTextOption>
 #include <QTouchEvent>
 #include <QWheelEvent>
 
@@ -20,52 +17,12 @@
 
 namespace {
 
-// Base sizes in pixels, scaled on a high-resolution screen.
-constexpr int kItemFont = 18;
-constexpr int kAvatar = 40;
-constexpr int kSpacing = 10;
-constexpr int kGap = 10;
-constexpr int kLeft = 5;
-constexpr int kSmallFontPx = 14; ///< not scaled
-
-/// The glyphs of texts up to here are kept, so that scrolling shapes nothing anew; those of longer
-/// ones would be megabytes.
-constexpr int kCachedUnits = 2000;
-
-QFont fontOf(int pixelSize)
-{
-    QFont font(QStringLiteral("Microsoft YaHei"));
-    font.setPixelSize(pixelSize);
-    return font;
-}
-
 RectObject* itemOf(QGraphicsItem* child)
 {
     return static_cast<RectObject*>(child); // nothing else is put into a ViewObject
 }
 
 } // namespace
-
-std::shared_ptr<const SubtitleStyle> SubtitleStyle::shared()
-{
-    static std::weak_ptr<const SubtitleStyle> s_style;
-    std::shared_ptr<const SubtitleStyle> style = s_style.lock();
-    if (!style) {
-        style = std::make_shared<const SubtitleStyle>();
-        s_style = style;
-    }
-    return style;
-}
-
-SubtitleStyle::SubtitleStyle()
-{
-    const QZRScreenConfig* hub = QZRScreenConfig::getInstance();
-    itemFont = fontOf(hub->scaled(kItemFont));
-    smallFont = fontOf(kSmallFontPx);
-    const QFontMetrics font(itemFont);
-    metrics = {hub->scaled(kAvatar), hub->scaled(kSpacing), hub->scaled(kGap),
-               hub->scaled(kLeft),   font.height(),         font.lineSpacing()};
-}
 
 int globalGetItemHeight(const QString& text, int width)
 {
@@ -79,20 +36,20 @@ int globalGetItemHeight(const QString& text, int width)
 
 // --- RectObject -------------------------------------------------------------------------------
 
-RectObject::RectObject(const QString& text, qreal x, qreal y, qreal width, qreal height,
-                       const QBrush& brush, int id, QGraphicsItem* parent)
+RectObject::RectObject(const QString& sentence, qreal x, qreal y, qreal width, const QBrush& brush,
+                       int id, QGraphicsItem* parent)
     : QGraphicsObject(parent)
     , m_pStyle(SubtitleStyle::shared())
-    , m_rect(0, 0, width, height)
+    , m_rect(0, 0, width, 0)
     , m_pen(brush.color().lighter(150), 3.0, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin)
-    , m_iHeight(static_cast<int>(height))
     , m_iId(id)
 {
     setFlag(ItemClipsToShape);
     setFlag(ItemUsesExtendedStyleOption);  // only the exposed lines are drawn
     setAcceptedMouseButtons(Qt::NoButton); // the list's
     setPos(x, y);
-    setText(text);
+    breakLines();
+    setText(sentence);
 }
 
 QRectF RectObject::boundingRect() const
@@ -101,35 +58,60 @@ QRectF RectObject::boundingRect() const
     return m_rect.adjusted(-half, -half, half, half);
 }
 
-void RectObject::setText(const QString& text)
+void RectObject::setText(const QString& sentence)
 {
-    m_text = text;
-    m_layout.clearLayout();
-    m_layout.setText(text);
-    m_layout.setFont(m_pStyle->itemFont);
-    m_layout.setCacheEnabled(text.size() <= kCachedUnits);
-    QTextOption option(Qt::AlignLeft);
-    option.setWrapMode(QTextOption::WrapAnywhere);
-    m_layout.setTextOption(option);
-    const qreal room = m_rect.width() - zr::subtitleTextLeft(m_pStyle->metrics);
-    qreal height = 0;
-    if (room > 0 && !text.isEmpty()) {
-        // Letters of another font may reach higher; the baselines are even all the same.
-        const int ascent = QFontMetrics(m_pStyle->itemFont).ascent();
-        m_layout.beginLayout();
-        for (QTextLine line = m_layout.createLine(); line.isValid(); line = m_layout.createLine()) {
-            line.setLineWidth(room);
-            line.setPosition({0, height + ascent - qRound(line.ascent())});
-            height += m_pStyle->metrics.lineSpacingPx;
-        }
-        m_layout.endLayout();
-    }
+    // The store hands out the same text again and again.
+    if (sentence.constData() == m_sentence.constData() || sentence == m_sentence)
+        return;
+    m_sentence = sentence;
+    m_text.setText(zr::shownSentence(sentence));
+    breakLines();
+}
+
+void RectObject::setItemWidth(int width)
+{
+    if (width == static_cast<int>(m_rect.width()))
+        return;
+    prepareGeometryChange();
+    m_rect.setWidth(width);
+    breakLines();
+}
+
+void RectObject::breakLines()
+{
+    m_text.setRoom(m_rect.width() - zr::subtitleTextLeft(m_pStyle->metrics));
+    m_bHeightKnown = false;
+    setItemHeight(estimatedHeight());
     update();
 }
 
-int RectObject::drawnHeight() const
+int RectObject::estimatedHeight() const
 {
-    return zr::subtitleItemHeight(m_layout.lineCount(), m_pStyle->metrics);
+    return zr::subtitleItemHeight(std::max(1, m_text.lines()), m_pStyle->metrics);
+}
+
+int RectObject::knownHeight() const
+{
+    if (m_bHeightKnown)
+        return m_iHeight;
+    return m_text.knownLines() * m_pStyle->metrics.lineSpacingPx;
+}
+
+bool RectObject::shapeTo(qreal bottom)
+{
+    if (m_bHeightKnown)
+        return false;
+    const double lines = std::max(0.0, bottom) / m_pStyle->metrics.lineSpacingPx;
+    m_text.shapeLines(static_cast<int>(lines) + 1);
+    int height = estimatedHeight();
+    m_bHeightKnown = m_text.isComplete();
+    // A short text is measured, too: its letters may reach farther than they advance.
+    if (m_bHeightKnown && text().size() <= zr::kTextPieceUnits)
+        height = std::max(height, globalGetItemHeight(text(), static_cast<int>(m_rect.width())));
+    if (height == m_iHeight)
+        return false;
+    setItemHeight(height);
+    return true;
 }
 
 void RectObject::setItemHeight(int height)
@@ -160,7 +142,7 @@ void RectObject::paint(QPainter* painter, const QStyleOptionGraphicsItem* option
     const zr::SubtitleMetrics& metrics = m_pStyle->metrics;
     painter->setPen(m_textColor);
     const QPointF textAt(zr::subtitleTextLeft(metrics), zr::subtitleTextTop(metrics));
-    m_layout.draw(painter, textAt, {}, option->exposedRect);
+    m_text.draw(painter, textAt, option->exposedRect);
 
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(m_color);
@@ -213,14 +195,19 @@ void ViewObject::sortIn(RectObject* item)
 
 void ViewObject::relayout()
 {
-    prepareGeometryChange();
     qreal y = 0;
+    bool moved = false;
     const auto items = childItems();
     for (QGraphicsItem* item : items) {
-        item->setPos(0, y);
+        if (item->y() != y) {
+            prepareGeometryChange();
+            item->setPos(0, y);
+            moved = true;
+        }
         y += itemOf(item)->itemHeight() + m_pStyle->metrics.spacingPx;
     }
-    updateList();
+    if (moved)
+        updateList();
 }
 
 RectObject* ViewObject::itemAt(qreal y) const
@@ -231,6 +218,41 @@ RectObject* ViewObject::itemAt(qreal y) const
             return itemOf(item);
     }
     return nullptr;
+}
+
+RectObject* ViewObject::knownItemIn(qreal top, qreal bottom) const
+{
+    const auto items = childItems();
+    for (QGraphicsItem* item : items) {
+        const int known = itemOf(item)->knownHeight();
+        if (known > 0 && item->y() < bottom && item->y() + known > top)
+            return itemOf(item);
+    }
+    return itemAt(top);
+}
+
+bool ViewObject::shapeNext(qreal top, qreal bottom, bool fromBottom)
+{
+    auto items = childItems();
+    if (fromBottom)
+        std::reverse(items.begin(), items.end());
+    for (QGraphicsItem* item : qAsConst(items)) {
+        const bool inView = item->y() < bottom && item->y() + itemOf(item)->itemHeight() > top;
+        if (inView && itemOf(item)->shapeTo(bottom - item->y())) {
+            relayout();
+            return true;
+        }
+    }
+    return false;
+}
+
+void ViewObject::forgetOutside(qreal top, qreal bottom)
+{
+    const auto items = childItems();
+    for (QGraphicsItem* item : items) {
+        if (item->y() >= bottom || item->y() + itemOf(item)->itemHeight() <= top)
+            itemOf(item)->leaveView();
+    }
 }
 
 int ViewObject::removeItem(RectObject* item)
@@ -300,10 +322,42 @@ void ListObject::stopScrolling()
     QScroller::scroller(this)->stop();
 }
 
-void ListObject::contentChanged()
+int ListObject::range() const
 {
-    if (isScrolling())
-        QScroller::scroller(this)->resendPrepareEvent();
+    return zr::scrollRange(m_pViewObject->contentHeight(), static_cast<int>(m_size.height()));
+}
+
+void ListObject::settle()
+{
+    for (;;) {
+        const RectObject* read = m_pViewObject->knownItemIn(viewTop(), viewBottom());
+        const qreal y = read ? read->y() : 0;
+        if (!m_pViewObject->shapeNext(viewTop(), viewBottom(), false))
+            break;
+        shiftContent(read ? y - read->y() : 0);
+        if (!isScrolling())
+            m_pViewObject->setY(qBound<qreal>(-range(), m_pViewObject->y(), 0));
+    }
+    m_pViewObject->forgetOutside(viewTop(), viewBottom());
+}
+
+void ListObject::moveToEnd()
+{
+    do
+        m_pViewObject->setPos(0, -range());
+    while (m_pViewObject->shapeNext(viewTop(), viewBottom(), true));
+    m_pViewObject->forgetOutside(viewTop(), viewBottom());
+}
+
+// A movement under way knows where it goes to, so that its positions stay what they are, and what
+// moves is where they begin.
+void ListObject::shiftContent(qreal by)
+{
+    m_pViewObject->moveBy(0, by);
+    if (!isScrolling())
+        return;
+    m_shifted += by;
+    QScroller::scroller(this)->resendPrepareEvent();
 }
 
 bool ListObject::event(QEvent* event)
@@ -312,18 +366,17 @@ bool ListObject::event(QEvent* event)
     case QEvent::ScrollPrepare: {
         auto* prepare = static_cast<QScrollPrepareEvent*>(event);
         // The range ends where following puts the content, so that a press moves nothing.
-        const int range =
-            zr::scrollRange(m_pViewObject->contentHeight(), static_cast<int>(m_size.height()));
         prepare->setViewportSize(m_size);
-        prepare->setContentPosRange(QRectF(0, 0, 0, range));
-        prepare->setContentPos(-m_pViewObject->pos());
+        prepare->setContentPosRange(QRectF(0, m_shifted, 0, range()));
+        prepare->setContentPos({0, viewTop() + m_shifted});
         prepare->accept();
         return true;
     }
     case QEvent::Scroll: {
         const auto* scroll = static_cast<QScrollEvent*>(event);
         m_pViewObject->setPos(
-            zr::scrolledPosition(scroll->contentPos(), scroll->overshootDistance()));
+            zr::scrolledPosition(scroll->contentPos(), scroll->overshootDistance())
+            + QPointF(0, m_shifted));
         return true;
     }
     default:
@@ -371,9 +424,7 @@ void ListObject::wheelEvent(QGraphicsSceneWheelEvent* event)
     const int linePx = SubtitleStyle::shared()->metrics.lineSpacingPx;
     const double notches = event->delta() / static_cast<double>(QWheelEvent::DefaultDeltasPerStep);
     const double y = m_pViewObject->y() + notches * QApplication::wheelScrollLines() * linePx;
-    const int range =
-        zr::scrollRange(m_pViewObject->contentHeight(), static_cast<int>(m_size.height()));
-    m_pViewObject->setPos(0, qBound<double>(-range, y, 0));
+    m_pViewObject->setPos(0, qBound<double>(-range(), y, 0));
 }
 
 bool ListObject::onTouch(QEvent* event)
@@ -402,6 +453,8 @@ bool ListObject::onTouch(QEvent* event)
 
 void ListObject::begin(const QPointF& position)
 {
+    if (!isScrolling())
+        m_shifted = 0;
     m_bPressed = true;
     m_lastInput = position;
     QScroller::scroller(this)->handleInput(QScroller::InputPress, position, m_clock.elapsed());

@@ -2,29 +2,15 @@
 // inside an area of fixed size. GUI thread.
 #pragma once
 
-#include "subtitlerules.h"
+#include "sentencetext.h"
 
 #include <QBrush>
 #include <QColor>
 #include <QElapsedTimer>
-#include <QFont>
 #include <QGraphicsObject>
 #include <QPen>
-#include <QTextLayout>
 
 #include <memory>
-
-/// The fonts and sizes of all subtitle lists, for the screen as it was when the first of them was
-/// made. Lives as long as somebody holds it: fonts must not outlive the application object.
-struct SubtitleStyle
-{
-    static std::shared_ptr<const SubtitleStyle> shared();
-    SubtitleStyle();
-
-    QFont itemFont;  ///< of the sentences, and of initials of one character
-    QFont smallFont; ///< of longer initials
-    zr::SubtitleMetrics metrics;
-};
 
 /// The height of an item, in pixels, from its text as one line broken to the room of an item of
 /// that width. Logs how it came to it.
@@ -33,28 +19,34 @@ int globalGetItemHeight(const QString& text, int width);
 class ViewObject;
 
 /// One sentence: a circle with the speaker's initials, and the text, which has all the room right
-/// of it and may break inside words.
+/// of it and may break inside words. Its height is an estimate until the text was shaped to its
+/// end.
 class RectObject : public QGraphicsObject
 {
     Q_OBJECT
 
 public:
-    RectObject(const QString& text, qreal x, qreal y, qreal width, qreal height,
-               const QBrush& brush, int id, QGraphicsItem* parent);
+    RectObject(const QString& sentence, qreal x, qreal y, qreal width, const QBrush& brush, int id,
+               QGraphicsItem* parent);
 
     QRectF boundingRect() const override;
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
     int id() const { return m_iId; }
-    /// Breaks the text into lines; the height stays.
-    void setText(const QString& text);
-    const QString& text() const { return m_text; }
+    /// Estimates the height, unless the sentence stays the same.
+    void setText(const QString& sentence);
+    /// What is shown of the sentence.
+    const QString& text() const { return m_text.text(); }
+    /// Estimates the height.
+    void setItemWidth(int width);
     void setItemHeight(int height);
     int itemHeight() const { return m_iHeight; }
-    /// The height that the lines need as they were broken. More than globalGetItemHeight tells
-    /// where the text has line breaks of its own, or where what the breaks leave of each line adds
-    /// up to another one.
-    int drawnHeight() const;
+    /// As much of the height, from the top, as is no estimate.
+    int knownHeight() const;
+    /// Shapes the text down to there, from the top of the item. @return whether the height changed
+    bool shapeTo(qreal bottom);
+    /// Gives back what is not needed while the item is out of view.
+    void leaveView() { m_text.dropGlyphs(); }
     /// The initials.
     void setName(const QString& name);
     const QString& name() const { return m_name; }
@@ -62,16 +54,20 @@ public:
     const QColor& color() const { return m_color; }
 
 private:
+    void breakLines();
+    int estimatedHeight() const;
+
     std::shared_ptr<const SubtitleStyle> m_pStyle;
-    QString m_text;
+    QString m_sentence;
+    SentenceText m_text;
     QRectF m_rect;
     QPen m_pen;
     QColor m_textColor{205, 205, 205};
-    int m_iHeight;
+    int m_iHeight = 0;
     int m_iId;
+    bool m_bHeightKnown = false;
     QString m_name;
     QColor m_color;
-    QTextLayout m_layout;
 };
 
 /// The container of the items; its position is the scroll position.
@@ -93,6 +89,15 @@ public:
     void relayout();
     /// The first item that reaches below there; null for none.
     RectObject* itemAt(qreal y) const;
+    /// The first item in an area that is known there; if there is none, the first one in the area,
+    /// or null.
+    RectObject* knownItemIn(qreal top, qreal bottom) const;
+    /// Shapes what an area shows, until the height of an item turns out to be another one, and
+    /// stacks the items.
+    /// @return whether that was so
+    bool shapeNext(qreal top, qreal bottom, bool fromBottom);
+    /// Items outside of the area give back what they can.
+    void forgetOutside(qreal top, qreal bottom);
     /// Deletes an item and stacks the others. @return 1
     int removeItem(RectObject* item);
     void clearItems();
@@ -122,9 +127,13 @@ public:
     bool isScrolling() const;
     /// Stops at once, without a further movement; no timer is left.
     void stopScrolling();
-    /// The height or the position of the content has changed from outside: a movement that is under
-    /// way goes on from there.
-    void contentChanged();
+    /// Shapes what is in view. What is read there stays in its place.
+    void settle();
+    /// Shows the end of the content.
+    void moveToEnd();
+    /// The content has changed its height, and moves down by so many pixels. A movement that is
+    /// under way goes on from there.
+    void shiftContent(qreal by);
 
 signals:
     void scrollingEnded();
@@ -140,8 +149,13 @@ private:
     void end(const QPointF& position);
     bool onTouch(QEvent* event);
 
+    qreal viewTop() const { return -m_pViewObject->y(); }
+    qreal viewBottom() const { return viewTop() + m_size.height(); }
+    int range() const;
+
     QSizeF m_size;
     ViewObject* m_pViewObject = nullptr;
+    qreal m_shifted = 0;   ///< how far the content was shifted under the movement that is under way
     QElapsedTimer m_clock; ///< times of the inputs
     QPointF m_lastInput;
     int m_iFinger = -1; ///< that scrolls
