@@ -47,6 +47,8 @@ private:
 constexpr double kArrangeMs = 2;
 /// Volume reports for 16 participants, percent of a core.
 constexpr double kReportPercent = 1;
+/// A resize or an update of the subtitles with 10,000 characters each, of the GUI thread.
+constexpr double kResizeMs = 16;
 constexpr double kFrameMs = 16.7; ///< a frame of the usual display
 /// Twice the participants cost hardly more than twice the time.
 constexpr double kDoubleRatio = 2.3;
@@ -86,6 +88,8 @@ bool checkFigures(const std::map<std::string, double>& figures)
             allHold &= verdict(name, value, "<", 5, value < 5);
         if (startsWith(name, "growSentences") && endsWith(name, " grown_kb"))
             allHold &= verdict(name, value, "<", 1024, value < 1024);
+        if (startsWith(name, "longSentences 10000 ") && endsWith(name, "_ms"))
+            allHold &= verdict(name, value, "<", kResizeMs, value < kResizeMs);
         if (startsWith(name, "paintWatermark") && endsWith(name, " more_ms"))
             allHold &= verdict(name, value, "<", 1, value < 1);
         // Reports that change no level.

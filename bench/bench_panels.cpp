@@ -49,12 +49,13 @@ public:
 class Captions
 {
 public:
-    explicit Captions(void* screen)
+    explicit Captions(void* screen, const std::string& text =
+                                        "a sentence of some words that takes two or three lines")
         : m_screen(screen)
     {
         ZRScreen_OpenSubtitle(screen, true);
         for (m_id = 1; m_id < 64; ++m_id)
-            send("a sentence of some words that takes two or three lines of the panel");
+            send(text);
     }
     void grow()
     {
@@ -66,13 +67,19 @@ public:
         }
         send(m_text);
     }
-
-private:
+    /// The last sentence again, with another text.
     void send(std::string text)
     {
         std::string name = "Alice";
         ZRScreen_AddSentence(m_screen, m_id, m_id % 4, name.data(), text.data());
     }
+    void add(const std::string& text)
+    {
+        ++m_id;
+        send(text);
+    }
+
+private:
     void* m_screen;
     int m_id = 1;
     int m_words = 0;
@@ -129,6 +136,68 @@ void growSentences(benchmark::State& state)
     }
 }
 BENCHMARK(growSentences)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+
+QWidget* subtitlePanel()
+{
+    const QWidgetList widgets = QApplication::allWidgets();
+    const auto found = std::find_if(widgets.begin(), widgets.end(),
+                                    [](QWidget* w) { return w->inherits("QDlgSubtitle2"); });
+    return found == widgets.end() ? nullptr : *found;
+}
+
+/// What a job that another thread begins costs the GUI thread: the least of some rounds.
+template<typename Job>
+double guiMs(const Job& job)
+{
+    double best = 1e9;
+    for (int round = 0; round < 5; ++round) {
+        onGui([] { drainEvents(); });
+        const auto before = guiCpuTime();
+        job(round);
+        onGui([] { drainEvents(); });
+        best = std::min(best, Ms(guiCpuTime() - before).count());
+    }
+    return best;
+}
+
+/// 64 sentences of so many characters: what resizes, a word more in the last one, and one more
+/// sentence cost the GUI thread.
+void longSentences(benchmark::State& state)
+{
+    Meeting meeting(1920, 1080);
+    std::string text;
+    while (text.size() < static_cast<size_t>(state.range(0)))
+        text += "some words of it ";
+    text.resize(static_cast<size_t>(state.range(0)));
+    Captions captions(meeting.screen(), text);
+    captions.send(text);
+    const auto resize = [](int by) {
+        onGui([by] {
+            QWidget* panel = subtitlePanel();
+            panel->resize(panel->width() + by, panel->height());
+        });
+    };
+    const auto burst = [](int round) {
+        onGui([round] {
+            QWidget* panel = subtitlePanel();
+            for (int i = 0; i < 10; ++i)
+                panel->resize(panel->width() + (round % 2 ? 3 : -3), panel->height());
+        });
+    };
+    while (state.KeepRunning()) {
+        state.counters["resize_ms"] = guiMs([&](int round) { resize(round % 2 ? 30 : -30); });
+        state.counters["burst_ms"] = guiMs(burst);
+        state.counters["update_ms"] = guiMs([&](int) { captions.send(text += "word "); });
+        state.counters["add_ms"] = guiMs([&](int) { captions.add(text); });
+    }
+}
+BENCHMARK(longSentences)
+    ->Arg(100)
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
 
 /// A share of 1920 x 1080, painted without and with a watermark.
 void paintWatermark(benchmark::State& state)
