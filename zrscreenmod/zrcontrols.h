@@ -105,7 +105,7 @@ ZR_API void ZR_CALL ZRCtrl_QLineEdit_SetText(void* h, const char* text);
 ZR_API void ZR_CALL ZRCtrl_QLineEdit_SetPlaceholderText(void* h, const char* text);
 
 /// Places the edit in its parent, in the parent's pixels. It is shown only if it was. A side longer
-/// than 16384 is cut.
+/// than 16384 is cut, one below 1 is 1.
 /// @thread posted
 ZR_API void ZR_CALL ZRCtrl_QLineEdit_MoveWindow(void* h, tagRECT* rc);
 

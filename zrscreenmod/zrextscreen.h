@@ -47,7 +47,8 @@ ZR_API void* ZR_CALL ZRScreenExt_Init(HWND parent, ZRNotify notify);
 ZR_API void ZR_CALL ZRScreenExt_Release(void* h);
 
 /// Places the extended screen in its parent, in the parent's pixels (screen pixels without one), on
-/// top of its siblings, and shows it. A side longer than 16384 is cut. `unused` is ignored.
+/// top of its siblings, and shows it. A side longer than 16384 is cut, one below 1 is 1. `unused` is
+/// ignored.
 /// @param rc must not be null
 /// @thread gui
 ZR_API int ZR_CALL ZRScreenExt_Move(void* h, tagRECT* rc, int unused);

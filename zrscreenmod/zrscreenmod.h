@@ -206,9 +206,9 @@ ZR_API void* ZR_CALL ZRScreen_Init(HWND hParent, ZRNotify notify);
 /// @sends arrangement
 ZR_API int ZR_CALL ZRScreen_SetParent(void* hScreen, HWND hParent);
 
-/// Places the screen in its parent, in the parent's pixels, on top of its siblings, and shows it.
-/// A side longer than 16384 is cut. `unused` is ignored. @return 0 for an invalid handle or a
-/// null `pRect`.
+/// Places the screen in its parent, in the parent's pixels, on top of its siblings, and shows it. A
+/// side longer than 16384 is cut, one below 1 is 1. What is asked for when this has returned is the
+/// new arrangement's. `unused` is ignored. @return 0 for an invalid handle or a null `pRect`.
 /// @thread gui
 /// @sends arrangement
 ZR_API int ZR_CALL ZRScreen_MoveWindow(void* hScreen, tagRECT* pRect, int unused);

@@ -157,6 +157,13 @@ ZR_CASE(extscreen, showsOneParticipantWithoutAGallery)
     const ZRRect rect = api.GetShareWgtPos(ext.handle);
     CHECK(rect.left == kLeftPx && rect.top == 0);
     CHECK(rect.right == kLeftPx + kWidthPx && rect.bottom == kHeightPx);
+    tagRECT smaller{16, 9, 16 + 320, 9 + 180};
+    CHECK(api.Move(ext.handle, &smaller, 0) == 1);
+    const ZRRect atOnce = api.GetShareWgtPos(ext.handle);
+    CHECK(atOnce.left == kLeftPx + 16 && atOnce.top == 9);
+    CHECK(atOnce.right == kLeftPx + 16 + 320 && atOnce.bottom == 9 + 180);
+    tagRECT all = area();
+    CHECK(api.Move(ext.handle, &all, 0) == 1);
     // A stream that is opened again, or another participant's, begins with none of this picture.
     for (const char* const next : {"u1", "u2"}) {
         CHECK(api.Preview(ext.handle, false) == 1);

@@ -1,5 +1,6 @@
 // What is on the screen, looked at from outside: the pixels of the host's own window.
 #include "check.h"
+#include "desktop.h"
 #include "meeting.h"
 
 #include <array>
@@ -103,6 +104,41 @@ ZR_CASE(picture, tilesLieWhereTheyBelong)
                 {0, 361, 425, 239},
                 {427, 361, 425, 239},
                 {854, 361, 425, 239}});
+}
+
+/// The host does all of it, and asks, without returning to its loop.
+ZR_CASE(picture, aMovedScreenIsWhereItIsAtOnce)
+{
+    constexpr int kX = 100;
+    constexpr int kY = 60;
+    const NativeWindow window(1000, 600, kX, kY);
+    Meeting meeting(&window, 900, 500);
+    meeting.join(1);
+    meeting.join(2);
+    CHECK_EQUAL(meeting.zr.ChangeLayout(meeting.screen, eLayoutSpeakerTool, {}), 1);
+    constexpr Rgb kToolTitle{42, 46, 54};
+    constexpr int kToolLeft = 900 - 272 - 24;
+    CHECK(pumpUntil([&] {
+        return isNear(desktop::grab(kX + kToolLeft + 3, kY + 24 + 3, 1, 1).at(0, 0), kToolTitle);
+    }));
+
+    void* const share =
+        meeting.zr.AddPerson(meeting.screen, text("sharescreen_u1"), nullptr, 3, 0, hostValue(3));
+    CHECK_EQUAL(meeting.zr.Preview(meeting.screen, share, true), 1);
+    Picture picture(640, 360, kRed);
+    CHECK(pumpUntil([&] {
+        meeting.zr.PlayFrame(meeting.screen, share, &picture.frame);
+        return meeting.zr.GetShareWgtPos(meeting.screen).right > kX;
+    }));
+    for (const Box& box : {Box{20, 30, 640, 360}, Box{40, 10, 800, 450}}) {
+        tagRECT area{box.x, box.y, box.x + box.w, box.y + box.h};
+        CHECK_EQUAL(meeting.zr.MoveWindow(meeting.screen, &area, 0), 1);
+        const ZRRect rect = meeting.zr.GetShareWgtPos(meeting.screen);
+        CHECK_EQUAL(rect.left, kX + box.x);
+        CHECK_EQUAL(rect.top, kY + box.y);
+        CHECK_EQUAL(rect.right, kX + box.x + box.w);
+        CHECK_EQUAL(rect.bottom, kY + box.y + box.h);
+    }
 }
 
 ZR_CASE(picture, tilePaintsAgainInAnotherWindow)

@@ -1,5 +1,6 @@
 // What the platform promises on every system.
 #include "nativehost.h"
+#include "qtparent.h"
 #include "testsupport.h"
 
 #include <cstdint>
@@ -24,11 +25,11 @@ private slots:
     void stringLengthStopsAtTheEndOfMemory();
     void ticksAndScreenSizeAreThoseOfTheSystem();
     void embedsIntoAForeignWindow();
-    void movesBetweenParents();
+    void qtKnowsEveryPlaceAtOnce();
     void showsAgainInsideAForeignWindow();
     void refusesWhatIsNoWindow();
     void embedsAWindowThatIsNotOfQt();
-    void placesOnTop();
+    void showsOnTop();
     void handsTheKeyboardOverAndBack();
     void outlivesTheHostWindow();
     void leavesNothingBehind();
@@ -111,36 +112,74 @@ void TestPlatform::embedsIntoAForeignWindow()
     QCOMPARE(nativehost::geometryOf(dialog.id()), QRect(0, 0, 200, 200));
     QVERIFY(nativehost::isViewable(dialog.id()));
 
-    dialog.resizes.clear();
     platform::placeWindow(dialog.id(), QRect(20, 30, 320, 240));
-    QCOMPARE(nativehost::geometryOf(dialog.id()), QRect(20, 30, 320, 240));
-    QTRY_COMPARE(dialog.resizes, QVector<QSize>{QSize(320, 240)});
-    QCOMPARE(dialog.size(), QSize(320, 240));
-    QTRY_COMPARE(dialog.mapToGlobal(QPoint(1, 2)), QPoint(121, 82));
-
     // Popups must find the place of a child when only its parent has moved.
     nativehost::moveWindow(window, QPoint(300, 200));
     QTRY_COMPARE(dialog.mapToGlobal(QPoint(1, 2)), QPoint(321, 232));
 }
 
-void TestPlatform::movesBetweenParents()
+// A host moves windows and goes on without returning to its loop. What the system reports of it
+// later is no news, not even for a moment.
+void TestPlatform::qtKnowsEveryPlaceAtOnce()
 {
-    const HostWindow first({300, 0, 640, 480});
-    const HostWindow second;
-    Dialog dialog;
-    QVERIFY(dialog.showIn(first));
-    platform::placeWindow(dialog.id(), QRect(20, 30, 320, 240));
-    QVERIFY(platform::setParentWindow(dialog.id(), second));
-    QCOMPARE(nativehost::parentOf(dialog.id()), NativeWindow(second));
-    QCOMPARE(nativehost::geometryOf(dialog.id()), QRect(0, 0, 320, 240));
-    QVERIFY(nativehost::isViewable(dialog.id()));
-    QCOMPARE(dialog.mapToGlobal(QPoint(0, 0)), QPoint(0, 0));
+    const HostWindow first({300, 100, 640, 480});
+    const HostWindow second({100, 50, 640, 480});
+    struct Step
+    {
+        bool intoOther; ///< into the other window, with the size that it has
+        QRect place;
+        QRect expected;
+    };
+    const Step steps[] = {
+        {true, {}, {0, 0, 200, 200}},
+        {false, {20, 30, 320, 240}, {20, 30, 320, 240}},
+        {false, {40, 50, 320, 240}, {40, 50, 320, 240}},
+        {true, {40, 50, 0, 0}, {40, 50, 320, 240}},
+        {false, {40, 50, 320, 240}, {40, 50, 320, 240}}, // where it should be already
+        {true, {}, {0, 0, 320, 240}},
+        {false, {-40, -50, 0, -7}, {-40, -50, 1, 1}},
+        {false, {-40000, 50, 20000, 240}, {-32767, 50, 16384, 240}},
+        {false, {40, 50, 320, 240}, {40, 50, 320, 240}},
+    };
+    for (const bool shown : {true, false}) {
+        Dialog dialog;
+        if (shown) {
+            dialog.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        }
+        dialog.resizes.clear();
+        NativeWindow parent = second;
+        const auto check = [&](const QRect& expected) {
+            QCOMPARE(nativehost::parentOf(dialog.id()), parent);
+            QCOMPARE(nativehost::geometryOf(dialog.id()), expected);
+            QCOMPARE(dialog.geometry(), expected);
+            QCOMPARE(platform::rectOnScreen(dialog),
+                     expected.translated(nativehost::geometryOf(parent).topLeft()));
+        };
+        for (const Step& step : steps) {
+            if (step.intoOther) {
+                parent = parent == second ? first : second;
+                QVERIFY(platform::setParentWindow(dialog.id(), parent, step.place.topLeft()));
+            } else {
+                platform::placeWindow(dialog.id(), step.place);
+            }
+            check(step.expected);
+            if (QTest::currentTestFailed())
+                QFAIL(qPrintable(QString::number(&step - steps)));
+        }
+        QTest::qWait(100);
+        check(std::end(steps)[-1].expected);
+        QCOMPARE(nativehost::isViewable(dialog.id()), shown);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        check(std::end(steps)[-1].expected);
+        QCOMPARE(dialog.resizes.size(), shown ? 4 : 1);
 
-    QVERIFY(platform::setParentWindow(dialog.id(), 0));
-    QCOMPARE(nativehost::parentOf(dialog.id()), nativehost::desktop());
-    QVERIFY(platform::setParentWindow(dialog.id(), first));
-    QCOMPARE(nativehost::parentOf(dialog.id()), NativeWindow(first));
-    QTRY_VERIFY(nativehost::isViewable(dialog.id()));
+        QVERIFY(platform::setParentWindow(dialog.id(), 0));
+        QCOMPARE(nativehost::parentOf(dialog.id()), nativehost::desktop());
+        QVERIFY(platform::setParentWindow(dialog.id(), first));
+        QTRY_VERIFY(nativehost::isViewable(dialog.id()));
+    }
 }
 
 void TestPlatform::showsAgainInsideAForeignWindow()
@@ -173,6 +212,7 @@ void TestPlatform::refusesWhatIsNoWindow()
         QVERIFY(!platform::setParentWindow(bad, window));
         platform::setChildStyle(bad);
         platform::placeWindow(bad, QRect(0, 0, 10, 10));
+        platform::showOnTop(bad);
     }
     QVERIFY(!platform::setParentWindow(0, window));
     QCoreApplication::processEvents(); // an error that came late would be reported here
@@ -190,7 +230,7 @@ void TestPlatform::embedsAWindowThatIsNotOfQt()
     nativehost::destroyWindow(child);
 }
 
-void TestPlatform::placesOnTop()
+void TestPlatform::showsOnTop()
 {
     const HostWindow window;
     Dialog dialog;
@@ -198,15 +238,11 @@ void TestPlatform::placesOnTop()
     QVERIFY(dialog.showIn(window));
     QVERIFY(other.showIn(window));
     for (Dialog* const upper : {&other, &dialog}) {
-        platform::placeWindow(upper->id(), QRect(0, 0, 100, 100));
+        upper->hide();
+        platform::showOnTop(upper->id());
         QCOMPARE(nativehost::topChildOf(window), upper->id());
+        QVERIFY(nativehost::isViewable(upper->id()));
     }
-
-    platform::placeWindow(dialog.id(), QRect(-40, -50, 0, -7)); // harmless
-    QCOMPARE(nativehost::geometryOf(dialog.id()).topLeft(), QPoint(-40, -50));
-    dialog.hide();
-    platform::placeWindow(dialog.id(), QRect(1, 2, 30, 40));
-    QVERIFY(nativehost::isViewable(dialog.id()));
 }
 
 // A host may close its window and release the screen afterwards.

@@ -98,7 +98,6 @@ private slots:
     void leavesTheWindowManagerForGood();
     void refusesWhatTheServerRefuses();
     void aChildHasNoBorder();
-    void placesAreClampedAndForgotten();
     void priorityIsRaisedAsFarAsAllowed();
     void createsTheApplication();
 };
@@ -172,22 +171,6 @@ void TestPlatformX11::aChildHasNoBorder()
     platform::setChildStyle(id);
     QCOMPARE(int(owned(xcb_get_geometry_reply(c, xcb_get_geometry(c, id), nullptr))->border_width),
              0);
-}
-
-void TestPlatformX11::placesAreClampedAndForgotten()
-{
-    const HostWindow window;
-    Dialog dialog;
-    QVERIFY(dialog.showIn(window));
-    platform::placeWindow(dialog.id(), QRect(-40, -50, 0, -7));
-    QCOMPARE(nativehost::geometryOf(dialog.id()), QRect(-40, -50, 1, 1));
-    QTRY_COMPARE(dialog.size(), QSize(1, 1));
-    // Qt knows the place now, and would take it along to the next parent.
-    const HostWindow other;
-    QVERIFY(platform::setParentWindow(dialog.id(), other));
-    QCOMPARE(nativehost::geometryOf(dialog.id()).topLeft(), QPoint(0, 0));
-    platform::placeWindow(dialog.id(), QRect(100000, -100000, 10, 10));
-    QCOMPARE(nativehost::geometryOf(dialog.id()), QRect(32767, -32768, 10, 10));
 }
 
 void TestPlatformX11::priorityIsRaisedAsFarAsAllowed()

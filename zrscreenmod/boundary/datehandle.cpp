@@ -77,8 +77,8 @@ void openDatePicker(ST_ZRDateHdl& picker, const QPoint& at)
 {
     SelectDateTimeWidget* const widget = picker.m_pWidget;
     widget->refreshInterface();
-    // Not move(), which takes the distance from the parent's edge for a window frame.
-    widget->setGeometry(
+    platform::placeWindow(
+        widget->winId(),
         {zr::pickerTopLeft(at, widget->size(), widget->contentWidthPx(), visibleAreas(picker)),
          widget->size()});
     widget->show();

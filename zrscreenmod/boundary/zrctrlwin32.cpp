@@ -21,14 +21,6 @@ using boundary::readUtf8;
 
 namespace {
 
-/// GL drivers and window systems take no longer side.
-constexpr int kMaxSidePx = 16384;
-
-QRect bounded(const QRect& rect)
-{
-    return {rect.topLeft(), rect.size().boundedTo({kMaxSidePx, kMaxSidePx})};
-}
-
 /// Runs `body(edit)` on the GUI thread for a live line edit.
 template<typename Body>
 void onLineEdit(void* h, Body body) noexcept
@@ -54,11 +46,12 @@ void onLineEditWithText(void* h, const char* text, Body body) noexcept
 /// system refuses.
 bool embed(QWidget& widget, HWND parent, const QRect& rect)
 {
-    if (parent && !platform::setParentWindow(widget.winId(), platform::toNative(parent))) {
+    const platform::NativeWindow own = widget.winId();
+    if (parent && !platform::setParentWindow(own, platform::toNative(parent), rect.topLeft())) {
         qDebug() << "SetParent failed, parent:" << parent;
         return false;
     }
-    widget.setGeometry(bounded(rect));
+    platform::placeWindow(own, rect);
     widget.show();
     return true;
 }
@@ -155,10 +148,8 @@ void ZR_CALL ZRCtrl_QLineEdit_SetParent(void* h, HWND parent)
     ZR_ENTER_OR_RETURN();
     logThread("current thread:");
     onLineEdit(h, [parent](QMyLineEdit& edit) {
-        const QRect place = edit.geometry();
-        if (platform::setParentWindow(edit.winId(), platform::toNative(parent)))
-            edit.setGeometry(place);
-        else
+        const QPoint place = edit.geometry().topLeft();
+        if (!platform::setParentWindow(edit.winId(), platform::toNative(parent), place))
             qDebug() << "SetParent failed, parent:" << parent;
     });
 }
@@ -226,7 +217,8 @@ void ZR_CALL ZRCtrl_QLineEdit_MoveWindow(void* h, tagRECT* rc)
     ZR_ENTER_OR_RETURN();
     logThread("current thread:");
     if (const auto rect = readRect(rc))
-        onLineEdit(h, [rect = *rect](QMyLineEdit& edit) { edit.setGeometry(bounded(rect)); });
+        onLineEdit(
+            h, [rect = *rect](QMyLineEdit& edit) { platform::placeWindow(edit.winId(), rect); });
 }
 
 void ZR_CALL ZRCtrl_QLineEdit_Show(void* h, int bShow)

@@ -18,8 +18,6 @@ namespace {
 
 /// The subtitle panel takes this part of the dialog's width.
 constexpr int kSubtitleShare = 5;
-/// GL drivers take no longer side; the software renderer crashes on one.
-constexpr int kMaxSidePx = 16384;
 
 } // namespace
 
@@ -77,8 +75,8 @@ bool QDlgMain::moveInto(HWND hParent)
 
 void QDlgMain::place(const QRect& rect)
 {
-    platform::placeWindow(winId(),
-                          {rect.topLeft(), rect.size().boundedTo({kMaxSidePx, kMaxSidePx})});
+    platform::placeWindow(winId(), rect);
+    platform::showOnTop(winId());
 }
 
 void QDlgMain::resizeEvent(QResizeEvent* event)

@@ -4,6 +4,7 @@
 #include "cplaywidget.h"
 #include "meetingmode.h"
 #include "platform.h"
+#include "qtparent.h"
 #include "qzrscreenconfig.h"
 #include "speaktool.h"
 
@@ -358,9 +359,9 @@ void QDlgScreen::showSpeakTool(tagPersonInfo* person)
         m_iSpeakToolTimerId = startTimer(kSpeakToolRefreshMs, Qt::CoarseTimer);
     }
     if (std::exchange(m_bPlaceTool, false)) {
-        const QRect dialog(mapToGlobal(QPoint(0, 0)), size());
-        m_pSpeakTool->moveTool(
-            zr::speakToolPosition(dialog, m_pSpeakTool->toolSize(), hub().scaled(kScreenMarginPx)));
+        m_pSpeakTool->moveTool(zr::speakToolPosition(platform::rectOnScreen(*this),
+                                                     m_pSpeakTool->toolSize(),
+                                                     hub().scaled(kScreenMarginPx)));
     }
     if (!m_pSpeakTool->isToolVisible())
         m_pSpeakTool->showTool();
@@ -417,7 +418,7 @@ QRect QDlgScreen::shareRect()
     // A tile without a picture yet has no rectangle to tell.
     const bool shown = share && share->pWidget->isShowing() && share->pWidget->hasVideoRect();
     if (shown) {
-        rect = QRect(share->pWidget->mapToGlobal(QPoint(0, 0)), share->pWidget->size());
+        rect = platform::rectOnScreen(*share->pWidget);
         share->pWidget->MapVideoRect(rect);
     }
     if (rect != m_rcShareReported) {

@@ -4,6 +4,7 @@
 #include "platform.h"
 #include "playableframe.h"
 #include "qdlgplayinfo.h"
+#include "qtparent.h"
 #include "qzrscreenconfig.h"
 
 #include <QCloseEvent>
@@ -12,8 +13,6 @@
 
 namespace {
 
-/// GL drivers take no longer side.
-constexpr int kMaxSidePx = 16384;
 constexpr int kBestNetLevel = 5;
 
 } // namespace
@@ -54,9 +53,9 @@ void QDlgExtScreen::embedInto(HWND hParent)
 
 void QDlgExtScreen::place(const QRect& rect)
 {
+    platform::placeWindow(winId(), rect);
     show();
-    platform::placeWindow(winId(),
-                          {rect.topLeft(), rect.size().boundedTo({kMaxSidePx, kMaxSidePx})});
+    platform::showOnTop(winId());
 }
 
 // --- The participant --------------------------------------------------------------------------
@@ -179,7 +178,7 @@ void QDlgExtScreen::UpdateUserNetStatus(const QString& userId, int iType, bool b
 
 QRect QDlgExtScreen::pictureRect() const
 {
-    QRect rect(m_pTile->mapToGlobal(QPoint(0, 0)), m_pTile->size());
+    QRect rect = platform::rectOnScreen(*m_pTile);
     m_pTile->MapVideoRect(rect);
     return rect;
 }

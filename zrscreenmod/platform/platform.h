@@ -4,6 +4,7 @@
 
 #include "zrtypes.h"
 
+#include <QPoint>
 #include <QRect>
 #include <QtGlobal>
 
@@ -45,21 +46,30 @@ void keepQtLoaded();
 /// on Windows. Any thread.
 void keepModuleLoaded();
 
-/// Makes `child` a child of `parent`, at (0, 0), whatever it belonged to before; with parent 0
-/// detaches it to the top level. To move a window from one parent to another, one call is enough,
-/// and better: a window manager may grab a window that is at the top level in between.
+// All that puts a native window somewhere goes through setParentWindow and placeWindow: they have
+// the system do it and tell Qt in the same step. A position or a size that is asked for in the same
+// turn of the event loop is right, and Qt never takes a place for the present one that it is not.
+
+/// Makes `child` a child of `parent`, whatever it belonged to before, and keeps its size; with
+/// parent 0 detaches it to the top level. To move a window from one parent to another, one call is
+/// enough, and better: a window manager may grab a window that is at the top level in between.
+/// @param at of the upper left corner, in the parent's pixels; not used for a window that is at the
+///           top level and to stay there
 /// @return false when the system refuses or the platform has no such windows; the window then
 /// stays where it was. GUI thread.
-[[nodiscard]] bool setParentWindow(NativeWindow child, NativeWindow parent);
+[[nodiscard]] bool setParentWindow(NativeWindow child, NativeWindow parent, const QPoint& at = {});
 
 /// Gives a window the style of a plain child that clips its own children: no frame, no border.
 /// GUI thread.
 void setChildStyle(NativeWindow window);
 
-/// Places a window in its parent, on top of its siblings, and shows it. Coordinates are the
-/// parent's pixels; the system decides what a size below 1 means (X11: 1). The geometry that Qt
-/// knows, and the resize event of the widget, follow from the event loop. GUI thread.
+/// Places a window in its parent, in the parent's pixels; a hidden one stays hidden. Positions
+/// beyond +-32767 and sides beyond 1 to 16384 are brought there: window systems and GL drivers take
+/// no more. The widget has had its resize event when this returns, unless it is hidden. GUI thread.
 void placeWindow(NativeWindow window, const QRect& rect);
+
+/// Raises a window above its siblings and shows it. GUI thread.
+void showOnTop(NativeWindow window);
 
 /// Directs the keyboard to a window. Needed for one inside a window of the host's, to which neither
 /// Qt nor a window manager gives it. @return false when the system refuses: X11 does for a window

@@ -128,7 +128,7 @@ void keepQtLoaded()
 
 void keepModuleLoaded() {}
 
-bool setParentWindow(NativeWindow child, NativeWindow parent)
+bool setParentWindow(NativeWindow child, NativeWindow parent, const QPoint& at)
 {
     const HWND childHwnd = toHwnd(child);
     const HWND parentHwnd = toHwnd(parent);
@@ -149,9 +149,7 @@ bool setParentWindow(NativeWindow child, NativeWindow parent)
         qDebug() << "SetParent failed, error:" << GetLastError();
         return false;
     }
-    // Qt has given it the size that it knew of, which may not be the last one.
-    SetWindowPos(childHwnd, nullptr, 0, 0, before.right - before.left, before.bottom - before.top,
-                 SWP_NOZORDER | SWP_NOACTIVATE);
+    placeWindow(child, {at, QSize(before.right - before.left, before.bottom - before.top)});
     return true;
 }
 
@@ -167,8 +165,15 @@ void setChildStyle(NativeWindow window)
 
 void placeWindow(NativeWindow window, const QRect& rect)
 {
-    SetWindowPos(toHwnd(window), HWND_TOP, rect.x(), rect.y(), rect.width(), rect.height(),
-                 SWP_SHOWWINDOW);
+    const QRect place = placeable(rect);
+    if (SetWindowPos(toHwnd(window), nullptr, place.x(), place.y(), place.width(), place.height(),
+                     SWP_NOZORDER | SWP_NOACTIVATE))
+        setQtGeometry(window, place);
+}
+
+void showOnTop(NativeWindow window)
+{
+    SetWindowPos(toHwnd(window), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
 }
 
 bool takeKeyboardFocus(NativeWindow window)

@@ -2,6 +2,7 @@
 
 #include "qtparent.h"
 
+#include <QAbstractNativeEventFilter>
 #include <QApplication>
 #include <QCoreApplication>
 #include <QDebug>
@@ -73,6 +74,14 @@ struct TreePlace
     xcb_window_t parent;
 };
 
+/// @return an empty size when there is no such window.
+QSize sizeOf(xcb_connection_t* c, xcb_window_t window)
+{
+    const Reply<xcb_get_geometry_reply_t> reply(
+        xcb_get_geometry_reply(c, xcb_get_geometry(c, window), nullptr));
+    return reply ? QSize(reply->width, reply->height) : QSize();
+}
+
 /// @return false when there is no such window.
 bool findInTree(xcb_connection_t* c, xcb_window_t window, TreePlace* place)
 {
@@ -85,6 +94,52 @@ bool findInTree(xcb_connection_t* c, xcb_window_t window, TreePlace* place)
     *place = {reply->root, reply->parent};
     return true;
 }
+
+// --- Reports ----------------------------------------------------------------------------------
+
+/// Keeps from Qt what the server reports of a window from before its last placing, which Qt knows
+/// already: it would take the former place for a new one, until the next report.
+class StaleReports : public QObject, public QAbstractNativeEventFilter
+{
+public:
+    /// The one of this window, made when it is needed first.
+    static StaleReports& of(QWindow& window)
+    {
+        for (QObject* child : window.children()) {
+            if (auto* const found = dynamic_cast<StaleReports*>(child))
+                return *found;
+        }
+        return *new StaleReports(window);
+    }
+    /// @param placing sequence number of the request that placed the window
+    void dropOlder(xcb_window_t id, quint32 placing)
+    {
+        m_id = id;
+        m_placing = placing;
+        m_waiting = true;
+    }
+    bool nativeEventFilter(const QByteArray&, void* message, long*) override
+    {
+        const auto* const event = static_cast<const xcb_generic_event_t*>(message);
+        // Sequence numbers begin anew some time.
+        if (m_waiting && static_cast<qint32>(event->full_sequence - m_placing) >= 0)
+            m_waiting = false;
+        constexpr quint8 kWithoutSender = 0x7f;
+        return m_waiting && (event->response_type & kWithoutSender) == XCB_CONFIGURE_NOTIFY
+               && static_cast<const xcb_configure_notify_event_t*>(message)->event == m_id;
+    }
+
+private:
+    explicit StaleReports(QWindow& window)
+        : QObject(&window)
+    {
+        QCoreApplication::instance()->installNativeEventFilter(this);
+    }
+
+    xcb_window_t m_id = XCB_WINDOW_NONE;
+    quint32 m_placing = 0;
+    bool m_waiting = false; ///< for the first event that is not older
+};
 
 // --- Window manager ---------------------------------------------------------------------------
 
@@ -318,7 +373,7 @@ void keepModuleLoaded()
         keepLoaded(info.dli_fname);
 }
 
-bool setParentWindow(NativeWindow child, NativeWindow parent)
+bool setParentWindow(NativeWindow child, NativeWindow parent, const QPoint& at)
 {
     xcb_connection_t* const c = connection();
     const xcb_window_t childId = toXcb(child);
@@ -338,13 +393,14 @@ bool setParentWindow(NativeWindow child, NativeWindow parent)
     const bool withdrawn =
         atTopLevel && withdraw(c, childId, childPlace.root, window && window->isVisible());
     // The server decides, and Qt hears of it only when it has agreed.
-    const bool reparented = succeeded(c, xcb_reparent_window_checked(c, childId, parentId, 0, 0));
+    const QRect place = placeable({at, sizeOf(c, childId)});
+    const bool reparented = succeeded(
+        c, xcb_reparent_window_checked(c, childId, parentId, static_cast<qint16>(place.x()),
+                                       static_cast<qint16>(place.y())));
     if (reparented && window) {
         setQtParent(window, parent);
         // Qt has re-parented it once more, to the position that it remembered.
-        const quint32 origin[] = {0, 0};
-        succeeded(c, xcb_configure_window_checked(
-                         c, childId, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, origin));
+        placeWindow(child, place);
     }
     if (withdrawn)
         succeeded(c, xcb_map_window_checked(c, childId));
@@ -381,17 +437,29 @@ void placeWindow(NativeWindow window, const QRect& rect)
     const xcb_window_t id = toXcb(window);
     if (!c || id == XCB_WINDOW_NONE)
         return;
-    // The protocol has 16 bits for each; a size of 0 would be an error.
-    const auto clamped = [](int v, int lowest) {
-        return static_cast<quint32>(std::clamp<int>(v, lowest, std::numeric_limits<qint16>::max()));
-    };
-    constexpr int kLowest = std::numeric_limits<qint16>::min();
-    const quint32 values[] = {clamped(rect.x(), kLowest), clamped(rect.y(), kLowest),
-                              clamped(rect.width(), 1), clamped(rect.height(), 1),
-                              XCB_STACK_MODE_ABOVE};
+    const QRect place = placeable(rect);
+    const quint32 values[] = {static_cast<quint32>(place.x()), static_cast<quint32>(place.y()),
+                              static_cast<quint32>(place.width()),
+                              static_cast<quint32>(place.height())};
     constexpr quint16 kMask = XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH
-                              | XCB_CONFIG_WINDOW_HEIGHT | XCB_CONFIG_WINDOW_STACK_MODE;
-    if (succeeded(c, xcb_configure_window_checked(c, id, kMask, values)))
+                              | XCB_CONFIG_WINDOW_HEIGHT;
+    // The server decides, and Qt hears of it only when it has agreed.
+    const xcb_void_cookie_t cookie = xcb_configure_window_checked(c, id, kMask, values);
+    if (!succeeded(c, cookie))
+        return;
+    if (QWindow* const qtWindow = findQtWindow(window))
+        StaleReports::of(*qtWindow).dropOlder(id, cookie.sequence);
+    setQtGeometry(window, place);
+}
+
+void showOnTop(NativeWindow window)
+{
+    xcb_connection_t* const c = connection();
+    const xcb_window_t id = toXcb(window);
+    if (!c || id == XCB_WINDOW_NONE)
+        return;
+    const quint32 above = XCB_STACK_MODE_ABOVE;
+    if (succeeded(c, xcb_configure_window_checked(c, id, XCB_CONFIG_WINDOW_STACK_MODE, &above)))
         succeeded(c, xcb_map_window_checked(c, id));
 }
 
@@ -434,12 +502,10 @@ QRect clientRectOnScreen(NativeWindow window)
     TreePlace place{};
     if (!c || id == XCB_WINDOW_NONE || !findInTree(c, id, &place))
         return {};
-    const Reply<xcb_get_geometry_reply_t> size(
-        xcb_get_geometry_reply(c, xcb_get_geometry(c, id), nullptr));
+    const QSize size = sizeOf(c, id);
     const Reply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
         c, xcb_translate_coordinates(c, id, place.root, 0, 0), nullptr));
-    return size && origin ? QRect(origin->dst_x, origin->dst_y, size->width, size->height)
-                          : QRect();
+    return size.isValid() && origin ? QRect({origin->dst_x, origin->dst_y}, size) : QRect();
 }
 
 bool isReadable(const void* p, std::size_t size)

@@ -1,7 +1,9 @@
 #include "qtparent.h"
 
 #include <QGuiApplication>
+#include <QPointer>
 #include <QVariant>
+#include <QWidget>
 #include <QWindow>
 
 #include <algorithm>
@@ -49,6 +51,38 @@ void setQtParent(QWindow* child, NativeWindow parent)
     child->setParent(after);
     if (isContainer(before))
         delete before;
+}
+
+QRect rectOnScreen(const QWidget& widget)
+{
+    const QWidget* const top = widget.window();
+    const QWindow* const window = top->windowHandle();
+    const QPoint place = widget.mapTo(top, QPoint());
+    const bool exists = window && window->handle();
+    return {exists ? window->mapToGlobal(place) : top->geometry().topLeft() + place, widget.size()};
+}
+
+QRect placeable(const QRect& rect)
+{
+    constexpr int kFarthest = 32767;    // the protocol of X11 has 16 bits
+    constexpr int kLongestSide = 16384; // the software renderer crashes on a longer one
+    return {qBound(-kFarthest, rect.x(), kFarthest), qBound(-kFarthest, rect.y(), kFarthest),
+            qBound(1, rect.width(), kLongestSide), qBound(1, rect.height(), kLongestSide)};
+}
+
+void setQtGeometry(NativeWindow id, const QRect& rect)
+{
+    QRect known = rect;
+    if (const QPointer<QWidget> widget = QWidget::find(id)) {
+        widget->setGeometry(rect);
+        if (!widget)
+            return;
+        known = widget->geometry(); // it may have a least size
+    }
+    // The widget tells its window only while it is shown, and only what is new to the widget.
+    QWindow* const window = findQtWindow(id);
+    if (window && window->geometry() != known)
+        window->setGeometry(known);
 }
 
 } // namespace platform
