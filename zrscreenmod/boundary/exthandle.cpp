@@ -9,6 +9,7 @@
 #include <QAbstractEventDispatcher>
 #include <QBasicTimer>
 #include <QDebug>
+#include <QScopedValueRollback>
 #include <QThread>
 
 #include <mutex>
@@ -82,13 +83,12 @@ Reaper* s_reaper = nullptr; ///< made when it is needed first
 /// A click on the picture. The host may release the extended screen from inside the message.
 void reportClick(ST_ZRExtHdl* ext, const void* tile)
 {
-    if (tile != ext->m_pDlg->tile() || !ext->m_pDlg->person())
+    if (tile != ext->m_pDlg->tile())
         return;
-    ++s_iReports;
+    const QScopedValueRollback<int> inside(s_iReports, s_iReports + 1);
     ext->m_callback.UIMsgNotify(
         ZRMSG_EXT_CLICK, reinterpret_cast<quintptr>(ext),
         static_cast<qint64>(reinterpret_cast<qintptr>(ext->m_pDlg->person()->pUserData)));
-    --s_iReports;
 }
 
 } // namespace

@@ -241,6 +241,7 @@ private:
         int grade;
     };
     int arrangedMode() const;
+    void arrange();
     void arrangeTiles();
     void reLayoutEqualCut();
     void reLayout9EqualCut();

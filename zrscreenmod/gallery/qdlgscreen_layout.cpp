@@ -10,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 #include <utility>
@@ -53,17 +54,7 @@ void QDlgScreen::reLayout()
     if (width() < zr::kMinLayoutWidthPx)
         return;
     if (m_bJoinMeetingFinish) {
-        const int mode = hub().curScreenMode();
-        m_bInLayout = true;
-        if (mode != std::exchange(m_iLaidOutMode, mode))
-            m_iPollTick = 0;
-        if (zr::isGalleryMode(mode) && m_pFocusPerson
-            && hub().gallery.focusPerson != m_pFocusPerson)
-            dropFocus();
-        buildDisplayList();
-        arrangeTiles();
-        floatSpeakTool();
-        m_bInLayout = false;
+        arrange();
         finishLayout();
     }
     updatePageControls();
@@ -73,6 +64,19 @@ void QDlgScreen::reLayout()
         m_bLayoutScheduled = false;
         scheduleLayout();
     }
+}
+
+void QDlgScreen::arrange()
+{
+    const QScopedValueRollback<bool> inLayout(m_bInLayout, true); // a host may throw
+    const int mode = hub().curScreenMode();
+    if (mode != std::exchange(m_iLaidOutMode, mode))
+        m_iPollTick = 0;
+    if (zr::isGalleryMode(mode) && m_pFocusPerson && hub().gallery.focusPerson != m_pFocusPerson)
+        dropFocus();
+    buildDisplayList();
+    arrangeTiles();
+    floatSpeakTool();
 }
 
 int QDlgScreen::arrangedMode() const
