@@ -7,9 +7,10 @@
 /// - It has a participant of its own, whom the host describes with the functions below. It needs no
 ///   screen and no play handle, and nothing here changes a gallery. What the host reports with
 ///   `ZRScreen_Preview` for a participant with the same id is taken over.
-/// - Its streams are the host's business: no message is sent when a participant comes to be seen
-///   here. While one is on an extended screen, no gallery asks for their stream to be closed
-///   (`ZRMSG_VIDEO_HIDDEN`), and what grade it should have the host decides.
+/// - When a participant comes to be seen here, `ZRMSG_VIDEO_SHOWN` goes to the hosts of all screens,
+///   with the user data in place of the host value. While one is on an extended screen, no gallery
+///   asks for their stream to be closed (`ZRMSG_VIDEO_HIDDEN`); it does when they have left and are
+///   not seen there either. What grade the stream should have the host decides.
 /// - Whether there is an extended screen at all, the host tells with `ZRScreen_SetExtendScreen`;
 ///   creating one does not.
 /// - A handle that is null is refused without a log line.
@@ -56,9 +57,10 @@ ZR_API int ZR_CALL ZRScreenExt_Move(void* h, tagRECT* rc, int unused);
 /// Names the participant: when the call returns, frames are theirs. Another id is another
 /// participant, who begins with a black picture, muted, without look marks and with a closed
 /// stream.
-/// @param pUserData handed back in the message, never read. Null tells that the participant is not
+/// @param pUserData handed back in the messages, never read. Null tells that the participant is not
 ///                  on the extended screen any more: galleries may close the stream again. What is
-///                  shown stays, unless `userId` is another one: then nobody is shown.
+///                  shown stays, without taking clicks, unless `userId` is another one: then nobody
+///                  is shown. With user data the same participant is there once more.
 /// @param userId    local 8-bit. An id that contains "sharescreen_" is a shared screen. With user
 ///                  data it must not be empty.
 /// @param iRole     1 host, 2 administrator, other values none

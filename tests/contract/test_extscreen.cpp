@@ -190,6 +190,7 @@ ZR_CASE(extscreen, clicksAndPreviewsPassBetweenItAndTheGallery)
     void* const ann = meeting.join(1);
     void* const bob = meeting.join(2);
     CHECK(ext.show("u2", 42) == 1);
+    CHECK(meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 42) == 1);
 
     // The gallery's report of a preview is taken over.
     CHECK(zr.Preview(meeting.screen, bob, true) == 1);
@@ -226,8 +227,17 @@ ZR_CASE(extscreen, clicksAndPreviewsPassBetweenItAndTheGallery)
     CHECK(zr.IsPersonVisible(meeting.screen, text("u2")) == 0);
     CHECK(meeting.inbox.count(ZRMSG_VIDEO_HIDDEN, 2) == 0);
     CHECK(ext.api.SetPersonInfo(ext.handle, nullptr, "u2", false, 0, "", 0) == 1);
-    CHECK(zr.ReOrder(meeting.screen, true) == 1);
     CHECK(pumpUntil([&] { return meeting.inbox.count(ZRMSG_VIDEO_HIDDEN, 2) == 1; }));
+    // Here once more, also for a host that answers what it is told.
+    meeting.inbox.clear();
+    meeting.inbox.onMessage = [&](const Message& m) {
+        if (m.id == ZRMSG_VIDEO_SHOWN && m.lParam == 42)
+            CHECK(zr.Preview(meeting.screen, bob, true) == 1);
+    };
+    CHECK(ext.show("u2", 42) == 1);
+    CHECK(meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 42) == 1);
+    pump(1500);
+    CHECK(meeting.inbox.count(ZRMSG_VIDEO_HIDDEN) == 0);
 }
 
 ZR_CASE(extscreen, framesForBothFromTwoThreads)

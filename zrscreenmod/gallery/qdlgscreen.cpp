@@ -71,6 +71,7 @@ void QDlgScreen::connectHub()
     connect(hub, &Hub::sigPopSelfShareWnd, this, &Self::OnPopSelfShareWnd);
     connect(hub, &Hub::sigSetVoiceActivateUser, this, &Self::OnSetVoiceActivateUser);
     connect(hub, &Hub::notifyClickExtPlayWidget, this, &Self::onNotifyClickExtPlayWidget);
+    connect(hub, &Hub::notifyExtUserLeft, this, &Self::onNotifyExtUserLeft);
     connect(hub, &Hub::clickPageCtl, this, &Self::onClickPageCtl);
     connect(hub, &Hub::modSignalHideSpeakTool, this, &Self::onModHideSpeakTool);
     connect(hub, &Hub::modSignalShowSpeakTool, this, &Self::onModShowSpeakTool);

@@ -159,6 +159,7 @@ public slots:
     void onNotifyUpdateUserInfo(void* pPlayHdl, void* pPerson);
     /// A click on the extended screen is one on the participant whom it shows.
     void onNotifyClickExtPlayWidget(void* pTile);
+    void onNotifyExtUserLeft(const QString& userId);
     /// Orders the participants. @param bJustTestSorting only compare with the present order
     /// @return whether the order differs from the one before
     bool SortCurrentPersons(bool bJustTestSorting);

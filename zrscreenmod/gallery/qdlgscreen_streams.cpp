@@ -64,11 +64,18 @@ bool QDlgScreen::notePicture(tagPersonInfo* person, bool bPreview)
 
 void QDlgScreen::expectMute(tagPersonInfo* person)
 {
-    // A camera that was switched on while nobody sees it: the host has opened a stream again that
-    // it was told to close.
+    // Nobody sees the participant, and the stream may be open though the host was told to close it.
     person->iPlayState = kPlayUnknown;
     if (m_iMuteTimerId == 0)
         startMuteTimer();
+}
+
+void QDlgScreen::onNotifyExtUserLeft(const QString& userId)
+{
+    // While the participant was there nobody was told to close the stream.
+    tagPersonInfo* const person = findPerson(userId);
+    if (person && m_bJoinMeetingFinish && !isTileVisible(person))
+        expectMute(person);
 }
 
 void QDlgScreen::onModPreview(void* pPerson, bool bPreview)

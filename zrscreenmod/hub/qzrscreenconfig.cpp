@@ -185,10 +185,11 @@ void QZRScreenConfig::setPersonShown(tagPersonInfo* person, bool bShown)
 
 void QZRScreenConfig::setExtUser(const void* extScreen, const QString& userId)
 {
-    if (userId.isEmpty())
-        m_mapExtUser.remove(extScreen);
-    else
+    const QString before = m_mapExtUser.take(extScreen);
+    if (!userId.isEmpty())
         m_mapExtUser.insert(extScreen, userId);
+    if (!before.isEmpty() && !isExtUser(before))
+        emit notifyExtUserLeft(before);
 }
 
 bool QZRScreenConfig::isExtUser(const QString& userId) const

@@ -242,6 +242,8 @@ signals:
     void notifyCleanSubtitle();
     void notifyClickExtPlayWidget(void*);
     void notifyExtPreview(QString qstrUserID, bool bPreview);
+    /// The participant is on no extended screen any more.
+    void notifyExtUserLeft(QString qstrUserID);
     void modSignalMove(QRect rc);
     void modSignalAllLook(void* pPerson, bool bAllLook);
     void modSignalPreviewMute(void*, bool);

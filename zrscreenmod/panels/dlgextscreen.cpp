@@ -56,6 +56,7 @@ void QDlgExtScreen::place(const QRect& rect)
     platform::placeWindow(winId(), rect);
     show();
     platform::showOnTop(winId());
+    reportShown();
 }
 
 // --- The participant --------------------------------------------------------------------------
@@ -71,6 +72,10 @@ bool QDlgExtScreen::updatePersonInfo(void* pUserData, const QString& userID, boo
         return false;
     }
     if (!pUserData) {
+        if (m_pPerson) { // from here on nobody knows that the picture is theirs
+            m_pPerson->pUserData = nullptr;
+            m_pPerson->iPlayState = kPlayUnknown;
+        }
         hub().setExtUser(this, QString());
         qDebug() << "pUserData==nullptr";
         return false;
@@ -87,19 +92,29 @@ bool QDlgExtScreen::updatePersonInfo(void* pUserData, const QString& userID, boo
     m_pPerson->pUserData = pUserData;
     m_pPerson->pWidget = m_pTile;
     hub().setExtUser(this, userID);
-    if (!isNew) {
+    if (isNew)
+        showPerson();
+    else
         m_pTile->RefreshPlayInfo();
-        return true;
-    }
-    m_pPerson->bShare = isShareScreenId(userID);
-    m_pPerson->iPlayState = kPlayShown; // for as long as the host has it here
+    reportShown();
+    return true;
+}
+
+void QDlgExtScreen::showPerson()
+{
+    m_pPerson->bShare = isShareScreenId(m_pPerson->userID);
     m_pTile->SetPersonInfo(m_pPerson.get(), false);
     m_pTile->playInfo()->setGeometry(rect());
     m_pTile->StopShow();
     m_pTile->StartShow();
-    publishUserId(userID);
+    publishUserId(m_pPerson->userID);
     m_gate.open(m_pPerson.get());
-    return true;
+}
+
+void QDlgExtScreen::reportShown()
+{
+    if (isVisible() && m_pPerson && m_pPerson->pUserData && m_pPerson->iPlayState != kPlayShown)
+        hub().setPersonShown(m_pPerson.get(), true);
 }
 
 void QDlgExtScreen::removePerson()
@@ -231,13 +246,14 @@ void QDlgExtScreen::onUpdateDisplayInfo(int iWidth, int iHeight)
 void QDlgExtScreen::onExtPlayWidgetLBtnClick(CPlayWidget* tile)
 {
     // Both the host of this screen and the gallery listen.
-    emit hub().notifyClickExtPlayWidget(tile);
+    if (m_pPerson && m_pPerson->pUserData)
+        emit hub().notifyClickExtPlayWidget(tile);
 }
 
 void QDlgExtScreen::resizeEvent(QResizeEvent* event)
 {
     m_pTile->setGeometry(rect());
-    m_pTile->StartShow();
+    m_pTile->ShowPlay();
     QDialog::resizeEvent(event);
 }
 

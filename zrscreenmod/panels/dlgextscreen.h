@@ -26,7 +26,8 @@ public:
 
     /// Makes the dialog a child of a native window; 0 leaves it a window of its own.
     void embedInto(HWND hParent);
-    /// Places the dialog in its parent's pixels, on top of its siblings, and shows it.
+    /// Places the dialog in its parent's pixels, on top of its siblings, and shows it. The host may
+    /// be called from inside, as from updatePersonInfo.
     void place(const QRect& rect);
     CPlayWidget* tile() const { return m_pTile; }
 
@@ -74,7 +75,11 @@ protected:
 
 private:
     QZRScreenConfig& hub() const;
+    void showPerson();
     void removePerson();
+    /// Tells the hosts, once, that the participant has come to be seen here: last of all, since
+    /// from inside anything may be done.
+    void reportShown();
     void publishUserId(const QString& userId);
 
     CPlayWidget* m_pTile; ///< child; set for the dialog's whole life

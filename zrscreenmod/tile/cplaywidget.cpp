@@ -402,7 +402,7 @@ void CPlayWidget::StartShow()
     m_bShow = true;
     show();
     tagPersonInfo* const person = GetPersonInfo();
-    // An extended screen's record is not one that the hosts know.
+    // An extended screen tells of its participant itself.
     if (person && !m_pPlayInfo->state().bNoMenu) {
         // The hosts are called from here, and what they do may remove the tile.
         const QPointer<CPlayWidget> alive(this);
