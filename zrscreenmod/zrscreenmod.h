@@ -237,7 +237,8 @@ ZR_API int ZR_CALL ZRScreen_ExitMeeting(void* hScreen);
 /// @param hostInt   kept with the participant
 /// @param hostValue handed back in messages, never read
 /// @return the play handle, owned by the library, valid until `ZRScreen_DelPerson` or
-/// `ZRScreen_Release`; null on failure.
+/// `ZRScreen_Release`; null on failure, and when the host has deleted the participant, or released
+/// the screen, from inside the message about it.
 /// @thread gui
 /// @sends 22, 23; for a shared screen also mode
 ZR_API void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName,

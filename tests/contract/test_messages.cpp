@@ -25,6 +25,25 @@ ZR_CASE(messages, addPersonReportsThePlayHandle)
     CHECK(pumpUntil([&] { return isReported(again, 2); }));
 }
 
+/// The host deletes from inside the message who is being added, and adds somebody else.
+ZR_CASE(messages, whoIsDeletedWhileAddedHasNoHandle)
+{
+    Meeting meeting(nullptr);
+    const auto add = [&](const char* id) {
+        return meeting.zr.AddPerson(meeting.screen, text(id), text("P"), 1, 0, nullptr);
+    };
+    void* other = nullptr;
+    meeting.inbox.onMessage = [&](const Message& m) {
+        meeting.inbox.onMessage = nullptr;
+        CHECK_EQUAL(m.id, static_cast<unsigned long>(ZRMSG_PERSON_INFO_UPDATED));
+        void* const play = reinterpret_cast<void*>(static_cast<uintptr_t>(m.wParam));
+        CHECK_EQUAL(meeting.zr.DelPerson(meeting.screen, play, false), 1);
+        other = add("u2"); // at the same address, most likely
+    };
+    CHECK(add("u1") == nullptr);
+    CHECK_EQUAL(meeting.zr.DelPerson(meeting.screen, other, false), 1);
+}
+
 ZR_CASE(messages, tileIsReportedOnceArranged)
 {
     const NativeWindow window(1280, 720);

@@ -21,6 +21,16 @@ QDebug logThread(const char* label, QDebug log)
     return log << label << static_cast<const void*>(QThread::currentThread());
 }
 
+/// Whether a play handle still stands for the participant that it was made for: the host may have
+/// deleted them, and added others, from inside the message about it.
+bool stands(const ScreenRef& screen, void* hScreen, void* play, quint64 serial)
+{
+    if (!IsVaildScreenHandle(hScreen))
+        return false;
+    const boundary::PlayRef found = boundary::resolvePlay(screen, play);
+    return found.person && found.person->serial == serial;
+}
+
 } // namespace
 
 /// Most exports begin with this line; the label is the export's own.
@@ -108,7 +118,7 @@ void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName, lo
         }
         const QString name = isShareScreenId(*id) ? QString() : *givenName;
         ST_ZRPlayHdl* play = screen->issuePlay(*id, name);
-        bool bound = false;
+        quint64 serial = 0; // of the participant; none has 0
         // The tile is a widget and must be built on the GUI thread, and the caller gets a handle
         // that is complete: it waits.
         const bool ran = GuiThread::run([&] {
@@ -116,15 +126,16 @@ void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName, lo
             QDlgScreen* gallery = screen->m_pDlgMain->gallery();
             tagPersonInfo* person = gallery->AddPerson(*id, name, joinTime, hostInt, hostValue);
             screen->bindPlay(play, person);
-            bound = true;
+            serial = person->serial;
             qDebug() << "before emit update personInfo, userID:" << *id << ",userName:" << name;
             emit QZRScreenConfig::getInstance()->notifyUpdatePersonInfo(play, person);
             qDebug() << "after emit update personInfo, userID:" << *id << ",userName:" << name;
         });
-        if (ran && bound)
+        if (serial != 0 && stands(screen, hScreen, play, serial))
             return play;
-        qDebug() << "ZRScreen_AddPerson failed, userID:" << *id;
-        screen->deletePlay(play);
+        qDebug() << "ZRScreen_AddPerson failed, userID:" << *id << ",ran:" << ran;
+        if (serial == 0)
+            screen->deletePlay(play);
         return nullptr;
     });
 }
