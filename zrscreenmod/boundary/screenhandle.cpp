@@ -23,20 +23,16 @@ std::shared_mutex s_screensLock;
 std::unordered_set<const void*> s_screens; ///< handles that are valid
 /// Screens that were released and are waiting to be destroyed. GUI thread.
 std::vector<ST_ZRScreenHdl*> s_retired;
+int s_iDialogs = 0; ///< of all screens that are not destroyed yet; GUI thread
 /// Screens that the end of the process left as they were. Only written: a leak checker reads it.
 std::atomic<std::vector<const ST_ZRScreenHdl*>*> s_abandoned{nullptr};
-
-bool isAnyScreenLeft()
-{
-    const std::shared_lock<std::shared_mutex> lock(s_screensLock);
-    return !s_screens.empty() || !s_retired.empty();
-}
 
 void destroyScreen(ST_ZRScreenHdl* screen)
 {
     delete screen->m_pDlgMain;
     delete screen->m_pCallback;
     delete screen;
+    --s_iDialogs;
     startAfreshIfUnused();
 }
 
@@ -94,7 +90,7 @@ void startAfreshIfUnused()
 {
     // The settings belong to all screens, so they start afresh when the last one has gone.
     // Extended screens are connected to them as well.
-    if (isAnyScreenLeft() || isAnyExtScreenLeft())
+    if (s_iDialogs > 0 || isAnyExtScreenLeft())
         return;
     QZRScreenConfig::destroyInstance();
     QZRScreenConfig::getInstance();
@@ -204,6 +200,7 @@ ST_ZRScreenHdl* createScreen(HWND hParent, ZRNotify notify)
     screen->m_pCallback->m_pHandle = screen;
     screen->m_hParent = hParent;
     screen->m_pDlgMain = new QDlgMain(nullptr);
+    ++s_iDialogs;
     screen->m_pDlgMain->embedInto(hParent);
     screen->m_pDlgMain->show();
     hub->registerUICallback(screen->m_pCallback);

@@ -151,6 +151,14 @@ void execute(const TaskPtr& task)
     task->changed.notify_all();
 }
 
+class DrainerCount
+{
+public:
+    DrainerCount() { ++g_drainers; }
+    ~DrainerCount() { --g_drainers; }
+    Q_DISABLE_COPY(DrainerCount)
+};
+
 } // namespace
 
 void GuiThread::init()
@@ -243,7 +251,7 @@ void GuiThread::drainUntil(const std::function<bool()>& done)
 {
     if (!isCurrent())
         return;
-    ++g_drainers;
+    const DrainerCount draining;
     std::unique_lock lock(g_lock);
     Receiver* const receiver = g_receiver;
     while (true) {
@@ -254,9 +262,9 @@ void GuiThread::drainUntil(const std::function<bool()>& done)
         if (isDone)
             break;
         if (!receiver->waitedFor.empty()) {
-            const TaskPtr task = receiver->waitedFor.front();
             lock.unlock();
-            execute(task);
+            // The work is in the queue, behind what its thread has sent before.
+            runGuarded([] { QCoreApplication::sendPostedEvents(); });
             lock.lock();
             continue;
         }
@@ -264,8 +272,6 @@ void GuiThread::drainUntil(const std::function<bool()>& done)
             return receiver->wakeCount != wakeCount || !receiver->waitedFor.empty();
         });
     }
-    lock.unlock();
-    --g_drainers;
 }
 
 void GuiThread::wake()

@@ -37,10 +37,10 @@ public:
     static void post(std::function<void()> work);
 
     /// Blocks the GUI thread until `done` returns true, and meanwhile runs the work that other
-    /// threads wait for, so that they can get on. Posted work and queued signals stay in their
-    /// queue: they may rely on a call stack that is not theirs. `done` is asked again after each
-    /// piece of work and after each wake(); it is called without any lock of this class. May nest.
-    /// GUI thread.
+    /// threads wait for, so that they can get on. What is in the event queue at that moment is
+    /// delivered with it, in its order: no work overtakes a signal that its thread has emitted
+    /// before. `done` is asked again after that and after each wake(); it is called without any
+    /// lock of this class. May nest. GUI thread.
     static void drainUntil(const std::function<bool()>& done);
 
     /// To be called by any thread after it has changed what the `done` of a drainUntil() reads.
