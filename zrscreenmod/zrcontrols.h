@@ -133,7 +133,8 @@ ZR_API void ZR_CALL ZRCtrl_QLineEdit_SetObjectName(void* h, const char* name);
 /// @thread posted
 ZR_API void ZR_CALL ZRCtrl_QLineEdit_SetEchoMode(void* h, int mode);
 
-/// Limits the length, in UTF-16 units, at least 1; a longer text is cut, but no character in half.
+/// Limits the length, in UTF-16 units; a longer text is cut, but no character in half. With 0 the
+/// edit takes nothing; a negative length is refused.
 /// @thread posted
 ZR_API void ZR_CALL ZRCtrl_QLineEdit_SetMaxLength(void* h, int length);
 

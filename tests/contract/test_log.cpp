@@ -1,9 +1,12 @@
 // What the log holds when the library ends, one way or another. Each case runs in a process and in
 // a folder of its own; check_log.cmake looks for the lines afterwards.
 #include "check.h"
+#include "controls.h"
 #include "meeting.h"
 
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 
 namespace {
 
@@ -45,6 +48,26 @@ ZR_CASE(log_exit, endsWithTheLibraryLoaded)
     logLines(*meeting, "exit");
     meeting->zr.leaveLoaded();
     std::exit(0);
+}
+
+/// A host that only borrows an edit reads in the log what was wrong, while it still runs.
+ZR_CASE(log_controls, isWrittenWithoutAScreen)
+{
+    const Module zr;
+    const Controls controls(zr);
+    tagRECT rect{0, 0, 100, 30};
+    void* const edit = controls.QLineEdit_Init(nullptr, &rect, "");
+    controls.QLineEdit_SetMaxLength(edit, -7);
+    const auto isWritten = [] {
+        std::string log;
+        for (const auto& file : std::filesystem::directory_iterator("log")) {
+            std::ifstream stream(file.path(), std::ios::binary);
+            log.append(std::istreambuf_iterator<char>(stream), {});
+        }
+        return log.find("maximal length refused: -7") != std::string::npos;
+    };
+    CHECK(pumpUntil(isWritten));
+    controls.QLineEdit_Release(edit);
 }
 
 ZR_CASE(log_five, loadsAndUnloadsFiveTimes)

@@ -90,6 +90,25 @@ void closeLog(bool (*leaveHandler)())
         delete thread;
 }
 
+/// Sees to it that the module comes to rest when the process ends with the library still loaded:
+/// calls are refused, the GUI thread stands still, the log is written, and nothing is destroyed.
+/// That must come early among the exit handlers, which run in the reverse order of their
+/// registration, and Qt registers many on first use; so this is to be called again after something
+/// has been built, and repeats itself. A no-op on Windows, where the system has ended all other
+/// threads by then. GUI thread.
+void registerExitTeardown();
+
+/// Sees to it that the log thread has begun. Lines that were logged before wait for it. GUI thread.
+void startLogThread()
+{
+    if (!g_pLogThread)
+        return;
+    g_pLogThread->start(QThread::InheritPriority); // does nothing when it runs
+    constexpr int kBeginTimeoutMs = 5000;
+    if (!g_pLogThread->waitUntilBegun(kBeginTimeoutMs))
+        qWarning() << "start of the log thread failed";
+}
+
 /// The application object to work with; null when there is none that could be used.
 QApplication* obtainApplication()
 {
@@ -138,14 +157,13 @@ void zr::attachLibrary()
     registerExitTeardown();
 }
 
-void zr::startLogThread()
+bool zr::buildForHost(const std::function<void()>& build)
 {
-    if (!g_pLogThread)
-        return;
-    g_pLogThread->start(QThread::InheritPriority); // does nothing when it runs
-    constexpr int kBeginTimeoutMs = 5000;
-    if (!g_pLogThread->waitUntilBegun(kBeginTimeoutMs))
-        qWarning() << "start of the log thread failed";
+    return GuiThread::run([&build] {
+        startLogThread();
+        build();
+        registerExitTeardown();
+    });
 }
 
 void zr::detachLibrary()
@@ -201,9 +219,9 @@ void writeLastLines()
     g_pLogThread->writeWaitingLines();
 }
 
-} // namespace
+void registerExitTeardown() {}
 
-void zr::registerExitTeardown() {}
+} // namespace
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds)
 {
@@ -263,9 +281,7 @@ void registerExitHandler()
     abi::__cxa_atexit([](void*) { endWithProcess(); }, nullptr, &__dso_handle);
 }
 
-} // namespace
-
-void zr::registerExitTeardown()
+void registerExitTeardown()
 {
     // Makes Qt's storage of the current GL context, which every paint asks.
     (void)QOpenGLContext::currentContext();
@@ -286,8 +302,6 @@ void zr::registerExitTeardown()
     constexpr int kFirstIntervalMs = 20;
     g_pRegistrationTimer->start(kFirstIntervalMs);
 }
-
-namespace {
 
 // This file is linked last, so its initialiser runs last: the module's static objects exist.
 __attribute__((constructor)) void onLoad()

@@ -2,6 +2,8 @@
 // which order it goes.
 #pragma once
 
+#include <functional>
+
 class QApplication;
 class QMyLogThread;
 
@@ -17,25 +19,21 @@ namespace zr {
 /// while it is attached. Called by the library entry.
 void attachLibrary();
 
-/// Sees to it that the log thread has begun. Lines that were logged before wait for it.
+/// Has the GUI thread make a piece of the interface for a host: a screen or a control, whatever it
+/// is. It sees to what the module needs from the first one on: the log thread runs, and the module
+/// comes to rest when the process ends.
 ///
-/// On Linux attaching starts the thread. On Windows no new thread begins while the library entry is
-/// called, and one that has not begun cannot be stopped when the library is unloaded; so there the
-/// first screen starts it, and without one unloading writes the lines. GUI thread.
-void startLogThread();
+/// The log thread: on Linux attaching starts it. On Windows no new thread begins while the library
+/// entry is called, and one that has not begun cannot be stopped when the library is unloaded; so
+/// there it starts here, and if no host ever asks for anything, unloading writes the lines. Any
+/// thread.
+/// @return as GuiThread::run
+[[nodiscard]] bool buildForHost(const std::function<void()>& build);
 
 /// Takes down everything that is left of the module. Does nothing unless attached. Called by the
 /// library entry when the library is unloaded, and when the host's own application object ends.
 /// GUI thread; on another one (which the contract with the host forbids) the application object
 /// stays, and so do the widgets if the GUI thread does not come to its loop within a second.
 void detachLibrary();
-
-/// Sees to it that the module comes to rest when the process ends with the library still loaded:
-/// calls are refused, the GUI thread stands still, the log is written, and nothing is destroyed.
-/// That must come early among the exit handlers, which run in the reverse order of their
-/// registration, and Qt registers many on first use; so this is to be called again after a screen
-/// has been built, and repeats itself. A no-op on Windows, where the system has ended all other
-/// threads by then. GUI thread.
-void registerExitTeardown();
 
 } // namespace zr

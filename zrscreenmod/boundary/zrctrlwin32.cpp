@@ -3,6 +3,7 @@
 #include "boundary.h"
 #include "controlboundary.h"
 #include "controlhandle.h"
+#include "libraryentry.h"
 #include "platform.h"
 #include "qdlgtextedit.h"
 #include "qmylineedit.h"
@@ -61,7 +62,7 @@ template<typename Make, typename Adopt>
 void* createControl(HWND parent, const QRect& rect, Make make, Adopt adopt)
 {
     void* handle = nullptr;
-    const bool done = GuiThread::run([&] {
+    const bool done = zr::buildForHost([&] {
         auto control = make();
         if (!embed(*control, parent, rect))
             return;
@@ -278,7 +279,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetMaxLength(void* h, int length)
 {
     ZR_ENTER_OR_RETURN();
     logThread("current thread:");
-    if (length <= 0) {
+    if (length < 0) {
         qDebug() << "maximal length refused:" << length;
         return;
     }

@@ -4,6 +4,7 @@
 #include "controlboundary.h"
 #include "controlhandle.h"
 #include "datehandle.h"
+#include "libraryentry.h"
 #include "platform.h"
 #include "selectdatetimewidget.h"
 
@@ -23,7 +24,7 @@ void* ZR_CALL ZRScreenDate_Init(HWND parent, ZRNotify notify)
             return nullptr;
         }
         void* picker = nullptr;
-        const bool done = GuiThread::run([&] { picker = createDatePicker(parent, notify); });
+        const bool done = zr::buildForHost([&] { picker = createDatePicker(parent, notify); });
         return done ? picker : nullptr;
     });
 }

@@ -77,11 +77,7 @@ void* ZR_CALL ZRScreenExt_Init(HWND parent, ZRNotify notify)
             return nullptr;
         }
         void* ext = nullptr;
-        const bool done = GuiThread::run([&] {
-            zr::startLogThread();
-            ext = createExtScreen(parent, notify);
-            zr::registerExitTeardown();
-        });
+        const bool done = zr::buildForHost([&] { ext = createExtScreen(parent, notify); });
         return done ? ext : nullptr;
     });
 }

@@ -48,10 +48,8 @@ void* ZR_CALL ZRScreen_Init(HWND hParent, ZRNotify notify)
             return nullptr;
         }
         void* screen = nullptr;
-        const bool done = GuiThread::run([&] {
-            zr::startLogThread();
+        const bool done = zr::buildForHost([&] {
             screen = createScreen(hParent, notify);
-            zr::registerExitTeardown();
             const platform::PriorityChange change = platform::setThreadPriorityTimeCritical();
             qDebug() << "SetThreadPriority,bRet:" << change.ok << ",prePriLevel:" << change.before
                      << ",curPriLevel:" << change.after;
