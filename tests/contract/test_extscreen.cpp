@@ -240,6 +240,27 @@ ZR_CASE(extscreen, clicksAndPreviewsPassBetweenItAndTheGallery)
     CHECK(meeting.inbox.count(ZRMSG_VIDEO_HIDDEN) == 0);
 }
 
+ZR_CASE(extscreen, pausedShareShowsNowhere)
+{
+    const NativeWindow window(1280, 720);
+    Meeting meeting(&window);
+    Module& zr = meeting.zr;
+    const ExtScreen ext(zr);
+    Picture red(320, 180, kRed);
+    void* const share =
+        zr.AddPerson(meeting.screen, text("sharescreen_u1"), text(""), 1, 0, nullptr);
+    CHECK(ext.show("sharescreen_u1", 7) == 1);
+    for (const bool paused : {false, true, false}) {
+        CHECK(zr.SetPauseShareWindow(nullptr, paused) == 1); // the pause is no screen's own
+        CHECK(pumpUntil([&] {
+            (void)zr.PlayFrame(meeting.screen, share, &red.frame);
+            (void)ext.api.PlayFrame(ext.handle, &red.frame);
+            return isNear(window.grab().at(640, 200), kRed.rgb(), 8) != paused
+                   && isNear(ext.window->grab().at(kWidthPx / 2, 60), kRed.rgb(), 8) != paused;
+        }));
+    }
+}
+
 ZR_CASE(extscreen, framesForBothFromTwoThreads)
 {
     const NativeWindow window(1280, 720);

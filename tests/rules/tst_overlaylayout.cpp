@@ -89,13 +89,13 @@ void TestOverlayLayout::nameBar_data()
     // 28 of the microphone and 10, 18 for a character, 20; one's own mark 30 and 6.
     row("fits", tile, 0, false, 3, "@@@", {0, 140, 112, 40});
     row("self", tile, 0, true, 3, "@@@(我)", {0, 140, 148, 40});
-    row("host", tile, 1, false, 3, "@@@", {69, 140, 112, 40});
+    row("host", tile, 1, false, 3, "@@@", {68, 140, 112, 40}); // touches the badge
     row("unknown role", tile, 7, false, 3, "@@@", {0, 140, 112, 40});
     // The button begins at 280; others end 25 before it, oneself 5.
     row("just fits", tile, 0, false, 10, "@@@@@@@@@@", {0, 140, 238, 40});
     row("cut", {330, 180}, 0, false, 14, "@@@@@@@@@@@...", {0, 140, 265, 40});
     row("cut self", tile, 0, true, 14, "@@@@@@@@@@...(我)", {0, 140, 271, 40});
-    row("cut beside a badge", tile, 2, false, 14, "@@@@@@@...", {69, 140, 186, 40});
+    row("cut beside a badge", tile, 2, false, 14, "@@@@@@@...", {68, 140, 187, 40});
     row("cut to a character", {160, 90}, 0, true, 3, "@...(我)", {0, 50, 109, 40});
     row("badge above the name", {160, 90}, 1, true, 3, "@...(我)", {0, 50, 109, 40});
     row("no room for a character", {120, 90}, 0, true, 3, "(我)", {0, 50, 73, 40});

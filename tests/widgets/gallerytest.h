@@ -86,7 +86,6 @@ public:
     void hideTool() override { visible = false; }
     bool isToolVisible() const override { return visible; }
     bool showsPicture() const override { return visible; }
-    void refreshTool() override { ++refreshes; }
     void setSpeaking(const QString& names) override { speaking = names; }
     int toolId() const override { return 1; }
     void moveTool(QPoint topLeft) override
@@ -105,7 +104,6 @@ public:
     QPoint position;
     QString speaking;
     int moves = 0;
-    int refreshes = 0;
     int frames = 0;
 };
 

@@ -252,10 +252,6 @@ void TestGalleryFocus::smallWindow()
     QCOMPARE(m.tool->speaking, QString("u2"));
     QVERIFY(m.play(persons[2]) && m.play(persons[1]));
     QCOMPARE(m.tool->frames, 1);
-    const int refreshes = m.tool->refreshes;
-    m->setMute(persons[2], false);
-    m->setMute(persons[1], false);
-    QCOMPARE(m.tool->refreshes, refreshes + 1);
     QCOMPARE(m->showSmallWndWhenRestore(false), 1);
     QVERIFY(!m.tool->visible && m->GetSmallWndId() == 0);
     QCOMPARE(m.tell("minimise off; rename u2 Zoe"), QString());

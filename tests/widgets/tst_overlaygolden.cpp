@@ -24,8 +24,7 @@ class Sheet
 public:
     Sheet(const QSize& tile, bool b4K)
         : m_tile(b4K ? tile * 2 : tile)
-        , m_b4K(b4K)
-        , m_images(b4K ? QStringLiteral(":/pic4k/") : QStringLiteral(":/pic/"))
+        , m_images(b4K ? QStringLiteral(":/pic4k/") : QStringLiteral(":/pic/"), b4K)
     {
     }
 
@@ -37,14 +36,13 @@ public:
         QPainter painter(&picture);
         painter.setFont(QApplication::font());
         painter.setClipRect(picture.rect());
-        const zr::OverlayLayout layout =
-            zr::layoutOverlay(state, overlayMetrics(m_tile, m_b4K, m_images));
+        const zr::OverlayLayout layout = zr::layoutOverlay(state, overlayMetrics(m_tile, m_images));
         QPainterPath bars;
         const int bar = m_tile.height() / 12;
         bars.addRect(0, 0, m_tile.width(), bar);
         bars.addRect(0, m_tile.height() - bar, m_tile.width(), bar);
         WatermarkCache watermark;
-        paintOverlay(painter, {layout, m_images, bars, m_b4K, 50, watermark});
+        paintOverlay(painter, {layout, m_images, bars, 50, watermark});
         const QPoint at = place(static_cast<int>(m_vecTiles.size()));
         for (const QRect& rect : textAreas(layout))
             m_vecTextAreas.push_back(rect.translated(at));
@@ -99,7 +97,6 @@ private:
     }
 
     const QSize m_tile;
-    const bool m_b4K;
     const OverlayImages m_images;
     std::vector<QPixmap> m_vecTiles;
     QVector<QRect> m_vecTextAreas;
@@ -293,7 +290,7 @@ void TestOverlayGolden::iconsAreToldApart()
         QPainter(&image).drawPixmap(6 + shift, 6, icon);
         return image;
     };
-    const OverlayImages images(QStringLiteral(":/pic/"));
+    const OverlayImages images(QStringLiteral(":/pic/"), false);
     for (int level = 0; level <= 7; ++level) {
         const QImage icon = onTile(images.audio(level, true), 0);
         QVERIFY(!zrtest::looksLike(onTile(images.audio((level + 1) % 8, true), 0), icon));

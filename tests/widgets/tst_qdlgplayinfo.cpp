@@ -57,12 +57,10 @@ private slots:
     void avatarColorsAndInitialsFollowThePerson();
     void barsAreWhatThePictureLeaves();
     void everySizeAndNameIsPainted();
-    void pausedShareCoversTheTile();
     void spinnerRunsWhileTheNetworkIsBadAndItShows();
     void moreRectangleFollowsThePointer();
     void onlyTheChangedRectangleIsRepainted();
     void clicksOnControlsReachTheHub();
-    void switchesChangeWhatShows();
     void ownSentenceShowsForAWhile();
     void accessibleTile();
 
@@ -102,7 +100,8 @@ void TestOverlay::showPicture()
     m_person->bPreview = true;
     m_person->iStreamStatus = kStreamRunning;
     m_overlay->setPerson(m_person.get());
-    m_overlay->setLoading(false, true);
+    m_overlay->setLoading(false);
+    m_overlay->refresh();
     QVERIFY(m_overlay->isPictureVisible());
 }
 
@@ -119,22 +118,10 @@ void TestOverlay::avatarCoversTheTileUntilThePictureShows()
     QVERIFY(covered());
     m_person->iStreamStatus = kStreamRunning;
     QVERIFY(covered()); // still loading
-    m_overlay->setLoading(false, false);
+    m_overlay->setLoading(false);
     QVERIFY(!covered());
     QCOMPARE(pixel(20, 60), kBehind);
     QCOMPARE(pixel(20, 10), kBackground); // a bar
-    for (const auto& close : std::initializer_list<std::function<void()>>{
-             [this] { m_person->bPreview = false; },
-             [this] { m_person->iStreamStatus = kStreamNone; },
-             [this] { m_person->iPlayState = kPlayHidden; },
-             [this] { m_overlay->setLoading(true, false); },
-         }) {
-        close();
-        QVERIFY(covered());
-        m_person->iPlayState = kPlayShown;
-        showPicture();
-        QVERIFY(!covered());
-    }
     m_overlay->setPerson(nullptr);
     QCOMPARE(pixel(20, 10), kBehind);
 }
@@ -143,9 +130,9 @@ void TestOverlay::avatarColorsAndInitialsFollowThePerson()
 {
     m_overlay->setPerson(m_person.get());
     const QColor first(112, 98, 248);
-    const std::pair<int, QColor> rows[] = {{0, first},          {1, {94, 176, 242}},
-                                           {2, {95, 203, 146}}, {3, {195, 109, 241}},
-                                           {4, first},          {-1, first}};
+    const std::pair<int, QColor> rows[] = {
+        {0, first},           {1, {94, 176, 242}},   {2, {95, 203, 146}},
+        {3, {195, 109, 241}}, {-1, {195, 109, 241}}, {4, first}};
     for (const auto& [index, color] : rows) {
         m_person->iRoleExtra = index;
         m_overlay->refresh();
@@ -175,7 +162,9 @@ void TestOverlay::everySizeAndNameIsPainted()
 {
     m_person->bHandUp = m_person->bLockLook = true;
     m_person->iRoteType = 1;
-    QZRScreenConfig::getInstance()->overlay.showResolution = true;
+    zr::OverlaySwitches switches;
+    switches.showResolution = true;
+    QZRScreenConfig::getInstance()->setOverlaySwitches(switches);
     m_overlay->setPerson(m_person.get());
     m_overlay->UpdateNetStatus(1, true, -7);
     const QString names[] = {
@@ -195,26 +184,12 @@ void TestOverlay::everySizeAndNameIsPainted()
     }
 }
 
-void TestOverlay::pausedShareCoversTheTile()
-{
-    m_person->userID = QStringLiteral("sharescreen_1");
-    m_overlay->setPerson(m_person.get());
-    QVERIFY(m_overlay->isShareTile());
-    QVERIFY(!m_overlay->isPictureVisible());
-    m_overlay->setLoading(false, false); // a shared screen needs no preview report
-    QVERIFY(m_overlay->isPictureVisible());
-    QCOMPARE(pixel(20, 60), kBehind);
-    QZRScreenConfig::getInstance()->settings.pauseShare = true;
-    emit QZRScreenConfig::getInstance()->sigRefreshPlayDlg();
-    QCOMPARE(pixel(20, 60), kBackground);
-}
-
 void TestOverlay::spinnerRunsWhileTheNetworkIsBadAndItShows()
 {
     // Without a picture there is nothing to wait on.
     m_overlay->setPerson(m_person.get());
     m_overlay->UpdateNetStatus(1, true, 0);
-    QVERIFY(m_overlay->isNetBad());
+    QVERIFY(m_overlay->state().bFrozen);
     QVERIFY(!m_overlay->isSpinning());
 
     showPicture();
@@ -241,9 +216,21 @@ void TestOverlay::spinnerRunsWhileTheNetworkIsBadAndItShows()
     QVERIFY(!m_overlay->isPictureVisible()); // the avatar, for the rest of the spell
 
     m_overlay->elapsedMs = 0;
-    m_overlay->UpdateNetStatus(2, false, 5);
-    QVERIFY(m_overlay->isPictureVisible());
-    m_overlay->UpdateNetStatus(2, true, 1);
+    tagPersonInfo other; // whose network is as bad begins a spell of their own
+    other.bPreview = true;
+    other.iStreamStatus = kStreamRunning;
+    other.net = m_person->net;
+    m_overlay->setPerson(&other);
+    QVERIFY(m_overlay->isSpinning());
+    m_overlay->onTimeUpdateLoading();
+    m_overlay->setPerson(m_person.get());
+    m_overlay->elapsedMs = 15001;
+    m_overlay->onTimeUpdateLoading();
+    QVERIFY(!m_overlay->isPictureVisible());
+    m_window->hide(); // nor does the participant's next spell depend on who sees it
+    m_person->net.report(2, false, 5);
+    m_person->net.report(2, true, 1);
+    m_window->show();
     QVERIFY(m_overlay->isSpinning());
 
     m_person->bSelf = true; // one's own picture never waits
@@ -283,7 +270,7 @@ void TestOverlay::onlyTheChangedRectangleIsRepainted()
     QVERIFY(repaints([this] { m_person->bHandUp = true; }, QRect(5, 5, 48, 48)));
     const auto tellTheSameAgain = [this] {
         for (int i = 0; i < 20; ++i) {
-            m_overlay->setLoading(false, true);
+            m_overlay->setLoading(false);
             m_overlay->setVideoRect(QRect(0, 30, 400, 240));
             m_overlay->UpdateNetStatus(1, false, 5);
             m_overlay->setPerson(m_person.get());
@@ -316,9 +303,9 @@ void TestOverlay::clicksOnControlsReachTheHub()
     };
     QCOMPARE(clicks(), 0); // the participant has gone
     hub->addLivePerson(m_person.get());
-    m_overlay->setNoMenu(true); // not the gallery's
+    m_overlay->setPlace(zr::TilePlace::ExtScreen);
     QCOMPARE(clicks(), 0);
-    m_overlay->setNoMenu(false);
+    m_overlay->setPlace(zr::TilePlace::Gallery);
     m_person->bSelf = false;
     m_overlay->refresh();
     QCOMPARE(clicks(), 2); // another's hand stays up
@@ -352,36 +339,6 @@ void TestOverlay::clicksOnControlsReachTheHub()
     QTest::mouseClick(m_overlay, Qt::LeftButton, {}, QPoint(200, 150));
     QCOMPARE(audio.count(), 2);
     QCOMPARE(window.count, 2);
-}
-
-void TestOverlay::switchesChangeWhatShows()
-{
-    QZRScreenConfig* hub = QZRScreenConfig::getInstance();
-    hub->setCurScreenMode(eLayoutSpeakerRight);
-    m_person->bHandUp = m_person->bSpeaking = m_person->bLockLook = true;
-    m_person->iVideoWidth = 640;
-    m_person->iVideoHeight = 360;
-    showPicture();
-    const auto element = [this](OverlayPart part) {
-        emit QZRScreenConfig::getInstance()->sigRefreshPlayDlg();
-        return m_overlay->overlayLayout().at(part);
-    };
-    QVERIFY(element(OverlayPart::Hand).isShown());
-    hub->overlay.allHands = false;
-    QVERIFY(!element(OverlayPart::Hand).isShown());
-    QVERIFY(element(OverlayPart::Border).isShown());
-    hub->overlay.speakingHighlight = false;
-    QVERIFY(!element(OverlayPart::Border).isShown());
-    QCOMPARE(element(OverlayPart::Look).fontPx, 22);
-    hub->overlay.largerText = true;
-    QCOMPARE(element(OverlayPart::Look).fontPx, 28);
-    hub->overlay.lookOwner = 1;
-    QVERIFY(element(OverlayPart::Look).text.isEmpty());
-    hub->setCurScreenMode(eLayoutSpeaker4); // nobody is larger there
-    QVERIFY(!element(OverlayPart::Look).isShown());
-    QVERIFY(!element(OverlayPart::Resolution).isShown());
-    hub->overlay.showResolution = true;
-    QCOMPARE(element(OverlayPart::Resolution).text, QStringLiteral("640*360"));
 }
 
 void TestOverlay::ownSentenceShowsForAWhile()

@@ -173,7 +173,7 @@ void TestHub::overlaySwitches()
 {
     const QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("sys_ver.ini"));
-    const OverlaySwitches defaults = readOverlaySwitches(path); // there is no file
+    const zr::OverlaySwitches defaults = readOverlaySwitches(path); // there is no file
     QVERIFY(defaults.speakingHighlight && defaults.allHands && defaults.hiddenVideo);
     QVERIFY(!defaults.largerText && !defaults.showResolution && defaults.lookOwner == 0);
     QFile file(path);
@@ -181,7 +181,7 @@ void TestHub::overlaySwitches()
     file.write("[version]\nshow_resolution=true\n[overlay]\nspeaking_highlight=false\n"
                "all_hands=0\nlarger_text=1\nhidden_video=false\nlook_owner=1\n");
     file.close();
-    const OverlaySwitches read = readOverlaySwitches(path);
+    const zr::OverlaySwitches read = readOverlaySwitches(path);
     QVERIFY(!read.speakingHighlight && !read.allHands && !read.hiddenVideo);
     QVERIFY(read.largerText && read.showResolution && read.lookOwner == 1);
 }

@@ -119,4 +119,13 @@ void logException(const char* what)
     qDebug() << "exception stopped at the boundary:" << what;
 }
 
+void refreshAllTiles()
+{
+    const auto refresh = [] { emit QZRScreenConfig::getInstance()->sigRefreshPlayDlg(); };
+    if (GuiThread::isCurrent())
+        refresh();
+    else
+        GuiThread::post(refresh);
+}
+
 } // namespace boundary

@@ -45,6 +45,9 @@ resolvePlay(const ScreenRef& screen, void* pPlay,
 
 void logException(const char* what);
 
+/// Has the tiles of all screens follow a setting that they depend on. Any thread.
+void refreshAllTiles();
+
 /// Runs `body`; an exception ends here and gives `failure`.
 template<typename Result, typename Body>
 Result guarded(Result failure, Body&& body) noexcept

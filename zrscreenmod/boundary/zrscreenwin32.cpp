@@ -516,15 +516,15 @@ ZRRect ZR_CALL ZRScreen_GetShareWgtPos(void* hScreen)
     });
 }
 
-int ZR_CALL ZRScreen_SetPauseShareWindow(void* hScreen, bool bPause)
+int ZR_CALL ZRScreen_SetPauseShareWindow(void*, bool bPause)
 {
     ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     guarded(0, [bPause] {
         QZRScreenConfig::Lock()->settings.pauseShare = bPause;
+        boundary::refreshAllTiles();
         return 1;
     });
-    onGallery(hScreen, [](QDlgScreen& gallery) { gallery.refreshShareTiles(); });
     return 1;
 }
 

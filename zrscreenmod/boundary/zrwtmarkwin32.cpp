@@ -25,16 +25,6 @@ bool isReadableInfo(const __WTMark_Info* info)
     return true;
 }
 
-/// The tiles of shared screens take the change over.
-void announce()
-{
-    const auto announced = [] { emit QZRScreenConfig::getInstance()->sigRefreshPlayDlg(); };
-    if (GuiThread::isCurrent())
-        announced();
-    else
-        GuiThread::post(announced);
-}
-
 } // namespace
 
 void ZR_CALL ZRScreenWtmark_SetInfo(const __WTMark_Info& info)
@@ -57,7 +47,7 @@ void ZR_CALL ZRScreenWtmark_SetInfo(const __WTMark_Info& info)
         qDebug() << "ZRScreenWtmark_SetInfo: cloundType=" << copy.kind << ", name=" << copy.name
                  << ", phone=" << copy.phone << ", email" << copy.email;
         QZRScreenConfig::setWatermarkInfo(std::move(copy));
-        announce();
+        boundary::refreshAllTiles();
         return true;
     });
 }
@@ -68,7 +58,7 @@ void ZR_CALL ZRScreenWtmark_SetEnabled(bool bEnabled)
     guarded(false, [bEnabled] {
         qDebug() << "ZRScreenWtmark_SetEnabled: bEnabled=" << bEnabled;
         QZRScreenConfig::setWatermarkEnabled(bEnabled);
-        announce();
+        boundary::refreshAllTiles();
         return true;
     });
 }

@@ -2,25 +2,7 @@
 
 #include "qzrscreenconfig.h"
 
-#include <QImage>
 #include <QPainter>
-
-namespace {
-
-/// Shared by all; loaded by the first one that finds them missing.
-struct Images
-{
-    QImage large;
-    QImage narrow;
-};
-
-Images& images()
-{
-    static Images s_images;
-    return s_images;
-}
-
-} // namespace
 
 QDlgNoVideo::QDlgNoVideo(QWidget* parent)
     : QDialog(parent)
@@ -29,25 +11,22 @@ QDlgNoVideo::QDlgNoVideo(QWidget* parent)
     setAttribute(Qt::WA_TransparentForMouseEvents); // the clicks are the gallery's
     // Dialogs that were not moved centre themselves when they are shown, children as well.
     setAttribute(Qt::WA_Moved);
-    // One picture serves both sizes: where it does not fit it is cut, not shrunk.
-    for (QImage* image : {&images().large, &images().narrow}) {
-        if (image->isNull())
-            image->load(QZRScreenConfig::getInstance()->getImgPrefix()
-                        + QStringLiteral("nocamera.png"));
-    }
+    connect(QZRScreenConfig::getInstance(), &QZRScreenConfig::screenScaleChanged, this,
+            &QDlgNoVideo::loadImage);
+    loadImage();
     show();
 }
 
-void QDlgNoVideo::resizeEvent(QResizeEvent* event)
+void QDlgNoVideo::loadImage()
 {
-    QDialog::resizeEvent(event);
-    const QSize size = images().large.size();
-    m_rcImage = QRect(QPoint((width() - size.width()) / 2, (height() - size.height()) / 2), size);
+    m_image.load(QZRScreenConfig::getInstance()->imgPrefix() + QStringLiteral("nocamera.png"));
+    update();
 }
 
 void QDlgNoVideo::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.fillRect(rect(), Qt::black);
-    painter.drawImage(m_rcImage, width() >= m_rcImage.width() ? images().large : images().narrow);
+    // Where it does not fit it is cut, not shrunk.
+    painter.drawImage((width() - m_image.width()) / 2, (height() - m_image.height()) / 2, m_image);
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <QDialog>
-#include <QRect>
+#include <QImage>
 
 /// A crossed-out camera in the middle of black. A child of its parent, shown at once. Clicks go
 /// through it. GUI thread.
@@ -14,9 +14,10 @@ public:
     explicit QDlgNoVideo(QWidget* parent);
 
 protected:
-    void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QRect m_rcImage;
+    void loadImage();
+
+    QImage m_image;
 };

@@ -23,9 +23,17 @@ QDlgPageMark::QDlgPageMark(QWidget* parent)
     setAttribute(Qt::WA_Moved);
     setFixedSize(kSize);
     hide();
-    const QString prefix = QZRScreenConfig::getInstance()->getImgPrefix();
+    connect(QZRScreenConfig::getInstance(), &QZRScreenConfig::screenScaleChanged, this,
+            &QDlgPageMark::loadImages);
+    loadImages();
+}
+
+void QDlgPageMark::loadImages()
+{
+    const QString prefix = QZRScreenConfig::getInstance()->imgPrefix();
     m_imgWhite.load(prefix + QStringLiteral("circleWhite.png"));
     m_imgBlue.load(prefix + QStringLiteral("circleBlue.png"));
+    update();
 }
 
 void QDlgPageMark::setPages(int current, int count)

@@ -27,6 +27,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void loadImages();
+
     QImage m_imgWhite;
     QImage m_imgBlue;
     int m_iCurrent = 0;

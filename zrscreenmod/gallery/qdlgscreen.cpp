@@ -76,6 +76,7 @@ void QDlgScreen::connectHub()
     connect(hub, &Hub::modSignalHideSpeakTool, this, &Self::onModHideSpeakTool);
     connect(hub, &Hub::modSignalShowSpeakTool, this, &Self::onModShowSpeakTool);
     connect(hub, &Hub::sigOpenLayoutPoll, this, &Self::onOpenLayoutPoll);
+    connect(hub, &Hub::screenScaleChanged, this, &Self::scalePageControls);
 }
 
 bool QDlgScreen::event(QEvent* event)
@@ -107,9 +108,6 @@ void QDlgScreen::timerEvent(QTimerEvent* event)
         stop(m_iMuteTimerId);
         qDebug() << "changeersonVidoMute(true)";
         changePersonVideoMute(true);
-    } else if (id == m_iSpeakToolTimerId) {
-        stop(m_iSpeakToolTimerId);
-        m_pSpeakTool->refreshTool();
     } else if (id == m_iPollTimerId) {
         m_iPollTick = (m_iPollTick + 1) % std::numeric_limits<int>::max();
         reLayout();
@@ -120,8 +118,7 @@ void QDlgScreen::timerEvent(QTimerEvent* event)
 
 void QDlgScreen::killTimers()
 {
-    for (int* timerId :
-         {&m_iCheckTimerId, &m_iMuteTimerId, &m_iSpeakToolTimerId, &m_iPollTimerId}) {
+    for (int* timerId : {&m_iCheckTimerId, &m_iMuteTimerId, &m_iPollTimerId}) {
         if (*timerId != 0)
             killTimer(*timerId);
         *timerId = 0;

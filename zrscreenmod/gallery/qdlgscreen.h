@@ -79,8 +79,6 @@ public:
     /// host when it is not what this gallery told last.
     QRect shareRect();
     bool isPersonVisible(const QString& userId);
-    /// Repaints the shared screens, after a share was paused or resumed.
-    void refreshShareTiles();
 
     // --- Order (qdlgscreen_order.cpp) ---
     /// Starts the timer that looks once a second for a new order, unless it runs.
@@ -191,7 +189,7 @@ public slots:
     /// Shows who has begun to speak: as the speaker where voice activation may choose, else in the
     /// small window.
     void ActivateIntoSmallWnd(ST_PersonInfo* newActivatedPerson, ST_PersonInfo* oldActivatedPerson);
-    /// Takes over what has changed in a record, wherever the participant is shown.
+    /// Has all tiles of a participant follow what has changed in the record.
     void updatePersonDisplayInfo(ST_PersonInfo* person);
     void OnSwitchExtendScreen(bool bExtendScreen, bool bDeviceChange = false);
     /// Replaces the places that the host gives: position to user id. Ids that nobody has do no
@@ -275,6 +273,7 @@ private:
 
     // Pages and polling
     void makePageControls();
+    void scalePageControls();
     void placePageControls();
     /// Shows them as long as there are pages, also over a badge: without a mouse nothing would
     /// bring them up.
@@ -364,7 +363,6 @@ private:
     // Timers; 0 while they do not run.
     int m_iCheckTimerId = 0;     ///< 1000 ms, looks for a new order
     int m_iMuteTimerId = 0;      ///< single shot, 1000 ms after each arrangement
-    int m_iSpeakToolTimerId = 0; ///< single shot, 3000 ms after the tool got another participant
     int m_iPollTimerId = 0;      ///< the polling period
 
     std::unique_ptr<SpeakTool> m_pSpeakTool; ///< null without a tool

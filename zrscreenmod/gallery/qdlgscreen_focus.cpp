@@ -419,8 +419,6 @@ void QDlgScreen::OnSwitchExtendScreen(bool bExtendScreen, bool bDeviceChange)
         // A monitor came or went: another primary screen may want other images, and the tool may
         // stand where there is no screen any more.
         hub().getImgPrefix();
-        for (tagPersonInfo* person : m_vecPerson)
-            updatePersonDisplayInfo(person);
         m_bPlaceTool = true;
     }
     scheduleLayout();

@@ -90,5 +90,5 @@ void QDlgScreen::onModVideoSize(void* pPerson, int iWidth, int iHeight)
 void QDlgScreen::onPlayStatusChange(CPlayWidget* tile)
 {
     if (tile)
-        tile->RefreshPlayInfo();
+        updatePersonDisplayInfo(tile->GetPersonInfo());
 }

@@ -20,9 +20,6 @@ namespace {
 /// Streams of invisible participants are closed this long after an arrangement, so that a page
 /// that is turned back soon costs the host nothing.
 constexpr int kMuteDelayMs = 1000;
-/// The tool's picture is brought up to date this long after another participant was bound to it,
-/// when the stream has had time to open.
-constexpr int kSpeakToolRefreshMs = 3000;
 /// Between the tool and the dialog's edges; a base size.
 constexpr int kScreenMarginPx = 24;
 
@@ -358,9 +355,6 @@ void QDlgScreen::showSpeakTool(tagPersonInfo* person)
         m_pSpeakTool->bindPerson(person);
         if (m_pSpeakTool->boundPerson() != person)
             return; // deleted by the host, from inside the message that it is shown
-        if (m_iSpeakToolTimerId != 0)
-            killTimer(m_iSpeakToolTimerId);
-        m_iSpeakToolTimerId = startTimer(kSpeakToolRefreshMs, Qt::CoarseTimer);
     }
     if (std::exchange(m_bPlaceTool, false)) {
         m_pSpeakTool->moveTool(zr::speakToolPosition(platform::rectOnScreen(*this),
@@ -375,9 +369,6 @@ void QDlgScreen::hideSpeakTool()
 {
     if (!m_pSpeakTool)
         return;
-    if (m_iSpeakToolTimerId != 0)
-        killTimer(m_iSpeakToolTimerId);
-    m_iSpeakToolTimerId = 0;
     if (m_pSpeakTool->isToolVisible())
         m_pSpeakTool->hideTool();
     if (m_pSpeakTool->boundPerson())
@@ -432,14 +423,4 @@ QRect QDlgScreen::shareRect()
         hub().broadcast(ZRMSG_SHARE_RECT_CHANGED, isShare ? 1 : 0, 0);
     }
     return rect;
-}
-
-void QDlgScreen::refreshShareTiles()
-{
-    for (const tagPersonInfo* person : m_vecPerson) {
-        if (person->bShare) {
-            person->pWidget->RefreshPlayInfo();
-            person->pWidget->update();
-        }
-    }
 }

@@ -142,17 +142,12 @@ void QDlgScreen::UpdateUserNetStatus(QString qstrUserID, int dir, bool bIsWeak, 
         return;
     }
     person->pWidget->UpdateNetStatus(dir, bIsWeak, nNetStatus);
-    updatePersonDisplayInfo(person);
 }
 
 void QDlgScreen::updatePersonDisplayInfo(ST_PersonInfo* candidate)
 {
-    const tagPersonInfo* person = livePerson(candidate);
-    if (!person)
-        return;
-    person->pWidget->RefreshPlayInfo();
-    if (m_pSpeakTool && m_pSpeakTool->boundPerson() == person)
-        m_pSpeakTool->refreshTool();
+    if (tagPersonInfo* person = livePerson(candidate))
+        emit hub().participantChanged(person);
 }
 
 void QDlgScreen::nameWhoSpeaks()

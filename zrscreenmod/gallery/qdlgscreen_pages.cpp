@@ -87,17 +87,25 @@ bool QDlgScreen::pagePre()
 
 void QDlgScreen::makePageControls()
 {
-    const QString prefix = hub().getImgPrefix();
     m_pPagePre = new QMyPageCtrl(this);
     m_pPageNext = new QMyPageCtrl(this);
     m_pPageMark = new QDlgPageMark(this);
     m_pPageScroll = new QMyPageScroll(this);
+    m_pPagePre->hide();
+    m_pPageNext->hide();
+    hub().getImgPrefix();
+    scalePageControls();
+}
+
+void QDlgScreen::scalePageControls()
+{
+    const QString prefix = hub().imgPrefix();
     m_pPagePre->setImage(QImage(prefix + QStringLiteral("pagePre.png")));
     m_pPageNext->setImage(QImage(prefix + QStringLiteral("pageNext.png")));
-    for (QMyPageCtrl* control : {m_pPagePre, m_pPageNext}) {
-        control->hide();
+    for (QMyPageCtrl* control : {m_pPagePre, m_pPageNext})
         control->resize(control->sizeHint());
-    }
+    placePageControls();
+    updatePageControls(); // the column has room for fewer marks, or for more
 }
 
 void QDlgScreen::placePageControls()

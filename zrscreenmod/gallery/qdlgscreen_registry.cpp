@@ -100,8 +100,6 @@ void QDlgScreen::onModAddPerson(void* pPerson)
         enterShare(person);
     scheduleLayout();
     testHideMoreMenu();
-    if (m_pSpeakTool && m_pSpeakTool->isToolVisible())
-        m_pSpeakTool->refreshTool();
     if (!m_vecPerson.empty()) // a host may have emptied the gallery from inside a message
         startCheckTimer();
     qDebug() << "onModAddPerson finish, userName:" << person->userName
@@ -231,7 +229,8 @@ void QDlgScreen::retirePerson(tagPersonInfo* person)
     hub().removeLivePerson(person);
     m_setJoinTime.erase(person->joinTime);
     m_mapByUserId.remove(person->userID);
-    if (person->bShare)
+    const bool isShare = person->bShare;
+    if (isShare)
         --m_iShareCount;
     m_setNamedShares.erase(person);
     const auto owned = m_mapOwned.find(person);
@@ -242,6 +241,8 @@ void QDlgScreen::retirePerson(tagPersonInfo* person)
     // that is under way: the deletion may have come from a click on the tile itself.
     m_vecRetired.push_back({std::move(owned->second), tile});
     m_mapOwned.erase(owned);
+    if (isShare) // whose name others may show
+        emit hub().sigRefreshPlayDlg();
     QCoreApplication::postEvent(this, new QEvent(kFreeRetiredEvent), Qt::LowEventPriority);
 }
 
@@ -316,7 +317,7 @@ bool QDlgScreen::updatePersonInfo(void* pPerson, bool bSelf, int iRoteType, cons
     }
     qDebug() << "xxx updatePersonInfo, userName:" << person->userName << ",bSelf:" << bSelf
              << ",iRoteType:" << iRoteType;
-    person->pWidget->RefreshPlayInfo();
+    updatePersonDisplayInfo(person);
     m_vecPerson.erase(std::find(m_vecPerson.begin(), m_vecPerson.end(), person));
     insertByJoinTime(person);
     qDebug() << "reposPlayWnd, userName:" << person->userName;

@@ -95,7 +95,7 @@ void QDlgScreen::setPersonStreamType(tagPersonInfo* person, int iStreamType)
     person->bStreamTypeChanged = true;
     qDebug() << "iStreamType:" << iStreamType << ",userName:" << person->userName;
     if (before != iStreamType) // its tile's elements are small or large accordingly
-        person->pWidget->RefreshPlayInfo();
+        updatePersonDisplayInfo(person);
 }
 
 void QDlgScreen::passStreamType(tagPersonInfo* person)
@@ -137,6 +137,7 @@ void QDlgScreen::setPersonDefStreamType(void* pPerson)
              << ",userName:" << person->userName;
     person->iStreamType = person->iDefType;
     person->bStreamTypeChanged = false;
+    updatePersonDisplayInfo(person);
     qDebug() << "1iStreamType:" << person->iStreamType << ",iDefType:" << person->iDefType
              << ",userName:" << person->userName;
     switchStream(person, person->iDefType);

@@ -18,7 +18,11 @@ QMyPageScroll::QMyPageScroll(QWidget* parent)
     : QMyWidget(parent)
 {
     hide();
-    setFixedSize(QZRScreenConfig::getInstance()->scaled(kWidth), kInitialHeight);
+    const QZRScreenConfig* hub = QZRScreenConfig::getInstance();
+    const auto scale = [this, hub] { setFixedWidth(hub->scaled(kWidth)); };
+    connect(hub, &QZRScreenConfig::screenScaleChanged, this, scale);
+    scale();
+    setFixedHeight(kInitialHeight);
 }
 
 void QMyPageScroll::setBarHeight(int heightPx)

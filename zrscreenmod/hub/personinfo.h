@@ -1,6 +1,7 @@
 // The records that the boundary, the gallery and the tiles share.
 #pragma once
 
+#include "overlaystate.h"
 #include "zrscreenmod.h"
 
 #include <QString>
@@ -67,6 +68,7 @@ struct tagPersonInfo
     /// The camera is on, as far as is known. Unlike bPreview it outlives a stream that is closed
     /// because its tile is not visible; the order of the participants depends on it.
     bool bPicture = false;
+    zr::NetStatus net;
     int iSentStreamType = 0; ///< the grade that the host was asked for; 0 once the stream closes
     std::atomic<int> iVolume{0};              ///< 0 to 100, as last reported; any thread
     std::atomic<quint64> pendingFrameSize{0}; ///< see QDlgScreen::playFrame

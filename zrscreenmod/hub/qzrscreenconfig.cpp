@@ -10,7 +10,9 @@
 #include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QSettings>
 #include <QThread>
 
@@ -37,10 +39,10 @@ QString fileNamePart(QString text)
 
 } // namespace
 
-OverlaySwitches readOverlaySwitches(const QString& iniFile)
+zr::OverlaySwitches readOverlaySwitches(const QString& iniFile)
 {
     const QSettings file(iniFile, QSettings::IniFormat);
-    OverlaySwitches switches;
+    zr::OverlaySwitches switches;
     const auto read = [&file](const char* key, bool& value) {
         value = file.value(QLatin1String(key), value).toBool();
     };
@@ -82,6 +84,7 @@ QZRScreenConfig::QZRScreenConfig()
 {
     getImgPrefix();
     readVersionFile();
+    watchScreens();
 }
 
 QZRScreenConfig::~QZRScreenConfig() = default;
@@ -92,22 +95,78 @@ void QZRScreenConfig::readVersionFile()
                              + QStringLiteral("/user_data/sys_ver.ini"),
                          QSettings::IniFormat);
     m_bCacheFrame = file.value(QStringLiteral("version/cache_frame"), false).toBool();
-    overlay = readOverlaySwitches(file.fileName());
+    m_overlaySwitches = readOverlaySwitches(file.fileName());
 }
+
+// --- What tiles show --------------------------------------------------------------------------
+
+void QZRScreenConfig::setOverlaySwitches(const zr::OverlaySwitches& switches)
+{
+    m_overlaySwitches = switches;
+    emit sigRefreshPlayDlg();
+}
+
+zr::TileSettings QZRScreenConfig::tileSettings() const
+{
+    return {curScreenMode(), settings.pauseShare, getWatermarkText(), m_overlaySwitches};
+}
+
+QString QZRScreenConfig::shareName(const QString& userId) const
+{
+    const std::shared_lock<std::shared_mutex> lock(m_liveLock);
+    const tagPersonInfo* eldest = nullptr; // two galleries may have it
+    for (const tagPersonInfo* person : m_setLivePerson) {
+        if (person->bShare && person->userID == userId && !person->userName.isEmpty()
+            && (!eldest || person->serial < eldest->serial))
+            eldest = person;
+    }
+    return eldest ? eldest->userName : QString();
+}
+
+// --- Meeting mode, screen ---------------------------------------------------------------------
 
 void QZRScreenConfig::setCurScreenMode(int mode)
 {
-    if (m_iCurMode.exchange(mode) != mode)
-        emit notifyCurScreenMode(mode);
+    if (m_iCurMode.exchange(mode) == mode)
+        return;
+    emit sigRefreshPlayDlg();
+    emit notifyCurScreenMode(mode);
 }
 
 QString QZRScreenConfig::getImgPrefix()
 {
     const int width = platform::screenWidthPx();
     qDebug() << "QZRScreenConfig width:" << width;
-    m_b4K = zr::isHighResolutionScreen(width);
-    m_qstrImgPrefix = m_b4K ? QStringLiteral(":/pic4k/") : QStringLiteral(":/pic/");
+    setScreenWidth(width);
     return m_qstrImgPrefix;
+}
+
+void QZRScreenConfig::setScreenWidth(int widthPx)
+{
+    m_b4K = zr::isHighResolutionScreen(widthPx);
+    const QString prefix = m_b4K ? QStringLiteral(":/pic4k/") : QStringLiteral(":/pic/");
+    if (std::exchange(m_qstrImgPrefix, prefix) == prefix)
+        return;
+    emit sigRefreshPlayDlg();
+    emit screenScaleChanged();
+}
+
+void QZRScreenConfig::watchScreens()
+{
+    const auto* app = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
+    if (!app)
+        return;
+    // Queued: what Qt tells of its screens is complete when it has ended telling.
+    const auto watch = [this](const QScreen* screen) {
+        if (screen)
+            connect(screen, &QScreen::geometryChanged, this, &QZRScreenConfig::getImgPrefix,
+                    Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
+    };
+    connect(app, &QGuiApplication::primaryScreenChanged, this, [this, watch](QScreen* screen) {
+        watch(screen);
+        QMetaObject::invokeMethod(this, &QZRScreenConfig::getImgPrefix, Qt::QueuedConnection);
+    });
+    watch(QGuiApplication::primaryScreen());
 }
 
 int QZRScreenConfig::scaled(int value, float factor) const
@@ -178,6 +237,7 @@ void QZRScreenConfig::setPersonShown(tagPersonInfo* person, bool bShown)
     if (bShown && person->iPlayState == kPlayShown && person->bPreview)
         return;
     person->iPlayState = bShown ? kPlayShown : kPlayHidden;
+    emit participantChanged(person);
     broadcast(bShown ? ZRMSG_VIDEO_SHOWN : ZRMSG_VIDEO_HIDDEN, person);
 }
 

@@ -2,6 +2,7 @@
 // the signals through which host calls reach the gallery and the panels.
 #pragma once
 
+#include "overlaystate.h"
 #include "personinfo.h"
 #include "uimsgcallback.h"
 #include "watermarktext.h"
@@ -85,20 +86,8 @@ struct ScreenSettings
     std::atomic<bool> pauseShare{false};
 };
 
-/// What the overlays of the tiles show. No host call sets these: they have the values that a
-/// participant expects, and the INI file changes them (docs/integrating.md). GUI thread only.
-struct OverlaySwitches
-{
-    bool speakingHighlight = true; ///< a green border around who speaks
-    bool allHands = true;          ///< everybody's raised hand shows, not only one's own
-    bool largerText = false;       ///< look marks and subtitle bubbles
-    int lookOwner = 0;             ///< 1: look marks keep their place, but are not painted
-    bool hiddenVideo = true;       ///< a picture of a tile reported hidden counts as still loading
-    bool showResolution = false;   ///< the size of the picture, for developers
-};
-
-/// The switches that an INI file has; those that it has not are as above.
-OverlaySwitches readOverlaySwitches(const QString& iniFile);
+/// The switches that an INI file has; those that it has not keep their values.
+zr::OverlaySwitches readOverlaySwitches(const QString& iniFile);
 
 /// What the gallery publishes for the units below it. GUI thread only.
 struct GalleryState
@@ -135,17 +124,33 @@ public:
 
     ScreenSettings settings;
     GalleryState gallery;
-    OverlaySwitches overlay;
+
+    // --- What tiles show; GUI thread ---
+    // A tile that is shown asks anew after participantChanged and sigRefreshPlayDlg. Who changes
+    // what a tile depends on emits one of them, and nothing else.
+    /// No host call sets these: they have the values that a participant expects, and the INI file
+    /// changes them (docs/integrating.md).
+    const zr::OverlaySwitches& overlaySwitches() const { return m_overlaySwitches; }
+    void setOverlaySwitches(const zr::OverlaySwitches& switches);
+    /// All but the participant and the tile itself.
+    zr::TileSettings tileSettings() const;
+    /// The name of the shared screen with this id, as a gallery has it; empty without one.
+    QString shareName(const QString& userId) const;
 
     // --- Meeting mode ---
     /// The current meeting mode. Any thread.
     int curScreenMode() const { return m_iCurMode.load(); }
-    /// Stores the mode and, when it differs, emits notifyCurScreenMode. GUI thread.
+    /// Stores the mode and, when it differs, has the tiles follow and emits notifyCurScreenMode.
+    /// GUI thread.
     void setCurScreenMode(int mode);
 
     // --- Screen size, images, scaling ---
     /// Re-evaluates the screen test. @return the prefix of all image names. GUI thread.
     QString getImgPrefix();
+    /// Decides on images and sizes by the primary screen's width, in physical pixels; when they
+    /// change, emits screenScaleChanged, and has the tiles follow. The hub itself watches the
+    /// screens. GUI thread.
+    void setScreenWidth(int widthPx);
     /// The prefix that the last evaluation gave. GUI thread.
     QString imgPrefix() const { return m_qstrImgPrefix; }
     /// True when the primary screen counts as high-resolution.
@@ -156,7 +161,7 @@ public:
 
     // --- Developer switches of the INI file, read once ---
     bool cacheFrame() const { return m_bCacheFrame; }
-    bool showResolution() const { return overlay.showResolution; }
+    bool showResolution() const { return m_overlaySwitches.showResolution; }
     /// Writes a picture into the frame dump folder; one file for each participant and size, holding
     /// the last frame. Any thread.
     void dumpFrame(const tagPersonInfo& person, const VantrelRTCVideoFrameQT& frame) const;
@@ -171,7 +176,8 @@ public:
     /// here, with the record pinned.
     void setPersonName(tagPersonInfo* person, const QString& name);
     [[nodiscard]] QString personName(const tagPersonInfo& person) const;
-    /// Reports a tile as shown or hidden: stores the play state and tells the hosts. GUI thread.
+    /// Reports a tile as shown or hidden: stores the play state, has the tiles follow and tells the
+    /// hosts. GUI thread.
     void setPersonShown(tagPersonInfo* person, bool bShown);
 
     // --- Extended screens; GUI thread ---
@@ -215,7 +221,7 @@ public:
     void setShareSponsor(const QString& userId);
     QString shareSponsor() const;
     /// The watermark belongs to the module and outlives the hub: the host may tell it before the
-    /// first screen, and once for many. A change shows with the next sigRefreshPlayDlg.
+    /// first screen, and once for many. A change shows after sigRefreshPlayDlg.
     static void setWatermarkInfo(zr::WatermarkInfo info);
     static void setWatermarkEnabled(bool bEnabled);
     /// What is written over shared screens, ready to be drawn; empty for nothing.
@@ -270,12 +276,18 @@ signals:
     void modSignalShowSpeakTool(bool bshare);
     void sigMoveSmallWnd(QPoint rc);
     void sigMousePressSmallWnd();
+    /// Something that all tiles depend on has changed. Any thread.
     void sigRefreshPlayDlg();
     void sigOpenLayoutPoll();
+    /// What tiles show of the participant has changed. The record is alive; GUI thread.
+    void participantChanged(void* pPerson);
+    /// Images and sizes are other ones: see getImgPrefix and scaled.
+    void screenScaleChanged();
 
 private:
     QZRScreenConfig();
     void readVersionFile();
+    void watchScreens();
     void notifyAll(const std::set<CAbsUIMsgCallback*>& receivers, unsigned long dwMsg,
                    unsigned long long wParam, long long lParam);
 
@@ -283,6 +295,7 @@ private:
     bool m_b4K = false;
     QString m_qstrImgPrefix;
     bool m_bCacheFrame = false;
+    zr::OverlaySwitches m_overlaySwitches;
 
     mutable std::shared_mutex m_liveLock;
     std::unordered_set<const tagPersonInfo*> m_setLivePerson;

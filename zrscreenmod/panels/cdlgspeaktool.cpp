@@ -89,6 +89,7 @@ CDlgSpeakTool::CDlgSpeakTool()
     connect(hub, &Hub::modSignalMoveSpeakTool, this, &CDlgSpeakTool::onModMoveSpeakTool);
     connect(hub, &Hub::modSignalmousePressSpeakTool, this,
             &CDlgSpeakTool::onModmousePressSpeakTool);
+    connect(hub, &Hub::screenScaleChanged, this, [this] { place(x(), y()); });
     connect(m_pVideo, &CPlayWidget::mouseLClick, this, &CDlgSpeakTool::onVideoClick);
     connect(m_pModeButtons[0], &QPushButton::clicked, this, &CDlgSpeakTool::onClickedMode1);
     connect(m_pModeButtons[1], &QPushButton::clicked, this, &CDlgSpeakTool::onClickedMode2);
@@ -340,12 +341,6 @@ void CDlgSpeakTool::bindPerson(tagPersonInfo* person)
 bool CDlgSpeakTool::showsPicture() const
 {
     return isVisible() && m_pVideo->isShowing();
-}
-
-void CDlgSpeakTool::refreshTool()
-{
-    m_pVideo->followNetwork();
-    m_pVideo->RefreshPlayInfo();
 }
 
 void CDlgSpeakTool::setSpeaking(const QString& names)

@@ -34,7 +34,6 @@ public:
     void hideTool() override { onModHideSpeakTool(); }
     bool isToolVisible() const override { return isVisible(); }
     bool showsPicture() const override;
-    void refreshTool() override;
     void setSpeaking(const QString& names) override;
     int toolId() const override;
     void moveTool(QPoint topLeft) override { place(topLeft.x(), topLeft.y()); }

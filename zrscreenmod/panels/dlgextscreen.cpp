@@ -11,12 +11,6 @@
 #include <QDebug>
 #include <QKeyEvent>
 
-namespace {
-
-constexpr int kBestNetLevel = 5;
-
-} // namespace
-
 QDlgExtScreen::QDlgExtScreen()
     : QDialog(nullptr)
 {
@@ -25,7 +19,7 @@ QDlgExtScreen::QDlgExtScreen()
     setAttribute(Qt::WA_QuitOnClose, false);
     setStyleSheet(QStringLiteral("QDlgExtScreen{background: rgb(12,16,23);}"));
     m_pTile = new CPlayWidget(this, false);
-    m_pTile->playInfo()->setNoMenu(true);
+    m_pTile->playInfo()->setPlace(zr::TilePlace::ExtScreen);
     using Hub = QZRScreenConfig;
     connect(m_pTile, &CPlayWidget::mouseLClick, this, &QDlgExtScreen::onExtPlayWidgetLBtnClick);
     connect(&hub(), &Hub::notifyExtPreview, this, &QDlgExtScreen::onExtPreview);
@@ -95,7 +89,7 @@ bool QDlgExtScreen::updatePersonInfo(void* pUserData, const QString& userID, boo
     if (isNew)
         showPerson();
     else
-        m_pTile->RefreshPlayInfo();
+        emit hub().participantChanged(m_pPerson.get());
     reportShown();
     return true;
 }
@@ -122,9 +116,6 @@ void QDlgExtScreen::removePerson()
     m_gate.shut();
     publishUserId(QString());
     m_pTile->SetPersonInfo(nullptr, false);
-    // The network and what it froze were the former participant's.
-    for (const int direction : {1, 2})
-        m_pTile->UpdateNetStatus(direction, false, kBestNetLevel);
     m_pendingFrameSize.store(0);
     m_pPerson.reset();
 }
@@ -147,7 +138,7 @@ void QDlgExtScreen::setAllLook(bool bAllLook)
         return;
     m_pPerson->bLockLook = false;
     m_pPerson->bAllLook = bAllLook;
-    m_pTile->RefreshPlayInfo();
+    emit hub().participantChanged(m_pPerson.get());
 }
 
 void QDlgExtScreen::setLockLook(bool bLockLook)
@@ -155,7 +146,7 @@ void QDlgExtScreen::setLockLook(bool bLockLook)
     if (!m_pPerson)
         return;
     m_pPerson->bLockLook = bLockLook;
-    m_pTile->RefreshPlayInfo();
+    emit hub().participantChanged(m_pPerson.get());
 }
 
 void QDlgExtScreen::setMute(bool bMute)
@@ -163,7 +154,7 @@ void QDlgExtScreen::setMute(bool bMute)
     if (!m_pPerson)
         return;
     m_pPerson->bMute = bMute;
-    m_pTile->RefreshPlayInfo();
+    emit hub().participantChanged(m_pPerson.get());
 }
 
 void QDlgExtScreen::setVolume(const QString& userId, int iVolume)
@@ -171,7 +162,7 @@ void QDlgExtScreen::setVolume(const QString& userId, int iVolume)
     if (!m_pPerson || m_pPerson->userID != userId)
         return;
     m_pPerson->iVolume = qBound(0, iVolume, 100);
-    m_pTile->RefreshPlayInfo();
+    emit hub().participantChanged(m_pPerson.get());
 }
 
 void QDlgExtScreen::setPreview(bool bPreview)
@@ -182,7 +173,7 @@ void QDlgExtScreen::setPreview(bool bPreview)
     // When the stream is opened again, its first frame shows, not the last one of before.
     if (!bPreview)
         m_pPerson->iStreamStatus = kStreamNone;
-    m_pTile->RefreshPlayInfo();
+    emit hub().participantChanged(m_pPerson.get());
 }
 
 void QDlgExtScreen::UpdateUserNetStatus(const QString& userId, int iType, bool bBad, int iLevel)
@@ -238,7 +229,7 @@ void QDlgExtScreen::onUpdateDisplayInfo(int iWidth, int iHeight)
     m_pPerson->iVideoHeight = iHeight;
     m_pPerson->iStreamStatus = kStreamRunning;
     if (changed)
-        m_pTile->RefreshPlayInfo();
+        emit hub().participantChanged(m_pPerson.get());
 }
 
 // --- Events -----------------------------------------------------------------------------------

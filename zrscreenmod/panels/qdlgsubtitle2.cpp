@@ -20,7 +20,6 @@ bool g_bSubtitleFollow = true;
 namespace {
 
 constexpr QColor kPanelColor(58, 62, 70);
-constexpr int kColors = 4;
 /// The panel's part of the dialog's width.
 constexpr int kPanelShare = 5;
 // Base sizes in pixels, scaled on a high-resolution screen.
@@ -48,10 +47,6 @@ QDlgSubtitle2::QDlgSubtitle2(QWidget* parent)
     setWindowFlags(Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
     setGeometry(-10, -10, 9, 9);
     m_pTitle = new QLabel(QStringLiteral("字幕"), this);
-    m_pTitle->setStyleSheet(QStringLiteral("QLabel{background-color:rgb(58,62,70);"
-                                           "font-family:Microsoft Yahei;font-size:%1px;"
-                                           "color:rgb(205,205,205);}")
-                                .arg(scaled(kTitleFont)));
     m_pListObject->setObjectName(QStringLiteral("SubtitleList"));
     // 64 items at most, all of which move at once: an index would only be rebuilt.
     m_pScene->setItemIndexMethod(QGraphicsScene::NoIndex);
@@ -67,6 +62,7 @@ QDlgSubtitle2::QDlgSubtitle2(QWidget* parent)
     const QZRScreenConfig* hub = QZRScreenConfig::getInstance();
     connect(hub, &QZRScreenConfig::notifyAddSubtitle, this, &QDlgSubtitle2::onAddSubtitle);
     connect(hub, &QZRScreenConfig::notifyCleanSubtitle, this, &QDlgSubtitle2::onCleanSubtitle);
+    connect(hub, &QZRScreenConfig::screenScaleChanged, this, &QDlgSubtitle2::onScreenScaleChanged);
     connect(m_pListObject.get(), &ListObject::scrollingEnded, this,
             &QDlgSubtitle2::onScrollingEnded);
 }
@@ -87,6 +83,23 @@ void QDlgSubtitle2::resizeEvent(QResizeEvent* event)
 {
     QDialog::resizeEvent(event);
     qDebug() << "subtitle2 size:" << size();
+    placeChildren();
+}
+
+void QDlgSubtitle2::onScreenScaleChanged()
+{
+    emptyList(); // of items in the former fonts
+    placeChildren();
+}
+
+void QDlgSubtitle2::placeChildren()
+{
+    const QString titleStyle =
+        QStringLiteral("QLabel{background-color:rgb(58,62,70);font-family:Microsoft Yahei;"
+                       "font-size:%1px;color:rgb(205,205,205);}")
+            .arg(scaled(kTitleFont));
+    if (m_pTitle->styleSheet() != titleStyle)
+        m_pTitle->setStyleSheet(titleStyle);
     const int left = scaled(kTitleLeft);
     const int viewTop = scaled(kTitleTop) + scaled(kTitleHeight);
     m_pTitle->setGeometry(left, scaled(kTitleTop), std::max(0, width() - left),
@@ -234,7 +247,7 @@ void QDlgSubtitle2::insertItem(int id, const SubtitleRecord& record)
     auto* item = new RectObject(record.transStr, 0, view().contentHeight(), getItemWidth(),
                                 kPanelColor, id, &view());
     item->setName(zr::shortName(record.userName));
-    item->setColor(avatarColor(zr::repeatedIndex(record.iColorType, kColors)));
+    item->setColor(avatarColor(record.iColorType));
     view().sortIn(item);
     m_mapItems.insert(id, item);
     if (m_mapItems.size() > zr::kMaxSubtitles)
@@ -244,7 +257,7 @@ void QDlgSubtitle2::insertItem(int id, const SubtitleRecord& record)
 void QDlgSubtitle2::updateItem(RectObject& item, const SubtitleRecord& record)
 {
     item.setName(zr::shortName(record.userName));
-    item.setColor(avatarColor(zr::repeatedIndex(record.iColorType, kColors)));
+    item.setColor(avatarColor(record.iColorType));
     item.setText(record.transStr);
 }
 

@@ -54,6 +54,8 @@ protected:
 
 private:
     void addOrUpdateItem(int id, const SubtitleRecord& record);
+    void onScreenScaleChanged();
+    void placeChildren();
     void insertItem(int id, const SubtitleRecord& record);
     static void updateItem(RectObject& item, const SubtitleRecord& record);
     /// Goes to the end of the content, or leaves the list to its reader: what is read

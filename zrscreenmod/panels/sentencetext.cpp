@@ -45,7 +45,7 @@ std::shared_ptr<const SubtitleStyle> SubtitleStyle::shared()
 {
     static std::weak_ptr<const SubtitleStyle> s_style;
     std::shared_ptr<const SubtitleStyle> style = s_style.lock();
-    if (!style) {
+    if (!style || style->bHighResolution != QZRScreenConfig::getInstance()->is4K()) {
         style = std::make_shared<const SubtitleStyle>();
         s_style = style;
     }
@@ -57,6 +57,7 @@ SubtitleStyle::SubtitleStyle()
     const QZRScreenConfig* hub = QZRScreenConfig::getInstance();
     itemFont = fontOf(hub->scaled(kItemFont));
     smallFont = fontOf(kSmallFontPx);
+    bHighResolution = hub->is4K();
     const QFontMetrics font(itemFont);
     metrics = {hub->scaled(kAvatar), hub->scaled(kSpacing), hub->scaled(kGap),
                hub->scaled(kLeft),   font.height(),         font.lineSpacing()};

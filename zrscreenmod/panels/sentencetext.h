@@ -14,8 +14,8 @@
 
 class QPainter;
 
-/// The fonts and sizes of all subtitle lists, for the screen as it was when the first of them was
-/// made. Lives as long as somebody holds it: fonts must not outlive the application object.
+/// The fonts and sizes of all subtitle lists, for the primary screen as it is when they are asked
+/// for. Lives as long as somebody holds it: fonts must not outlive the application object.
 struct SubtitleStyle
 {
     static std::shared_ptr<const SubtitleStyle> shared();
@@ -26,6 +26,7 @@ struct SubtitleStyle
     zr::SubtitleMetrics metrics;
     int ascentPx = 0;      ///< of itemFont
     int averageCharPx = 0; ///< of itemFont
+    bool bHighResolution = false;
 };
 
 /// A text that is broken anywhere to the room it has. GUI thread.

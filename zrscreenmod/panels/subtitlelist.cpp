@@ -266,6 +266,7 @@ void ViewObject::clearItems()
 {
     prepareGeometryChange();
     qDeleteAll(childItems());
+    m_pStyle = SubtitleStyle::shared();
     updateList();
 }
 

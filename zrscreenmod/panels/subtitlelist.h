@@ -100,6 +100,7 @@ public:
     void forgetOutside(qreal top, qreal bottom);
     /// Deletes an item and stacks the others. @return 1
     int removeItem(RectObject* item);
+    /// The items that follow have the sizes of the present screen.
     void clearItems();
 
 private:

@@ -168,7 +168,7 @@ void Builder::buildNameRow()
     buildBadge(barHeight);
     const OverlayElement& badge = at(OverlayPart::Badge);
     OverlayElement& name = at(OverlayPart::Name);
-    int left = badge.isShown() ? badge.rect.width() + 1 : 0;
+    int left = badge.rect.width();
     FittedName fitted = fitName(left);
     if (!fitted.bFits && badge.isShown()) {
         stackBadge();
@@ -444,7 +444,7 @@ bool OverlayState::operator==(const OverlayState& other) const
 {
     const auto tie = [](const OverlayState& s) {
         return std::tie(s.bPerson, s.bShare, s.bPaused, s.bPicture, s.bSelf, s.bSpeaking, s.bBorder,
-                        s.bSpinner, s.bMute, s.bCamera, s.bSmall, s.bNoMenu, s.bHand, s.bLargerText,
+                        s.bSpinner, s.bMute, s.bCamera, s.bSmall, s.bNoMenu, s.bFrozen, s.bHand, s.bLargerText,
                         s.iRole, s.iColor, s.iAudioLevel, s.iNetLevel, s.iBubbleColor, s.look,
                         s.name, s.resolution, s.watermark, s.bubble);
     };

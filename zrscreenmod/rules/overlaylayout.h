@@ -40,13 +40,14 @@ struct OverlayState
     bool bCamera = false; ///< on, though its picture may not show yet; for tileDescription
     bool bSmall = false;  ///< one of several tiles
     bool bNoMenu = false; ///< without the "more" button
+    bool bFrozen = false; ///< the picture is to stay as it is; for the tile
     bool bHand = false;
     bool bLargerText = false;
     int iRole = 0;
-    int iColor = 0;       ///< index of the avatar's colour, 0 to 3
+    int iColor = 0;       ///< index of the avatar's colour; see avatarColor
     int iAudioLevel = 1;  ///< see volumeLevel
     int iNetLevel = 5;    ///< 0 (none) to 5 (best)
-    int iBubbleColor = 0; ///< index of the avatar's colour, 0 to 3
+    int iBubbleColor = 0; ///< as iColor
     LookMark look = LookMark::None;
     QString name;       ///< as the record has it
     QString resolution; ///< for developers; empty when it is not to be shown

@@ -19,7 +19,6 @@ namespace {
 
 constexpr int kClickDelayMs = 300;
 constexpr int kChangeDelayMs = 100;
-constexpr int kBlankChecks = 30;
 /// The local user's picture counts as confirmed after more pictures than this, over all tiles.
 constexpr int kLocalVideoFrames = 68;
 
@@ -43,12 +42,10 @@ QSize unpackSize(quint64 packed)
 
 CPlayWidget::CPlayWidget(QWidget* parent, bool bOverlayMode)
     : QOpenGLWidget(parent)
-    , m_bOverlayMode(bOverlayMode)
     , m_pPlayInfo(std::make_unique<QDlgPlayInfo>(this))
     , m_pPacer(RepaintPacer::shared())
     , m_pClickTimer(new QTimer(this))
     , m_pChangeTimer(new QTimer(this))
-    , m_nBlankCheck(kBlankChecks)
 {
     m_pClickTimer->setSingleShot(true);
     m_pClickTimer->setInterval(kClickDelayMs);
@@ -58,11 +55,9 @@ CPlayWidget::CPlayWidget(QWidget* parent, bool bOverlayMode)
     connect(this, &CPlayWidget::notifyViewCenter, this, &CPlayWidget::onViewCenter);
     connect(m_pClickTimer, &QTimer::timeout, this, &CPlayWidget::mouseClick);
     connect(m_pChangeTimer, &QTimer::timeout, this, &CPlayWidget::delayResetChangeTag);
-    // A share that is paused or resumed looks different without a new picture.
-    connect(QZRScreenConfig::getInstance(), &QZRScreenConfig::sigRefreshPlayDlg, this, [this] {
-        if (m_pPlayInfo->isShareTile())
-            m_pPacer->requestUpdate(this);
-    });
+    connect(m_pPlayInfo.get(), &QDlgPlayInfo::stateChanged, this, &CPlayWidget::followState);
+    if (bOverlayMode)
+        m_pPlayInfo->setPlace(zr::TilePlace::SpeakTool);
     setGeometry(0, 0, 1, 1);
     CPlayWidget::StopShow();
 }
@@ -238,34 +233,24 @@ void CPlayWidget::onRender(bool bCheckLocal)
     const auto requested = static_cast<int>(m_uRenderRequests.exchange(0) / kOnePicture);
     const int pictures = std::max(requested, bCheckLocal ? 1 : 0);
     countLocalPictures(pictures);
-    if (m_bChangeTag) {
-        m_bRenderSkipped = m_bRenderSkipped || pictures > 0;
+    const auto step = m_reveal.render(pictures > 0, [this] { return IsBufferBlank(); });
+    if (step == zr::TileReveal::Step::Wait)
         return;
-    }
-    if (m_nBlankCheck > 0) {
-        --m_nBlankCheck;
-        if (IsBufferBlank()) {
-            m_pPlayInfo->setLoading(true, false);
-            return;
-        }
-    }
-    if (m_bNetFreeze)
-        m_bRenderSkipped = true;
-    else
+    if (step == zr::TileReveal::Step::Repaint)
         m_pPacer->requestUpdate(this);
     const tagPersonInfo* const person = GetPersonInfo();
-    if (person && person->iPlayState == kPlayHidden
-        && QZRScreenConfig::getInstance()->overlay.hiddenVideo) {
-        m_pPlayInfo->setLoading(true, false);
-        return;
-    }
-    // A stream that runs again is reported before its picture comes; this shows it.
-    m_pPlayInfo->setLoading(false, !m_pPlayInfo->isPictureVisible());
+    const bool unseen = person && person->iPlayState == kPlayHidden
+                        && QZRScreenConfig::getInstance()->overlaySwitches().hiddenVideo;
+    m_pPlayInfo->setLoading(step == zr::TileReveal::Step::Cover || unseen);
 }
 
-void CPlayWidget::renderSkipped()
+void CPlayWidget::followState()
 {
-    if (std::exchange(m_bRenderSkipped, false))
+    const zr::OverlayState& state = m_pPlayInfo->state();
+    // A share that is paused or resumed looks different without a new picture.
+    if (std::exchange(m_bPaused, state.bPaused) != state.bPaused)
+        m_pPacer->requestUpdate(this);
+    if (m_reveal.setFrozen(state.bFrozen))
         onRender(false);
 }
 
@@ -278,7 +263,6 @@ void CPlayWidget::countLocalPictures(int pictures)
     s_iLocalPictures += pictures;
     if (s_iLocalPictures > kLocalVideoFrames) {
         person->bLocalVideoConfirmed = true;
-        m_pPlayInfo->refresh();
         s_iLocalPictures = 0;
     }
 }
@@ -328,10 +312,8 @@ void CPlayWidget::paintGL()
 {
     glClearColor(0, 0, 0, 1);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    if (!m_bShow
-        || (m_pPlayInfo->isShareTile() && QZRScreenConfig::getInstance()->settings.pauseShare)) {
+    if (!m_bShow || m_bPaused)
         return;
-    }
     QRect view;
     {
         const Locker lock(m_mutex);
@@ -350,12 +332,8 @@ void CPlayWidget::paintGL()
 
 bool CPlayWidget::SetPersonInfo(tagPersonInfo* pPerson, bool bForce)
 {
-    m_pPlayInfo->setOverlayMode(m_bOverlayMode);
     const bool hiddenBefore = pPerson && pPerson->iPlayState == kPlayHidden;
-    if ((hiddenBefore && pPerson != m_pPlayInfo->person()) || bForce)
-        m_nBlankCheck = kBlankChecks;
-    m_bChangeTag = true;
-    m_bRenderSkipped = false; // it was the former participant's
+    m_reveal.bind(bForce || (hiddenBefore && pPerson != m_pPlayInfo->person()));
     const bool changed = bindPerson(pPerson);
     ResetBlackFrame();
     if (m_bShow)
@@ -378,15 +356,13 @@ tagPersonInfo* CPlayWidget::GetPersonInfo() const
 void CPlayWidget::beginChangeDelay()
 {
     m_pChangeTimer->start();
-    m_pPlayInfo->setLoading(true, true);
+    m_pPlayInfo->setLoading(true);
 }
 
 void CPlayWidget::delayResetChangeTag()
 {
-    m_bChangeTag = false;
-    if (isVisible())
-        RefreshPlayInfo();
-    renderSkipped();
+    if (m_reveal.endChange())
+        onRender(false);
 }
 
 void CPlayWidget::StopShow()
@@ -403,15 +379,14 @@ void CPlayWidget::StartShow()
     show();
     tagPersonInfo* const person = GetPersonInfo();
     // An extended screen tells of its participant itself.
-    if (person && !m_pPlayInfo->state().bNoMenu) {
+    if (person && m_pPlayInfo->place() != zr::TilePlace::ExtScreen) {
         // The hosts are called from here, and what they do may remove the tile.
         const QPointer<CPlayWidget> alive(this);
         QZRScreenConfig::getInstance()->setPersonShown(person, true);
         if (!alive)
             return;
     }
-    RefreshPlayInfo();
-    if (m_bChangeTag)
+    if (m_reveal.isChanging())
         beginChangeDelay();
 }
 
@@ -429,17 +404,9 @@ void CPlayWidget::HidePlay()
 
 // --- Overlay ---
 
-void CPlayWidget::RefreshPlayInfo()
-{
-    m_pPlayInfo->refresh();
-}
-
 void CPlayWidget::UpdateNetStatus(int iType, bool bBad, int iLevel)
 {
     m_pPlayInfo->UpdateNetStatus(iType, bBad, iLevel);
-    m_bNetFreeze = m_pPlayInfo->isNetBad();
-    if (!m_bNetFreeze)
-        renderSkipped();
 }
 
 bool CPlayWidget::IsMouseOnBtnMore() const

@@ -3,6 +3,7 @@
 
 #include "i420frame.h"
 #include "personinfo.h"
+#include "tilereveal.h"
 #include "yuvrenderer.h"
 
 #include <QOpenGLFunctions>
@@ -29,7 +30,7 @@ class CPlayWidget : public QOpenGLWidget, protected QOpenGLFunctions
 
 public:
     /// A hidden tile of 1 x 1 pixel without a participant.
-    /// @param bOverlayMode whether the overlay paints a dark border
+    /// @param bOverlayMode the tile is the speaker tool's
     CPlayWidget(QWidget* parent, bool bOverlayMode);
     ~CPlayWidget() override;
 
@@ -75,8 +76,7 @@ public:
     void HidePlay();
 
     // --- Overlay ---
-    void RefreshPlayInfo();
-    /// While the network is bad the picture stays as it is.
+    /// While the network is bad the picture stays as it is. Reaches all tiles of the participant.
     /// @param iType 1 sending, 2 receiving @param iLevel 0 (none) to 5 (best)
     void UpdateNetStatus(int iType, bool bBad, int iLevel);
     bool IsMouseOnBtnMore() const;
@@ -138,10 +138,9 @@ private:
     void requestRender(bool bPicture);
     void countLocalPictures(int pictures);
     void beginChangeDelay();
-    void renderSkipped();
+    void followState();
     void releaseGL();
 
-    const bool m_bOverlayMode;
     std::unique_ptr<QDlgPlayInfo> m_pPlayInfo;
     std::shared_ptr<RepaintPacer> m_pPacer;
     QTimer* m_pClickTimer;  ///< child
@@ -165,8 +164,6 @@ private:
     /// Calls of requestRender since the last onRender; pictures in the upper half.
     std::atomic<quint64> m_uRenderRequests{0};
 
-    bool m_bChangeTag = false;     ///< the participant has just changed: paint nothing yet
-    bool m_bRenderSkipped = false; ///< a picture came while none was to be painted
-    bool m_bNetFreeze = false;
-    int m_nBlankCheck = 0; ///< renders that still ask whether a picture has come
+    zr::TileReveal m_reveal;
+    bool m_bPaused = false; ///< a shared screen that is paused: no picture is painted
 };

@@ -9,17 +9,23 @@
 std::shared_ptr<const OverlayImages> OverlayImages::shared()
 {
     static std::weak_ptr<const OverlayImages> s_images;
-    const QString prefix = QZRScreenConfig::getInstance()->imgPrefix();
     std::shared_ptr<const OverlayImages> images = s_images.lock();
-    if (!images || images->m_prefix != prefix) {
-        images = std::make_shared<const OverlayImages>(prefix);
+    if (!images || !images->areCurrent()) {
+        const QZRScreenConfig* hub = QZRScreenConfig::getInstance();
+        images = std::make_shared<const OverlayImages>(hub->imgPrefix(), hub->is4K());
         s_images = images;
     }
     return images;
 }
 
-OverlayImages::OverlayImages(const QString& prefix)
+bool OverlayImages::areCurrent() const
+{
+    return m_prefix == QZRScreenConfig::getInstance()->imgPrefix();
+}
+
+OverlayImages::OverlayImages(const QString& prefix, bool bHighResolution)
     : m_prefix(prefix)
+    , m_bHighResolution(bHighResolution)
 {
     // A null pixmap comes from a path that does not exist; nothing is logged by Qt.
     const auto load = [&](const QString& name) {

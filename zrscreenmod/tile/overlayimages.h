@@ -16,7 +16,12 @@ class OverlayImages
 public:
     static std::shared_ptr<const OverlayImages> shared();
     /// @param prefix see QZRScreenConfig::getImgPrefix
-    explicit OverlayImages(const QString& prefix);
+    OverlayImages(const QString& prefix, bool bHighResolution);
+
+    /// Whether they are still those of the primary screen.
+    bool areCurrent() const;
+    /// Sizes that go with the images are scaled accordingly.
+    bool isHighResolution() const { return m_bHighResolution; }
 
     /// @param level see zr::volumeLevel; 0 for a muted microphone
     const QPixmap& audio(int level, bool bSmall) const;
@@ -27,6 +32,7 @@ public:
 
 private:
     const QString m_prefix;
+    const bool m_bHighResolution;
     // Large and small.
     std::array<QPixmap, 2> m_mute;
     std::array<QPixmap, 2> m_more;

@@ -3,6 +3,7 @@
 #include "overlayimages.h"
 #include "personorder.h"
 #include "screenscale.h"
+#include "subtitlerules.h"
 #include "watermarkcache.h"
 
 #include <QFont>
@@ -106,7 +107,7 @@ public:
 
 private:
     bool isSmall() const { return m_paint.layout.bSmall; }
-    int scaled(int base) const { return zr::scaledSize(base, 2.0F, m_paint.bHighResolution); }
+    int scaled(int base) const { return zr::scaledSize(base, 2.0F, m_paint.images.isHighResolution()); }
 
     void drawText(const OverlayElement& element, Qt::AlignmentFlag horizontally)
     {
@@ -266,14 +267,13 @@ void Painter::paintBorder(const OverlayElement& border)
 
 } // namespace
 
-zr::OverlayMetrics overlayMetrics(const QSize& tile, bool bHighResolution,
-                                  const OverlayImages& images)
+zr::OverlayMetrics overlayMetrics(const QSize& tile, const OverlayImages& images)
 {
     const zr::TextWidth width = [](const QString& text, int fontPx) {
         const QFontMetrics font(overlayFont(fontPx));
         return std::max(font.boundingRect(text).width(), font.horizontalAdvance(text));
     };
-    return {tile, bHighResolution, {images.sizes(false), images.sizes(true)}, width};
+    return {tile, images.isHighResolution(), {images.sizes(false), images.sizes(true)}, width};
 }
 
 void paintOverlay(QPainter& painter, const OverlayPaint& paint)
@@ -290,6 +290,6 @@ QColor avatarColor(int index)
 {
     static constexpr std::array<QRgb, 4> kColors{qRgb(112, 98, 248), qRgb(94, 176, 242),
                                                  qRgb(95, 203, 146), qRgb(195, 109, 241)};
-    const bool known = index >= 0 && index < static_cast<int>(kColors.size());
-    return QColor(kColors[known ? static_cast<std::size_t>(index) : 0]);
+    const int known = zr::repeatedIndex(index, static_cast<int>(kColors.size()));
+    return QColor(kColors[static_cast<std::size_t>(known)]);
 }

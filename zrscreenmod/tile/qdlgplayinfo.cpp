@@ -1,12 +1,10 @@
 #include "qdlgplayinfo.h"
 
-#include "layoutgeometry.h"
 #include "overlayimages.h"
 #include "overlaypainter.h"
 #include "qzrscreenconfig.h"
 #include "rectpacer.h"
 #include "tileaccessible.h"
-#include "volumelevel.h"
 
 #include <QCursor>
 #include <QDebug>
@@ -39,11 +37,6 @@ bool differOnlyInVolume(zr::OverlayState before, const zr::OverlayState& after)
     return before == after;
 }
 
-int colorIndex(int index)
-{
-    return index >= 0 && index <= 3 ? index : 0;
-}
-
 } // namespace
 
 bool isDrag(const QPoint& distance)
@@ -61,10 +54,6 @@ QDlgPlayInfo::QDlgPlayInfo(QWidget* pParent)
     setAttribute(Qt::WA_NoSystemBackground);
     setAttribute(Qt::WA_TranslucentBackground);
     setFocusPolicy(Qt::NoFocus);
-    connect(&hub(), &QZRScreenConfig::sigRefreshPlayDlg, this, &QDlgPlayInfo::refresh);
-    connect(&hub(), &QZRScreenConfig::notifyCurScreenMode, this, &QDlgPlayInfo::refresh);
-    connect(&hub(), &QZRScreenConfig::notifyAddSubtitle, this, &QDlgPlayInfo::onAddSubtitle);
-    connect(&hub(), &QZRScreenConfig::notifyCleanSubtitle, this, &QDlgPlayInfo::closeBubble);
 }
 
 QDlgPlayInfo::~QDlgPlayInfo() = default;
@@ -78,23 +67,36 @@ bool QDlgPlayInfo::setPerson(tagPersonInfo* pPerson)
     m_bShareTile = pPerson && isShareScreenId(pPerson->userID);
     if (!changed)
         return false;
-    m_qstrBubble.clear(); // the former participant's words
+    m_view.bubble.clear(); // the former participant's words
     m_bubbleTimer.stop();
     m_pressed.reset();
+    m_iSpell = kNoSpell;
     applyState();
     return pPerson != nullptr;
 }
 
-void QDlgPlayInfo::setOverlayMode(bool bOverlayMode)
+void QDlgPlayInfo::setPlace(zr::TilePlace place)
 {
-    m_bOverlayMode = bOverlayMode;
+    m_view.place = place;
     applyState();
 }
 
-void QDlgPlayInfo::setNoMenu(bool bNoMenu)
+void QDlgPlayInfo::listen()
 {
-    m_bNoMenu = bNoMenu;
-    applyState();
+    using Hub = QZRScreenConfig;
+    connect(&hub(), &Hub::participantChanged, this, &QDlgPlayInfo::onParticipantChanged);
+    connect(&hub(), &Hub::sigRefreshPlayDlg, this, &QDlgPlayInfo::refresh);
+    connect(&hub(), &Hub::notifyAddSubtitle, this, &QDlgPlayInfo::onAddSubtitle);
+    connect(&hub(), &Hub::notifyCleanSubtitle, this, &QDlgPlayInfo::closeBubble);
+}
+
+void QDlgPlayInfo::onParticipantChanged(const void* pPerson)
+{
+    // A share on an extended screen is named after the gallery's.
+    const auto* changed = static_cast<const tagPersonInfo*>(pPerson);
+    const bool sameShare = m_bShareTile && changed->userID == m_pPerson->userID;
+    if (changed == m_pPerson || sameShare)
+        refresh();
 }
 
 void QDlgPlayInfo::refresh()
@@ -103,11 +105,9 @@ void QDlgPlayInfo::refresh()
         applyState();
 }
 
-void QDlgPlayInfo::setLoading(bool bShow, bool bForce)
+void QDlgPlayInfo::setLoading(bool bShow)
 {
-    const bool changed = m_bLoading != bShow;
-    m_bLoading = bShow;
-    if (changed || bForce)
+    if (std::exchange(m_view.bLoading, bShow) != bShow)
         refresh();
 }
 
@@ -122,90 +122,58 @@ void QDlgPlayInfo::setVideoRect(const QRect& rect)
 
 void QDlgPlayInfo::UpdateNetStatus(int iType, bool bBad, int iLevel)
 {
-    m_iNetLevel = iLevel;
-    m_iNetDirection = iType;
-    if (iType == 1)
-        m_bSendBad = bBad;
-    else if (iType == 2)
-        m_bReceiveBad = bBad;
-    if (!isNetBad()) {
-        m_bLoadTimedOut = false;
-        m_spinnerStart.invalidate();
-    }
-    refresh();
-}
-
-void QDlgPlayInfo::copyNetStatus(const QDlgPlayInfo& other)
-{
-    if (m_bSendBad == other.m_bSendBad && m_bReceiveBad == other.m_bReceiveBad
-        && m_iNetLevel == other.m_iNetLevel)
+    if (!m_pPerson)
         return;
-    m_bSendBad = other.m_bSendBad;
-    UpdateNetStatus(2, other.m_bReceiveBad, other.m_iNetLevel);
+    m_pPerson->net.report(iType, bBad, iLevel);
+    emit hub().participantChanged(m_pPerson);
 }
 
-zr::LookMark QDlgPlayInfo::lookMark() const
+zr::TilePerson QDlgPlayInfo::tilePerson() const
 {
-    if (!m_pPerson->bAllLook && !m_pPerson->bLockLook)
-        return zr::LookMark::None;
-    // Where nobody is larger than the others, or two are, the arrangement tells nothing apart.
-    const int mode = hub().curScreenMode();
-    if (!m_bNoMenu
-        && (mode == eLayoutEqualCut || mode == eLayout6Cut || mode == eLayout8Cut
-            || mode == eLayoutSpeaker4))
-        return zr::LookMark::None;
-    if (m_pPerson->bAllLook)
-        return zr::LookMark::AllLook;
-    const bool unlabelled = !m_bNoMenu && hub().overlay.lookOwner == 1;
-    return unlabelled ? zr::LookMark::Unlabelled : zr::LookMark::LockLook;
+    zr::TilePerson person;
+    person.bShare = m_bShareTile;
+    person.bSelf = m_pPerson->bSelf;
+    person.bMute = m_pPerson->bMute;
+    person.bHand = m_pPerson->bHandUp;
+    person.bSpeaking = m_pPerson->bSpeaking;
+    person.bAllLook = m_pPerson->bAllLook;
+    person.bLockLook = m_pPerson->bLockLook;
+    person.bPreview = m_pPerson->bPreview;
+    person.bStream = m_pPerson->iStreamStatus != kStreamNone;
+    person.bHidden = m_pPerson->iPlayState == kPlayHidden;
+    person.iRole = m_pPerson->iRoteType;
+    person.iColor = m_pPerson->iRoleExtra;
+    person.iGrade = m_pPerson->iStreamType;
+    person.iVolume = m_pPerson->iVolume;
+    person.video = {m_pPerson->iVideoWidth, m_pPerson->iVideoHeight};
+    person.net = m_pPerson->net;
+    // The gallery knows who shares; what the host says of an extended screen is second to that.
+    if (m_bShareTile && m_view.place == zr::TilePlace::ExtScreen)
+        person.name = hub().shareName(m_pPerson->userID);
+    if (person.name.isEmpty())
+        person.name = m_pPerson->userName;
+    return person;
 }
 
 zr::OverlayState QDlgPlayInfo::gatherState() const
 {
-    zr::OverlayState state;
-    if (!m_pPerson)
-        return state;
-    const OverlaySwitches& switches = hub().overlay;
-    const bool waiting = m_bLoading || m_pPerson->iPlayState == kPlayHidden;
-    const int grade = m_pPerson->iStreamType;
-    state.bPerson = true;
-    state.bShare = m_bShareTile;
-    state.bBorder = m_bOverlayMode;
-    state.bSelf = m_pPerson->bSelf;
-    state.bNoMenu = m_bNoMenu;
-    state.bSmall = grade == zr::kGradeSmall || grade == zr::kGradeGrid;
-    state.name = m_pPerson->userName;
-    if (m_bShareTile) {
-        state.bPaused = hub().settings.pauseShare;
-        state.bPicture = !waiting && !state.bPaused;
-        state.watermark = hub().getWatermarkText();
-        return state;
-    }
-    const bool netBad = isNetBad() && !state.bSelf;
-    const bool started = m_pPerson->bPreview && m_pPerson->iStreamStatus != kStreamNone;
-    state.bPicture = started && !waiting && !(netBad && m_bLoadTimedOut);
-    state.bSpinner = state.bPicture && netBad;
-    state.bSpeaking = m_pPerson->bSpeaking && !m_bNoMenu && switches.speakingHighlight;
-    state.bMute = m_pPerson->bMute;
-    state.bCamera = started;
-    state.bHand = m_pPerson->bHandUp && (switches.allHands || state.bSelf);
-    state.bLargerText = switches.largerText;
-    state.iRole = m_pPerson->iRoteType;
-    state.iColor = colorIndex(m_pPerson->iRoleExtra);
-    state.iAudioLevel = zr::volumeLevel(m_pPerson->iVolume);
-    state.iNetLevel = m_iNetLevel;
-    state.look = lookMark();
-    if (switches.showResolution && m_pPerson->iVideoWidth != 0) {
-        state.resolution =
-            QStringLiteral("%1*%2").arg(m_pPerson->iVideoWidth).arg(m_pPerson->iVideoHeight);
-    }
-    state.bubble = m_qstrBubble;
-    state.iBubbleColor = m_iBubbleColor;
-    return state;
+    return m_pPerson ? zr::overlayState(tilePerson(), hub().tileSettings(), m_view)
+                     : zr::OverlayState();
+}
+
+void QDlgPlayInfo::followImages()
+{
+    if (m_pImages->areCurrent())
+        return;
+    m_pImages = OverlayImages::shared();
+    m_layout = computeLayout();
+    update();
 }
 
 void QDlgPlayInfo::applyState()
 {
+    followImages();
+    endOldSpell();
     zr::OverlayState state = gatherState();
     if (state == m_state)
         return;
@@ -227,6 +195,7 @@ void QDlgPlayInfo::applyState()
     update(changed);
     for (const QAccessible::Event what : changedTexts(state, m_state))
         announce(what);
+    emit stateChanged();
 }
 
 void QDlgPlayInfo::announce(QAccessible::Event what)
@@ -237,10 +206,19 @@ void QDlgPlayInfo::announce(QAccessible::Event what)
 
 zr::OverlayLayout QDlgPlayInfo::computeLayout() const
 {
-    return zr::layoutOverlay(m_state, overlayMetrics(size(), hub().is4K(), *m_pImages));
+    return zr::layoutOverlay(m_state, overlayMetrics(size(), *m_pImages));
 }
 
 // --- Spinner and bubble -----------------------------------------------------------------------
+
+void QDlgPlayInfo::endOldSpell()
+{
+    const int spell = m_pPerson ? m_pPerson->net.iSpell : 0;
+    if (std::exchange(m_iSpell, spell) == spell)
+        return;
+    m_view.bLoadTimedOut = false;
+    m_spinnerStart.invalidate();
+}
 
 void QDlgPlayInfo::updateSpinner()
 {
@@ -258,7 +236,7 @@ void QDlgPlayInfo::updateSpinner()
 void QDlgPlayInfo::onTimeUpdateLoading()
 {
     if (spinnerElapsedMs() > kSpinnerLimitMs) {
-        m_bLoadTimedOut = true;
+        m_view.bLoadTimedOut = true;
         refresh();
         return;
     }
@@ -275,8 +253,8 @@ void QDlgPlayInfo::onAddSubtitle(int iIDSentence)
     const SubtitleRecord sentence = hub().subtitle(iIDSentence);
     if (sentence.transStr.isEmpty() || sentence.userName != m_pPerson->userName)
         return;
-    m_qstrBubble = sentence.transStr;
-    m_iBubbleColor = colorIndex(sentence.iColorType);
+    m_view.bubble = sentence.transStr;
+    m_view.iBubbleColor = sentence.iColorType;
     m_bubbleTimer.start(bubbleMs(), Qt::CoarseTimer, this);
     applyState();
 }
@@ -284,9 +262,9 @@ void QDlgPlayInfo::onAddSubtitle(int iIDSentence)
 void QDlgPlayInfo::closeBubble()
 {
     m_bubbleTimer.stop();
-    if (m_qstrBubble.isEmpty())
+    if (m_view.bubble.isEmpty())
         return;
-    m_qstrBubble.clear();
+    m_view.bubble.clear();
     applyState();
 }
 
@@ -328,7 +306,7 @@ void QDlgPlayInfo::paintEvent(QPaintEvent* event)
     QPainter painter(this);
     painter.setClipRegion(event->region());
     paintOverlay(painter,
-                 {m_layout, *m_pImages, m_barsPath, hub().is4K(), m_iSpinnerAngle, m_watermark});
+                 {m_layout, *m_pImages, m_barsPath, m_iSpinnerAngle, m_watermark});
 }
 
 void QDlgPlayInfo::resizeEvent(QResizeEvent* event)
@@ -341,7 +319,8 @@ void QDlgPlayInfo::resizeEvent(QResizeEvent* event)
 void QDlgPlayInfo::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
-    m_bShown = true;
+    if (!std::exchange(m_bShown, true))
+        listen();
     refresh();
     updateSpinner(); // the state may be the same as when the overlay was hidden
 }
@@ -349,7 +328,8 @@ void QDlgPlayInfo::showEvent(QShowEvent* event)
 void QDlgPlayInfo::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
-    m_bShown = false;
+    if (std::exchange(m_bShown, false))
+        hub().disconnect(this); // a hidden overlay asks when it is shown again
     m_pressed.reset();
     updateSpinner();
     closeBubble();
@@ -372,7 +352,7 @@ const zr::OverlayElement& QDlgPlayInfo::element(OverlayControl control) const
 
 bool QDlgPlayInfo::hasControl(OverlayControl control) const
 {
-    if (m_bNoMenu || !element(control).isShown() || !hub().isLivePerson(m_pPerson))
+    if (m_state.bNoMenu || !element(control).isShown() || !hub().isLivePerson(m_pPerson))
         return false;
     // Nobody lowers the hand of another.
     return control != OverlayControl::LowerHand || (m_state.bSelf && m_state.bHand);

@@ -34,8 +34,9 @@ enum class OverlayControl
 /// A control acts when the button is released where it was pressed: a drag does not click, and the
 /// button is up when the host opens a menu from inside the message.
 ///
-/// It paints from a copy of the state that its setters and `refresh` gather, never from the
-/// participant's record, and repaints only what a change of that copy has changed. GUI thread.
+/// It paints from its answer of `zr::overlayState`, never from the participant's record. While it is
+/// shown it listens to what changes in the meeting, asks the rule again, and repaints only what
+/// another answer changes. Nobody has to refresh it. GUI thread.
 class QDlgPlayInfo : public QWidget
 {
     Q_OBJECT
@@ -51,26 +52,18 @@ public:
     tagPersonInfo* person() const { return m_pPerson; }
     /// The bound participant is a shared screen.
     bool isShareTile() const { return m_bShareTile; }
-    /// Dark border around tiles whose participant does not speak.
-    void setOverlayMode(bool bOverlayMode);
-    /// A tile that is not the gallery's: without the "more" button and the speaker's border, always
-    /// with the large images, and its controls do nothing.
-    void setNoMenu(bool bNoMenu);
+    /// Where the tile stands; at first in a gallery. The controls of a tile on an extended screen do
+    /// nothing.
+    void setPlace(zr::TilePlace place);
+    zr::TilePlace place() const { return m_view.place; }
 
-    /// Takes over what has changed in the participant's record and in the hub. Does nothing while
-    /// the overlay is hidden; showing it refreshes it.
-    void refresh();
-    /// No picture has come yet, so that the avatar covers the tile. @param bForce refresh even
-    /// when the state is the same
-    void setLoading(bool bShow, bool bForce);
+    /// No picture has come yet, so that the avatar covers the tile.
+    void setLoading(bool bShow);
     /// The picture's rectangle in the tile; what lies outside is painted over.
     void setVideoRect(const QRect& rect);
+    /// Notes the state of the participant's network, for all their tiles.
     /// @param iType 1 sending, 2 receiving @param iLevel 0 (none) to 5 (best)
     void UpdateNetStatus(int iType, bool bBad, int iLevel);
-    /// Takes over what another tile of the participant knows of their network.
-    void copyNetStatus(const QDlgPlayInfo& other);
-    /// The network is bad in a direction: the picture is to stay as it is.
-    bool isNetBad() const { return m_bSendBad || m_bReceiveBad; }
 
     /// The control can be used: it is there, and the participant is still in the meeting.
     bool hasControl(OverlayControl control) const;
@@ -90,10 +83,17 @@ public:
     const zr::OverlayLayout& overlayLayout() const { return m_layout; }
 
 public slots:
+    /// Takes over what has changed in the participant's record and in the hub. Does nothing while
+    /// the overlay is hidden; showing it refreshes it.
+    void refresh();
     /// A sentence was added or has grown; it shows for some seconds when the participant said it.
     /// Who did is told by the name: sentences carry no id.
     void onAddSubtitle(int iIDSentence);
     void onTimeUpdateLoading();
+
+signals:
+    /// The tile may have to follow: `state` is another one, by more than a volume.
+    void stateChanged();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -113,12 +113,16 @@ protected:
     virtual void announce(QAccessible::Event what);
 
 private:
+    void listen();
+    void onParticipantChanged(const void* pPerson);
+    zr::TilePerson tilePerson() const;
     zr::OverlayState gatherState() const;
-    zr::LookMark lookMark() const;
     zr::OverlayLayout computeLayout() const;
     /// Takes over the state; where it differs, repaints what has changed and starts or stops the
     /// timers.
     void applyState();
+    void followImages();
+    void endOldSpell();
     void updateSpinner();
     void closeBubble();
     void rebuildBars();
@@ -129,22 +133,15 @@ private:
     std::shared_ptr<RectPacer> m_pPacer;          ///< of the microphones
     std::shared_ptr<const void> m_pAccessibility; ///< see shareTileAccessibility
     tagPersonInfo* m_pPerson = nullptr;
+    zr::TileView m_view;
     bool m_bShareTile = false;
-    bool m_bOverlayMode = false;
-    bool m_bNoMenu = false;
-    bool m_bLoading = true;
-    bool m_bSendBad = false;
-    bool m_bReceiveBad = false;
-    bool m_bShown = false;        ///< unlike isVisible, false while the window is minimised
-    bool m_bLoadTimedOut = false; ///< the spinner had its time in this spell of bad network
-    int m_iNetLevel = 5;
-    int m_iNetDirection = 0;
+    bool m_bShown = false;   ///< unlike isVisible, false while the window is minimised
     int m_iSpinnerAngle = 0; ///< degrees
     QBasicTimer m_spinnerTimer;
     QBasicTimer m_bubbleTimer;    ///< runs while the bubble shows
     QElapsedTimer m_spinnerStart; ///< invalid before the spell's first spinner
-    QString m_qstrBubble;
-    int m_iBubbleColor = 0;
+    static constexpr int kNoSpell = -1;
+    int m_iSpell = kNoSpell; ///< of bad network: whose spinner and time-out these are
     std::optional<OverlayControl> m_pressed; ///< acts when the button is released
     QPoint m_ptPress;                        ///< on the screen
     QRect m_rcVideo;

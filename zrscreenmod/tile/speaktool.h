@@ -24,8 +24,6 @@ public:
     virtual bool isToolVisible() const = 0;
     /// The bound participant's picture can be seen: the tool is shown, and not in its compact form.
     virtual bool showsPicture() const = 0;
-    /// Takes over what has changed in the bound participant's record.
-    virtual void refreshTool() = 0;
     /// Names who speaks at the moment; an empty text names nobody.
     virtual void setSpeaking(const QString& names) = 0;
     /// The native id of the tool's window; 0 while it has none.
