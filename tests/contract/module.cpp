@@ -20,17 +20,10 @@ Module::Module()
 {
     if (!m_library)
         throw check::Abandoned{};
-#define ZR_LOOK_UP(member)                                                                         \
-    this->member =                                                                                 \
-        reinterpret_cast<decltype(member)>(native::findSymbol(m_library, "ZRScreen_" #member));    \
-    REQUIRE(this->member != nullptr);
-    ZR_EXPORTS(ZR_LOOK_UP)
-#undef ZR_LOOK_UP
-}
-
-void* Module::find(const char* name) const
-{
-    return native::findSymbol(m_library, name);
+    const std::string missing =
+        exports.load([this](const char* name) { return native::findSymbol(m_library, name); });
+    CHECK_EQUAL(missing, "");
+    static_cast<zr::ScreenExports&>(*this) = exports.ZRScreen;
 }
 
 Module::~Module()

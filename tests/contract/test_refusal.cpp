@@ -1,108 +1,24 @@
-// Arguments that no host should pass: each is refused as the header says, and logged.
+// Arguments that no host should pass: each is refused as the header says, and logged. The table of
+// the exports tells what each argument is, and so what is wrong for it.
 #include "check.h"
 #include "meeting.h"
 
 #include <climits>
 #include <cstring>
+#include <limits>
+#include <map>
+#include <tuple>
 #include <utility>
 
 namespace {
 
-constexpr int kDone = 1;
-constexpr int kRefused = 0;
-
-struct Call
-{
-    const char* text;
-    int (*invoke)(Module& zr, void* s, void* p);
-    int whenScreenIsBad;
-};
+using zr::Kind;
+using zr::Use;
 
 void* unreadable()
 {
     return reinterpret_cast<void*>(uintptr_t{0x10});
 }
-
-tagRECT g_area{0, 0, 640, 360};
-
-void* picture()
-{
-    static Picture red(320, 180, kRed);
-    return &red.frame;
-}
-
-bool isUnset(const ZRRect& rect)
-{
-    return rect.left == 0 && rect.top == 0 && rect.right == -1 && rect.bottom == -1;
-}
-
-// CALL(whenScreenIsBad, call of `zr` with the screen `s` and the participant `p`)
-// clang-format off
-#define CALL(whenScreenIsBad, ...)                                                                 \
-    {#__VA_ARGS__,                                                                                 \
-     [](Module& zr, void* s, [[maybe_unused]] void* p) -> int { return __VA_ARGS__; },             \
-     whenScreenIsBad}
-// clang-format on
-
-/// Every export that takes a participant.
-const Call kParticipantCalls[] = {
-    CALL(kRefused, zr.PlayFrame(s, p, picture())),
-    CALL(kRefused, zr.SetPersonInfo(s, p, false, 1, text("name"), 0)),
-    CALL(kRefused, zr.SetMute(s, p, 1)),
-    CALL(kRefused, zr.SetVolume(s, p, 50)),
-    CALL(kRefused, zr.Preview(s, p, true)),
-    CALL(kRefused, zr.SetPersonHandUp(s, p, true)),
-    CALL(kRefused, zr.LockLook(s, p, 1)),
-    CALL(kRefused, zr.AllLook(s, p, 1)),
-    CALL(kRefused, zr.DelPerson(s, p, false)),
-};
-
-/// Every export that takes a screen and no participant.
-const Call kScreenCalls[] = {
-    CALL(kRefused, zr.SetParent(s, nullptr)),
-    CALL(kRefused, zr.MoveWindow(s, &g_area, 0)),
-    CALL(kRefused, zr.ExitMeeting(s)),
-    CALL(kRefused, zr.AddPerson(s, text("bad"), text("bad"), 1, 0, nullptr) ? kDone : kRefused),
-    CALL(kRefused, zr.JoinMeetingFinish(s, true)),
-    CALL(kRefused, zr.UpdateUserNetStatus(s, text("u1"), 1, false, 5)),
-    CALL(kRefused, zr.ChangeLayout(s, eLayoutEqualCut, {{0, "u1"}})),
-    CALL(kRefused, zr.GetCurMode(s)),
-    CALL(kRefused, zr.ReOrder(s, true)),
-    CALL(kRefused, zr.FocusByUserID(s, text("u1"), false)),
-    CALL(kRefused, zr.SetActivateUser(s, text("u1"))),
-    CALL(kRefused, zr.SetCurrentSpeakingPerson(s, "u1")),
-    CALL(kDone, zr.SetVoiceActivate(s, false)),
-    CALL(kRefused, zr.SetSupport9EqualCut(s, false)),
-    CALL(kRefused, zr.SetSupport16EqualCut(s, false)),
-    CALL(kRefused, zr.SetOpenPollingPage(s, false, 10)),
-    CALL(kRefused, zr.SetLayoutCtrl(s, false, false, -1, -1, false)),
-    CALL(kRefused, zr.SetHideNoCameraWnd(s, true)),
-    CALL(kRefused, zr.IsPersonVisible(s, text("u1"))),
-    CALL(kRefused, zr.SetHideSmallWidget(s, false)),
-    CALL(kRefused, zr.ShowSmallWnd(s, true, false)),
-    CALL(kRefused, zr.GetSmallWndID(s)),
-    CALL(kRefused, zr.IsPersonVisibleInSmallWnd(s, text("u1"))),
-    CALL(kRefused, zr.SetShareSponsor(s, "u1")),
-    CALL(kRefused, zr.PopSelfShareWnd(s, false, false)),
-    CALL(kRefused, zr.SetIsCloseWhiteBoard(s)),
-    CALL(kRefused, isUnset(zr.GetShareWgtPos(s)) ? kRefused : kDone),
-    CALL(kDone, zr.SetPauseShareWindow(s, false)),
-    CALL(kRefused, zr.SetExtendScreen(s, false, false)),
-    CALL(kRefused, zr.SetVideoToolbarStatus(s, &g_area, false)),
-    CALL(kRefused, zr.IsMouseOnBtnMore(s)),
-    CALL(kDone, zr.ClearMoreMenuPtr(s)),
-    CALL(kRefused, zr.OpenSubtitle(s, false)),
-    CALL(kRefused, zr.ClearSubtitles(s)),
-    CALL(kRefused, zr.AddSentence(s, 1, 0, text("Ann"), text("Hello"))),
-};
-#undef CALL
-
-/// Memory that looks like nothing the library ever made.
-struct Foreign
-{
-    uint64_t words[64];
-    Foreign() { std::memset(words, 0x5a, sizeof words); }
-};
 
 /// Runs `body` on this thread, or on another one while this thread runs its event loop.
 void runOn(bool otherThread, const std::function<void()>& body)
@@ -113,90 +29,351 @@ void runOn(bool otherThread, const std::function<void()>& body)
         body();
 }
 
-/// Every refusal says what failed; that of a preview with a deleted handle is the one that does
-/// not.
-bool isRefusal(const std::string& log)
+enum class Verdict
 {
-    return log.find("failed") != std::string::npos
-           || log.find("iter != pScreen->mapHadDelPlay.end()") != std::string::npos;
-}
+    Refused, ///< and logged
+    Quiet,   ///< refused without a line
+    Taken,
+    Either
+};
 
-/// A meeting in a small window, with one participant.
-struct SmallMeeting
+/// A value that nobody should pass.
+template<typename T>
+struct Hostile
 {
+    std::string what;
+    T value;
+    Verdict verdict;
+};
+
+/// How an argument is passed here: a reference as a pointer, so that it can be a wrong one.
+template<typename T>
+using Passed = std::conditional_t<std::is_reference_v<T>, std::add_pointer_t<T>, T>;
+
+/// A participant in a small window, an extended screen and a control of each kind; and as many
+/// that are gone.
+class Victim
+{
+public:
+    Victim()
+    {
+        open(live);
+        live[Kind::Screen] = meeting.screen;
+        live[Kind::Play] = meeting.join(1);
+        open(gone); // while the others live, so that none has the address of another
+        gone[Kind::Play] = meeting.join(2);
+        gone[Kind::Screen] = zr.Init(nullptr, nullptr);
+        for (const auto& [kind, handle] : gone)
+            giveBack(kind, handle);
+        pump(50);
+    }
+    ~Victim()
+    {
+        for (const auto& [kind, handle] : live) {
+            if (kind != Kind::Screen && kind != Kind::Play)
+                giveBack(kind, handle);
+        }
+    }
+    Victim(const Victim&) = delete;
+    Victim& operator=(const Victim&) = delete;
+
+    /// Calls every export with everything that is wrong for one of its arguments while the others
+    /// are right: with what is to be refused, or with the rest.
+    void attack(bool refused);
+    /// Releases the screen and goes on with another one.
+    void reopen();
+
     const NativeWindow window{640, 360};
     Meeting meeting{&window, 640, 360};
     Module& zr = meeting.zr;
-    void* const s = meeting.screen;
-    void* const ann = meeting.join(1);
+    std::map<Kind, void*> live;
+    std::map<Kind, void*> gone;
     LogCapture log;
 
-    /// Another one, who has left: the handle is stale.
-    [[nodiscard]] void* deleted()
+private:
+    void open(std::map<Kind, void*>& handles);
+    /// Gives an extended screen its participant.
+    void bind(void* ext) const;
+    void giveBack(Kind kind, void* handle) const;
+    template<typename T>
+    T right(const zr::Argument& argument);
+    template<typename T>
+    std::vector<Hostile<T>> wrong(const zr::Argument& argument);
+    std::vector<Hostile<void*>> wrongHandles(const zr::Argument& argument);
+    template<typename Result, typename... Arguments>
+    void attackExport(const zr::Export& row, Result(ZR_CALL* function)(Arguments...))
     {
-        void* const bob = meeting.join(2);
-        CHECK_EQUAL(zr.DelPerson(s, bob, false), 1);
-        pump(50);
-        return bob;
+        attackExport(row, function, std::index_sequence_for<Arguments...>());
     }
-    void check(const Call& call, void* screen, void* play, int expected, const char* kind)
-    {
-        const std::string row = std::string(call.text) + ", " + kind;
-        (void)log.take();
-        CHECK_ROW(call.invoke(zr, screen, play) == expected, row);
-        // What is answered as done was not refused.
-        if (expected == kRefused)
-            CHECK_ROW(isRefusal(log.take()), "log of " + row);
-    }
+    template<typename Result, typename... Arguments, std::size_t... at>
+    void attackExport(const zr::Export& row, Result(ZR_CALL* function)(Arguments...),
+                      std::index_sequence<at...>);
+    template<typename T, typename Call>
+    void attackArgument(const zr::Export& row, std::size_t at, const Call& call);
+
+    bool m_refused = true;
+    Picture m_picture{320, 180, kRed};
+    EndlessText m_endless;
+    uint64_t m_foreign[64];
+    std::string m_long = std::string(100000, 'n');
+    std::string m_tooLong = std::string(1024 * 1024 + 1, 'n');
+    // One long side at a time: both would be gigabytes of picture.
+    tagRECT m_areas[5] = {{0, 0, 100, 60},
+                          {INT_MIN, 0, INT_MAX, 60},
+                          {0, INT_MIN, 60, INT_MAX},
+                          {-1, -1, INT_MAX, -1},
+                          {INT_MAX / 3, INT_MAX / 3, INT_MIN, INT_MIN}};
+    tagPOINT m_points[2] = {{10, 10}, {INT_MAX, INT_MIN}};
+    std::map<int, std::string> m_orders[2] = {{{0, "u1"}},
+                                              {{INT_MIN, "u1"}, {0, ""}, {INT_MAX, m_long}}};
+    __WTMark_Info m_watermarks[2] = {{true, 1, "Ann", "1", "a@b.c"},
+                                     {true, INT_MIN, m_tooLong, "1", "a@b.c"}};
+    char m_id[3] = "u1";
+    char m_buffer[64] = "";
+    int m_length = sizeof m_buffer;
 };
 
-void refuseScreens(bool otherThread)
+void Victim::open(std::map<Kind, void*>& handles)
 {
-    SmallMeeting m;
-    void* const released = m.zr.Init(nullptr, nullptr);
-    REQUIRE(released != nullptr);
-    m.zr.Release(released);
-    Foreign foreign;
-    const std::pair<const char*, void*> screens[] = {
-        {"null", nullptr},      {"unreadable", unreadable()},
-        {"released", released}, {"foreign", &foreign},
-        {"play handle", m.ann}, {"misaligned", static_cast<char*>(m.s) + 1}};
-    runOn(otherThread, [&] {
-        for (const auto& [kind, screen] : screens) {
-            for (const Call& call : kScreenCalls)
-                m.check(call, screen, nullptr, call.whenScreenIsBad, kind);
-            for (const Call& call : kParticipantCalls)
-                m.check(call, screen, m.ann, call.whenScreenIsBad, kind);
-            m.zr.Release(screen);
-        }
-    });
-    pump(50);
-    CHECK_EQUAL(m.zr.IsPersonVisible(m.s, text("u1")), 1);
-    CHECK_EQUAL(m.zr.IsPersonVisible(m.s, text("bad")), 0);
+    std::memset(m_foreign, 0x5a, sizeof m_foreign);
+    const HWND parent = window.hwnd();
+    const zr::Exports& api = zr.exports;
+    handles[Kind::LineEdit] = api.ZRCtrl.QLineEdit_Init(parent, m_areas, "");
+    handles[Kind::TextBox] = api.ZRCtrl.QTextEdit_Init(parent, m_areas, 1, 2, 3);
+    handles[Kind::DatePicker] = api.ZRScreenDate.Init(parent, nullptr);
+    void* const ext = handles[Kind::Ext] = api.ZRScreenExt.Init(parent, nullptr);
+    for (const auto& [kind, handle] : handles)
+        REQUIRE(handle != nullptr);
+    bind(ext);
 }
 
-void refuseParticipants(bool otherThread)
+void Victim::bind(void* ext) const
 {
-    SmallMeeting m;
-    Foreign foreign;
-    const std::pair<const char*, void*> plays[] = {
-        {"null", nullptr},     {"unreadable", unreadable()}, {"deleted", m.deleted()},
-        {"foreign", &foreign}, {"screen handle", m.s},
-    };
-    runOn(otherThread, [&] {
-        for (const auto& [kind, play] : plays) {
-            for (const Call& call : kParticipantCalls)
-                m.check(call, m.s, play, kRefused, kind);
+    CHECK_EQUAL(zr.exports.ZRScreenExt.SetPersonInfo(ext, ext, "u1", false, 0, "Ann", 0), 1);
+}
+
+void Victim::reopen()
+{
+    zr.Release(meeting.screen);
+    gone[Kind::Screen] = meeting.screen;
+    gone[Kind::Play] = live[Kind::Play];
+    live[Kind::Screen] = meeting.screen = zr.Init(window.hwnd(), meeting.inbox.notify());
+    REQUIRE(meeting.screen != nullptr);
+    CHECK_EQUAL(zr.JoinMeetingFinish(meeting.screen, true), 1);
+    live[Kind::Play] = meeting.join(1);
+}
+
+void Victim::giveBack(Kind kind, void* handle) const
+{
+    zr.exports.forEach([&](const zr::Export& row, auto function) {
+        if constexpr (std::is_same_v<decltype(function), decltype(&::ZRScreen_Release)>) {
+            if (row.arguments[0].kind == kind && row.arguments[0].use == Use::Ends)
+                function(handle);
         }
     });
-    pump(50);
-    CHECK_EQUAL(m.zr.IsPersonVisible(m.s, text("u1")), 1);
+    if (kind == Kind::Play)
+        CHECK_EQUAL(zr.DelPerson(meeting.screen, handle, false), 1);
+}
+
+template<typename T>
+T Victim::right(const zr::Argument& argument)
+{
+    if constexpr (std::is_same_v<T, HWND>) {
+        if (argument.kind == Kind::Window)
+            return window.hwnd();
+    }
+    if constexpr (std::is_same_v<T, void*>)
+        return argument.kind == Kind::Picture     ? &m_picture.frame
+               : argument.kind == Kind::HostValue ? hostValue(1)
+                                                  : live.at(argument.kind);
+    else if constexpr (zr::table::isText<T>)
+        return argument.kind == Kind::Buffer ? m_buffer : m_id;
+    else if constexpr (std::is_same_v<T, std::string>)
+        return "u1";
+    else if constexpr (std::is_same_v<T, tagRECT*>)
+        return m_areas;
+    else if constexpr (std::is_same_v<T, tagPOINT*>)
+        return m_points;
+    else if constexpr (std::is_same_v<T, const std::map<int, std::string>*>)
+        return m_orders;
+    else if constexpr (std::is_same_v<T, const __WTMark_Info*>)
+        return m_watermarks;
+    else if constexpr (std::is_same_v<T, int*>)
+        return &m_length;
+    else if constexpr (std::is_arithmetic_v<T> || std::is_enum_v<T>)
+        return static_cast<T>(std::max(argument.least, 0LL));
+    else
+        return nullptr; // a notification function
+}
+
+std::vector<Hostile<void*>> Victim::wrongHandles(const zr::Argument& argument)
+{
+    void* const own = live.at(argument.kind);
+    std::vector<Hostile<void*>> rows{{"foreign", m_foreign, Verdict::Refused},
+                                     {"misaligned", static_cast<char*>(own) + 1, Verdict::Refused}};
+    if (gone.at(argument.kind) != own) // which may have got the old address
+        rows.push_back({"gone", gone.at(argument.kind), Verdict::Refused});
+    for (const auto& [kind, handle] : live) {
+        if (kind != argument.kind)
+            rows.push_back({"of another kind", handle, Verdict::Refused});
+    }
+    return rows;
+}
+
+template<typename T>
+std::vector<Hostile<T>> Victim::wrong(const zr::Argument& argument)
+{
+    // An id that is odd is only nobody's.
+    const Verdict odd = argument.kind == Kind::UserId ? Verdict::Either : Verdict::Taken;
+    std::vector<Hostile<T>> rows;
+    if constexpr (std::is_same_v<T, HWND>) {
+        if (argument.kind == Kind::Window)
+            return {{"no window", reinterpret_cast<HWND>(uintptr_t{0x7ffffff0}),
+                     argument.checked ? Verdict::Refused : Verdict::Either}};
+    }
+    if constexpr (std::is_pointer_v<T> && !std::is_same_v<T, const std::map<int, std::string>*>) {
+        if (argument.kind == Kind::Buffer)
+            return {}; // what cannot be written is too small
+        if (argument.kind == Kind::HostValue)
+            return {{"unreadable", reinterpret_cast<T>(unreadable()), Verdict::Taken}};
+        rows.push_back({"null", nullptr,
+                        isQuietWhenNull(argument) ? Verdict::Quiet
+                        : argument.required       ? Verdict::Refused
+                                                  : odd});
+        rows.push_back({"unreadable", reinterpret_cast<T>(unreadable()), Verdict::Refused});
+    }
+    if constexpr (std::is_same_v<T, void*>) {
+        if (isHandle(argument.kind)) {
+            for (const Hostile<T>& row : wrongHandles(argument))
+                rows.push_back(row);
+        }
+    } else if constexpr (zr::table::isText<T>) {
+        rows.push_back({"without an end", m_endless.text(), Verdict::Refused});
+        rows.push_back({"too long", text(m_tooLong), Verdict::Refused});
+        rows.push_back({"long", text(m_long), odd});
+        static char invalid[] = "\xff\xfe\xc0\xed\xa0\x80\xf8";
+        rows.push_back({"invalid", invalid, odd});
+    } else if constexpr (std::is_same_v<T, std::string>) {
+        for (const std::string& id : {std::string(), std::string("\xff\xfe\xc0"), m_tooLong})
+            rows.push_back({"odd", id, Verdict::Taken});
+    } else if constexpr (std::is_same_v<T, tagRECT*>) {
+        for (tagRECT* area = m_areas + 1; area != std::end(m_areas); ++area)
+            rows.push_back({"extreme", area, Verdict::Taken});
+    } else if constexpr (std::is_same_v<T, tagPOINT*>) {
+        rows.push_back({"extreme", m_points + 1, Verdict::Taken});
+    } else if constexpr (std::is_same_v<T, const std::map<int, std::string>*>) {
+        rows.push_back({"extreme", m_orders + 1, Verdict::Taken});
+    } else if constexpr (std::is_same_v<T, const __WTMark_Info*>) {
+        rows.push_back({"too long", m_watermarks + 1, Verdict::Refused});
+    } else if constexpr (std::is_enum_v<T> || (std::is_signed_v<T> && std::is_arithmetic_v<T>)) {
+        using Number = std::conditional_t<std::is_enum_v<T>, int, T>;
+        using Limits = std::numeric_limits<Number>;
+        for (const Number n :
+             {Limits::min(), Number(-1), Number(15), Number(1000), Limits::max()}) {
+            const bool outside = n < argument.least || n > argument.most;
+            rows.push_back({std::to_string(n), static_cast<T>(n),
+                            argument.checked && outside ? Verdict::Refused : Verdict::Taken});
+        }
+    }
+    return rows;
+}
+
+/// Whether an answer is that of a refused call.
+bool isRefused(const zr::Answer& row, int answer)
+{
+    return answer == row.whenRefused;
+}
+bool isRefused(const zr::Answer&, const void* answer)
+{
+    return !answer;
+}
+bool isRefused(const zr::Answer& row, const ZRRect& answer)
+{
+    return answer.left == 0 && answer.top == 0 && answer.right == row.whenRefused
+           && answer.bottom == row.whenRefused;
+}
+
+/// Every refusal says what failed, in one of these words.
+bool saysRefused(const std::string& log)
+{
+    for (const char* const word :
+         {"failed", "refused", "== nullptr", "iter != pScreen->mapHadDelPlay.end()"}) {
+        if (log.find(word) != std::string::npos)
+            return true;
+    }
+    return false;
+}
+
+template<typename T, typename Call>
+void Victim::attackArgument(const zr::Export& row, std::size_t at, const Call& call)
+{
+    const zr::Argument& argument = row.arguments[at];
+    for (const Hostile<T>& hostile : wrong<T>(argument)) {
+        const bool ignored = argument.use == Use::Ignored;
+        const Verdict verdict = ignored ? Verdict::Taken : hostile.verdict;
+        if ((verdict == Verdict::Refused || verdict == Verdict::Quiet) != m_refused)
+            continue;
+        const std::string name =
+            row.name + std::string(", argument ") + std::to_string(at + 1) + " " + hostile.what;
+        (void)log.take();
+        const bool refused = call(hostile.value);
+        if (verdict == Verdict::Taken && row.answer.kind == Kind::Done)
+            CHECK_ROW(!refused || row.answer.whenRefused == 1, name);
+        if (!m_refused)
+            continue;
+        CHECK_ROW(refused, name);
+        // Behind what was posted.
+        (void)zr.exports.ZRCtrl.QLineEdit_GetText(live.at(Kind::LineEdit), nullptr, m_length);
+        if (verdict == Verdict::Refused)
+            CHECK_ROW(saysRefused(log.take()), "log of " + name);
+    }
+}
+
+template<typename Result, typename... Arguments, std::size_t... at>
+void Victim::attackExport(const zr::Export& row, Result(ZR_CALL* function)(Arguments...),
+                          std::index_sequence<at...>)
+{
+    const auto call = reinterpret_cast<Result(ZR_CALL*)(Passed<Arguments>...)>(
+        reinterpret_cast<void (*)()>(function));
+    [[maybe_unused]] const auto attackAt = [&](auto place) {
+        constexpr std::size_t index = decltype(place)::value;
+        using Values = std::tuple<Passed<Arguments>...>;
+        using Value = std::tuple_element_t<index, Values>;
+        attackArgument<Value>(row, index, [&](const Value& hostile) {
+            Values values{right<Passed<Arguments>>(row.arguments[at])...};
+            std::get<index>(values) = hostile;
+            if constexpr (std::is_void_v<Result>) {
+                std::apply(call, values);
+                return true;
+            } else {
+                const Result answer = std::apply(call, values);
+                if constexpr (std::is_same_v<Result, void*>) {
+                    if (answer && row.answer.kind != Kind::Play)
+                        giveBack(row.answer.kind, answer);
+                }
+                return isRefused(row.answer, answer);
+            }
+        });
+    };
+    (attackAt(std::integral_constant<std::size_t, at>()), ...);
+}
+
+void Victim::attack(bool refused)
+{
+    m_refused = refused;
+    zr.exports.forEach([this](const zr::Export& row, auto function) {
+        bind(live.at(Kind::Ext)); // whatever the calls before have made of it
+        attackExport(row, function);
+    });
 }
 
 /// With the log text of each check, in the order of the checks.
-void refuseFrames(SmallMeeting& m, void* deleted)
+void refuseFrames(Victim& m)
 {
     Module& zr = m.zr;
+    void* const s = m.live[Kind::Screen];
+    void* const ann = m.live[Kind::Play];
+    void* const deleted = m.gone[Kind::Play];
     Picture good(320, 180, kRed);
     const struct
     {
@@ -204,11 +381,11 @@ void refuseFrames(SmallMeeting& m, void* deleted)
         const char* logged;
     } calls[] = {
         {nullptr, nullptr, nullptr, "IsVaildScreenHandle failed"},
-        {m.s, nullptr, nullptr, "hPlay == nullptr failed"},
-        {m.s, m.ann, nullptr, "pWin32Frame == nullptr failed"},
-        {m.s, deleted, &good.frame, "iter != pScreen->mapHadDelPlay.end() failed"},
-        {m.s, unreadable(), &good.frame, "IsBadReadPtr(pPlay, sizeof(ST_ZRPlayHdl)) failed"},
-        {m.s, m.ann, unreadable(), "failed"},
+        {s, nullptr, nullptr, "hPlay == nullptr failed"},
+        {s, ann, nullptr, "pWin32Frame == nullptr failed"},
+        {s, deleted, &good.frame, "iter != pScreen->mapHadDelPlay.end() failed"},
+        {s, unreadable(), &good.frame, "IsBadReadPtr(pPlay, sizeof(ST_ZRPlayHdl)) failed"},
+        {s, ann, unreadable(), "failed"},
     };
     for (const auto& call : calls) {
         (void)m.log.take();
@@ -222,7 +399,7 @@ void refuseFrames(SmallMeeting& m, void* deleted)
         frame.pData = static_cast<const uint8_t*>(data);
         frame.width = width;
         frame.height = height;
-        return zr.PlayFrame(m.s, m.ann, &frame);
+        return zr.PlayFrame(s, ann, &frame);
     };
     const uint8_t* const data = good.frame.pData;
     const struct
@@ -243,126 +420,50 @@ void refuseFrames(SmallMeeting& m, void* deleted)
     };
     for (const auto& bad : pictures) {
         // A refused picture is logged once until a good one comes.
-        CHECK_EQUAL(zr.PlayFrame(m.s, m.ann, &good.frame), 1);
+        CHECK_EQUAL(zr.PlayFrame(s, ann, &good.frame), 1);
         const std::string row = std::to_string(bad.width) + "x" + std::to_string(bad.height);
         (void)m.log.take();
         CHECK_ROW(play(bad.data, bad.width, bad.height) == 0, row);
         CHECK_ROW(!m.log.take().empty(), "log of " + row);
     }
-    CHECK_EQUAL(zr.PlayFrame(m.s, m.ann, &good.frame), 1);
+    CHECK_EQUAL(zr.PlayFrame(s, ann, &good.frame), 1);
     // The smallest picture, whose last row ends right before unreadable memory.
     CHECK_EQUAL(play(endless.text() + endless.size() - 3, 1, 1), 1);
 }
 
 } // namespace
 
-ZR_CASE(refusal, badScreens)
+ZR_CASE(refusal, whatIsWrongIsRefusedAndNothingIsLost)
 {
-    refuseScreens(false);
-    refuseScreens(true);
-}
-
-ZR_CASE(refusal, badParticipants)
-{
-    refuseParticipants(false);
-    refuseParticipants(true);
-}
-
-ZR_CASE(refusal, releasedScreenTakesItsHandlesAlong)
-{
-    SmallMeeting m;
-    m.zr.Release(m.s);
-    m.meeting.screen = m.zr.Init(m.window.hwnd(), m.meeting.inbox.notify());
-    REQUIRE(m.meeting.screen != nullptr);
-    for (const Call& call : kParticipantCalls) {
-        m.check(call, m.meeting.screen, m.ann, kRefused, "handle of a released screen");
-        // The old address may have been given to the new screen; only another one is stale.
-        if (m.s != m.meeting.screen)
-            m.check(call, m.s, m.ann, kRefused, "released screen");
-    }
-    m.zr.Release(m.meeting.screen);
-    m.zr.Release(std::exchange(m.meeting.screen, nullptr)); // twice
-}
-
-ZR_CASE(refusal, badFrames)
-{
-    SmallMeeting m;
-    CHECK(pumpUntil([&] { return m.meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 1) > 0; }));
-    void* const deleted = m.deleted();
-    refuseFrames(m, deleted);
-    runOn(true, [&] { refuseFrames(m, deleted); });
-}
-
-ZR_CASE(refusal, badStringsFunctionsAndRectangles)
-{
-    SmallMeeting m;
-    auto& [window, meeting, zr, s, ann, log] = m;
-    const EndlessText endless;
-    for (char* const bad : {static_cast<char*>(unreadable()), endless.text()}) {
-        CHECK(zr.AddPerson(s, bad, text("x"), 1, 0, nullptr) == nullptr);
-        CHECK(zr.AddPerson(s, text("y"), bad, 1, 0, nullptr) == nullptr);
-        CHECK_EQUAL(zr.SetPersonInfo(s, ann, false, 0, bad, 0), 0);
-        CHECK_EQUAL(zr.UpdateUserNetStatus(s, bad, 1, false, 5), 0);
-        CHECK_EQUAL(zr.FocusByUserID(s, bad, false), 0);
-        CHECK_EQUAL(zr.SetActivateUser(s, bad), 0);
-        CHECK_EQUAL(zr.IsPersonVisible(s, bad), 0);
-        CHECK_EQUAL(zr.IsPersonVisibleInSmallWnd(s, bad), 0);
-        CHECK_EQUAL(zr.AddSentence(s, 1, 0, bad, text("x")), 0);
-        CHECK_EQUAL(zr.AddSentence(s, 1, 0, text("x"), bad), 0);
-    }
-    // Null is an empty string, but an id must be there.
-    CHECK(zr.AddPerson(s, nullptr, text("x"), 1, 0, nullptr) == nullptr);
-    CHECK(zr.AddPerson(s, text("u7"), nullptr, 7, 0, nullptr) != nullptr);
-    CHECK_EQUAL(zr.SetPersonInfo(s, ann, false, 0, nullptr, 0), 1);
-    CHECK_EQUAL(zr.FocusByUserID(s, nullptr, false), 1);
-    CHECK_EQUAL(zr.SetActivateUser(s, nullptr), 1);
-    CHECK_EQUAL(zr.AddSentence(s, 2, 0, nullptr, nullptr), 1);
-    CHECK_EQUAL(zr.IsPersonVisible(s, nullptr), 0);
-    // Text that is no UTF-8, and a long one.
-    CHECK(zr.AddPerson(s, text("\xff\xfe\xc0"), text("\xed\xa0\x80\xf8"), 8, 0, nullptr)
-          != nullptr);
-    const std::string longName(100000, 'n');
-    CHECK(zr.AddPerson(s, text("u9"), text(longName), 9, 0, nullptr) != nullptr);
-
-    CHECK(zr.Init(nullptr, reinterpret_cast<ZRNotify>(unreadable())) == nullptr);
-    for (void* const bad : {static_cast<void*>(nullptr), unreadable()}) {
-        CHECK_EQUAL(zr.MoveWindow(s, static_cast<tagRECT*>(bad), 0), 0);
-        CHECK_EQUAL(zr.SetVideoToolbarStatus(s, static_cast<tagRECT*>(bad), true), 0);
-    }
+    Victim m;
+    Meeting& meeting = m.meeting;
+    Module& zr = m.zr;
     pump(100);
-    CHECK_EQUAL(zr.IsPersonVisible(s, text("u1")), 1);
-    CHECK_EQUAL(zr.IsPersonVisible(s, text("u9")), 1);
-    CHECK_EQUAL(zr.IsPersonVisible(s, text("x")), 0);
+    const int added = meeting.inbox.count(ZRMSG_PERSON_INFO_UPDATED);
+    const auto attackTwice = [&m] {
+        for (const bool otherThread : {false, true})
+            runOn(otherThread, [&] { m.attack(true); });
+    };
+    attackTwice();
+    CHECK_EQUAL(meeting.inbox.count(ZRMSG_PERSON_INFO_UPDATED), added);
+    CHECK_EQUAL(zr.GetCurMode(meeting.screen), int{eLayoutEqualCut});
+    // A released screen takes its handles along.
+    m.reopen();
+    attackTwice();
+    CHECK_EQUAL(zr.IsPersonVisible(meeting.screen, text("u1")), 1);
+    void* const s = std::exchange(meeting.screen, nullptr);
+    for (int i = 0; i < 2; ++i)
+        zr.Release(s);
 }
 
-ZR_CASE(refusal, hugeNumbersDoNoHarm)
+ZR_CASE(refusal, whatIsOddDoesNoHarm)
 {
-    SmallMeeting m;
-    auto& [window, meeting, zr, s, ann, log] = m;
-    for (const int n : {INT_MIN, -1, 0, 15, 1000, INT_MAX}) {
-        zr.ChangeLayout(s, static_cast<eLayoutType>(n), {{n, "u1"}, {INT_MAX, ""}});
-        CHECK_EQUAL(zr.SetVolume(s, ann, n), 1);
-        CHECK_EQUAL(zr.SetMute(s, ann, n), 1);
-        CHECK_EQUAL(zr.SetPersonInfo(s, ann, false, n, text("P"), n), 1);
-        zr.UpdateUserNetStatus(s, text("u1"), n, true, n);
-        CHECK_EQUAL(zr.AddSentence(s, n, n, text("a"), text("b")), 1);
-        CHECK_EQUAL(zr.SetOpenPollingPage(s, true, n), 1);
-        CHECK_EQUAL(zr.SetLayoutCtrl(s, true, true, n, n, true), 1);
-        zr.LockLook(s, ann, n);
-        zr.AllLook(s, ann, n);
-        // One long side at a time: both would be gigabytes of picture.
-        tagRECT areas[] = {{INT_MIN, 0, n, 60},
-                           {0, INT_MIN, 60, n},
-                           {n, n, INT_MAX, n},
-                           {INT_MAX, INT_MAX, INT_MIN, INT_MIN}};
-        for (tagRECT& area : areas) {
-            CHECK_EQUAL(zr.SetVideoToolbarStatus(s, &area, true), 1);
-            if (area.left < INT_MAX / 2)
-                CHECK_EQUAL(zr.MoveWindow(s, &area, n), 1);
-            pump(5);
-        }
-        pump(20);
-    }
+    Victim m;
+    Meeting& meeting = m.meeting;
+    Module& zr = m.zr;
+    void* const s = meeting.screen;
+    m.attack(false);
+    pump(100);
     // Join times are made unique by counting up, and there is nothing above the highest.
     for (int i = 0; i < 3; ++i) {
         CHECK(zr.AddPerson(s, text("max" + std::to_string(i)), text("P"), LLONG_MAX, i, nullptr));
@@ -370,11 +471,27 @@ ZR_CASE(refusal, hugeNumbersDoNoHarm)
     }
     CHECK_EQUAL(zr.SetOpenPollingPage(s, false, 10), 1);
     CHECK_EQUAL(zr.SetLayoutCtrl(s, false, false, -1, -1, false), 1);
-    zr.AllLook(s, ann, 0);
-    zr.LockLook(s, ann, 0);
+    CHECK_EQUAL(zr.AllLook(s, m.live[Kind::Play], 0), 1);
+    CHECK_EQUAL(zr.SetParent(s, m.window.hwnd()), 1);
+    CHECK_EQUAL(zr.JoinMeetingFinish(s, true), 1);
     meeting.moveTo(640, 360);
     CHECK_EQUAL(zr.SetSupport9EqualCut(s, true), 1);
-    REQUIRE(meeting.changeMode(eLayoutEqualCut));
-    CHECK(pumpUntil([&] { return m.zr.IsPersonVisible(m.s, text("max2")) == 1; }));
-    CHECK_EQUAL(zr.IsPersonVisible(s, text("min0")), 1);
+    REQUIRE(meeting.changeMode(eLayoutGrid16));
+    CHECK(pumpUntil([&] { return zr.IsPersonVisible(s, text("max2")) == 1; }));
+    for (const char* const id : {"u1", "min0"})
+        CHECK_ROW(zr.IsPersonVisible(s, text(id)) == 1, id);
+    // The edit still works.
+    void* const edit = m.live[Kind::LineEdit];
+    zr.exports.ZRCtrl.QLineEdit_SetInputRexp(edit, nullptr);
+    zr.exports.ZRCtrl.QLineEdit_SetText(edit, "");
+    int length = 0;
+    CHECK_EQUAL(zr.exports.ZRCtrl.QLineEdit_GetText(edit, nullptr, length), 0);
+}
+
+ZR_CASE(refusal, badFrames)
+{
+    Victim m;
+    CHECK(pumpUntil([&] { return m.meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 1) > 0; }));
+    for (const bool otherThread : {false, true})
+        runOn(otherThread, [&] { refuseFrames(m); });
 }

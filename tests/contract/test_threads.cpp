@@ -38,19 +38,6 @@ private:
     std::vector<std::thread> m_threads;
 };
 
-struct Watermark
-{
-    explicit Watermark(const Module& module)
-        : setInfo(reinterpret_cast<decltype(setInfo)>(module.find("ZRScreenWtmark_SetInfo")))
-        , setEnabled(
-              reinterpret_cast<decltype(setEnabled)>(module.find("ZRScreenWtmark_SetEnabled")))
-    {
-        REQUIRE(setInfo != nullptr && setEnabled != nullptr);
-    }
-    void(ZR_CALL* setInfo)(const __WTMark_Info*); // in place of a reference: may be null
-    decltype(&ZRScreenWtmark_SetEnabled) setEnabled;
-};
-
 /// A participant whose frames come from a thread of its own. The host's side of the bargain: no
 /// frame is under way while the handle is given back.
 struct Source
@@ -266,14 +253,13 @@ ZR_CASE(threads, panelsTakeCallsFromAnyThread)
     {
         const Module early;
         const __WTMark_Info info{true, 2, std::string(10000, 'x'), {}, "a@b.c"};
-        std::thread([&] { Watermark(early).setInfo(&info); }).join();
+        std::thread([&] { early.exports.ZRScreenWtmark.SetInfo(info); }).join();
         pump(20);
     }
     const NativeWindow window(1280, 720);
     Meeting meeting(&window);
     Module& zr = meeting.zr;
-    const Watermark watermark(zr);
-    watermark.setInfo(nullptr); // refused
+    const zr::WatermarkExports& watermark = zr.exports.ZRScreenWtmark;
     meeting.join(1);
     CHECK(zr.AddPerson(meeting.screen, text("sharescreen_1"), text(""), 99, 0, nullptr) != nullptr);
     Workers workers;
@@ -282,8 +268,8 @@ ZR_CASE(threads, panelsTakeCallsFromAnyThread)
             for (int i = 0; i < 200 && !workers.stop; ++i) {
                 const __WTMark_Info info{i % 2 == 0, t + 1, std::string(10000, 'x'), "1234567",
                                          std::string(10000, 'y')};
-                watermark.setInfo(&info);
-                watermark.setEnabled(i % 3 == 0);
+                watermark.SetInfo(info);
+                watermark.SetEnabled(i % 3 == 0);
                 const std::string sentence(i % 50 == 0 ? 100000 : size_t(i) % 80, 'z');
                 zr.AddSentence(meeting.screen, i * 7 % 100 - 30, i - 100, text("Alice"),
                                text(sentence));
