@@ -57,9 +57,20 @@ if [[ -z $footage ]]; then
     echo "The footage could not be fetched (build/footage.log): drawn pictures take its place."
 fi
 
-# The real footage of a participant, at a size; a drawn picture where there is none.
+# The real footage of a participant, at a size, in the module's colours; a drawn picture where there
+# is none.
 footage_source() {
-    [[ -n $footage ]] && echo "video@$1:$PWD/$footage" || echo "synthetic@$1"
+    local video=$PWD/build/footage/$1.y4m
+    [[ -n $footage ]] || {
+        echo "synthetic@$1"
+        return
+    }
+    [[ -s $video ]] || {
+        ffmpeg -nostdin -v error -y -i "$footage" -t 8 \
+            -vf "scale=${1/x/:}:out_color_matrix=bt709:out_range=tv,setsar=1" -pix_fmt yuv420p \
+            -f yuv4mpegpipe "$video.part" && mv "$video.part" "$video"
+    } >&2
+    echo "y4m:$video"
 }
 
 # A still picture of text and lines, such as somebody may share.

@@ -41,7 +41,7 @@ int Application::run()
     settings.pictureSize = m_options.pictureSize;
     settings.fps = m_options.fps;
     settings.followStreams = m_options.followStreams;
-    m_session = std::make_unique<Session>(m_api, *this, settings);
+    m_session = std::make_unique<Session>(m_exports, *this, settings);
     joinMeeting();
     scheduleScenario();
     watchInput();
@@ -61,7 +61,10 @@ void Application::loadLibrary()
     for (const std::string& candidate : candidates) {
         if (whyUnreadable(candidate).empty()) {
             m_library = std::make_unique<DynamicLibrary>(candidate);
-            m_api = ScreenApi::resolve([&](const char* name) { return m_library->symbol(name); });
+            const std::string missing =
+                m_exports.load([&](const char* name) { return m_library->symbol(name); });
+            if (!missing.empty())
+                throw HostError("the library does not export " + missing);
             return;
         }
     }
@@ -75,13 +78,14 @@ void Application::loadLibrary()
 void Application::joinMeeting()
 {
     m_session->openScreen(m_options.headless ? WindowId::None : WindowId::Main);
-    m_api.ChangeLayout(m_session->screen(), static_cast<eLayoutType>(m_options.mode), {});
+    m_exports.ZRScreen.ChangeLayout(m_session->screen(), static_cast<eLayoutType>(m_options.mode),
+                                    {});
     // The division keeps the numbers the same with every standard library.
     std::mt19937 random(m_options.seed);
     for (int number = 1; number <= m_options.participantCount(); ++number)
         m_session->add("user" + std::to_string(number), m_options.nameOf(number),
                        m_options.sourceOf(number), static_cast<int>(random() % kArrivalSpreadMs));
-    m_api.JoinMeetingFinish(m_session->screen(), true);
+    m_exports.ZRScreen.JoinMeetingFinish(m_session->screen(), true);
 }
 
 void Application::scheduleScenario()

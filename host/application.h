@@ -60,7 +60,7 @@ private:
     std::unique_ptr<HostWindow> m_main;
     std::unique_ptr<HostWindow> m_second;
     std::unique_ptr<DynamicLibrary> m_library;
-    ScreenApi m_api;
+    zr::Exports m_exports;
     std::unique_ptr<Session> m_session;
 };
 

@@ -1,6 +1,7 @@
 #include "ext_desk.h"
 
 #include "host_error.h"
+#include "host_platform.h"
 #include "native_rect.h"
 #include "session.h"
 #include "text.h"
@@ -15,23 +16,7 @@ Stage* g_extStage = nullptr;
 
 } // namespace
 
-ExtApi ExtApi::resolve(const std::function<void*(const char*)>& lookUp, std::string& missing)
-{
-    ExtApi api;
-    const auto find = [&](const char* name) {
-        void* const found = lookUp(name);
-        if (!found)
-            missing += std::string(", ") + name;
-        return found;
-    };
-#define ZRHOST_RESOLVE(name)                                                                       \
-    api.name = reinterpret_cast<decltype(api.name)>(find("ZRScreenExt_" #name));
-    ZRHOST_EXT_EXPORTS(ZRHOST_RESOLVE)
-#undef ZRHOST_RESOLVE
-    return api;
-}
-
-ExtDesk::ExtDesk(const ExtApi& api, Stage& stage)
+ExtDesk::ExtDesk(const zr::ExtExports& api, Stage& stage)
     : m_api(api)
     , m_stage(stage)
 {
@@ -44,7 +29,7 @@ ExtDesk::~ExtDesk()
     g_extStage = nullptr;
 }
 
-int ExtDesk::show(const Participant& participant)
+void ExtDesk::show(const Participant& participant)
 {
     if (!m_handle) {
         m_handle = m_api.Init(m_stage.nativeWindow(WindowId::Second), &ExtDesk::notify);
@@ -54,19 +39,17 @@ int ExtDesk::show(const Participant& participant)
     }
     // In between no picture of either may be taken for one of the other.
     m_number = 0;
-    const int result = m_api.SetPersonInfo(
-        m_handle, reinterpret_cast<void*>(static_cast<uintptr_t>(participant.number)),
-        toLocal8Bit(participant.id).c_str(), participant.self, participant.role,
-        participant.name.c_str(), participant.identity);
+    m_api.SetPersonInfo(m_handle,
+                        reinterpret_cast<void*>(static_cast<uintptr_t>(participant.number)),
+                        toLocal8Bit(participant.id).c_str(), false, 0, participant.name.c_str(), 0);
     m_number = participant.number;
     m_api.Preview(m_handle, participant.open);
-    return result;
 }
 
-int ExtDesk::clear()
+void ExtDesk::clear()
 {
     m_number = 0;
-    return m_api.SetPersonInfo(handle(), nullptr, "", false, 0, "", 0);
+    m_api.SetPersonInfo(handle(), nullptr, "", false, 0, "", 0);
 }
 
 void ExtDesk::close()

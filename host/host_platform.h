@@ -80,10 +80,4 @@ private:
 /// @param stop must outlive the source @throws HostError
 [[nodiscard]] std::unique_ptr<ByteSource> openFile(const std::string& file, const StopSignal& stop);
 
-/// Starts a program, found like the shell finds it, and reads what it writes to its standard
-/// output. It reads nothing, and is ended when the source is destroyed.
-/// @param arguments the program's name first @throws HostError
-[[nodiscard]] std::unique_ptr<ByteSource> openProgram(const std::vector<std::string>& arguments,
-                                                      const StopSignal& stop);
-
 } // namespace zrhost

@@ -7,7 +7,6 @@
 #include <array>
 #include <cerrno>
 #include <clocale>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
@@ -15,13 +14,10 @@
 #include <langinfo.h>
 #include <poll.h>
 #include <sched.h>
-#include <spawn.h>
 #include <sys/eventfd.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <system_error>
-#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -74,20 +70,6 @@ private:
     int m_fd = -1;
 };
 
-struct Pipe
-{
-    Descriptor read;
-    Descriptor write;
-};
-
-Pipe makePipe()
-{
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0)
-        throw HostError("cannot make a pipe: " + errorText(errno));
-    return {Descriptor(ends[0]), Descriptor(ends[1])};
-}
-
 class FileSource : public ByteSource
 {
 public:
@@ -117,142 +99,10 @@ public:
     }
 
     bool rewind() override { return lseek(m_file.get(), 0, SEEK_SET) == 0; }
-    std::string endProblem() override { return {}; }
 
 private:
     Descriptor m_file;
     const StopSignal& m_stop;
-};
-
-class ProgramSource : public ByteSource
-{
-public:
-    ProgramSource(const std::vector<std::string>& arguments, const StopSignal& stop)
-        : m_name(arguments.front())
-        , m_stop(stop)
-    {
-        Pipe output = makePipe();
-        Pipe errors = makePipe();
-        start(arguments, output.write.get(), errors.write.get());
-        m_output = std::move(output.read);
-        m_errors = std::move(errors.read);
-        fcntl(m_errors.get(), F_SETFL, O_NONBLOCK);
-    }
-
-    ~ProgramSource() override
-    {
-        // Without its reader the program ends at its next write; the signals are for one that
-        // does not write.
-        m_output.reset();
-        m_errors.reset();
-        if (m_pid <= 0)
-            return;
-        kill(m_pid, SIGTERM);
-        for (int waits = 0; waits < 50; ++waits) {
-            if (waitpid(m_pid, nullptr, WNOHANG) != 0)
-                return;
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
-        kill(m_pid, SIGKILL);
-        waitpid(m_pid, nullptr, 0);
-    }
-
-    std::size_t read(std::uint8_t* bytes, std::size_t size) override
-    {
-        while (true) {
-            std::array<pollfd, 3> waiting{{{descriptorOf(m_stop), POLLIN, 0},
-                                           {m_output.get(), POLLIN, 0},
-                                           {m_errors.get(), POLLIN, 0}}};
-            if (poll(waiting.data(), waiting.size(), -1) < 0 && errno != EINTR)
-                throw HostError("cannot wait for data: " + errorText(errno));
-            if (waiting[0].revents != 0)
-                throw Stopped();
-            if (waiting[2].revents != 0)
-                takeErrors();
-            if (waiting[1].revents == 0)
-                continue;
-            const ssize_t got = ::read(m_output.get(), bytes, size);
-            if (got >= 0)
-                return static_cast<std::size_t>(got);
-            if (errno != EINTR)
-                throw HostError("cannot read from " + m_name + ": " + errorText(errno));
-        }
-    }
-
-    bool rewind() override { return false; }
-
-    std::string endProblem() override
-    {
-        takeErrors();
-        int status = 0;
-        if (m_pid <= 0 || waitpid(m_pid, &status, 0) != m_pid)
-            return {};
-        m_pid = -1;
-        if (WIFEXITED(status) && WEXITSTATUS(status) == 0)
-            return {};
-        std::string problem = m_name + " failed";
-        if (const std::size_t end = m_firstError.find('\n'); end != 0 && !m_firstError.empty())
-            problem += ": " + m_firstError.substr(0, end);
-        return problem;
-    }
-
-private:
-    void start(const std::vector<std::string>& arguments, int output, int errors)
-    {
-        std::vector<char*> argv;
-        argv.reserve(arguments.size() + 1);
-        for (const std::string& argument : arguments)
-            argv.push_back(const_cast<char*>(argument.c_str()));
-        argv.push_back(nullptr);
-
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
-        posix_spawn_file_actions_adddup2(&actions, errors, STDERR_FILENO);
-
-        // A process group of its own: Ctrl-C at the terminal is for the host alone, which then
-        // ends its programs in order.
-        posix_spawnattr_t attributes;
-        posix_spawnattr_init(&attributes);
-        sigset_t defaults;
-        sigemptyset(&defaults);
-        sigaddset(&defaults, SIGPIPE);
-        posix_spawnattr_setsigdefault(&attributes, &defaults);
-        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF);
-
-        const int error =
-            posix_spawnp(&m_pid, argv[0], &actions, &attributes, argv.data(), environ);
-        posix_spawnattr_destroy(&attributes);
-        posix_spawn_file_actions_destroy(&actions);
-        if (error != 0) {
-            m_pid = -1;
-            throw HostError("cannot start " + m_name + ": " + errorText(error));
-        }
-    }
-
-    /// Keeps the first line and drops the rest, so that the program never blocks on its errors.
-    void takeErrors()
-    {
-        constexpr std::size_t kMaxKept = 512;
-        std::array<char, 1024> bytes{};
-        while (m_errors.get() >= 0) {
-            const ssize_t got = ::read(m_errors.get(), bytes.data(), bytes.size());
-            if (got > 0 && m_firstError.size() < kMaxKept)
-                m_firstError.append(bytes.data(), static_cast<std::size_t>(got));
-            else if (got == 0)
-                m_errors.reset(); // closed: poll() ignores a negative descriptor
-            else if (got < 0 && errno != EINTR)
-                return;
-        }
-    }
-
-    std::string m_name;
-    const StopSignal& m_stop;
-    pid_t m_pid = -1;
-    Descriptor m_output;
-    Descriptor m_errors;
-    std::string m_firstError;
 };
 
 int g_startNice = 0;
@@ -390,12 +240,6 @@ bool StopSignal::sleepUntil(steady_clock::time_point time) const
 std::unique_ptr<ByteSource> openFile(const std::string& file, const StopSignal& stop)
 {
     return std::make_unique<FileSource>(file, stop);
-}
-
-std::unique_ptr<ByteSource> openProgram(const std::vector<std::string>& arguments,
-                                        const StopSignal& stop)
-{
-    return std::make_unique<ProgramSource>(arguments, stop);
 }
 
 } // namespace zrhost

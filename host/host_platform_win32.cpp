@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cstring>
 #include <utility>
 #include <windows.h>
@@ -166,7 +165,6 @@ public:
     }
 
     bool rewind() override { return m_reader.rewind(); }
-    std::string endProblem() override { return {}; }
 
 private:
     static Handle open(const std::string& file)
@@ -181,196 +179,6 @@ private:
 
     OverlappedReader m_reader;
     const StopSignal& m_stop;
-};
-
-struct Pipe
-{
-    Handle read;  ///< for overlapped access
-    Handle write; ///< inherited by programs that are given it
-};
-
-/// Anonymous pipes know no overlapped access, so this one has a name that nobody else uses.
-Pipe makePipe()
-{
-    static std::atomic<unsigned> count{0};
-    const std::wstring name = LR"(\\.\pipe\zrhost-)" + std::to_wstring(GetCurrentProcessId()) + L"-"
-                              + std::to_wstring(++count);
-    constexpr DWORD kBufferBytes = 1U << 20U;
-    Pipe pipe;
-    pipe.read = Handle(CreateNamedPipeW(
-        name.c_str(), PIPE_ACCESS_INBOUND | FILE_FLAG_OVERLAPPED | FILE_FLAG_FIRST_PIPE_INSTANCE,
-        PIPE_TYPE_BYTE | PIPE_WAIT | PIPE_REJECT_REMOTE_CLIENTS, 1, kBufferBytes, kBufferBytes, 0,
-        nullptr));
-    if (!pipe.read.get())
-        throw failed("cannot make a pipe");
-    SECURITY_ATTRIBUTES inherited{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
-    pipe.write =
-        Handle(CreateFileW(name.c_str(), GENERIC_WRITE, 0, &inherited, OPEN_EXISTING, 0, nullptr));
-    if (!pipe.write.get())
-        throw failed("cannot make a pipe");
-    return pipe;
-}
-
-/// The handles that a program inherits, and no other: two that start at the same time must not get
-/// each other's pipes, which would then never end.
-class InheritedHandles
-{
-public:
-    explicit InheritedHandles(std::array<HANDLE, 3> handles)
-        : m_handles(handles)
-    {
-        SIZE_T size = 0;
-        InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
-        m_storage.resize(size);
-        if (!InitializeProcThreadAttributeList(list(), 1, 0, &size))
-            throw failed("cannot prepare a program");
-        UpdateProcThreadAttribute(list(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, m_handles.data(),
-                                  sizeof m_handles, nullptr, nullptr);
-    }
-    ~InheritedHandles() { DeleteProcThreadAttributeList(list()); }
-    InheritedHandles(const InheritedHandles&) = delete;
-    InheritedHandles& operator=(const InheritedHandles&) = delete;
-
-    [[nodiscard]] LPPROC_THREAD_ATTRIBUTE_LIST list()
-    {
-        return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(m_storage.data());
-    }
-
-private:
-    std::array<HANDLE, 3> m_handles;
-    std::vector<std::uint8_t> m_storage;
-};
-
-/// A job whose programs end with it.
-Handle makeJob()
-{
-    Handle job(CreateJobObjectW(nullptr, nullptr));
-    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
-    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
-    if (!job.get()
-        || !SetInformationJobObject(job.get(), JobObjectExtendedLimitInformation, &limits,
-                                    sizeof limits))
-        throw failed("cannot prepare a program");
-    return job;
-}
-
-class ProgramSource : public ByteSource
-{
-public:
-    ProgramSource(const std::vector<std::string>& arguments, const StopSignal& stop)
-        : m_name(arguments.front())
-        , m_stop(stop)
-        , m_job(makeJob())
-    {
-        Pipe output = makePipe();
-        Pipe errors = makePipe();
-        start(arguments, output.write.get(), errors.write.get());
-        m_output = std::make_unique<OverlappedReader>(std::move(output.read), m_name);
-        m_errors = std::make_unique<OverlappedReader>(std::move(errors.read), m_name);
-        m_errors->begin(m_errorBytes.data(), m_errorBytes.size());
-    }
-
-    ~ProgramSource() override
-    {
-        m_output.reset();
-        m_errors.reset();
-        TerminateJobObject(m_job.get(), 1);
-        constexpr DWORD kPatienceMs = 1000;
-        WaitForSingleObject(m_process.get(), kPatienceMs);
-    }
-
-    std::size_t read(std::uint8_t* bytes, std::size_t size) override
-    {
-        m_output->begin(bytes, size);
-        while (true) {
-            const std::array<HANDLE, 3> waiting{
-                eventOf(m_stop), m_output->done(),
-                m_errors ? m_errors->done() : nullptr}; // the last of them may be missing
-            const DWORD ready =
-                WaitForMultipleObjects(m_errors ? 3 : 2, waiting.data(), FALSE, INFINITE);
-            if (ready == WAIT_OBJECT_0) {
-                m_output->cancel();
-                throw Stopped();
-            }
-            if (ready != WAIT_OBJECT_0 + 2)
-                return m_output->finish();
-            takeErrors();
-        }
-    }
-
-    bool rewind() override { return false; }
-
-    std::string endProblem() override
-    {
-        if (m_collected)
-            return {};
-        while (m_errors)
-            takeErrors();
-        WaitForSingleObject(m_process.get(), INFINITE);
-        m_collected = true;
-        DWORD status = 0;
-        if (GetExitCodeProcess(m_process.get(), &status) && status == 0)
-            return {};
-        std::string problem = m_name + " failed";
-        if (const std::size_t end = m_firstError.find_first_of("\r\n");
-            end != 0 && !m_firstError.empty())
-            problem += ": " + m_firstError.substr(0, end);
-        return problem;
-    }
-
-private:
-    void start(const std::vector<std::string>& arguments, HANDLE output, HANDLE errors)
-    {
-        SECURITY_ATTRIBUTES inherited{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
-        const Handle nothing(CreateFileW(L"NUL", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                         &inherited, OPEN_EXISTING, 0, nullptr));
-        InheritedHandles handles({nothing.get(), output, errors});
-        STARTUPINFOEXW startup{};
-        startup.StartupInfo.cb = sizeof startup;
-        startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
-        startup.StartupInfo.hStdInput = nothing.get();
-        startup.StartupInfo.hStdOutput = output;
-        startup.StartupInfo.hStdError = errors;
-        startup.lpAttributeList = handles.list();
-        std::wstring line = joinArguments(arguments);
-        PROCESS_INFORMATION process{};
-        // Ctrl-C at the console is for the host alone, which then ends its programs in order.
-        constexpr DWORD kFlags = CREATE_NO_WINDOW | CREATE_NEW_PROCESS_GROUP | CREATE_SUSPENDED
-                                 | EXTENDED_STARTUPINFO_PRESENT;
-        if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, kFlags, nullptr, nullptr,
-                            &startup.StartupInfo, &process))
-            throw failed("cannot start " + m_name);
-        m_process = Handle(process.hProcess);
-        const Handle thread(process.hThread);
-        // Before it runs, so that what it starts belongs to the job too.
-        AssignProcessToJobObject(m_job.get(), m_process.get());
-        ResumeThread(thread.get());
-    }
-
-    /// Waits for errors and keeps the first line of them; the rest is dropped, so that the program
-    /// never blocks on its errors.
-    void takeErrors()
-    {
-        constexpr std::size_t kMaxKept = 512;
-        const std::size_t got = m_errors->finish();
-        if (got == 0) {
-            m_errors.reset();
-            return;
-        }
-        if (m_firstError.size() < kMaxKept)
-            m_firstError.append(reinterpret_cast<const char*>(m_errorBytes.data()), got);
-        m_errors->begin(m_errorBytes.data(), m_errorBytes.size());
-    }
-
-    std::string m_name;
-    const StopSignal& m_stop;
-    Handle m_job;
-    Handle m_process;
-    std::array<std::uint8_t, 1024> m_errorBytes{};
-    std::unique_ptr<OverlappedReader> m_output;
-    std::unique_ptr<OverlappedReader> m_errors; ///< null after its end
-    std::string m_firstError;
-    bool m_collected = false;
 };
 
 std::wstring convert(std::string_view text, UINT codePage)
@@ -532,12 +340,6 @@ bool StopSignal::sleepUntil(steady_clock::time_point time) const
 std::unique_ptr<ByteSource> openFile(const std::string& file, const StopSignal& stop)
 {
     return std::make_unique<FileSource>(file, stop);
-}
-
-std::unique_ptr<ByteSource> openProgram(const std::vector<std::string>& arguments,
-                                        const StopSignal& stop)
-{
-    return std::make_unique<ProgramSource>(arguments, stop);
 }
 
 } // namespace zrhost

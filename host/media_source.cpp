@@ -8,17 +8,9 @@ namespace zrhost {
 
 Y4mSource::Y4mSource(std::unique_ptr<ByteSource> bytes, double fps)
     : m_bytes(std::move(bytes))
+    , m_reader(std::make_unique<Y4mReader>(*m_bytes))
+    , m_fps(fps > 0 ? fps : m_reader->header().fps)
 {
-    try {
-        m_reader = std::make_unique<Y4mReader>(*m_bytes);
-    } catch (const HostError&) {
-        // A program that failed says more about it than the stream that it did not write.
-        const std::string problem = m_bytes->endProblem();
-        if (!problem.empty())
-            throw HostError(problem);
-        throw;
-    }
-    m_fps = fps > 0 ? fps : m_reader->header().fps;
 }
 
 Y4mSource::~Y4mSource() = default;
@@ -26,8 +18,6 @@ Y4mSource::~Y4mSource() = default;
 bool Y4mSource::next(Picture& picture)
 {
     while (!m_reader->readFrame(picture)) {
-        if (const std::string problem = m_bytes->endProblem(); !problem.empty())
-            throw HostError(problem);
         if (!m_hasFrame)
             throw HostError("the stream has no frames");
         if (!m_bytes->rewind())
@@ -37,21 +27,6 @@ bool Y4mSource::next(Picture& picture)
     }
     m_hasFrame = true;
     return true;
-}
-
-std::vector<std::string> decoderArguments(const SourceSpec& spec)
-{
-    std::string filter = "scale=";
-    if (spec.size.width != 0)
-        filter += std::to_string(spec.size.width) + ":" + std::to_string(spec.size.height) + ":";
-    filter += "out_color_matrix=bt709:out_range=tv,setsar=1";
-    if (spec.fps > 0)
-        filter += ",fps=" + std::to_string(spec.fps);
-    // "file:" keeps FFmpeg from taking a name for an option or a network address.
-    return {"ffmpeg",  "-nostdin",     "-v",           "error", "-threads",
-            "1",       "-stream_loop", "-1",           "-i",    "file:" + spec.file,
-            "-map",    "0:v:0",        "-vf",          filter,  "-pix_fmt",
-            "yuv420p", "-f",           "yuv4mpegpipe", "-"};
 }
 
 std::unique_ptr<PictureSource>
@@ -66,8 +41,6 @@ openSource(const SourceSpec& spec, const SyntheticSettings& synthetic, const Sto
                                                  spec.fps > 0 ? spec.fps : synthetic.fps);
     case SourceKind::Y4m:
         return std::make_unique<Y4mSource>(openFile(spec.file, stop), spec.fps);
-    case SourceKind::Video:
-        return std::make_unique<Y4mSource>(openProgram(decoderArguments(spec), stop), spec.fps);
     }
     return nullptr;
 }

@@ -40,7 +40,4 @@ private:
     bool m_hasFrame = false; ///< since the stream's beginning
 };
 
-/// The command line that makes FFmpeg decode a video file into the module's colours, for ever.
-[[nodiscard]] std::vector<std::string> decoderArguments(const SourceSpec& spec);
-
 } // namespace zrhost

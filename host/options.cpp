@@ -18,19 +18,6 @@ struct Option
     void (*apply)(Options&, const std::string& text);
 };
 
-std::vector<std::string> splitList(const std::string& text)
-{
-    std::vector<std::string> parts;
-    std::size_t at = 0;
-    while (true) {
-        const std::size_t comma = std::min(text.find(',', at), text.size());
-        parts.push_back(text.substr(at, comma - at));
-        if (comma == text.size())
-            return parts;
-        at = comma + 1;
-    }
-}
-
 void applySource(Options& options, const std::string& text)
 {
     const std::size_t equals = text.find('=');
@@ -175,9 +162,11 @@ std::string optionHelp()
     }
     help += "\nA SOURCE is KIND[@WIDTHxHEIGHT][/FPS][:FILE]:\n"
             "  synthetic               a drawn picture with the participant's number\n"
-            "  y4m:FILE                a YUV4MPEG2 file or named pipe\n"
-            "  video:FILE              a video file that ffmpeg decodes\n"
-            "  none                    no pictures\n";
+            "  y4m:FILE                a YUV4MPEG2 file, played in a loop, or named pipe\n"
+            "  none                    no pictures\n"
+            "ffmpeg makes a YUV4MPEG2 file of any video:\n"
+            "  ffmpeg -i talk.mp4 -vf scale=960:540:out_color_matrix=bt709:out_range=tv \\\n"
+            "    -pix_fmt yuv420p talk.y4m\n";
     return help;
 }
 

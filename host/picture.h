@@ -43,7 +43,7 @@ struct Stopped
 {
 };
 
-/// Bytes of a file, a pipe or another program.
+/// Bytes of a file or a pipe.
 class ByteSource
 {
 public:
@@ -54,8 +54,6 @@ public:
     [[nodiscard]] virtual std::size_t read(std::uint8_t* bytes, std::size_t size) = 0;
     /// Goes back to the first byte. @return false where that is impossible (a pipe)
     [[nodiscard]] virtual bool rewind() = 0;
-    /// Called after read() returned 0. @return why there is no more, empty for a regular end
-    [[nodiscard]] virtual std::string endProblem() = 0;
 };
 
 } // namespace zrhost

@@ -17,6 +17,8 @@ Session* g_session = nullptr;
 /// Joining times of the participants lie this far apart.
 constexpr long long kJoinStepMs = 1000;
 
+} // namespace
+
 VantrelRTCVideoFrameQT frameOf(const Picture& picture)
 {
     VantrelRTCVideoFrameQT frame{};
@@ -26,13 +28,12 @@ VantrelRTCVideoFrameQT frameOf(const Picture& picture)
     return frame;
 }
 
-} // namespace
-
-Session::Session(const ScreenApi& api, Stage& stage, const Settings& settings)
-    : m_api(api)
+Session::Session(const zr::Exports& exports, Stage& stage, const Settings& settings)
+    : m_exports(exports)
+    , m_api(exports.ZRScreen)
     , m_stage(stage)
-    , m_controls(api.controls, stage)
-    , m_ext(api.ext, stage)
+    , m_calls(*this)
+    , m_ext(exports.ZRScreenExt, stage)
     , m_settings(settings)
     , m_followStreams(settings.followStreams)
 {
@@ -114,17 +115,10 @@ void Session::followStreams(bool follow)
         updateStream(*participant);
 }
 
-int Session::setCamera(Participant& participant, bool on)
+void Session::setCamera(Participant& participant, bool on)
 {
     participant.camera = on;
-    if (!m_followStreams) {
-        participant.open = on;
-        if (participant.media)
-            participant.media->setPaused(!on);
-        return m_api.Preview(screen(), participant.play, on);
-    }
     updateStream(participant);
-    return 1;
 }
 
 void Session::updateStream(Participant& participant)
@@ -141,12 +135,11 @@ void Session::updateStream(Participant& participant)
     m_api.Preview(m_screen, participant.play, open);
 }
 
-int Session::showExtended(Participant& participant)
+void Session::showExtended(Participant& participant)
 {
-    const int result = m_ext.show(participant);
+    m_ext.show(participant);
     for (const auto& other : m_people)
         updateStream(*other); // that of the former one may close
-    return result;
 }
 
 void Session::onMessage(unsigned long message, long long hostValue)
@@ -226,32 +219,6 @@ Participant& Session::person(const std::string& name)
             return *participant;
     }
     throw HostError("there is no participant '" + name + "'");
-}
-
-int Session::deliverOne(Participant& participant, Size size)
-{
-    SyntheticSource source(participant.number, participantHue(participant.number, m_settings.seed),
-                           size, m_settings.fps);
-    Picture picture;
-    if (!source.next(picture))
-        return 0;
-    VantrelRTCVideoFrameQT frame = frameOf(picture);
-    return m_api.PlayFrame(screen(), participant.play, &frame);
-}
-
-int Session::publishInfo(const Participant& participant)
-{
-    std::string name = participant.name;
-    return m_api.SetPersonInfo(screen(), participant.play, participant.self, participant.role,
-                               name.data(), participant.identity);
-}
-
-void Session::setParent(WindowId window)
-{
-    m_parent = window;
-    m_api.SetParent(screen(), m_stage.nativeWindow(window));
-    if (window != WindowId::None)
-        fillWindow(m_stage.windowSize(window));
 }
 
 void Session::onWindowResized(WindowId window, Size size)

@@ -1,11 +1,10 @@
 // The meeting as the host sees it: its participants and the screen that shows them.
 #pragma once
 
-#include "control_desk.h"
+#include "call_desk.h"
 #include "ext_desk.h"
 #include "media_source.h"
 #include "media_thread.h"
-#include "screen_api.h"
 #include "stage.h"
 
 #include <memory>
@@ -15,16 +14,16 @@
 
 namespace zrhost {
 
+/// The record that delivers a picture, which must outlive it.
+[[nodiscard]] VantrelRTCVideoFrameQT frameOf(const Picture& picture);
+
 struct Participant
 {
     int number = 0; ///< 1, 2, ... in the order of joining, never used again; also the host value
     std::string id;
     std::string name;
     SourceSpec source;
-    void* play = nullptr; ///< the module's play handle
-    int role = 0;         ///< as in ZRScreen_SetPersonInfo
-    bool self = false;
-    int identity = 0;
+    void* play = nullptr;               ///< the module's play handle
     bool camera = true;                 ///< there are pictures to send
     bool open = false;                  ///< the stream, as reported to the module
     std::unique_ptr<MediaThread> media; ///< null without a source
@@ -44,7 +43,7 @@ public:
     };
 
     /// Both references must outlive the session.
-    Session(const ScreenApi& api, Stage& stage, const Settings& settings);
+    Session(const zr::Exports& exports, Stage& stage, const Settings& settings);
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -69,26 +68,19 @@ public:
     /// ZRMSG_VIDEO_HIDDEN), as a media engine does, or are open all the time.
     void followStreams(bool follow);
     /// The participant's camera is switched on or off.
-    /// @return what the module returned
-    int setCamera(Participant& participant, bool on);
-    /// Delivers one synthetic picture on the calling thread.
-    [[nodiscard]] int deliverOne(Participant& participant, Size size);
-    /// Reports the participant's role and name as they are now recorded.
-    int publishInfo(const Participant& participant);
-
+    void setCamera(Participant& participant, bool on);
     /// Shows a participant on the extended screen, with an open stream.
-    /// @return what the module returned
-    int showExtended(Participant& participant);
+    void showExtended(Participant& participant);
 
-    void setParent(WindowId window);
     [[nodiscard]] WindowId parent() const { return m_parent; }
     /// The window has another size: the screen fills it again.
     void onWindowResized(WindowId window, Size size);
 
-    [[nodiscard]] const ScreenApi& api() const { return m_api; }
+    [[nodiscard]] const zr::Exports& exports() const { return m_exports; }
+    [[nodiscard]] const zr::ScreenExports& api() const { return m_exports.ZRScreen; }
     [[nodiscard]] Stage& stage() { return m_stage; }
-    /// They outlive the screen, and go with the session.
-    [[nodiscard]] ControlDesk& controls() { return m_controls; }
+    /// What they have made outlives the screen, and goes with the session.
+    [[nodiscard]] CallDesk& calls() { return m_calls; }
     [[nodiscard]] ExtDesk& ext() { return m_ext; }
     [[nodiscard]] const std::vector<std::unique_ptr<Participant>>& people() const
     {
@@ -97,8 +89,10 @@ public:
     /// Prints how many pictures each participant delivered.
     void printStatistics();
 
-private:
+    /// For ZRScreen_Init.
     static int notify(unsigned long message, unsigned long long wParam, long long lParam);
+
+private:
     void startMedia(Participant& participant, int delayMs);
     void onMessage(unsigned long message, long long hostValue);
     void updateStream(Participant& participant);
@@ -106,9 +100,10 @@ private:
     void fillWindow(Size size);
     [[nodiscard]] std::string nameOfHostValue(long long value) const;
 
-    const ScreenApi& m_api;
+    const zr::Exports& m_exports;
+    const zr::ScreenExports& m_api;
     Stage& m_stage;
-    ControlDesk m_controls;
+    CallDesk m_calls;
     ExtDesk m_ext; ///< outlives the media threads of m_people
     Settings m_settings;
     void* m_screen = nullptr;

@@ -19,13 +19,7 @@ constexpr KindName kKinds[] = {
     {SourceKind::None, "none"},
     {SourceKind::Synthetic, "synthetic"},
     {SourceKind::Y4m, "y4m"},
-    {SourceKind::Video, "video"},
 };
-
-bool hasFile(SourceKind kind)
-{
-    return kind == SourceKind::Y4m || kind == SourceKind::Video;
-}
 
 SourceKind parseKind(std::string_view name, const std::string& what)
 {
@@ -34,7 +28,7 @@ SourceKind parseKind(std::string_view name, const std::string& what)
             return kind.kind;
     }
     throw HostError(what + ": unknown kind '" + std::string(name)
-                    + "' (none, synthetic, y4m:FILE or video:FILE)");
+                    + "' (none, synthetic or y4m:FILE)");
 }
 
 } // namespace
@@ -57,7 +51,7 @@ SourceSpec SourceSpec::parse(std::string_view text)
         head = head.substr(0, at);
     }
     spec.kind = parseKind(head, what);
-    if (hasFile(spec.kind) == spec.file.empty())
+    if ((spec.kind == SourceKind::Y4m) == spec.file.empty())
         throw HostError(what + (spec.file.empty() ? ": no file given" : ": takes no file"));
     if (spec.kind == SourceKind::Y4m && spec.size.width != 0)
         throw HostError(what + ": a y4m source has the size of its file");
@@ -66,7 +60,7 @@ SourceSpec SourceSpec::parse(std::string_view text)
 
 void SourceSpec::checkFile() const
 {
-    if (!hasFile(kind))
+    if (kind != SourceKind::Y4m)
         return;
     if (const std::string problem = whyUnreadable(file); !problem.empty())
         throw HostError("cannot read '" + file + "': " + problem);

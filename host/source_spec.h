@@ -12,16 +12,15 @@ enum class SourceKind
 {
     None,      ///< no pictures
     Synthetic, ///< a drawn, moving picture
-    Y4m,       ///< a YUV4MPEG2 file, played in a loop, or pipe
-    Video      ///< a file that the program `ffmpeg` decodes, played in a loop
+    Y4m        ///< a YUV4MPEG2 file, played in a loop, or pipe
 };
 
 /// Text form: KIND[@WIDTHxHEIGHT][/FPS][:FILE], for example "synthetic@320x180/15" or
-/// "video@640x360:talk.mp4".
+/// "y4m:talk.y4m".
 struct SourceSpec
 {
     SourceKind kind = SourceKind::Synthetic;
-    std::string file; ///< Y4m and Video only
+    std::string file; ///< Y4m only
     Size size;        ///< 0 x 0: the source's own, or the host's default for a synthetic one
     double fps = 0;   ///< 0: the source's own rate
 

@@ -108,6 +108,19 @@ int parseSecondsMs(std::string_view text, std::string_view what)
     return static_cast<int>(std::lround(parseNumber(text, 0, 86400, what) * 1000));
 }
 
+std::vector<std::string> splitList(const std::string& text)
+{
+    std::vector<std::string> parts;
+    std::size_t at = 0;
+    while (true) {
+        const std::size_t comma = std::min(text.find(',', at), text.size());
+        parts.push_back(text.substr(at, comma - at));
+        if (comma == text.size())
+            return parts;
+        at = comma + 1;
+    }
+}
+
 std::vector<std::string> LineBuffer::add(std::string_view bytes)
 {
     std::vector<std::string> lines;

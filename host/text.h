@@ -22,6 +22,9 @@ constexpr int kMaxEdgePx = 16384;
 /// @throws HostError for a quote that is not closed
 [[nodiscard]] std::vector<std::string> splitWords(std::string_view line);
 
+/// Splits at commas; an empty text is one empty part.
+[[nodiscard]] std::vector<std::string> splitList(const std::string& text);
+
 /// Each throws HostError that begins with `what` when `text` is not such a value.
 [[nodiscard]] long long parseInteger(std::string_view text, long long min, long long max,
                                      std::string_view what);

@@ -41,30 +41,4 @@ std::string windowsErrorText(unsigned long error)
     return fromWide({text.data(), size});
 }
 
-// A backslash stands for itself but before a quote, where it must be doubled.
-std::wstring joinArguments(const std::vector<std::string>& arguments)
-{
-    std::wstring line;
-    for (const std::string& argument : arguments) {
-        if (!line.empty())
-            line += L' ';
-        const std::wstring wide = toWide(argument);
-        if (!wide.empty() && wide.find_first_of(L" \t\n\v\"") == std::wstring::npos) {
-            line += wide;
-            continue;
-        }
-        line += L'"';
-        std::size_t backslashes = 0;
-        for (const wchar_t c : wide) {
-            if (c == L'"')
-                line.append(backslashes + 1, L'\\');
-            backslashes = c == L'\\' ? backslashes + 1 : 0;
-            line += c;
-        }
-        line.append(backslashes, L'\\');
-        line += L'"';
-    }
-    return line;
-}
-
 } // namespace zrhost

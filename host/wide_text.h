@@ -3,7 +3,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace zrhost {
 
@@ -12,7 +11,5 @@ namespace zrhost {
 [[nodiscard]] std::string fromWide(std::wstring_view wide);
 /// What Windows says about an error code (GetLastError()), without the full stop.
 [[nodiscard]] std::string windowsErrorText(unsigned long error);
-/// The command line that a program takes apart into these arguments, by the rules of the C runtime.
-[[nodiscard]] std::wstring joinArguments(const std::vector<std::string>& arguments);
 
 } // namespace zrhost

@@ -1,11 +1,68 @@
-// Options, sources, words, scenarios: what the host reads from its user.
+// Options, sources, words, scenarios, streams of pictures: what the host reads.
 #include "hosttest.h"
+#include "media_source.h"
 #include "messages.h"
 #include "options.h"
 #include "scenario.h"
+#include "y4m_reader.h"
 #include "zrscreenmod/zrscreenmod.h"
 
+#include <algorithm>
+#include <cstring>
+
 using namespace zrhost;
+
+namespace {
+
+/// Bytes in memory, handed out in small pieces as a pipe does.
+class MemoryBytes : public ByteSource
+{
+public:
+    MemoryBytes(std::string bytes, bool canRewind = false)
+        : m_bytes(std::move(bytes))
+        , m_canRewind(canRewind)
+    {
+    }
+    std::size_t read(std::uint8_t* to, std::size_t size) override
+    {
+        constexpr std::size_t kPiece = 7;
+        const std::size_t count = std::min({size, kPiece, m_bytes.size() - m_at});
+        std::memcpy(to, m_bytes.data() + m_at, count);
+        m_at += count;
+        return count;
+    }
+    bool rewind() override
+    {
+        m_at = 0;
+        return m_canRewind;
+    }
+
+private:
+    std::string m_bytes;
+    std::size_t m_at = 0;
+    bool m_canRewind;
+};
+
+std::string frame(const std::string& header, std::size_t bytes, char value)
+{
+    return header + "\n" + std::string(bytes, value);
+}
+
+/// Reads everything. @return the frames' first bytes and what ended them, for example "ab."
+QString readAll(PictureSource& source, int atMost)
+{
+    QString seen;
+    const QString failure = failureOf([&] {
+        Picture picture;
+        while (seen.size() < atMost && source.next(picture))
+            seen += QLatin1Char(char(picture.data[0]));
+        if (seen.size() < atMost)
+            seen += QLatin1Char('.');
+    });
+    return failure.isEmpty() ? seen : seen + QLatin1Char('!') + failure;
+}
+
+} // namespace
 
 class TestHostParsers : public QObject
 {
@@ -20,6 +77,8 @@ private slots:
     void scenarioTimes();
     void wrongScenariosAreRefused();
     void messagesAreDescribed();
+    void headers();
+    void streams();
 };
 
 void TestHostParsers::wordsAreSplit()
@@ -60,10 +119,10 @@ void TestHostParsers::sourcesAreParsed()
                  {"none", "none 0x0 0"},
                  {"synthetic@16384x1/12.5", "synthetic 16384x1 12.5"},
                  {"y4m/10:C:/a@b/c.y4m", "y4m:C:/a@b/c.y4m 0x0 10"},
-                 {"video@640x360:talk 1.mp4", "video:talk 1.mp4 640x360 0"},
+                 {"y4m:talk 1.y4m", "y4m:talk 1.y4m 0x0 0"},
                  {"film:a.mp4", "! unknown kind 'film'"},
                  {"", "! unknown kind ''"},
-                 {"video:", "! no file given"},
+                 {"y4m:", "! no file given"},
                  {"synthetic:a", "! takes no file"},
                  {"y4m@2x2:a", "! has the size of its file"},
                  {"synthetic@16385x1", "! '16385' is not a whole number"},
@@ -83,15 +142,15 @@ void TestHostParsers::sourcesAreParsed()
 
 void TestHostParsers::optionsAreParsed()
 {
-    const Options options = parseOptions(splitWords(
-        "--participants 3 --names=Ann,李娜 --source 2=video@320x180:a=b.mp4 --source none "
-        "--mode 12 --size 800x600 --duration 1.25 --seed 4294967295 --fps 30 "
-        "--screenshot s.png --interactive --library l.so --picture 322x180 --mode 7"));
+    const Options options = parseOptions(
+        splitWords("--participants 3 --names=Ann,李娜 --source 2=y4m/15:a=b.y4m --source none "
+                   "--mode 12 --size 800x600 --duration 1.25 --seed 4294967295 --fps 30 "
+                   "--screenshot s.png --interactive --library l.so --picture 322x180 --mode 7"));
     QCOMPARE(options.participantCount(), 3);
     QCOMPARE(options.nameOf(2), std::string("李娜"));
     QCOMPARE(options.nameOf(3), std::string("Participant 3"));
-    QCOMPARE(options.sourceOf(2).file, std::string("a=b.mp4"));
-    QCOMPARE(options.sourceOf(2).size.width, 320);
+    QCOMPARE(options.sourceOf(2).file, std::string("a=b.y4m"));
+    QCOMPARE(options.sourceOf(2).fps, 15.0);
     QCOMPARE(int(options.sourceOf(1).kind), int(SourceKind::None));
     QCOMPARE(options.mode, 7); // the last one counts
     QCOMPARE(options.windowSize.height, 600);
@@ -136,10 +195,10 @@ void TestHostParsers::scenarioTimes()
     const std::vector<ScenarioStep> steps = parseScenario("\xEF\xBB\xBF# opening\r\n"
                                                           "at 1.5 add alice\r\n"
                                                           "mute alice on   # the same time\n"
-                                                          "+0.25 hand alice on\n"
+                                                          "+0.25 preview alice on\n"
                                                           "wait 2\n"
                                                           "\n"
-                                                          "share pause on\n"
+                                                          "call ZRScreen_GetCurMode\n"
                                                           "0.5 add bob none \"Bob 李\"\n"
                                                           "+0 quit",
                                                           "test");
@@ -150,7 +209,7 @@ void TestHostParsers::scenarioTimes()
                    .arg(step.line)
                    .arg(QString::fromStdString(step.command.command->name));
     QCOMPARE(got, (QStringList{"500:8:add", "500:9:quit", "1500:2:add", "1500:3:mute",
-                               "1750:4:hand", "3750:7:share pause"}));
+                               "1750:4:preview", "3750:7:call"}));
     QCOMPARE(steps[0].command.arguments.text(2), std::string("Bob 李"));
 }
 
@@ -158,13 +217,15 @@ void TestHostParsers::wrongScenariosAreRefused()
 {
     compareRows(
         {{"1 add a\n2 dance a", "! t:2: unknown command 'dance'"},
-         {"share", "! t:1: unknown command 'share'"},
          {"mute a", "! t:1: too few arguments: mute WHO on|off"},
          {"quit now", "! t:1: too many arguments: quit"},
          {"mute a maybe", "! 'maybe' is not 'on' or 'off'"},
-         {"role a king", "! 'king' is none of none, host, admin"},
+         {"ext hide", "! 'hide' is none of show, close"},
          {"add a film:x", "! unknown kind 'film'"},
-         {"mode 1 alice", "! 'alice' is not POSITION=ID"},
+         {"call ZRScreen_Dance", "! there is no export 'ZRScreen_Dance'"},
+         {"call ZRScreen_SetMute a", "! write ZRScreen_SetMute WHO on|off"},
+         {"call ZRScreenDate_Init main", "! write NAME=ZRScreenDate_Init none|main|second"},
+         {"call x=ZRScreen_GetCurMode", "! write ZRScreen_GetCurMode"},
          {"resize 10", "! '10' is not a size"},
          {"at add a", "! no time after 'at'"},
          {"1,5 add a", "! time: '1,5' is not"},
@@ -201,6 +262,57 @@ void TestHostParsers::messagesAreDescribed()
                                      return value == 7 ? std::string("alice") : std::string();
                                  }),
                  std::string(row.text));
+}
+
+void TestHostParsers::headers()
+{
+    compareRows({{"YUV4MPEG2 W320 H240 F30000:1001 Ip A1:1 C420jpeg XA=\"b", "320x240 29.97"},
+                 {"YUV4MPEG2 F10:1 H2 W3", "3x2 10"},
+                 {"YUV4MPEG2 W2 H2", "2x2 25"},
+                 {"YUV4MPEG2 W2 H2 F0:0", "2x2 25"},
+                 {"YUV4MPEG W2 H2", "! not a YUV4MPEG2 stream"},
+                 {"YUV4MPEG2 H2", "! without a width"},
+                 {"YUV4MPEG2 W0 H2", "! width: '0' is not"},
+                 {"YUV4MPEG2 W2 H16385", "! height: '16385' is not"},
+                 {"YUV4MPEG2 W2x H2", "! width: '2x' is not"},
+                 {"YUV4MPEG2 W2 H2 F25", "! is not a ratio"},
+                 {"YUV4MPEG2 W2 H2 C420p10", "! chroma '420p10' is not supported"},
+                 {"YUV4MPEG2 W2 H2 C422", "! chroma '422' is not supported"}},
+                [](const std::string& line) {
+                    const Y4mHeader header = Y4mHeader::parse(line);
+                    return QStringLiteral("%1x%2 ").arg(header.width).arg(header.height)
+                           + QString::number(header.fps, 'g', 4);
+                });
+}
+
+void TestHostParsers::streams()
+{
+    // 3 x 3 pixels: 9 bytes of luma, 2 x 2 for each chroma plane.
+    constexpr std::size_t kOddBytes = 9 + 4 + 4;
+    const std::string head = "YUV4MPEG2 W3 H3 F25:1\n";
+    const std::string first = head + frame("FRAME", kOddBytes, 'a');
+    compareRows({{first + frame("FRAME Ip XY", kOddBytes, 'b'), "ab."},
+                 {head, "!the stream has no frames"},
+                 {first + frame("FRAME", 16, 'b'), "a!truncated frame 2: 16 of 17 bytes"},
+                 {first + "FRA", "a!truncated YUV4MPEG2 header"},
+                 {first + "a" + frame("FRAME", kOddBytes, 'b'), "a!no FRAME header before frame 2"},
+                 {head + frame("FRAMES", kOddBytes, 'a'), "!no FRAME header before frame 1"},
+                 // What is not a stream at all is said before the first picture is asked for.
+                 {"", "! the stream is empty"},
+                 {"\x89PNG.....", "! not a YUV4MPEG2 stream"},
+                 {"YUV4MPEG2 W2 H2", "! truncated YUV4MPEG2 header"},
+                 {"YUV4MPEG2 " + std::string(5000, 'X'), "! YUV4MPEG2 header line without an end"}},
+                [](const std::string& bytes) {
+                    Y4mSource source(std::make_unique<MemoryBytes>(bytes), 0);
+                    return readAll(source, 10);
+                });
+
+    const std::string two =
+        "YUV4MPEG2 W2 H2 F50:1\n" + frame("FRAME", 6, 'a') + frame("FRAME", 6, 'b');
+    Y4mSource looped(std::make_unique<MemoryBytes>(two, true), 0);
+    QCOMPARE(readAll(looped, 5), QStringLiteral("ababa"));
+    QCOMPARE(looped.fps(), 50.0);
+    QCOMPARE(Y4mSource(std::make_unique<MemoryBytes>(two), 12.5).fps(), 12.5);
 }
 
 QTEST_APPLESS_MAIN(TestHostParsers)
