@@ -52,6 +52,7 @@ ZR_API void ZR_CALL ZRScreenExt_Release(void* h);
 /// ignored.
 /// @param rc must not be null
 /// @thread gui
+/// @sends 21
 ZR_API int ZR_CALL ZRScreenExt_Move(void* h, tagRECT* rc, int unused);
 
 /// Names the participant: when the call returns, frames are theirs. Another id is another
@@ -68,6 +69,7 @@ ZR_API int ZR_CALL ZRScreenExt_Move(void* h, tagRECT* rc, int unused);
 /// @param iColor    index of the avatar's colour, 0 to 3
 /// @return 1, also when nothing has changed; 0 for an invalid handle or a refused text
 /// @thread gui
+/// @sends 21
 ZR_API int ZR_CALL ZRScreenExt_SetPersonInfo(void* h, void* pUserData, const char* userId,
                                              bool bSelf, int iRole, const char* name, int iColor);
 

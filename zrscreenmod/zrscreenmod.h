@@ -268,7 +268,7 @@ ZR_API int ZR_CALL ZRScreen_PlayFrame(void* hScreen, void* pPlay, void* pWin32Fr
 /// Sets role and name. `name` is UTF-8; an empty one leaves the name as it is. A shared screen that
 /// is given a name keeps it, in the place of who shares it.
 /// @param iRoleType 1 host, 2 administrator, other values none
-/// @param iIdentity index of the avatar's colour, 0 to 3; others have the first colour
+/// @param iIdentity index of the avatar's colour, 0 to 3; beyond, the four colours repeat
 /// @thread posted
 ZR_API int ZR_CALL ZRScreen_SetPersonInfo(void* hScreen, void* pPlay, bool bSelf, int iRoleType,
                                           char* name, int iIdentity);
