@@ -7,7 +7,8 @@
 /// - It has a participant of its own, whom the host describes with the functions below. It needs no
 ///   screen and no play handle, and nothing here changes a gallery. What the host reports with
 ///   `ZRScreen_Preview` for a participant with the same id is taken over.
-/// - When a participant comes to be seen here, `ZRMSG_VIDEO_SHOWN` goes to the hosts of all screens,
+/// - When a participant comes to be seen here, `ZRMSG_VIDEO_SHOWN` goes to the hosts of all
+/// screens,
 ///   with the user data in place of the host value. While one is on an extended screen, no gallery
 ///   asks for their stream to be closed (`ZRMSG_VIDEO_HIDDEN`); it does when they have left and are
 ///   not seen there either. What grade the stream should have the host decides.
@@ -48,8 +49,8 @@ ZR_API void* ZR_CALL ZRScreenExt_Init(HWND parent, ZRNotify notify);
 ZR_API void ZR_CALL ZRScreenExt_Release(void* h);
 
 /// Places the extended screen in its parent, in the parent's pixels (screen pixels without one), on
-/// top of its siblings, and shows it. A side longer than 16384 is cut, one below 1 is 1. `unused` is
-/// ignored.
+/// top of its siblings, and shows it. A side longer than 16384 is cut, one below 1 is 1. `unused`
+/// is ignored.
 /// @param rc must not be null
 /// @thread gui
 /// @sends 21

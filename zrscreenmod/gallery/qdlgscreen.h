@@ -361,9 +361,9 @@ private:
     int m_iPollTick = 0; ///< turns of a poll, this gallery's own: a shared count would turn twice
 
     // Timers; 0 while they do not run.
-    int m_iCheckTimerId = 0;     ///< 1000 ms, looks for a new order
-    int m_iMuteTimerId = 0;      ///< single shot, 1000 ms after each arrangement
-    int m_iPollTimerId = 0;      ///< the polling period
+    int m_iCheckTimerId = 0; ///< 1000 ms, looks for a new order
+    int m_iMuteTimerId = 0;  ///< single shot, 1000 ms after each arrangement
+    int m_iPollTimerId = 0;  ///< the polling period
 
     std::unique_ptr<SpeakTool> m_pSpeakTool; ///< null without a tool
     bool m_bPlaceTool = true;                ///< the tool is to be placed when it is shown next

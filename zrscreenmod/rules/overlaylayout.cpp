@@ -444,9 +444,9 @@ bool OverlayState::operator==(const OverlayState& other) const
 {
     const auto tie = [](const OverlayState& s) {
         return std::tie(s.bPerson, s.bShare, s.bPaused, s.bPicture, s.bSelf, s.bSpeaking, s.bBorder,
-                        s.bSpinner, s.bMute, s.bCamera, s.bSmall, s.bNoMenu, s.bFrozen, s.bHand, s.bLargerText,
-                        s.iRole, s.iColor, s.iAudioLevel, s.iNetLevel, s.iBubbleColor, s.look,
-                        s.name, s.resolution, s.watermark, s.bubble);
+                        s.bSpinner, s.bMute, s.bCamera, s.bSmall, s.bNoMenu, s.bFrozen, s.bHand,
+                        s.bLargerText, s.iRole, s.iColor, s.iAudioLevel, s.iNetLevel,
+                        s.iBubbleColor, s.look, s.name, s.resolution, s.watermark, s.bubble);
     };
     return tie(*this) == tie(other);
 }

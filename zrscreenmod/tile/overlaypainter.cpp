@@ -107,7 +107,10 @@ public:
 
 private:
     bool isSmall() const { return m_paint.layout.bSmall; }
-    int scaled(int base) const { return zr::scaledSize(base, 2.0F, m_paint.images.isHighResolution()); }
+    int scaled(int base) const
+    {
+        return zr::scaledSize(base, 2.0F, m_paint.images.isHighResolution());
+    }
 
     void drawText(const OverlayElement& element, Qt::AlignmentFlag horizontally)
     {

@@ -16,7 +16,7 @@ struct OverlayPaint
     const zr::OverlayLayout& layout;
     const OverlayImages& images;
     const QPainterPath& bars; ///< what the picture leaves of the tile
-    int iSpinnerAngle; ///< degrees
+    int iSpinnerAngle;        ///< degrees
     WatermarkCache& watermark;
 };
 

@@ -305,8 +305,7 @@ void QDlgPlayInfo::paintEvent(QPaintEvent* event)
         return;
     QPainter painter(this);
     painter.setClipRegion(event->region());
-    paintOverlay(painter,
-                 {m_layout, *m_pImages, m_barsPath, m_iSpinnerAngle, m_watermark});
+    paintOverlay(painter, {m_layout, *m_pImages, m_barsPath, m_iSpinnerAngle, m_watermark});
 }
 
 void QDlgPlayInfo::resizeEvent(QResizeEvent* event)

@@ -34,8 +34,8 @@ enum class OverlayControl
 /// A control acts when the button is released where it was pressed: a drag does not click, and the
 /// button is up when the host opens a menu from inside the message.
 ///
-/// It paints from its answer of `zr::overlayState`, never from the participant's record. While it is
-/// shown it listens to what changes in the meeting, asks the rule again, and repaints only what
+/// It paints from its answer of `zr::overlayState`, never from the participant's record. While it
+/// is shown it listens to what changes in the meeting, asks the rule again, and repaints only what
 /// another answer changes. Nobody has to refresh it. GUI thread.
 class QDlgPlayInfo : public QWidget
 {
@@ -52,8 +52,8 @@ public:
     tagPersonInfo* person() const { return m_pPerson; }
     /// The bound participant is a shared screen.
     bool isShareTile() const { return m_bShareTile; }
-    /// Where the tile stands; at first in a gallery. The controls of a tile on an extended screen do
-    /// nothing.
+    /// Where the tile stands; at first in a gallery. The controls of a tile on an extended screen
+    /// do nothing.
     void setPlace(zr::TilePlace place);
     zr::TilePlace place() const { return m_view.place; }
 
