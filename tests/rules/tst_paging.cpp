@@ -1,6 +1,6 @@
 #include "paging.h"
 
-#include "zrscreenmod.h"
+#include "zrtypes.h"
 
 #include <QtTest>
 
