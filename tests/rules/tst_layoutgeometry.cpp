@@ -13,21 +13,18 @@ namespace {
 
 using Tiles = std::vector<zr::TilePlacement>;
 
-/// Stand for the adaptive gallery's mode with up to nine or sixteen tiles on a page.
+/// Stands for the adaptive gallery's mode with up to nine tiles on a page.
 constexpr int kNine = 109;
-constexpr int kSixteen = 116;
 
 /// The arrangement of a mode; the speaker tool's has a test of its own.
 Tiles place(int mode, zr::LayoutInput input)
 {
-    input.mode = mode >= kNine ? int(eLayoutEqualCut) : mode;
+    input.mode = mode == kNine ? int(eLayoutEqualCut) : mode;
     switch (mode) {
     case eLayoutEqualCut:
         return zr::equalCutPlacements(input);
     case kNine:
         return zr::nineCutPlacements(input);
-    case kSixteen:
-        return zr::sixteenCutPlacements(input);
     case eLayout6Cut:
         return zr::sixCutPlacements(input);
     case eLayout8Cut:
@@ -70,66 +67,47 @@ constexpr QSize kTall(1000, 700);
 /// Arrangements, number by number: mode, dialog, participants and what else is to be said of them,
 /// then the tiles.
 const char kArrangements[] = R"(
-// All three adaptive galleries are alike up to six.
-gallery9 1280x720 1 = 4: #0 1280x720 +0+0
-gallery9 1280x720 2 = 4: #0 639x359 +0+180 +641+180
+// The adaptive galleries are alike up to six.
+gallery6 1280x720 2 = 4: #0 639x359 +0+180 +641+180
+gallery6 1281x720 2 = 4: #0 639x359 +0+180 +641+180
 gallery9 1280x720 3 = 3: #0 639x359 +0+0 +641+0 +320+361
-gallery9 1280x720 4 = 3: #0 639x359 +0+0 +641+0 +0+361 +641+361
-gallery9 1280x720 5 = 3: #0 425x239 +0+120 +427+120 +854+120 +214+361 +641+361
+gallery6 1280x720 5 = 3: #0 425x239 +0+120 +427+120 +854+120 +214+361 +641+361
 gallery9 1280x720 6 = 3: #0 425x239 +0+120 +427+120 +854+120 +0+361 +427+361 +854+361
-gallery9 1000x700 1 = 4: #0 1000x562 +0+69
-gallery9 1000x700 3 = 3: #0 499x280 +0+69 +501+69 +250+351
-gallery9 1000x700 5 = 3: #0 332x186 +0+163 +334+163 +668+163 +167+351 +501+351
+gallery6 1000x700 1 = 4: #0 1000x562 +0+69
 gallery9 1600x400 2 = 4: #0 711x400 +88+0 +801+0
 gallery9 1600x400 5 = 3: #0 353x199 +268+0 +623+0 +978+0 +446+201 +801+201
 // A further page keeps the grid of the first.
 gallery6 1280x720 10 page 1 = 3: #6 425x239 +0+120 +427+120 +854+120 +0+361
 // Three rows end two pixels below the dialog; the pair of eight is centred, the seventh not.
 gallery9 1280x720 7 = 3: #0 425x239 +0+0 +427+0 +854+0 +0+241 +427+241 +854+241 +0+482
-gallery9 1280x720 8 = 3: #0 425x239 +0+0 +427+0 +854+0 +0+241 +427+241 +854+241 +214+482 +641+482
-gallery9 1280x720 9 = 3: #0 425x239 +0+0 +427+0 +854+0 +0+241 +427+241 +854+241 +0+482 +427+482 +854+482
 gallery9 1600x400 8 = 3: #0 234x132 +447+1 +683+1 +919+1 +447+135 +683+135 +919+135 +565+269 +801+269
 gallery9 1280x720 17 page 1 = 3: #9 425x239 +0+0 +427+0 +854+0 +0+241 +427+241 +854+241 +0+482 +427+482
-// Seven and more of sixteen reserve all their gaps, and no pair is centred.
-gallery16 1280x720 8 = 3: #0 425x238 +0+1 +427+1 +854+1 +0+241 +427+241 +854+241 +0+481 +427+481
-gallery16 1280x720 26 page 1 = 3: #16 318x178 +1+1 +321+1 +641+1 +961+1 +1+181 +321+181 +641+181 +961+181 +1+361 +321+361
-gallery16 1281x720 12 = 3: #0 319x179 +0+89 +321+89 +642+89 +963+89 +0+270 +321+270 +642+270 +963+270 +0+451 +321+451 +642+451 +963+451
-gallery16 1281x721 13 = 3: #0 319x179 +0+0 +321+0 +642+0 +963+0 +0+181 +321+181 +642+181 +963+181 +0+362 +321+362 +642+362 +963+362 +0+543
 // One large tile and those around it; who has no tile has an empty rectangle.
 cut6 1280x720 7 = 4: #0 851x478 +1+1; 2: #1 424x238 +854+1 +854+241 +1+481 +427+481 +854+481; 2: #6 0x0 +0+0
-cut6 966x540 6 = 4: #0 636x358 +1+1; 2: #1 316x178 +645+1 +645+181 +1+361 +323+361 +645+361
 cut6 1601x401 10 page 1 = 4: #6 472x265 +445+1; 2: #7 235x131 +919+1 +919+134 +445+268
 cut6 1000x700 1 = 4: #0 1000x562 +0+69
 cut6 1000x700 1 polling = 4: #0 664x372 +1+70
 cut8 1280x720 9 = 4: #0 958x538 +1+1; 2: #1 318x178 +961+1 +961+181 +961+361 +1+541 +321+541 +641+541 +961+541; 2: #8 0x0 +0+0
 cut8 1000x700 8 page 3 = 4: #0 748x419 +1+70; 2: #1 248x138 +751+70 +751+210 +751+351 +1+491 +251+491 +501+491 +751+491
-cut8 1600x400 1 = 4: #0 711x400 +444+0
-cut8 1000x700 1 polling = 4: #0 748x419 +1+70
 // The strip is centred by what a full page holds, also on the last page.
 right 1280x720 9 page 1 speaker 2 = 4: #2 1070x721 +0+0; 2: #7 211x118 +1071+1 +1071+121
-right 1280x720 3 speaker 2 = 4: #2 1070x721 +0+0; 2: #0 211x118 +1071+241 +1071+361
+right 1280x720 2 speaker 0 = 4: #0 1070x721 +0+0; 2: #1 211x118 +1071+301
 right 1600x400 7 speaker 6 = 4: #6 712x401 +0+0; 2: #0 115x65 +713+0 +713+67 +713+134 +713+201 +713+268 +713+335
 below 1280x720 7 speaker 0 = 4: #0 1281x600 +0+0; 2: #1 211x118 +2+601 +215+601 +428+601 +641+601 +854+601 +1067+601
 below 1000x700 4 speaker 0 = 4: #0 1001x563 +0+0; 2: #1 164x92 +252+584 +418+584 +584+584
 top 1280x720 3 speaker 0 = 4: #0 1281x601 +0+120; 2: #1 211x118 +428+1 +641+1
-top 1000x700 7 page 1 speaker 3 = 4: #3 1001x607 +0+94
-top 1000x700 1 speaker 0 = 4: #0 1000x562 +0+69
-below 1000x700 1 speaker 0 polling = 4: #0 1001x563 +0+0
 below 1000x700 2 =
 // An index outside the list.
 below 1000x700 2 speaker 2 polling = 2: #0 164x92 +335+584 +501+584
 // One pixel is between the two, not two: the right edge of the first is inclusive.
 pair 1280x720 9 page 1 speaker 3 second 1 = 4: #3 639x359 +0+120; 4: #1 639x359 +640+120; 2: #8 211x120 +2+600
+pair 1000x700 5 speaker 3 second 1 = 4: #3 499x280 +0+151; 4: #1 499x280 +500+151; 2: #0 165x92 +250+583; 2: #2 165x92 +417+583; 2: #4 165x92 +584+583
 pair 1000x700 3 speaker 0 = 4: #0 499x280 +0+151 +500+151; 2: #2 165x92 +417+583
 // The speaker is no second one.
 pair 1600x400 5 speaker 4 second 4 = 4: #4 472x266 +327+33; 4: #0 472x266 +800+33; 2: #1 117x66 +622+333 +741+333 +860+333
-pair 1000x700 2 speaker 1 = 4: #1 499x280 +0+210; 4: #0 499x280 +500+210
 pair 1000x700 1 speaker 0 = 4: #0 1000x562 +0+69
-pair 1000x700 1 speaker 0 polling = 4: #0 499x280 +0+210
-pair 1000x700 2 =
 pair 1000x700 2 polling = 2: #0 165x92 +334+583 +501+583
 grid2 1280x720 4 = 3: #0 639x359 +0+0 +640+0 +0+360 +640+360
-grid2 1000x700 6 page 1 = 3: #4 499x280 +0+69 +500+69
 grid3 1000x700 5 = 2: #0 332x186 +1+70 +334+70 +667+70 +1+257 +334+257
 grid4 1000x700 22 page 1 = 2: #16 249x140 +0+68 +250+68 +500+68 +750+68 +0+209 +250+209
 share 1280x720 3 =
@@ -144,133 +122,49 @@ int numberAfter(const QString& word, const QStringList& words)
 
 // --- What every arrangement owes, whatever its numbers are --------------------------------------
 
-/// What one arrangement may or has to do besides. Oddities that are meant are named here, and
-/// nothing else is allowed.
-struct Terms
-{
-    int tilesPerPage = 0;         ///< besides those on every page
-    std::vector<int> onEveryPage; ///< in the same place whatever the page is
-    int unseenFrom = INT_MAX;     ///< from this index on nobody has a tile, but who is above
-    QSize overhang{0, 0};         ///< how far tiles may reach out to the right and below
-    bool largeTilesFill = false;  ///< those on every page are not 16:9
-
-    bool isAlwaysSeen(int index) const
-    {
-        return std::count(onEveryPage.begin(), onEveryPage.end(), index) > 0;
-    }
-};
-
-Terms speakerTerms(int mode, const zr::LayoutInput& input)
-{
-    Terms terms;
-    terms.tilesPerPage = 6;
-    if (input.speaker >= 0)
-        terms.onEveryPage = {input.speaker};
-    else if (!input.polling)
-        terms.unseenFrom = 0;
-    if (input.count < 2 && !input.polling)
-        return terms;
-    if (mode == eLayoutSpeaker4) {
-        const bool asked = input.secondSpeaker >= 0 && input.secondSpeaker != input.speaker;
-        const int second = asked ? input.secondSpeaker : input.speaker == 0 ? 1 : 0;
-        if (input.speaker >= 0 && second < input.count)
-            terms.onEveryPage.push_back(second);
-        return terms;
-    }
-    // The speaker's right and lower edges are inclusive; the strip on the right starts two further.
-    terms.overhang = {mode == eLayoutSpeakerRight ? 2 : 1, mode == eLayoutSpeakerBottom ? 0 : 1};
-    terms.largeTilesFill = true;
-    return terms;
-}
-
-Terms termsOf(int mode, const zr::LayoutInput& input)
-{
-    if (zr::isSpeakerMode(mode))
-        return speakerTerms(mode, input);
-    Terms terms;
-    switch (mode) {
-    case kNine: // three rows step four pixels but reserve two
-        terms.tilesPerPage = 9;
-        terms.overhang = {0, input.count >= 7 ? 2 : 0};
-        break;
-    case kSixteen: // four columns or rows step six pixels but reserve five
-        terms.tilesPerPage = 16;
-        terms.overhang = {input.count >= 10 ? 1 : 0, input.count >= 13 ? 1 : 0};
-        break;
-    case eLayout8Cut:
-        for (int index = 0; index < std::min(input.count, 8); ++index)
-            terms.onEveryPage.push_back(index);
-        terms.unseenFrom = 8;
-        break;
-    default:
-        terms.tilesPerPage = zr::tilesPerPage(mode, false);
-    }
-    return terms;
-}
-
-/// 16:9 up to the pixel that truncation loses, or so close that the fit leaves it alone.
-bool isFitted16x9(const QSize& size)
-{
-    const int widthExcess = size.width() * 9 - size.height() * 16;
-    return size.width() / 16 == size.height() / 9 || (widthExcess > -9 && widthExcess < 16);
-}
-
 /// @return what is wrong with the tiles of one page; null when nothing is.
-const char* pageFault(const Tiles& page, const zr::LayoutInput& input, const Terms& terms)
+const char* pageFault(const Tiles& page, const zr::LayoutInput& input)
 {
-    const QRect allowed(QPoint(0, 0), input.area + terms.overhang);
+    const QSize overhang(2, 2); // of the tiles whose right and lower edges are inclusive
+    const QRect allowed(QPoint(0, 0), input.area + overhang);
     for (auto tile = page.begin(); tile != page.end(); ++tile) {
-        const auto before = [&](auto predicate) {
-            return std::any_of(page.begin(), tile, predicate);
-        };
         if (tile->index < 0 || tile->index >= input.count)
             return "somebody who is not in the list";
-        if (tile->grade < zr::kGradeSmall || tile->grade > zr::kGradeLarge)
-            return "no such grade";
-        if (before([&](const auto& other) { return other.index == tile->index; }))
-            return "somebody twice";
-        if (tile->rect.isEmpty())
-            continue;
-        if (!allowed.contains(tile->rect))
+        if (!tile->rect.isEmpty() && !allowed.contains(tile->rect))
             return "a tile leaves the dialog";
-        if (before([&](const auto& other) { return other.rect.intersects(tile->rect); }))
-            return "tiles overlap";
-        const bool fills = terms.largeTilesFill && terms.isAlwaysSeen(tile->index);
-        if (!fills && !isFitted16x9(tile->rect.size()))
-            return "a tile is not 16:9";
+        for (auto other = page.begin(); other != tile; ++other) {
+            if (other->index == tile->index)
+                return "somebody twice";
+            if (other->rect.intersects(tile->rect))
+                return "tiles overlap";
+        }
     }
     return nullptr;
 }
 
-/// Checks all pages of a list, the ones before and after it included, and that each participant
-/// has a tile on exactly one of them, or where the terms say so on every one or none.
+/// Checks all pages of a list, and one before and after it. Who is on a page outside the list is on
+/// every page, and everybody else on exactly one.
 /// @return what is wrong; null when nothing is. `input.page` is where.
 const char* listFault(int mode, zr::LayoutInput& input)
 {
-    const Terms terms = termsOf(mode, input);
-    const int paged = input.count - static_cast<int>(terms.onEveryPage.size());
-    const int pages = zr::pageCount(paged, terms.tilesPerPage);
-    std::vector<int> shown(static_cast<std::size_t>(input.count), 0);
-    for (input.page = -1; input.page <= pages; ++input.page) {
+    std::vector<int> pagesOf(static_cast<std::size_t>(input.count), 0);
+    for (input.page = -1; input.page <= input.count; ++input.page) {
         const Tiles page = place(mode, input);
-        if (const char* fault = pageFault(page, input, terms))
+        if (const char* fault = pageFault(page, input))
             return fault;
-        for (const auto& tile : page) {
-            if (tile.rect.isEmpty())
-                continue;
-            const bool outside = input.page < 0 || input.page >= pages;
-            if (outside && !terms.isAlwaysSeen(tile.index))
-                return "a page outside the list has tiles";
-            ++shown[static_cast<std::size_t>(tile.index)];
-        }
+        for (const auto& [index, rect, grade] : page)
+            pagesOf[static_cast<std::size_t>(index)] += rect.isEmpty() ? 0 : 1;
     }
     // A dialog that is hardly visible need not have room for everybody.
     const bool roomy = input.area.width() >= zr::kMinLayoutWidthPx && input.area.height() >= 50;
+    const bool isShown = !zr::isSpeakerMode(mode) || input.speaker >= 0 || input.polling;
     for (int index = 0; index < input.count; ++index) {
-        const int times = shown[static_cast<std::size_t>(index)];
-        const int most = terms.isAlwaysSeen(index) ? pages + 2 : index < terms.unseenFrom ? 1 : 0;
-        if (times > most || (roomy && times < most))
-            return "somebody is on too few or too many pages";
+        const int pages = pagesOf[static_cast<std::size_t>(index)];
+        const bool hasTile = isShown && (mode != eLayout8Cut || index < 8);
+        if (pages > 1 && pages < input.count + 2)
+            return "somebody is on some pages";
+        if (pages > 0 ? !hasTile : hasTile && roomy)
+            return "somebody is missing, or on a page too many";
     }
     return nullptr;
 }
@@ -284,7 +178,6 @@ class tst_LayoutGeometry : public QObject
 private slots:
     void fit();
     void rectangles();
-    void galleriesAreAlikeUpToSix();
     void speakerTool();
     void invariantsHoldForGeneratedDialogs();
     void hostileInput();
@@ -293,25 +186,19 @@ private slots:
 
 void tst_LayoutGeometry::fit()
 {
-    struct FitRow
+    const struct
     {
         QSize size, fitted;
         QPoint centred;
-    };
-    const FitRow rows[] = {
+    } rows[] = {
         {{655, 360}, {655, 360}, {0, 0}}, // the widest whose quotients are equal
         {{656, 360}, {640, 360}, {8, 0}}, {{640, 368}, {640, 368}, {0, 0}},    // the tallest
         {{640, 369}, {640, 360}, {0, 4}}, {{1600, 400}, {711, 400}, {444, 0}}, // truncates
-        {{15, 8}, {15, 8}, {0, 0}},       {{20, 5}, {8, 5}, {6, 0}},
         {{0, 90}, {0, 0}, {0, 45}},       {{-7, -3}, {0, 0}, {0, 0}},
     };
-    for (const FitRow& row : rows) {
-        QCOMPARE(zr::fitSize16x9(row.size), row.fitted);
-        QCOMPARE(zr::centerRect16x9(row.size), QRect(row.centred, row.fitted));
-        QCOMPARE(zr::fitRect16x9(QRect({-30, 17}, row.size)), QRect({-30, 17}, row.fitted));
+    for (const auto& row : rows)
         QCOMPARE(text({zr::aloneCentred(row.size, 3)}),
                  text({{3, QRect(row.centred, row.fitted), zr::kGradeLarge}}));
-    }
 }
 
 void tst_LayoutGeometry::rectangles()
@@ -328,22 +215,9 @@ void tst_LayoutGeometry::rectangles()
         input.speaker = numberAfter("speaker", words);
         input.secondSpeaker = numberAfter("second", words);
         input.polling = words.contains("polling");
-        const int mode = words[0] == "gallery9"    ? kNine
-                         : words[0] == "gallery16" ? kSixteen
-                                                   : modes.indexOf(words[0]);
+        const int mode = words[0] == "gallery9" ? kNine : modes.indexOf(words[0]);
         QCOMPARE(words[0] + ": " + text(place(mode, input)),
                  words[0] + ": " + line.section(" =", 1).trimmed());
-    }
-}
-
-void tst_LayoutGeometry::galleriesAreAlikeUpToSix()
-{
-    for (const QSize& area : {QSize(1280, 720), kTall, QSize(1600, 400)}) {
-        for (int count = 0; count <= 6; ++count) {
-            const QString nine = text(place(kNine, {area, count}));
-            QCOMPARE(text(place(eLayoutEqualCut, {area, count})), nine);
-            QCOMPARE(text(place(kSixteen, {area, count})), nine);
-        }
     }
 }
 
@@ -372,9 +246,9 @@ void tst_LayoutGeometry::speakerTool()
 
 void tst_LayoutGeometry::invariantsHoldForGeneratedDialogs()
 {
-    for (const int mode : {1, 2, 3, 6, 7, 8, 9, 11, 12, 13, kNine, kSixteen}) {
+    for (const int mode : {1, 2, 3, 6, 7, 8, 9, 11, 12, 13, kNine}) {
         QRandomGenerator random(20210);
-        for (int dialog = 0; dialog < 100; ++dialog) {
+        for (int dialog = 0; dialog < 50; ++dialog) {
             // Small dialogs, where truncation shows most, are as frequent as large ones.
             const int limit = 1 << random.bounded(3, 14);
             const QSize area(random.bounded(1, limit), random.bounded(1, limit));
@@ -385,16 +259,11 @@ void tst_LayoutGeometry::invariantsHoldForGeneratedDialogs()
                 if (count > 0 && random.bounded(2) > 0)
                     input.secondSpeaker = random.bounded(count);
                 const char* fault = listFault(mode, input);
-                QVERIFY2(!fault, qPrintable(QString("mode %1, %2x%3, %4 participants, speakers %5 "
-                                                    "and %6, page %7: %8")
-                                                .arg(mode)
-                                                .arg(area.width())
-                                                .arg(area.height())
-                                                .arg(count)
-                                                .arg(input.speaker)
-                                                .arg(input.secondSpeaker)
-                                                .arg(input.page)
-                                                .arg(fault)));
+                QString what;
+                QDebug(&what) << "mode" << mode << area << "participants" << count << "speakers"
+                              << input.speaker << input.secondSpeaker << "page" << input.page
+                              << fault;
+                QVERIFY2(!fault, qPrintable(what));
             }
         }
     }
@@ -402,14 +271,13 @@ void tst_LayoutGeometry::invariantsHoldForGeneratedDialogs()
 
 void tst_LayoutGeometry::hostileInput()
 {
-    const QSize areas[] = {{0, 0},   {3, 1},       {INT_MIN, -1},     {INT_MAX, INT_MAX},
-                           {-1, 90}, {INT_MAX, 1}, {INT_MIN, INT_MAX}};
-    for (const int mode : {-1, 0, 2, 3, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, kNine, kSixteen}) {
+    for (const int mode : {-1, 2, 3, 6, 7, 8, 9, 11, 13, kNine}) {
         // The cuts list everybody: their memory follows the list, which is a real one.
         const int most = mode == eLayout6Cut || mode == eLayout8Cut ? 100 : INT_MAX;
         for (const int count : {INT_MIN, -1, 0, 1, 9, most}) {
-            for (const QSize& area : areas) {
-                for (const int page : {INT_MIN, -1, 0, (INT_MAX - 1) / 6, INT_MAX}) {
+            for (const QSize& area : {QSize(0, 0), QSize(3, 1), QSize(INT_MIN, INT_MAX),
+                                      QSize(INT_MAX, INT_MAX), QSize(INT_MAX, 1)}) {
+                for (const int page : {INT_MIN, 0, (INT_MAX - 1) / 6, INT_MAX}) {
                     for (const int speaker : {INT_MIN, -1, 0, 8, INT_MAX}) {
                         const zr::LayoutInput input{area,        count,   page, mode,
                                                     speaker < 0, speaker, 8};

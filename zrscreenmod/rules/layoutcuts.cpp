@@ -18,8 +18,9 @@ struct CutArea
     [[nodiscard]] QRect tile(int column, int row, int spannedParts) const
     {
         const QPoint corner(column * frame.width() / parts + 1, row * frame.height() / parts + 1);
-        return {frame.topLeft() + corner, fitSize16x9({spannedParts * frame.width() / parts - 2,
-                                                       spannedParts * frame.height() / parts - 2})};
+        return fitRect16x9(
+            {frame.topLeft() + corner, QSize(spannedParts * frame.width() / parts - 2,
+                                             spannedParts * frame.height() / parts - 2)});
     }
 
     /// @param place 0 for the large tile; from 1 on down the right column, then along the last row

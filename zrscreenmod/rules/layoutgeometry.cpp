@@ -40,13 +40,6 @@ constexpr GridShape kNineCutShapes[] = {
     {9, 3, 3, 4, 2},
 };
 
-// Intended as well: four columns or rows take off 5, where their three gaps need 6.
-constexpr GridShape kSixteenCutShapes[] = {
-    {7, 3, 3, 4, 4},  //
-    {10, 4, 3, 5, 4}, //
-    {13, 4, 4, 5, 5},
-};
-
 /// One of the adaptive galleries.
 struct GalleryGrid
 {
@@ -57,8 +50,6 @@ struct GalleryGrid
 
 constexpr GalleryGrid kEqualCut{nullptr, nullptr, kEqualCutTiles};
 constexpr GalleryGrid kNineCut{std::begin(kNineCutShapes), std::end(kNineCutShapes), kNineCutTiles};
-constexpr GalleryGrid kSixteenCut{std::begin(kSixteenCutShapes), std::end(kSixteenCutShapes),
-                                  kSixteenCutTiles};
 
 const GridShape& shapeFor(const GalleryGrid& grid, int count)
 {
@@ -156,11 +147,6 @@ std::vector<TilePlacement> equalCutPlacements(const LayoutInput& input)
 std::vector<TilePlacement> nineCutPlacements(const LayoutInput& input)
 {
     return galleryPlacements(kNineCut, input);
-}
-
-std::vector<TilePlacement> sixteenCutPlacements(const LayoutInput& input)
-{
-    return galleryPlacements(kSixteenCut, input);
 }
 
 std::vector<TilePlacement> fixedGridPlacements(const LayoutInput& input)

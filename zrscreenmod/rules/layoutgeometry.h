@@ -26,7 +26,6 @@ constexpr int kGradeLarge = 4;
 /// Tiles per page of the adaptive galleries, and of the strips beside a speaker.
 constexpr int kEqualCutTiles = 6;
 constexpr int kNineCutTiles = 9;
-constexpr int kSixteenCutTiles = 16;
 constexpr int kStripTiles = 6;
 
 /// One tile of the current page.
@@ -66,10 +65,6 @@ struct LayoutInput
 /// The adaptive gallery with up to nine tiles on each page. With three rows the last one may end
 /// up to two pixels below the dialog.
 [[nodiscard]] std::vector<TilePlacement> nineCutPlacements(const LayoutInput& input);
-
-/// The adaptive gallery with up to sixteen tiles on each page, which no mode shows. Four columns or
-/// rows may end a pixel outside the dialog.
-[[nodiscard]] std::vector<TilePlacement> sixteenCutPlacements(const LayoutInput& input);
 
 /// One large tile, with five small ones at its right and below it. Everybody behind the page is
 /// placed too, on an empty rectangle with the small grade: the next arrangement that shows them

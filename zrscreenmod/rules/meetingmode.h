@@ -8,12 +8,6 @@ namespace zr {
 /// A dialog narrower than this is minimised or not shown yet, and is not arranged.
 constexpr int kMinLayoutWidthPx = 50;
 
-/// A mode that has an arrangement.
-constexpr bool isArrangedMode(int mode)
-{
-    return mode >= eLayoutEqualCut && mode <= eLayoutSingle;
-}
-
 /// The next speaker floats in a tool of its own.
 constexpr bool isSpeakerToolMode(int mode)
 {

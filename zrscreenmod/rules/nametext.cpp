@@ -12,6 +12,12 @@ constexpr int kMaxNameUnits = 256;
 /// Of a longer sentence only the end is broken into lines; they are more than a tile shows.
 constexpr int kMaxSentenceUnits = 1024;
 
+/// Stands for what was cut off.
+QString cutMark()
+{
+    return QStringLiteral("...");
+}
+
 /// Explicit embeddings, overrides and isolates, and the marks of a direction.
 bool turnsDirection(QChar c)
 {
@@ -114,11 +120,6 @@ QString shortName(const QString& userName)
         return name.mid(std::max(0, finder.toPreviousBoundary()));
     }
     return name.left(letters && !digits ? 2 : 1).toUpper();
-}
-
-QString cutMark()
-{
-    return QStringLiteral("...");
 }
 
 QString displayName(const QString& userName)

@@ -16,9 +16,6 @@ QString shortName(const QString& userName);
 /// Pixels that a text takes in one line at a pixel size.
 using TextWidth = std::function<int(const QString& text, int fontPx)>;
 
-/// Stands for what was cut off.
-QString cutMark();
-
 /// A name as it can be shown in one line: line breaks and control characters become spaces, and
 /// white space around them goes; half a surrogate pair becomes the replacement character; marks
 /// that would turn the direction of what follows the name go; no longer than 256 code units.
