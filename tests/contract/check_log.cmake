@@ -22,8 +22,8 @@ set(marks ${CASE})
 if(CASE STREQUAL controls)
   return() # looks for itself
 endif()
-if(CASE STREQUAL five)
-  set(marks five-0 five-1 five-2 five-3 five-4)
+if(CASE STREQUAL unload)
+  set(marks unload-0 unload-1)
 endif()
 foreach(mark IN LISTS marks)
   # Each line is there once, and in its place.
