@@ -4,26 +4,25 @@
 
 #include <algorithm>
 #include <atomic>
-#include <utility>
 
 ZR_CASE(messages, addPersonReportsThePlayHandle)
 {
     const NativeWindow window(1280, 720);
     Meeting meeting(&window);
-    void* first = nullptr;
-    // The same id again is another handle to the same participant, and is reported again.
-    for (int times = 1; times <= 2; ++times) {
-        void* const play = meeting.join(41);
-        CHECK(play != std::exchange(first, play));
-        CHECK(pumpUntil([&] {
-            const std::vector<Message> all = meeting.inbox.all();
-            const auto last = std::find_if(all.rbegin(), all.rend(), [](const Message& m) {
-                return m.id == ZRMSG_PERSON_INFO_UPDATED;
-            });
-            return meeting.inbox.count(ZRMSG_PERSON_INFO_UPDATED, 41) == times
-                   && last->wParam == reinterpret_cast<uintptr_t>(play);
-        }));
-    }
+    const auto isReported = [&](void* play, int times) {
+        const std::vector<Message> all = meeting.inbox.all();
+        const auto last = std::find_if(all.rbegin(), all.rend(), [](const Message& m) {
+            return m.id == ZRMSG_PERSON_INFO_UPDATED;
+        });
+        return meeting.inbox.count(ZRMSG_PERSON_INFO_UPDATED, 41) == times
+               && last->wParam == reinterpret_cast<uintptr_t>(play);
+    };
+    void* const ann = meeting.join(41);
+    CHECK(pumpUntil([&] { return isReported(ann, 1); }));
+    // The same id again: another handle to the same participant, reported again.
+    void* const again = meeting.join(41);
+    CHECK(again != ann);
+    CHECK(pumpUntil([&] { return isReported(again, 2); }));
 }
 
 /// The host deletes from inside the message who is being added, and adds somebody else.

@@ -90,10 +90,9 @@ private slots:
 
 void TestGuiThread::runsThereAndComesBackWithTheResult()
 {
+    bool ran = false;
     QVERIFY(GuiThread::isCurrent());
-    bool ranAtOnce = false;
-    QVERIFY(GuiThread::run([&] { ranAtOnce = true; }));
-    QVERIFY(ranAtOnce);
+    QVERIFY(GuiThread::run([&ran] { ran = true; }) && ran);
 
     QThread* ranOn = nullptr;
     bool nested = false;
@@ -139,14 +138,11 @@ void TestGuiThread::keepsOrderWithQueuedSignals()
         QCOMPARE(seen, expected);
     }
 
-    // From the GUI thread itself posted work is queued too, and so keeps its place.
-    seen.clear();
-    emit stepper.step(0);
-    GuiThread::post([&seen] { seen.append(2); });
-    seen.append(1);
-    QCOMPARE(seen, (QVector<int>{0, 1}));
+    // From the GUI thread itself posted work is queued too.
+    GuiThread::post([&seen] { seen.clear(); });
+    QCOMPARE(seen.size(), kSteps);
     QCoreApplication::processEvents();
-    QCOMPARE(seen, (QVector<int>{0, 1, 2}));
+    QVERIFY(seen.isEmpty());
 }
 
 void TestGuiThread::dropsWhatIsNotTakenAndWaitsForWhatHasBegun()
@@ -183,19 +179,15 @@ void TestGuiThread::dropsWhatIsNotTakenAndWaitsForWhatHasBegun()
 void TestGuiThread::survivesExceptions()
 {
     const QRegularExpression report(QStringLiteral("^work of the GUI thread failed"));
-    for (int i = 0; i < 4; ++i)
+    for (int i = 0; i < 3; ++i)
         QTest::ignoreMessage(QtWarningMsg, report);
     bool succeeded = true;
-    bool after = false;
     Threads threads;
-    threads.start([&] {
-        succeeded = GuiThread::run([] { throw std::runtime_error("out of tiles"); });
-        succeeded = GuiThread::run([] { throw 42; }) || succeeded;
-        after = GuiThread::run([] {});
-    });
+    threads.start(
+        [&] { succeeded = GuiThread::run([] { throw std::runtime_error("out of tiles"); }); });
     QVERIFY(threads.serve());
-    QVERIFY(!succeeded && after);
-    QVERIFY(!GuiThread::run([] { throw std::runtime_error("at once"); }));
+    QVERIFY(!succeeded);
+    QVERIFY(!GuiThread::run([] { throw 42; }));
     GuiThread::post([] { throw std::runtime_error("posted"); });
     QCoreApplication::processEvents();
 }
@@ -223,10 +215,6 @@ void TestGuiThread::drainLetsCallersGoOn()
     QCOMPARE(underWay.load(), 0);
     QCOMPARE(served, kCalls / 2);
     threads.join();
-
-    // With nobody draining, and with a condition that holds already, both are idle.
-    GuiThread::wake();
-    GuiThread::drainUntil([] { return true; });
 }
 
 void TestGuiThread::drainMayNest()

@@ -57,10 +57,8 @@ void TestPageWidgets::childrenStayWhereTheyArePut()
     marks.show();
     QDlgNoVideo noVideo(m_window.get());
     QVERIFY(noVideo.isVisible());
-    for (const QDialog* dialog : {static_cast<QDialog*>(&marks), static_cast<QDialog*>(&noVideo)}) {
-        QVERIFY(!dialog->isWindow());
-        QCOMPARE(dialog->pos(), QPoint(0, 0));
-    }
+    QVERIFY(!marks.isWindow() && marks.pos().isNull());
+    QVERIFY(!noVideo.isWindow() && noVideo.pos().isNull());
     QVERIFY(!m_window->childAt(5, 5)); // clicks go to what lies below
 }
 
@@ -107,18 +105,13 @@ void TestPageWidgets::leftClickTurnsThePage()
     next.setImage(QImage(QStringLiteral(":/pic/pageNext.png")));
     next.resize(next.sizeHint());
     next.show();
-    QCOMPARE(grab().pixelColor(23, 2) == kBehind, false);
-    QWidget* clicked = nullptr;
-    int clicks = 0;
+    QVERIFY(grab().pixelColor(23, 2) != kBehind);
+    QVector<QWidget*> clicked;
     connect(QZRScreenConfig::getInstance(), &QZRScreenConfig::clickPageCtl, this,
-            [&](QWidget* control) {
-                clicked = control;
-                ++clicks;
-            });
+            [&](QWidget* control) { clicked += control; });
     for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton, Qt::LeftButton})
         QTest::mouseClick(&next, button);
-    QCOMPARE(clicks, 1);
-    QCOMPARE(clicked, &next);
+    QCOMPARE(clicked, QVector<QWidget*>{&next});
 }
 
 void TestPageWidgets::barsKeepTheirWidth()
