@@ -1,7 +1,6 @@
 // What the log holds when the library ends, one way or another. Each case runs in a process and in
 // a folder of its own; check_log.cmake looks for the lines afterwards.
 #include "check.h"
-#include "controls.h"
 #include "meeting.h"
 
 #include <cstdlib>
@@ -51,8 +50,8 @@ ZR_CASE(log_exit, endsWithTheLibraryLoaded)
 /// A host that only borrows an edit reads in the log what was wrong, while it still runs.
 ZR_CASE(log_controls, isWrittenWithoutAScreen)
 {
-    const Module zr;
-    const Controls controls(zr);
+    const Module module;
+    const zr::ControlExports& controls = module.exports.ZRCtrl;
     tagRECT rect{0, 0, 100, 30};
     void* const edit = controls.QLineEdit_Init(nullptr, &rect, "");
     controls.QLineEdit_SetMaxLength(edit, -7);
