@@ -15,8 +15,8 @@ constexpr auto kAnswerDelay = 50ms;
 /// Time for the frames that carry the last requests.
 constexpr auto kMoment = 350ms;
 /// The order is looked at every second, and streams are closed a second after an arrangement.
-constexpr auto kRest = 2200ms;
-constexpr int kRestTimeoutMs = 12000;
+constexpr auto kRest = 3000ms;
+constexpr int kRestTimeoutMs = 20000;
 constexpr int kSettleTimeoutMs = 6000;
 constexpr auto kLookPeriod = 60ms;
 constexpr int kLookStepPx = 4;
@@ -128,7 +128,9 @@ void MediaEngine::judge(const Message& message, Stream& stream)
             fail("hidden again: " + stream.id);
         stream.told = true;
         stream.wanted = shown;
-        stream.answerAt = m_changed + kAnswerDelay;
+        const auto delay = delayMs ? std::chrono::milliseconds(delayMs(stream.number, shown))
+                                   : std::chrono::milliseconds(kAnswerDelay);
+        stream.answerAt = std::max(stream.answerAt, m_changed + delay);
     } else if (isGrade(message.id)) {
         if (stream.kind != Kind::Person)
             fail("a grade is asked of " + stream.id);
@@ -148,7 +150,7 @@ void MediaEngine::receive(const Message& message)
     if (namesSomebody(message.id)) {
         if (Stream* const stream = addressee(message)) {
             judge(message, *stream);
-            if (stream->number % 2 == 0)
+            if (!delayMs && stream->number % 2 == 0)
                 apply(stream->number);
         }
     }
@@ -241,7 +243,13 @@ void MediaEngine::rest(const std::string& where)
 {
     step = where;
     m_changed = Clock::now();
-    if (!runUntil([&] { return Clock::now() - m_changed > kRest; }, kRestTimeoutMs)) {
+    const auto rests = [&] {
+        return Clock::now() - m_changed > kRest
+               && std::none_of(m_streams.begin(), m_streams.end(), [](const auto& entry) {
+                      return entry.second.open != entry.second.wanted;
+                  });
+    };
+    if (!runUntil(rests, kRestTimeoutMs)) {
         std::map<unsigned long, int> late;
         for (const Message& message : m_meeting.inbox.all())
             late[message.id] += Clock::now() - message.at < 3s ? 1 : 0;

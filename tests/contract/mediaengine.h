@@ -45,7 +45,7 @@ struct Seen
 ///
 /// Messages are judged as they come: a participant who is not there, a record that is another's, a
 /// grade for a share are failures. Streams with even numbers answer from inside the message, the
-/// others a moment later, as a network does.
+/// others a moment later, as a network does, unless a test says how long it takes.
 class MediaEngine
 {
 public:
@@ -70,8 +70,9 @@ public:
     /// Runs the event loop until exactly the visible streams are open and no message has come for a
     /// moment. @return false when it does not come to that
     bool settle(const std::string& step);
-    /// Runs the event loop until no message has come for as long as any timer of an arrangement
-    /// takes, and checks the streams. A meeting that does not come to rest is a failure.
+    /// Runs the event loop until no answer is due and no message has come for longer than any timer
+    /// of an arrangement takes, and checks the streams. A meeting that does not come to rest is a
+    /// failure.
     void rest(const std::string& step);
     /// Delivers one picture of every open stream.
     void deliver() { forEach(&MediaEngine::playFrame); }
@@ -86,6 +87,9 @@ public:
     /// Those whose streams are open.
     [[nodiscard]] std::set<int> open() const;
 
+    /// How long a message takes to come true for a participant. Without it streams with even
+    /// numbers answer from inside the message, the others a moment later.
+    std::function<int(int number, bool bShown)> delayMs;
     /// Called with every message, after it has been judged.
     std::function<void(const Message&)> onMessage;
     /// Name of what the test does, for failures.

@@ -115,6 +115,7 @@ public:
     explicit Meeting(bool onScreen = false)
     {
         hub().registerUICallback(&host);
+        hub().setClock([this] { return nowMs; });
         gallery = std::make_unique<QDlgScreen>(nullptr);
         auto ownedTool = std::make_unique<ToolDouble>();
         tool = ownedTool.get();
@@ -187,12 +188,39 @@ public:
     /// The gallery's timers of this interval fire; nobody waits for them.
     void elapse(int intervalMs)
     {
+        nowMs += intervalMs;
         for (const auto& timer : running()) {
-            QTimerEvent event(timer.timerId);
             if (timer.interval == intervalMs)
-                QCoreApplication::sendEvent(gallery.get(), &event);
+                fire(timer.timerId);
         }
-        settle();
+    }
+    /// Has the test do something when so much time has passed.
+    void later(qint64 delayMs, std::function<void()> deed)
+    {
+        m_agenda.emplace(nowMs + delayMs, std::move(deed));
+    }
+    /// Time passes, in which the gallery's timers fire and what is to be done later is done, each
+    /// when it is due. Nobody waits for it.
+    void pass(qint64 timeMs)
+    {
+        const qint64 endMs = nowMs + timeMs;
+        for (;;) {
+            const auto timer = nextTimer();
+            const bool deedFirst =
+                !m_agenda.empty() && (timer.second == 0 || m_agenda.begin()->first <= timer.first);
+            const qint64 dueMs = deedFirst ? m_agenda.begin()->first : timer.first;
+            if ((!deedFirst && timer.second == 0) || dueMs > endMs)
+                break;
+            nowMs = std::max(nowMs, dueMs);
+            if (deedFirst) {
+                m_agenda.extract(m_agenda.begin()).mapped()();
+                settle();
+            } else {
+                m_mapTimerDue.erase(timer.second);
+                fire(timer.second);
+            }
+        }
+        nowMs = endMs;
     }
 
     /// Plays a story of steps with ';' between them. A step is a deed, "click u1", or a question
@@ -265,12 +293,38 @@ public:
     HostDouble host;
     std::unique_ptr<QDlgScreen> gallery;
     ToolDouble* tool = nullptr; ///< the gallery's
-    qint64 nowMs = 0;           ///< of the page turns, each of which comes stepMs later
+    qint64 nowMs = 0;           ///< each page turn comes stepMs later
     qint64 stepMs = 1000;
     int orders = 0; ///< asked for since the last question
     std::vector<uchar> picture = std::vector<uchar>(std::size_t(1280) * 720 * 2, 90);
 
 private:
+    void fire(int timerId)
+    {
+        QTimerEvent event(timerId);
+        QCoreApplication::sendEvent(gallery.get(), &event);
+        settle();
+    }
+    /// When a timer fires next, and which; 0 without one.
+    std::pair<qint64, int> nextTimer()
+    {
+        std::map<int, qint64> due;
+        std::pair<qint64, int> next{0, 0};
+        for (const auto& timer : running()) {
+            const auto known = m_mapTimerDue.find(timer.timerId);
+            const qint64 dueMs =
+                known == m_mapTimerDue.end() ? nowMs + timer.interval : known->second;
+            due.emplace(timer.timerId, dueMs);
+            if (next.second == 0 || dueMs < next.first)
+                next = {dueMs, timer.timerId};
+        }
+        m_mapTimerDue = std::move(due);
+        return next;
+    }
+
+    std::map<int, qint64> m_mapTimerDue;
+    std::multimap<qint64, std::function<void()>> m_agenda;
+
     bool perform(const QString& deed, const QStringList& words)
     {
         using G = QDlgScreen;

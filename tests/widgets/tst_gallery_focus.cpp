@@ -2,7 +2,9 @@
 // rules have tests of their own; here is what the gallery makes of their answers.
 #include "gallerytest.h"
 
+#include <random>
 #include <set>
+#include <thread>
 
 using zrtest::HostDouble;
 using zrtest::Meeting;
@@ -123,7 +125,8 @@ const std::pair<const char*, const char*> kStories[] = {
      "set follow 1; mode 8; menu u1; pin-for-all u1 off; mode: 1"},
 };
 
-/// A host that opens, closes and switches streams as it is told, and reports that.
+/// A host that opens, closes and switches streams as it is told, and reports that: at once, or
+/// later and then in turn.
 class StreamHost
 {
 public:
@@ -136,12 +139,14 @@ public:
     void setCamera(tagPersonInfo* person, bool on)
     {
         if (on)
-            m_cameras.insert(person);
+            m_cameras.insert(person->userID);
         else
-            m_cameras.erase(person);
+            m_cameras.erase(person->userID);
         // A media engine opens what has a camera, seen or not.
         setOpen(person, on);
     }
+    /// A camera of somebody who joins later, and whose stream is opened when he is shown.
+    void addCamera(const QString& id) { m_cameras.insert(id); }
     /// Lets frames come and time pass until nothing changes any more.
     void quiet()
     {
@@ -152,24 +157,31 @@ public:
         }
     }
     /// What is wrong with the streams at a quiet moment; empty when nothing is.
-    QString fault() const
+    QString fault(bool withGrades = true) const
     {
         for (const CPlayWidget* tile : m.tiles()) {
             tagPersonInfo* person = tile->GetPersonInfo();
-            const bool wanted = m.sees(person->userID) && m_cameras.count(person) != 0;
+            const bool wanted = m.sees(person->userID) && hasCamera(person);
             const auto stream = m_open.find(person);
             if (wanted != (stream != m_open.end()))
                 return person->userID
                        + (wanted ? " is closed, and seen" : " is open, and not seen");
-            if (wanted && stream->second != wantedGrade(person))
+            if (wanted && withGrades && stream->second != wantedGrade(person))
                 return person->userID + " has another grade than the tile";
         }
         return {};
     }
 
+    /// How long the answer takes to a message that somebody is shown or hidden; 0 for no time.
+    std::function<int(bool bShown)> delayMs = [](bool) { return 0; };
+    bool onlyChanges = true; ///< else every message is answered
     int switches = 0;
 
 private:
+    bool hasCamera(const tagPersonInfo* person) const
+    {
+        return m_cameras.count(person->userID) != 0;
+    }
     static int wantedGrade(const tagPersonInfo* person)
     {
         const bool asked = !person->bSelf && !person->bShare && !person->userName.isEmpty();
@@ -183,13 +195,28 @@ private:
             m_open.erase(person);
         m->onModPreview(person, bOpen);
     }
+    void answer(tagPersonInfo* person, bool bShown)
+    {
+        if (!m->livePerson(person))
+            return;
+        const bool bOpen = bShown && hasCamera(person);
+        if (!onlyChanges || bOpen != (m_open.count(person) != 0))
+            setOpen(person, bOpen);
+    }
     void obey(const HostDouble::Message& message)
     {
         tagPersonInfo* person = message.person();
-        if (message.id == ZRMSG_VIDEO_SHOWN && m_cameras.count(person) != 0) {
-            setOpen(person, true);
-        } else if (message.id == ZRMSG_VIDEO_HIDDEN && m_open.count(person) != 0) {
-            setOpen(person, false);
+        if (message.id == ZRMSG_VIDEO_SHOWN || message.id == ZRMSG_VIDEO_HIDDEN) {
+            const bool bShown = message.id == ZRMSG_VIDEO_SHOWN;
+            m_wanted[person] = bShown;
+            const int delay = delayMs(bShown);
+            qint64& dueMs = m_due[person];
+            dueMs = std::max(dueMs, m.nowMs + delay);
+            if (dueMs <= m.nowMs)
+                answer(person, bShown);
+            else
+                m.later(dueMs - m.nowMs,
+                        [=] { answer(person, onlyChanges ? m_wanted[person] : bShown); });
         } else if (message.id >= 2 && message.id <= 4) {
             ++switches;
             if (m_open.count(person) != 0)
@@ -198,8 +225,10 @@ private:
     }
 
     Meeting& m;
-    std::set<tagPersonInfo*> m_cameras;
-    std::map<tagPersonInfo*, int> m_open; ///< and the grade; 0 is the host's own
+    std::set<QString> m_cameras;             ///< by user id
+    std::map<tagPersonInfo*, int> m_open;    ///< and the grade; 0 is the host's own
+    std::map<tagPersonInfo*, bool> m_wanted; ///< what was told last
+    std::map<tagPersonInfo*, qint64> m_due;  ///< the last answer
 };
 
 } // namespace
@@ -215,6 +244,9 @@ private slots:
     void extendedScreen();
     void moreMenu();
     void previewReports();
+    void lateFramesStartNothing();
+    void settlesWithSlowHosts_data();
+    void settlesWithSlowHosts();
     void streamsFollowTheTiles();
     void gradesAreAskedForOnce();
     void foreignPointers();
@@ -312,36 +344,45 @@ void TestGalleryFocus::moreMenu()
 void TestGalleryFocus::previewReports()
 {
     Meeting m;
-    const auto persons = m.addMany(7); // u6 is on the second page
-    m->changePersonVideoMute(true);
-    struct Row
+    tagPersonInfo* person = m.add("anna");
+    const struct
     {
-        int person;
-        bool open;
-        bool prePreview, picture; // afterwards
-    };
-    const Row rows[] = {
-        {0, false, false, false}, {0, true, true, true},   {0, true, true, true},
-        {0, false, true, false},  {0, false, true, false}, {6, true, true, true},
-    };
-    for (const Row& row : rows) {
-        tagPersonInfo* person = persons[std::size_t(row.person)];
+        bool open, prePreview;
+    } rows[] = {{false, false}, {true, true}, {true, true}, {false, true}, {false, true}};
+    for (const auto& row : rows) {
         m->setPreview(person, row.open);
         QCOMPARE(person->bPreview, row.open);
         QVERIFY(person->bVideoStatusChange);
         QCOMPARE(person->bPrePreview, row.prePreview);
-        QCOMPARE(person->bPicture, row.picture);
     }
-    // The gallery has it closed again, and knows that the camera is on.
-    m->changePersonVideoMute(true);
-    QCOMPARE(m.host.count(ZRMSG_VIDEO_HIDDEN, persons[6]), 2);
-    m->setPreview(persons[6], false);
-    QVERIFY(persons[6]->bPicture);
-    // Seen again, and no stream comes: the camera is off after all.
-    m.setMode(eLayout8Cut);
-    QVERIFY(persons[6]->bPicture);
-    m->changePersonVideoMute(true);
-    QVERIFY(!persons[6]->bPicture);
+}
+
+void TestGalleryFocus::lateFramesStartNothing()
+{
+    Meeting m;
+    tagPersonInfo* person = m.addMany(7)[0];
+    VantrelRTCVideoFrameQT frame{};
+    frame.pData = m.picture.data();
+    frame.width = frame.height = 8;
+    const auto isRunning = [&] { return person->iStreamStatus == kStreamRunning; };
+    const auto pictureBelongsToTheStream = [&](const std::function<void(bool)>& setOpen) {
+        setOpen(true);
+        QVERIFY(!isRunning());
+        QVERIFY(m.play(person) && isRunning());
+        setOpen(false);
+        QVERIFY(m.play(person) && !isRunning());
+        // One whose notice comes when the next stream is open already.
+        std::thread([&] { QVERIFY(m->playFrame(person, &frame)); }).join();
+        setOpen(true);
+        m.settle();
+        QVERIFY(!isRunning());
+        QVERIFY(m.play(person) && isRunning());
+        setOpen(false);
+    };
+    pictureBelongsToTheStream([&](bool open) { m->setPreview(person, open); });
+    m->setPreview(person, true); // a host that does not say what it closes
+    pictureBelongsToTheStream(
+        [&](bool open) { QCOMPARE(m.tell(open ? "back" : "next; elapse 1000"), QString()); });
 }
 
 void TestGalleryFocus::streamsFollowTheTiles()
@@ -395,6 +436,74 @@ void TestGalleryFocus::streamsFollowTheTiles()
         m.reLayout();
         host.quiet();
         QVERIFY2(m.host.messages.empty() && m.shown() == shown, step);
+    }
+}
+
+void TestGalleryFocus::settlesWithSlowHosts_data()
+{
+    QTest::addColumn<int>("shownMs"); // at least
+    QTest::addColumn<int>("shownMostMs");
+    QTest::addColumn<int>("hiddenMostMs");
+    QTest::newRow("late shown") << 1100 << 1900 << 0;
+    QTest::newRow("5 s") << 5000 << 5000 << 5000;
+    QTest::newRow("late hidden") << 0 << 0 << 5000;
+    QTest::newRow("random") << 0 << 5000 << 5000;
+}
+
+/// Nobody changes places but for a reason, nobody is reported twice, and the streams fit.
+void TestGalleryFocus::settlesWithSlowHosts()
+{
+    QFETCH(int, shownMs);
+    QFETCH(int, shownMostMs);
+    QFETCH(int, hiddenMostMs);
+    constexpr int kRestMs = 20000;
+    int combination = 0;
+    for (const int mode : {1, 2, 6, 9, 11, 12, 13}) {
+        Meeting m;
+        StreamHost host(m);
+        std::mt19937 random(unsigned(++combination));
+        host.onlyChanges = combination % 2 == 0;
+        host.delayMs = [&](bool bShown) {
+            std::uniform_int_distribution<int> delay(bShown ? shownMs : hiddenMostMs / 2,
+                                                     bShown ? shownMostMs : hiddenMostMs);
+            return delay(random);
+        };
+        m.stepMs = 0; // of the page turns
+        const int people = QList<int>({6, 18, 60})[combination % 3];
+        const bool reportsFirst = combination % 4 < 2; // what is open when somebody joins
+        for (int i = 0; i < people && !reportsFirst; ++i)
+            host.addCamera(QStringLiteral("u%1").arg(i));
+        const auto persons = m.addMany(people);
+        for (int i = 0; i < people && reportsFirst; ++i)
+            host.setCamera(persons[std::size_t(i)], i % 4 != 3);
+        QCOMPARE(m.tell(QString("mode %1").arg(mode)), QString());
+        m.pass(kRestMs);
+        for (const char* step : {"next", "back", "mode 11", "mode 1", "next", "add last 1000",
+                                 "remove u2", "poll 1", "poll 1 off", "set filter 1; layout"}) {
+            const QString row = QString("mode %1, %2").arg(mode).arg(step);
+            m.host.messages.clear();
+            QCOMPARE(m.tell(step), QString());
+            const QString shown = m.shown();
+            m.pass(kRestMs);
+            std::map<tagPersonInfo*, unsigned long> last;
+            std::map<std::pair<tagPersonInfo*, unsigned long>, int> times;
+            for (const auto& message : m.host.messages) {
+                if (message.id != ZRMSG_VIDEO_SHOWN && message.id != ZRMSG_VIDEO_HIDDEN)
+                    continue;
+                QVERIFY2(std::exchange(last[message.person()], message.id) != message.id,
+                         qPrintable(row + " told twice: " + message.person()->userID));
+                ++times[{message.person(), message.id}];
+            }
+            if (QString(step) == "poll 1") // who is shown again was reported hidden in between
+                continue;
+            for (const auto& [which, count] : times)
+                QVERIFY2(count == 1, qPrintable(row + " told again: " + which.first->userID));
+            QCOMPARE(row + ": " + m.shown(), row + ": " + shown);
+            QCOMPARE(row + host.fault(false), row);
+            m.host.messages.clear();
+            m.pass(3000);
+            QVERIFY2(m.host.messages.empty() && m.shown() == shown, qPrintable(row));
+        }
     }
 }
 

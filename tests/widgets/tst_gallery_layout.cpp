@@ -22,8 +22,8 @@ const std::pair<const char*, const char*> kStories[] = {
      "people 3; mode 4; focus u2; shown: u2; whole u2: yes; grade u2: 4; tool: u0; grade u0: 2;"
      "mode 5; shown: u2; whole u2: yes"},
     {"a dialog that is hardly visible is left alone",
-     "people 3; elapse 1000; timers 1000: 1; width 49; mode 13; shown: u0 u1 u2; grade u0: 3;"
-     "timers 1000: 1; width 50; grade u0: 2; timers 1000: 2"},
+     "people 3; width 49; mode 13; mute u2 off; orders: 2; shown: u0 u1 u2; grade u0: 3;"
+     "elapse 1000; orders: 0; width 50; grade u0: 2; seen: u0 u1 u2"},
 
     // --- Order ---
     {"by role, sound and picture",

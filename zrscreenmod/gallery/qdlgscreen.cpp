@@ -11,7 +11,6 @@
 #include <QDebug>
 #include <QMouseEvent>
 
-#include <chrono>
 #include <limits>
 
 QDlgScreen::QDlgScreen(QWidget* parent)
@@ -21,10 +20,7 @@ QDlgScreen::QDlgScreen(QWidget* parent)
     setWindowFlags(Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
     setFocusPolicy(Qt::ClickFocus); // for the keys that turn pages
     m_iModeBeforeShare = hub().curScreenMode();
-    m_pageClock = [] {
-        using namespace std::chrono;
-        return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
-    };
+    m_pageClock = [this] { return hub().nowMs(); };
     makePageControls();
     connectHub();
 }

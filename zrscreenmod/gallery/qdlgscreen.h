@@ -114,8 +114,8 @@ public:
     /// Asks the host for a grade; never for a shared screen, which has one only.
     void switchStream(tagPersonInfo* person, int streamType);
     void setPersonDefStreamType(void* pPerson);
-    /// Reports tiles to the host: with false those that have become visible, with true those that
-    /// the last arrangement left invisible.
+    /// Reports tiles to the host: those that have become visible, and with true also those that
+    /// have been invisible for long enough.
     void changePersonVideoMute(bool bMute);
     /// Reports every participant without a visible tile as hidden, while the local user shares.
     void muteInvisiblePerson(bool bMute);
@@ -315,10 +315,11 @@ private:
     tagPersonInfo* personOf(const CPlayWidget* tile) const;
 
     // Streams
-    bool notePicture(tagPersonInfo* person, bool bPreview);
-    void expectMute(tagPersonInfo* person);
     void passStreamType(tagPersonInfo* person);
     void reportHidden(tagPersonInfo* person);
+    /// When the host is to be told about a participant; -1 for never.
+    qint64 tellDueMs(const tagPersonInfo* person) const;
+    /// Has the mute timer fire for who is next, or not at all.
     void startMuteTimer();
 
     std::unordered_map<const void*, std::unique_ptr<tagPersonInfo>> m_mapOwned;
@@ -362,7 +363,8 @@ private:
 
     // Timers; 0 while they do not run.
     int m_iCheckTimerId = 0; ///< 1000 ms, looks for a new order
-    int m_iMuteTimerId = 0;  ///< single shot, 1000 ms after each arrangement
+    int m_iMuteTimerId = 0;  ///< single shot, for the tile that is reported next
+    qint64 m_muteDueMs = 0;  ///< when m_iMuteTimerId is to fire
     int m_iPollTimerId = 0;  ///< the polling period
 
     std::unique_ptr<SpeakTool> m_pSpeakTool; ///< null without a tool

@@ -238,7 +238,7 @@ void QDlgScreen::clickPerson(tagPersonInfo* clicked)
     input.dictated = hub().settings.layoutFollow;
     input.onSpeaker = person == speaker;
     input.speakerHasStream = speaker && speaker->bPreview;
-    input.personHasPicture = person->bPreview || person->bPicture;
+    input.personHasPicture = person->bPreview || person->camera.isOn(hub().nowMs());
     switch (zr::clickEffect(input)) {
     case zr::ClickEffect::None:
         return;

@@ -9,6 +9,8 @@
 
 #include <QDebug>
 
+#include <utility>
+
 namespace {
 
 /// Both sides of a frame in one value that is never 0 for a valid frame.
@@ -43,6 +45,7 @@ bool QDlgScreen::playFrame(void* pPerson, const VantrelRTCVideoFrameQT* frame)
     // A GUI thread that falls behind finds one signal for each participant in its queue, not one
     // for each frame.
     const quint64 size = packedSize(frame->width, frame->height);
+    person->frames.fetch_add(1);
     if (person->pendingFrameSize.exchange(size) != size)
         emit config.playFrameUpdateUI(pPerson, static_cast<int>(frame->width),
                                       static_cast<int>(frame->height));
@@ -64,12 +67,12 @@ void QDlgScreen::onPlayFrameUpdateUI(void* pPerson, int iWidth, int iHeight)
         return;
     }
     person->pendingFrameSize.store(0);
-    const int oldStatus = person->iStreamStatus;
     bool changed = person->iVideoWidth != iWidth || person->iVideoHeight != iHeight;
     person->iVideoWidth = iWidth;
     person->iVideoHeight = iHeight;
-    person->iStreamStatus = kStreamRunning;
-    if (oldStatus != kStreamRunning) { // else the avatar would stay at the same size
+    const bool open = isStreamRunning(*person);
+    if (open && std::exchange(person->iStreamStatus, kStreamRunning) != kStreamRunning) {
+        // Else the avatar would stay at the same size.
         qDebug() << "userID:" << person->userID << ",userName:" << person->userName
                  << ",bHasStream:true";
         changed = true;
@@ -77,7 +80,8 @@ void QDlgScreen::onPlayFrameUpdateUI(void* pPerson, int iWidth, int iHeight)
     if (changed)
         updatePersonDisplayInfo(person);
     // Last, since the host may delete the participant from inside the message.
-    passStreamType(person);
+    if (open)
+        passStreamType(person);
 }
 
 void QDlgScreen::onModVideoSize(void* pPerson, int iWidth, int iHeight)

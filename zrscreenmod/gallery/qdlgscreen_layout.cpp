@@ -17,9 +17,6 @@
 
 namespace {
 
-/// Streams of invisible participants are closed this long after an arrangement, so that a page
-/// that is turned back soon costs the host nothing.
-constexpr int kMuteDelayMs = 1000;
 /// Between the tool and the dialog's edges; a base size.
 constexpr int kScreenMarginPx = 24;
 
@@ -296,16 +293,7 @@ void QDlgScreen::finishLayout()
 {
     testHideMoreMenu();
     changePersonVideoMute(false);
-    startMuteTimer();
     shareRect();
-}
-
-void QDlgScreen::startMuteTimer()
-{
-    if (m_iMuteTimerId != 0)
-        killTimer(m_iMuteTimerId);
-    // A host that emptied the gallery from inside a message has nobody left to hide.
-    m_iMuteTimerId = m_vecPerson.empty() ? 0 : startTimer(kMuteDelayMs, Qt::CoarseTimer);
 }
 
 // --- The mode ---------------------------------------------------------------------------------

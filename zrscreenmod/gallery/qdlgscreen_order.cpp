@@ -30,13 +30,14 @@ QString sharerId(const QString& shareId)
 
 bool QDlgScreen::passesVideoFilter(const tagPersonInfo* person) const
 {
-    return person->bPicture || person->bSelf || person->bShare
+    return person->camera.isOn(hub().nowMs()) || person->bSelf || person->bShare
            || (person == m_pFocusPerson && isFocusChosen());
 }
 
 std::vector<tagPersonInfo*> QDlgScreen::sortedPersons() const
 {
     const bool filter = hub().settings.noVideoFilter;
+    const qint64 nowMs = hub().nowMs();
     std::vector<tagPersonInfo*> persons;
     std::vector<zr::OrderKey> keys;
     persons.reserve(m_vecPerson.size());
@@ -49,7 +50,7 @@ std::vector<tagPersonInfo*> QDlgScreen::sortedPersons() const
         key.host = person->iRoteType == zr::kRoleHost;
         key.self = person->bSelf;
         key.muted = person->bMute;
-        key.picture = person->bPicture;
+        key.picture = person->camera.isOn(nowMs);
         key.joinTime = person->joinTime;
         if (!m_mapCustomizedPersons.isEmpty())
             key.customized = m_mapCustomizedPersons.value(person->userID, -1);
@@ -161,8 +162,10 @@ void QDlgScreen::startCheckTimer()
 
 void QDlgScreen::checkOrder()
 {
-    // Before joining there is no order to compare with.
-    if (!m_bJoinMeetingFinish || zr::isSpeakerToolMode(hub().curScreenMode()))
+    // There is no order to compare with before joining, and nothing to be done about another one
+    // while the dialog is too narrow for an arrangement.
+    if (!m_bJoinMeetingFinish || width() < zr::kMinLayoutWidthPx
+        || zr::isSpeakerToolMode(hub().curScreenMode()))
         return;
     if (!SortCurrentPersons(true))
         return;

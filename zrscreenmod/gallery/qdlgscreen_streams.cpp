@@ -7,9 +7,13 @@
 
 #include <QDebug>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
+
+/// Coarse timers fire early by as much as this in the second that they run.
+constexpr qint64 kTimerSlackMs = 50;
 
 /// A stream that is opened again begins at the host's grade, so that the tile's is asked for anew.
 void forgetStream(tagPersonInfo* person)
@@ -35,47 +39,37 @@ void QDlgScreen::setPreview(void* pPerson, bool bPreview)
     qDebug() << "userID:" << person->userID << ",userName:" << person->userName
              << ",pInfo->bPrePreview:" << person->bPrePreview << ",bPreview:" << bPreview;
     const bool changed = person->bPreview != bPreview;
-    person->bPreview = bPreview;
     if (!person->bSelf && (changed || !person->bVideoStatusChange)) {
         person->bPrePreview = changed;
         qDebug() << "notifyDisplayOrder userName:" << person->userName
                  << ",set bVideoStatusChange=true, bPreview:" << bPreview;
     }
-    person->bVideoStatusChange = true;
-    const bool pictureChanged = notePicture(person, bPreview);
+    setStreamOpen(*person, bPreview);
     if (!bPreview)
         forgetStream(person);
-    else if (person->iPlayState == kPlayHidden && !isTileVisible(person))
-        expectMute(person);
+    const qint64 nowMs = hub().nowMs();
+    const bool hadCamera = person->camera.isOn(nowMs);
+    person->camera.report(bPreview, nowMs);
+    const bool cameraChanged = person->camera.isOn(nowMs) != hadCamera;
+    if (person->camera.tellAgainMs() >= 0)
+        startMuteTimer();
     updatePersonDisplayInfo(person);
-    if (pictureChanged && hub().settings.noVideoFilter)
+    if (cameraChanged && hub().settings.noVideoFilter)
         scheduleLayout();
     // Last, since the extended screen is another unit's: it may end with a message to its host.
     emit hub().notifyExtPreview(person->userID, bPreview);
 }
 
-bool QDlgScreen::notePicture(tagPersonInfo* person, bool bPreview)
-{
-    // A stream that the gallery itself has had closed says nothing about the camera.
-    const bool had = person->bPicture;
-    person->bPicture = bPreview || (had && person->iPlayState == kPlayHidden);
-    return person->bPicture != had;
-}
-
-void QDlgScreen::expectMute(tagPersonInfo* person)
-{
-    // Nobody sees the participant, and the stream may be open though the host was told to close it.
-    person->iPlayState = kPlayUnknown;
-    if (m_iMuteTimerId == 0)
-        startMuteTimer();
-}
-
 void QDlgScreen::onNotifyExtUserLeft(const QString& userId)
 {
-    // While the participant was there nobody was told to close the stream.
+    // While the participant was there nobody was told to close the stream, or it was opened there
+    // though the host had been told to close it.
     tagPersonInfo* const person = findPerson(userId);
-    if (person && m_bJoinMeetingFinish && !isTileVisible(person))
-        expectMute(person);
+    if (!person || !m_bJoinMeetingFinish || isTileVisible(person))
+        return;
+    person->iPlayState = kPlayUnknown;
+    person->hideDueMs = hub().nowMs() + zr::kHideDelayMs;
+    startMuteTimer();
 }
 
 void QDlgScreen::onModPreview(void* pPerson, bool bPreview)
@@ -154,28 +148,63 @@ void QDlgScreen::reportHidden(tagPersonInfo* person)
 void QDlgScreen::changePersonVideoMute(bool bMute)
 {
     qDebug() << "start changePersonVideoMute";
+    const qint64 nowMs = hub().nowMs();
+    const auto isDue = [this, nowMs](const tagPersonInfo* person) {
+        const qint64 dueMs = tellDueMs(person);
+        return dueMs >= 0 && dueMs <= nowMs + kTimerSlackMs;
+    };
     const std::vector<tagPersonInfo*> persons = m_vecPerson; // a message may change the list
     for (tagPersonInfo* candidate : persons) {
         tagPersonInfo* person = livePerson(candidate);
         if (!person)
             continue;
         if (isTileVisible(person)) {
-            if (person->iPlayState != kPlayShown) {
+            person->hideDueMs = -1;
+            if (person->iPlayState != kPlayShown || isDue(person)) {
                 qDebug() << "openPreview2,userName:" << person->userName;
                 hub().setPersonShown(person, true);
-            } else if (bMute && !person->bPreview && std::exchange(person->bPicture, false)
-                       && hub().settings.noVideoFilter) {
-                // The camera was switched off while nobody saw it.
-                scheduleLayout();
             }
-        } else if (bMute && person->iPlayState != kPlayHidden && !hub().isExtUser(person->userID)) {
-            qDebug() << (person->iPlayState == kPlayShown ? "closePreview2,userName:"
-                                                          : "closePreview1,userName:")
+            continue;
+        }
+        if (person->hideDueMs < 0)
+            person->hideDueMs = nowMs + zr::kHideDelayMs;
+        if (bMute && isDue(person)) {
+            qDebug() << (person->iPlayState == kPlayUnknown ? "closePreview1,userName:"
+                                                            : "closePreview2,userName:")
                      << person->userName;
             reportHidden(person);
         }
     }
+    startMuteTimer();
     qDebug() << "end changePersonVideoMute";
+}
+
+qint64 QDlgScreen::tellDueMs(const tagPersonInfo* person) const
+{
+    if (isTileVisible(person))
+        return person->iPlayState == kPlayShown ? person->camera.tellAgainMs() : -1;
+    if (hub().isExtUser(person->userID))
+        return -1;
+    return person->iPlayState == kPlayHidden ? person->camera.tellAgainMs() : person->hideDueMs;
+}
+
+void QDlgScreen::startMuteTimer()
+{
+    // Each tile has a time of its own: arrangements in quick succession must not put off the report
+    // of who has been gone for long.
+    qint64 nextMs = -1;
+    for (const tagPersonInfo* person : m_vecPerson) {
+        const qint64 dueMs = tellDueMs(person);
+        if (dueMs >= 0 && (nextMs < 0 || dueMs < nextMs))
+            nextMs = dueMs;
+    }
+    if (m_iMuteTimerId != 0 && nextMs == m_muteDueMs)
+        return;
+    if (m_iMuteTimerId != 0)
+        killTimer(m_iMuteTimerId);
+    m_muteDueMs = nextMs;
+    const auto waitMs = static_cast<int>(std::max<qint64>(nextMs - hub().nowMs(), 0));
+    m_iMuteTimerId = nextMs < 0 ? 0 : startTimer(waitMs, Qt::CoarseTimer);
 }
 
 void QDlgScreen::muteInvisiblePerson(bool bMute)

@@ -1,6 +1,7 @@
 // The records that the boundary, the gallery and the tiles share.
 #pragma once
 
+#include "camerastate.h"
 #include "overlaystate.h"
 #include "zrscreenmod.h"
 
@@ -65,18 +66,42 @@ struct tagPersonInfo
     bool bShare = false;      ///< the id names a shared screen; fixed at creation
     bool bLocalVideo = false; ///< the local user's own camera picture
     bool bLocalVideoConfirmed = false;
-    /// The camera is on, as far as is known. Unlike bPreview it outlives a stream that is closed
-    /// because its tile is not visible; the order of the participants depends on it.
-    bool bPicture = false;
+    /// Unlike bPreview the camera outlives a stream that is closed because its tile is not visible;
+    /// the order of the participants depends on it.
+    zr::CameraState camera;
+    qint64 hideDueMs = -1; ///< when the tile is to be reported hidden; -1 while it is visible
     zr::NetStatus net;
     int iSentStreamType = 0; ///< the grade that the host was asked for; 0 once the stream closes
     std::atomic<int> iVolume{0};              ///< 0 to 100, as last reported; any thread
     std::atomic<quint64> pendingFrameSize{0}; ///< see QDlgScreen::playFrame
-    std::atomic<bool> badFrameLogged{false};  ///< a refused frame was logged, no good one since
-    std::atomic<int> pins{0};                 ///< threads at work on the record; see PersonPin
+    std::atomic<quint64> frames{0};           ///< taken so far; any thread
+    quint64 framesBefore = 0; ///< of `frames`, those of a stream that is or was to be closed
+    std::atomic<bool> badFrameLogged{false}; ///< a refused frame was logged, no good one since
+    std::atomic<int> pins{0};                ///< threads at work on the record; see PersonPin
 };
 
 typedef tagPersonInfo ST_PersonInfo;
+
+/// Takes over a report that the participant's stream is open or closed. The frames that were taken
+/// before it was opened again are another stream's. GUI thread.
+inline void setStreamOpen(tagPersonInfo& person, bool bOpen)
+{
+    if (bOpen && !person.bPreview && person.bVideoStatusChange)
+        person.framesBefore = person.frames;
+    if (!bOpen)
+        person.iStreamStatus = kStreamNone;
+    person.bPreview = bOpen;
+    person.bVideoStatusChange = true;
+}
+
+/// Whether the latest frame is one of a stream that is open. The last frames of one that closes
+/// may come late, and start nothing: when the camera comes on again, its first picture is to show
+/// and not that of before. GUI thread.
+[[nodiscard]] inline bool isStreamRunning(const tagPersonInfo& person)
+{
+    return (person.bPreview || !person.bVideoStatusChange) && person.iPlayState != kPlayHidden
+           && person.frames != person.framesBefore;
+}
 
 /// What the host holds for a participant. Created and freed by the boundary.
 struct ST_ZRPlayHdl

@@ -17,6 +17,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 #include <vector>
 
@@ -81,6 +82,10 @@ void QZRScreenConfig::destroyInstance()
 }
 
 QZRScreenConfig::QZRScreenConfig()
+    : m_clock([] {
+        using namespace std::chrono;
+        return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+    })
 {
     getImgPrefix();
     readVersionFile();
@@ -233,10 +238,16 @@ void QZRScreenConfig::setPersonShown(tagPersonInfo* person, bool bShown)
 {
     if (!person)
         return;
-    // A page that is turned back soon costs the host nothing: the stream is open still.
-    if (bShown && person->iPlayState == kPlayShown && person->bPreview)
+    // A page that is turned back soon costs the host nothing.
+    if (bShown && person->iPlayState == kPlayShown && person->camera.tellAgainMs() < 0)
         return;
-    person->iPlayState = bShown ? kPlayShown : kPlayHidden;
+    const int before = std::exchange(person->iPlayState, bShown ? kPlayShown : kPlayHidden);
+    if (before == kPlayHidden)
+        person->framesBefore = person->frames;
+    if (bShown)
+        person->camera.tellShown(nowMs());
+    else
+        person->camera.tellHidden(nowMs());
     emit participantChanged(person);
     broadcast(bShown ? ZRMSG_VIDEO_SHOWN : ZRMSG_VIDEO_HIDDEN, person);
 }

@@ -14,6 +14,7 @@
 #include <QString>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <set>
@@ -177,8 +178,13 @@ public:
     void setPersonName(tagPersonInfo* person, const QString& name);
     [[nodiscard]] QString personName(const tagPersonInfo& person) const;
     /// Reports a tile as shown or hidden: stores the play state, has the tiles follow and tells the
-    /// hosts. GUI thread.
+    /// hosts. One that is reported shown already is not reported again, unless its camera asks for
+    /// that. GUI thread.
     void setPersonShown(tagPersonInfo* person, bool bShown);
+
+    /// Milliseconds that never go back, of a clock that tests replace. GUI thread.
+    qint64 nowMs() const { return m_clock(); }
+    void setClock(std::function<qint64()> nowMs) { m_clock = std::move(nowMs); }
 
     // --- Extended screens; GUI thread ---
     /// Tells whom an extended screen shows; an empty id means nobody.
@@ -299,6 +305,8 @@ private:
 
     mutable std::shared_mutex m_liveLock;
     std::unordered_set<const tagPersonInfo*> m_setLivePerson;
+
+    std::function<qint64()> m_clock;
 
     std::vector<QDlgScreen*> m_vecGallery; ///< in the order of their creation
 

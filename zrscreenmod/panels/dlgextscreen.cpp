@@ -169,10 +169,7 @@ void QDlgExtScreen::setPreview(bool bPreview)
 {
     if (!m_pPerson)
         return;
-    m_pPerson->bPreview = bPreview;
-    // When the stream is opened again, its first frame shows, not the last one of before.
-    if (!bPreview)
-        m_pPerson->iStreamStatus = kStreamNone;
+    setStreamOpen(*m_pPerson, bPreview);
     emit hub().participantChanged(m_pPerson.get());
 }
 
@@ -210,6 +207,7 @@ bool QDlgExtScreen::playFrame(const VantrelRTCVideoFrameQT& frame)
     m_bBadFrameLogged.store(false, std::memory_order_relaxed);
     return m_gate.pass(m_gate.key(), [&] {
         m_pTile->PlayFrame(frame);
+        m_pPerson->frames.fetch_add(1);
         // One notice in the queue, however far the GUI thread falls behind.
         const quint64 size = quint64(frame.width) << 32 | frame.height;
         if (m_pendingFrameSize.exchange(size) != size)
@@ -223,11 +221,13 @@ void QDlgExtScreen::onUpdateDisplayInfo(int iWidth, int iHeight)
     m_pendingFrameSize.store(0);
     if (!m_pPerson)
         return;
-    const bool changed = m_pPerson->iVideoWidth != iWidth || m_pPerson->iVideoHeight != iHeight
-                         || m_pPerson->iStreamStatus != kStreamRunning;
+    const bool starts = isStreamRunning(*m_pPerson) && m_pPerson->iStreamStatus != kStreamRunning;
+    const bool changed =
+        starts || m_pPerson->iVideoWidth != iWidth || m_pPerson->iVideoHeight != iHeight;
     m_pPerson->iVideoWidth = iWidth;
     m_pPerson->iVideoHeight = iHeight;
-    m_pPerson->iStreamStatus = kStreamRunning;
+    if (starts)
+        m_pPerson->iStreamStatus = kStreamRunning;
     if (changed)
         emit hub().participantChanged(m_pPerson.get());
 }

@@ -1,0 +1,91 @@
+#include "camerastate.h"
+
+#include <algorithm>
+
+namespace zr {
+
+void PendingAnswers::add(qint64 nowMs)
+{
+    const auto waiting = [nowMs](qint64 sentMs) { return sentMs + kAnswerLimitMs > nowMs; };
+    m_sentMs.erase(m_sentMs.begin(), std::find_if(m_sentMs.begin(), m_sentMs.end(), waiting));
+    m_sentMs.push_back(nowMs);
+}
+
+bool PendingAnswers::take(qint64 nowMs)
+{
+    const auto oldest = std::find_if(m_sentMs.begin(), m_sentMs.end(), [nowMs](qint64 sentMs) {
+        return sentMs + kAnswerLimitMs > nowMs;
+    });
+    const bool found = oldest != m_sentMs.end();
+    m_sentMs.erase(m_sentMs.begin(), found ? oldest + 1 : oldest);
+    return found;
+}
+
+bool PendingAnswers::isWaiting(qint64 nowMs) const
+{
+    return !m_sentMs.empty() && m_sentMs.back() + kAnswerLimitMs > nowMs;
+}
+
+void CameraState::tellShown(qint64 nowMs)
+{
+    m_told = Told::Shown;
+    m_tellAgainMs = -1;
+    if (m_doubtEndMs >= 0)
+        m_doubtEndMs = nowMs + kAnswerLimitMs;
+    m_shown.add(nowMs);
+}
+
+void CameraState::tellHidden(qint64 nowMs)
+{
+    // A host that had not opened the stream yet has no reason to any more: what is in doubt stays.
+    m_bOn = isOn(nowMs);
+    m_doubtEndMs = -1;
+    m_told = Told::Hidden;
+    m_tellAgainMs = -1;
+    m_toldHiddenMs = nowMs;
+    m_hidden.add(nowMs);
+}
+
+void CameraState::report(bool bOpen, qint64 nowMs)
+{
+    m_tellAgainMs = -1;
+    if (bOpen)
+        reportOpen(nowMs);
+    else
+        reportClosed(nowMs);
+}
+
+void CameraState::reportOpen(qint64 nowMs)
+{
+    m_bOn = true;
+    m_doubtEndMs = -1;
+    const bool answers = m_shown.take(nowMs);
+    if (m_told != Told::Hidden)
+        return;
+    // A late answer to "shown" is followed by the one to "hidden". Any other stream that opens
+    // while nobody sees it must be closed again, such as that of a camera that was switched on.
+    m_tellAgainMs = answers && m_hidden.isWaiting(nowMs) ? m_toldHiddenMs + kAnswerLimitMs
+                                                         : nowMs + kHideDelayMs;
+}
+
+void CameraState::reportClosed(qint64 nowMs)
+{
+    if (!m_hidden.take(nowMs)) {
+        m_bOn = false;
+        m_doubtEndMs = -1;
+        m_shown.take(nowMs);
+    } else if (m_told == Told::Shown) {
+        // Either a late answer, or the camera of a host that answers less. The next report of an
+        // open stream tells; where none is to be expected, it is asked for once more.
+        m_doubtEndMs = nowMs + kAnswerLimitMs;
+        if (!m_shown.isWaiting(nowMs))
+            m_tellAgainMs = nowMs;
+    }
+}
+
+bool CameraState::isOn(qint64 nowMs) const
+{
+    return m_bOn && (m_doubtEndMs < 0 || nowMs < m_doubtEndMs);
+}
+
+} // namespace zr
