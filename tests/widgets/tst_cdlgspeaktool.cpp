@@ -205,7 +205,9 @@ void TestSpeakTool::compactFormClosesTheStream()
     m->host.messages.clear();
     m->gallery->setPreview(next, true);
     QTest::mouseClick(button(1), Qt::LeftButton);
-    QTRY_COMPARE(m->host.count(ZRMSG_VIDEO_HIDDEN, next), 1);
+    m->settle();
+    m->elapse(1000);
+    QCOMPARE(m->host.count(ZRMSG_VIDEO_HIDDEN, next), 1);
     m->gallery->setPreview(next, false);
     // Hidden and shown again it is still compact, with the second button lit.
     m->gallery->onSetHideSmallWnd(true);
@@ -225,7 +227,9 @@ void TestSpeakTool::personsComeAndGo()
 {
     // The host deletes everybody whom the tool is about to show.
     const auto all = m->addMany(4);
-    m->gallery->setFocusPerson(all[0], 0);
+    m->gallery->setFocusPerson(all[0], eLayoutSingle);
+    m->settle();
+    m->elapse(1000);
     m->host.onMessage = [this, &all](const zrtest::HostDouble::Message& message) {
         auto* person = reinterpret_cast<tagPersonInfo*>(message.wParam);
         if (message.id == ZRMSG_VIDEO_SHOWN && person != all[0])
