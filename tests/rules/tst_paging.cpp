@@ -56,10 +56,12 @@ private slots:
 
     void turning()
     {
-        // Page, pages, the next one, the next one with wrap.
-        const int rows[][4] = {{1, 3, 2, 2},       {2, 3, 2, 0}, {0, 1, 0, 0}, {0, 0, 0, 0},
-                               {INT_MIN, 3, 0, 0}, {7, 2, 1, 0}, {0, 2, 1, 1}};
-        for (const auto& [page, pages, next, wrapped] : rows) {
+        // Page, pages, the next one, the next one with wrap, the one before.
+        const int rows[][5] = {{1, 3, 2, 2, 0}, {2, 3, 2, 0, 1},       {0, 1, 0, 0, 0},
+                               {2, 0, 2, 2, 2}, {INT_MIN, 3, 0, 0, 0}, {7, 2, 1, 0, 1},
+                               {0, 2, 1, 1, 0}}; // without pages it is kept for later
+        for (const auto& [page, pages, next, wrapped, before] : rows) {
+            QCOMPARE(zr::previousPage(page, pages), before);
             QCOMPARE(zr::nextPage(page, pages, false), next);
             QCOMPARE(zr::nextPage(page, pages, true), wrapped);
         }

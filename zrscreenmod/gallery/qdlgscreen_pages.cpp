@@ -40,6 +40,8 @@ int QDlgScreen::tilesPerPage() const
 
 int QDlgScreen::pageCount() const
 {
+    if (!m_bJoinMeetingFinish)
+        return 0; // nothing is arranged
     const int paged = static_cast<int>(m_vecCurPersons.size()) - zr::largeTiles(arrangedMode());
     return zr::pageCount(paged, tilesPerPage());
 }
@@ -79,7 +81,7 @@ bool QDlgScreen::pagePre()
     if (!m_pageGate.accept(m_pageClock()))
         return false;
     flushLayout();
-    turnToPage(std::max(m_iPage - 1, 0));
+    turnToPage(zr::previousPage(m_iPage, pageCount()));
     return true;
 }
 
@@ -133,7 +135,7 @@ void QDlgScreen::placePageBar(int pages)
 
 void QDlgScreen::updatePageControls()
 {
-    const int pages = m_bJoinMeetingFinish ? pageCount() : 0;
+    const int pages = pageCount();
     const bool shown = pages > 1;
     const bool marks = pages <= m_pPageMark->capacity();
     const auto show = [](QWidget* control, bool visible) {

@@ -68,10 +68,17 @@ int clampPageAroundSpeaker(int page, int count, int speaker)
 
 int nextPage(int page, int pages, bool wrap)
 {
-    const int last = std::max(pages - 1, 0);
+    if (pages <= 0)
+        return page;
+    const int last = pages - 1;
     if (page < last)
         return std::max(page, -1) + 1;
     return wrap ? 0 : last;
+}
+
+int previousPage(int page, int pages)
+{
+    return pages <= 0 ? page : std::clamp(page, 1, pages) - 1;
 }
 
 int pollPeriodMs(int periodS)

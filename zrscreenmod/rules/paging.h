@@ -33,8 +33,12 @@ constexpr int kPageTurnMs = 400;
 /// @param count of the whole display list @param speaker its index there; outside the list none
 [[nodiscard]] int clampPageAroundSpeaker(int page, int count, int speaker);
 
-/// The page that follows. From the last one on it is the first one with `wrap`, else the last.
+/// The page that follows. From the last one on it is the first one with `wrap`, else the last. An
+/// arrangement without pages leaves the page, which is kept for the next one that has some.
 [[nodiscard]] int nextPage(int page, int pages, bool wrap);
+
+/// The page before, from the first one on the first one; without pages as nextPage.
+[[nodiscard]] int previousPage(int page, int pages);
 
 /// How long a poll shows a page: at least a second, and at most what a timer can count.
 [[nodiscard]] int pollPeriodMs(int periodS);
