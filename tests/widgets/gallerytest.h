@@ -373,6 +373,15 @@ private:
             {"next", [&] { act(&G::pageNext, first == "wrap"); }},
             {"back", [&] { act(&G::pagePre); }},
             {"after", [&] { stepMs = number; }}, // of the page turns that follow
+            {"places",
+             [&] {
+                 std::map<int, std::string> sorting;
+                 for (const QString& id : words)
+                     sorting.emplace(int(sorting.size()), id.toStdString());
+                 act(&G::SetCustomizeSorting, sorting);
+             }},
+            {"pause", [&] { settings().pauseShare = on; }},
+            {"exit", [&] { act(&G::ProcessExitMeeting); }},
             {"order", [&] { act(&G::onDisplayOrder, first == "keep"); }},
             {"layout", [&] { reLayout(); }},
             {"hide", [&] { act(&G::onSetHideSmallWnd, on); }},
@@ -407,7 +416,7 @@ private:
     QString ask(const QString& question, const QString& about)
     {
         const tagPersonInfo* person = (*this)[about];
-        const tagPersonInfo* focus = hub().gallery.focusPerson;
+        const tagPersonInfo* focus = gallery->chosenFocus();
         const auto idsOf = [this](auto predicate) {
             QStringList ids;
             for (const CPlayWidget* tile : tiles()) {
@@ -432,6 +441,7 @@ private:
             {"pinned", [&] { return idsOf([](auto* p) { return p->bAllLook || p->bLockLook; }); }},
             {"page", [&] { return QString::number(gallery->page()); }},
             {"pages", [&] { return QString::number(gallery->pageCount()); }},
+            {"paused", [&] { return settings().pauseShare ? "yes" : "no"; }},
             {"grade", [&] { return QString::number(person->iStreamType); }},
             {"name", [&] { return person->userName; }},
             {"whole", [&] { return places()[about] == gallery->rect() ? "yes" : "no"; }},

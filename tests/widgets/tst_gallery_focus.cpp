@@ -37,7 +37,10 @@ const std::pair<const char*, const char*> kStories[] = {
     {"the latest choice counts",
      "people 3; click u1; focus u0; mode 6; speaker: u0; mode 1; click u2; mode 6; speaker: u2;"
      "mode 1; click u1; pin u2; mode 6; speaker: u2; mode 1; click u1; remove u1; mode 6;"
-     "speaker: u2"},
+     "speaker: u2; mode 1; click u0; focus; mode 6; speaker: u2; mode 1; stream u2; click u0;"
+     "set filter 1; mode 6; speaker: u0"},
+    {"a share does not take the place of a choice that waits in a gallery",
+     "people 3; add sharescreen_1; mode 6; click u1; mode 1; order; mode 6; speaker: u1"},
 
     // --- Double clicks ---
     {"a double click maximises and comes back",
@@ -45,12 +48,21 @@ const std::pair<const char*, const char*> kStories[] = {
      "mode 12; double u1; mode: 10; double u1; mode: 12; mode 7; double u0; mode: 10; shown: u0"},
     {"beside the speaker it is a click", "people 3; mode 7; double u1; mode: 7; speaker: u1"},
     {"beside a share it is nothing",
-     "people 3; add sharescreen_1; mode 7; news: ; double u1; news: 8; speaker: sharescreen_1"},
+     "people 3; add sharescreen_1; mode 7; news: ; double u1; news: 8; speaker: sharescreen_1;"
+     "mode 1; double u1; mode: 1; double sharescreen_1; mode: 10; whole sharescreen_1: yes"},
+    {"who was chosen as the speaker does not stand in the way of a gallery's tiles",
+     "people 3; mode 6; click u1; mode 1; double u2; shown: u2; double u2; focus: ; mode 2;"
+     "double u0; shown: u0; double u0; mode 3; double u1; shown: u1; double u1; mode 7;"
+     "speaker: u1; focus: u1"},
     {"with the speaker tool it is nothing", "people 3; mode 5; double u0; mode: 5"},
     {"where the host dictates it is nothing", "people 3; set follow 1; double u1; mode: 1"},
     {"while pages turn it is nothing", "people 3; set polling 1; double u1; mode: 1"},
-    {"a share mode that the host chose is left to a gallery",
-     "people 3; mode 10; double u1; double u1; mode: 1"},
+    {"in the share's mode without a share, to its gallery",
+     "people 3; mode 7; mode 10; double u1; shown: u1; double u1; mode: 10; shown: u0 u1 u2;"
+     "double u2; remove u2; mode: 10; shown: u0 u1"},
+    {"from the share's mode to the one before it, and not to one of long ago",
+     "people 3; mode 7; double u0; double u0; mode 12; set follow 1; add sharescreen_1;"
+     "order; set follow 0; mode 10; shown: sharescreen_1; double sharescreen_1; mode: 12"},
     {"the pin of somebody else ends, and who is maximised leaves",
      "people 3; mode 3; double u1; pin-for-all u2 off; shown: u1; remove u1; mode: 3"},
     {"alone there is nothing to come back to", "people 1; mode 3; double u0; mode: 3"},

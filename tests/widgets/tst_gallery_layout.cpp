@@ -35,17 +35,19 @@ const std::pair<const char*, const char*> kStories[] = {
      "elapse 1000; orders: 0; mode 1; mute u2; orders: 1; elapse 1000; orders: 1;"
      "shown: u0 u1 u2; remove u0 u1 u2; timers 1000: 0"},
     {"a share at the head ends the focus with layout follow, else takes a free one",
-     "set follow 1; people 3; add sharescreen_1; focus u1; order keep; focus: u1; order; focus: ;"
-     "set follow 0; order; focus: sharescreen_1; mode: 1; focus u1; order; focus: u1"},
+     "set follow 1; people 3; add sharescreen_1; mode 12; focus u1; order keep; focus: u1; order;"
+     "focus: ; set follow 0; order; focus: sharescreen_1; mode: 12; focus u1; order; focus: u1"},
 
     // --- Pages ---
     {"pages are turned 400 ms apart",
      "people 14; back; shown: u0 u1 u2 u3 u4 u5; after 399; next; page: 0; after 1; next;"
      "shown: u6 u7 u8 u9 u10 u11; after 300; back; page: 1; after 400; next; shown: u12 u13;"
      "next; page: 2; next wrap; page: 0"},
-    {"a strip's pages leave the speaker out, and a mode without pages keeps the page for later",
-     "people 14; mode 6; pages: 3; next; seen: u0 u10 u11 u12 u7 u8 u9; mode 14; pages: 0; mode 6;"
-     "seen: u0 u10 u11 u12 u7 u8 u9"},
+    {"a strip's pages leave the speaker out",
+     "people 14; mode 6; pages: 3; next; seen: u0 u10 u11 u12 u7 u8 u9"},
+    {"a mode without pages keeps the page for later, whatever turns there",
+     "people 14; next; next; double u12; pages: 0; next; next wrap; back; double u12; page: 2;"
+     "shown: u12 u13; mode 14; back; mode 11; page: 2"},
     {"many leave a gallery", "people 20; next; next; next; page: 3; remove-first 17; page: 0;"
                              "seen: u17 u18 u19; remove u17 u18 u19; mode: 1"},
     {"many leave a strip", "people 20; mode 8; next; next; next; page: 3; remove-first 17;"
@@ -182,8 +184,7 @@ void TestGalleryLayout::unchangedArrangementsTouchNothing()
 void TestGalleryLayout::hostGivesPlaces()
 {
     Meeting m;
-    m.addMany(4);
-    m->SetCustomizeSorting({{1, "u1"}}); // the next one replaces it
+    QCOMPARE(m.tell("people 4; places u1"), QString()); // the next one replaces it
     m->SetCustomizeSorting({{-4, "u3"}, {3, "nobody"}, {5, "u2"}, {9, "u3"}});
     m.settle();
     QCOMPARE(m.shown(), QString("u3 u2 u0 u1"));

@@ -33,7 +33,8 @@ private slots:
     void badFramesAreRefused();
     void keepsStates();
     void tellsTheShareRectangleOnce();
-    void exitEmptiesTheGallery();
+    void nextMeetingBeginsAfresh();
+    void screensShareTheMode();
 };
 
 void TestGallery::joins()
@@ -109,7 +110,7 @@ void TestGallery::hostDeletesFromInsideMessages()
         QCOMPARE(m.tell("elapse 1000; remove u3"), QString());
         QVERIFY(met);
         m.host.onMessage = nullptr;
-        tagPersonInfo* focus = m.hub().gallery.focusPerson;
+        const tagPersonInfo* focus = m->chosenFocus();
         QVERIFY(!focus || m->livePerson(focus));
         QTest::qWait(1); // the retired ones are freed
         for (const CPlayWidget* tile : m.tiles())
@@ -200,20 +201,62 @@ void TestGallery::tellsTheShareRectangleOnce()
     QVERIFY(m.play(share, 360, 640));
     QTRY_COMPARE(told(), 2);
     QVERIFY(m->shareRect().width() < 720);
-    m.remove("sharescreen_1");
+    m->ProcessExitMeeting(); // at the same place in the next meeting it is told again
     QCOMPARE(told(), 3);
     QCOMPARE(m.host.messages.back().wParam, 0ULL);
 }
 
-void TestGallery::exitEmptiesTheGallery()
+void TestGallery::nextMeetingBeginsAfresh()
+{
+    // What a meeting of eight may leave behind, beside its participants.
+    for (const char* trace :
+         {"layout", "next", "mode 12; focus u3", "mode 10", "double u2", "places u5 u2", "hide",
+          "float", "speaking u5; voice u6", "pin u3", "mode 6; click u4; mode 1", "sponsor u2",
+          "add sharescreen_1; pause", "set follow 1; add sharescreen_1; mode 9; set follow 0"}) {
+        Meeting m;
+        m.hub().AddOneSubtitle(1000, 0, "u0", "said");
+        emit m.hub().modSignalHideSpeakTool(true);
+        QCOMPARE(m.tell(QStringLiteral("people 8; %1; exit").arg(QLatin1String(trace))), QString());
+        QVERIFY(m.tiles().empty() && m.timers().isEmpty());
+        QVERIFY(m.hub().subtitles().isEmpty());
+        QCOMPARE(m.tool->speaking, QString());
+        const QString fault = m.tell("mode: 1; people 8; shown: u0 u1 u2 u3 u4 u5; page: 0; tool: ;"
+                                     "focus: ; double u1; double u1; mode: 1; mode 7; speaker: u0;"
+                                     "small: u1 u2 u3 u4 u5 u6; mode 4; tool: u1; remove u1;"
+                                     "mode: 1; add sharescreen_7; name sharescreen_7: ; paused: no;"
+                                     "remove sharescreen_7; mode: 1");
+        QVERIFY2(fault.isEmpty(), qPrintable(QString("after %1: %2").arg(trace, fault)));
+    }
+}
+
+void TestGallery::screensShareTheMode()
 {
     Meeting m;
-    m.addMany(4);
-    QCOMPARE(m->ProcessExitMeeting(), 1);
+    QDlgScreen other(nullptr);
+    other.setAttribute(Qt::WA_DontShowOnScreen);
+    other.resize(1280, 720);
+    other.show();
+    other.setJoinMeetingFinish(true);
+    for (const char* id : {"b0", "b1"})
+        other.AddPerson(id, id, 0, 0, nullptr);
+    QCOMPARE(m.tell("people 3; double u1; shown: u1"), QString());
+    other.onLeftBtnDBClick(other.findPerson("b1")->pWidget);
     m.settle();
-    QVERIFY(m.tiles().empty() && m.timers().isEmpty());
-    QVERIFY(!m["u0"]);
-    QVERIFY(m.add("again"));
+    QVERIFY(!other.isPersonVisible("b0"));
+    VantrelRTCVideoFrameQT frame{};
+    frame.pData = m.picture.data();
+    frame.width = frame.height = 64;
+    QVERIFY(other.playFrame(other.findPerson("b1"), &frame));
+    QTRY_VERIFY(other.shareRect().isValid());
+    // One leaves the maximised tile, and with it both.
+    QCOMPARE(m.tell("double u1; mode: 1"), QString());
+    QVERIFY(other.isPersonVisible("b0"));
+    QVERIFY(!other.shareRect().isValid());
+    // A screen that nobody is on any more leaves the other's mode alone, but no tile maximised.
+    QCOMPARE(m.tell("mode 7; double u0; mode: 10; exit; mode: 7; people 1; remove u0; mode: 7"),
+             QString());
+    other.ProcessExitMeeting();
+    QCOMPARE(m.mode(), int(eLayoutEqualCut));
 }
 
 ZR_WIDGET_TEST_MAIN(TestGallery)

@@ -19,8 +19,15 @@ QDlgScreen::QDlgScreen(QWidget* parent)
     // A plain child, not a dialog window.
     setWindowFlags(Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
     setFocusPolicy(Qt::ClickFocus); // for the keys that turn pages
+<<<<<<< HEAD
     m_iModeBeforeShare = hub().curScreenMode();
     m_pageClock = [this] { return hub().nowMs(); };
+=======
+    m_pageClock = [] {
+        using namespace std::chrono;
+        return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+    };
+>>>>>>> 74cef72 (Let a choice rest in galleries, and nothing outlive its meeting)
     makePageControls();
     connectHub();
 }
@@ -73,6 +80,7 @@ void QDlgScreen::connectHub()
     connect(hub, &Hub::modSignalShowSpeakTool, this, &Self::onModShowSpeakTool);
     connect(hub, &Hub::sigOpenLayoutPoll, this, &Self::onOpenLayoutPoll);
     connect(hub, &Hub::screenScaleChanged, this, &Self::scalePageControls);
+    connect(hub, &Hub::notifyCurScreenMode, this, &Self::onCurScreenMode);
 }
 
 bool QDlgScreen::event(QEvent* event)

@@ -28,12 +28,33 @@ class QMyPageScroll;
 class QZRScreenConfig;
 class SpeakTool;
 
+/// What belongs to one meeting beside its participants. A gallery serves one meeting after the
+/// other, and none is to begin with what the one before has left.
+struct MeetingState
+{
+    int m_iPage = 0;
+    int m_iPollTick = 0;                        ///< counts the turns of a poll
+    int m_iLaidOutMode = 0;                     ///< that of the last arrangement; 0 before it
+    QHash<QString, int> m_mapCustomizedPersons; ///< rank by user id
+    bool m_bShareFocusDue = false;              ///< a new order may give the focus to a share
+    int m_iModeBeforeShare = eLayoutEqualCut;
+    int m_iLookMode = eLayoutEqualCut; ///< the mode after the last change of a look
+    /// The tile that fills the dialog was maximised in the gallery that the share's mode is.
+    bool m_bMaximisedInGallery = false;
+    QString m_qstrCurrentSpeaking;
+    bool m_bHideSmallWnd = false;
+    bool m_bSelfShareFloat = false;          ///< the local user shares, and the tool floats over it
+    bool m_bSpeakToolHidden = false;         ///< the host wants no tool
+    bool m_bPlaceTool = true;                ///< the tool is to be placed when it is shown next
+    std::vector<quint64> m_vecLoggedSerials; ///< a page's places as they were logged last
+};
+
 /// Owns the participant records and their tiles. Everything here belongs to the GUI thread but
 /// playFrame, which any thread may call.
 ///
 /// A record pointer that comes from outside (a queued signal, the host) is believed only after
 /// livePerson found it; what is left of a deleted participant does nothing.
-class QDlgScreen : public QDialog
+class QDlgScreen : public QDialog, private MeetingState
 {
     Q_OBJECT
 
@@ -52,7 +73,7 @@ public:
     bool updatePersonInfo(void* pPerson, bool bSelf, int iRoteType, const QString& name,
                           int roleExtra);
     void setJoinMeetingFinish(bool bFinish);
-    /// Stops the timers and empties the gallery. @return 1
+    /// Stops the timers, empties the gallery, and forgets what belonged to the meeting. @return 1
     int ProcessExitMeeting();
     /// The participant behind a pointer, or null when it is not one of this gallery's.
     tagPersonInfo* livePerson(const void* pPerson) const;
@@ -100,6 +121,8 @@ public:
     /// Makes a participant the speaker, chosen by a user or the host, and arranges the tiles.
     /// @param mode applied when the focus person changes; 0 keeps the mode @return true
     bool setFocusPerson(tagPersonInfo* person, int mode);
+    /// The speaker whom a user or the host has chosen; null while the arrangements choose.
+    const tagPersonInfo* chosenFocus() const { return isFocusChosen() ? m_pFocusPerson : nullptr; }
     /// Makes a tile's participant the speaker, and tells the host whose stream is the large one.
     /// @return whether the focus has moved
     bool changePersonToFocus(CPlayWidget* tile);
@@ -198,6 +221,8 @@ public slots:
     void UpdateUserNetStatus(QString qstrUserID, int dir, bool bIsWeak, int nNetStatus);
     /// Starts or ends polling as the settings say, from the first page on.
     void onOpenLayoutPoll();
+    /// Follows the meeting mode, whichever gallery has changed it.
+    void onCurScreenMode(int mode);
 
 protected:
     bool event(QEvent* event) override;
@@ -292,6 +317,8 @@ private:
     // Focus and look
     bool isFocusChosen() const;
     void dropFocus();
+    void restFocus();
+    void leaveMaximised();
     void storeFocus(tagPersonInfo* person, bool bAuto);
     void changeFocus(tagPersonInfo* person, bool bAuto);
     bool isLayoutDictated() const;
@@ -327,7 +354,6 @@ private:
     std::vector<tagPersonInfo*> m_vecPerson;     ///< everybody, in join order
     std::vector<tagPersonInfo*> m_vecSorted;     ///< in display order, without who is filtered out
     std::vector<tagPersonInfo*> m_vecCurPersons; ///< m_vecSorted, or what a poll shows of it
-    std::vector<quint64> m_vecLoggedSerials;     ///< the places of a page as they were logged last
     std::set<qint64> m_setJoinTime;
     /// Deleted participants whose memory is still in use by another thread or in an event that is
     /// under way.
@@ -343,13 +369,10 @@ private:
     bool m_bInLayout = false;
     bool m_bLayoutAgain = false; ///< asked for from inside an arrangement
     bool m_bLayoutScheduled = false;
-    bool m_bShareFocusDue = false; ///< a change of the order may give the focus to a share
-    int m_iLaidOutMode = 0;        ///< the mode of the last arrangement; 0 before the first
     // Places of the speakers in m_vecCurPersons, during an arrangement; -1 without one.
     int m_iSpeaker = -1;
     int m_iNextSpeaker = -1;
 
-    int m_iPage = 0;
     int m_iWheelRest = 0; ///< turned by less than a step, in eighths of a degree
     zr::PageTurnGate m_pageGate;
     std::function<qint64()> m_pageClock;
@@ -359,7 +382,6 @@ private:
     QMyPageScroll* m_pPageScroll = nullptr; ///< in place of the marks, when those have no room
     QDlgNoVideo* m_pNoVideo = nullptr;      ///< child; while the filter leaves nobody, else null
     bool m_bRaiseControls = false;          ///< a tile has appeared, maybe above the controls
-    int m_iPollTick = 0; ///< turns of a poll, this gallery's own: a shared count would turn twice
 
     // Timers; 0 while they do not run.
     int m_iCheckTimerId = 0; ///< 1000 ms, looks for a new order
@@ -368,27 +390,18 @@ private:
     int m_iPollTimerId = 0;  ///< the polling period
 
     std::unique_ptr<SpeakTool> m_pSpeakTool; ///< null without a tool
-    bool m_bPlaceTool = true;                ///< the tool is to be placed when it is shown next
-    bool m_bSpeakToolHidden = false;         ///< the host wants no tool
 
     tagPersonInfo* m_pFocusPerson = nullptr;
     tagPersonInfo* m_pAutoFocusPerson = nullptr; ///< the focus, if it was not chosen; else null
     tagPersonInfo* m_pPreFocusPerson = nullptr;  ///< never the focus person
-    tagPersonInfo* m_pSelectedPerson = nullptr;  ///< clicked where nobody is the speaker
+    tagPersonInfo* m_pSelectedPerson = nullptr;  ///< chosen where nobody is the speaker
     tagPersonInfo* m_pShareScreenPerson = nullptr;
     tagPersonInfo* m_pMorePerson = nullptr; ///< whose "more" menu the host has open
     tagPersonInfo* m_pVoicePerson = nullptr;
     tagPersonInfo* m_pPreVoicePerson = nullptr;
     int m_iShareCount = 0;                           ///< shared screens among the participants
     std::set<const tagPersonInfo*> m_setNamedShares; ///< those that the host gave a name
-    int m_iModeBeforeShare = eLayoutEqualCut;        ///< when the first share came
-    int m_iLookMode = eLayoutEqualCut;               ///< the mode after the last change of a look
-
-    QHash<QString, int> m_mapCustomizedPersons; ///< rank by user id
-    QRect m_rcShareReported;                    ///< the share rectangle that the host was told last
-    QRect m_rcMoreTile;                         ///< the tile when the "more" menu was opened
-    QString m_qstrCurrentSpeaking;
-    bool m_bHideSmallWnd = false;
+    QRect m_rcShareReported;           ///< the share rectangle that the host was told last
+    QRect m_rcMoreTile;                ///< the tile when the "more" menu was opened
     bool m_bSmallWndMinimised = false; ///< the client is minimised, and the tool with it
-    bool m_bSelfShareFloat = false;    ///< the local user shares, and the tool floats over it
 };

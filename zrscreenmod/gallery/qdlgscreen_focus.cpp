@@ -12,6 +12,7 @@
 #include <QDebug>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -60,17 +61,25 @@ void QDlgScreen::dropFocus()
 {
     if (m_pFocusPerson)
         m_pPreFocusPerson = m_pFocusPerson;
+    m_pSelectedPerson = nullptr;
     storeFocus(nullptr, false);
+}
+
+void QDlgScreen::restFocus()
+{
+    // Nobody is the speaker in a gallery, and every tile there can be maximised. A choice waits for
+    // the next mode that has a speaker, behind what is clicked meanwhile. Only a share stays.
+    if (!m_pFocusPerson || (isFocusChosen() && m_pFocusPerson->bShare))
+        return;
+    tagPersonInfo* chosen = isFocusChosen() ? m_pFocusPerson : nullptr;
+    if (m_pSelectedPerson)
+        chosen = m_pSelectedPerson;
+    dropFocus();
+    m_pSelectedPerson = chosen;
 }
 
 void QDlgScreen::storeFocus(tagPersonInfo* person, bool bAuto)
 {
-    // What the hub holds may be another gallery's choice.
-    tagPersonInfo*& published = hub().gallery.focusPerson;
-    if (person && !bAuto)
-        published = person;
-    else if (published == m_pFocusPerson)
-        published = nullptr;
     m_pFocusPerson = person;
     m_pAutoFocusPerson = bAuto ? person : nullptr;
     // Whatever was clicked before has given way to this choice.
@@ -164,9 +173,6 @@ std::vector<zr::SpeakerKey> QDlgScreen::speakerKeys(bool bNext) const
 
 int QDlgScreen::chooseSpeaker()
 {
-    // A click is a choice as well, and later than the one that the focus stands for.
-    if (m_pSelectedPerson && indexOf(m_pSelectedPerson) >= 0)
-        changeFocus(m_pSelectedPerson, false);
     if (isFocusChosen())
         return indexOf(m_pFocusPerson);
     if (m_vecCurPersons.empty())
@@ -302,14 +308,20 @@ void QDlgScreen::onLeftBtnDBClick(CPlayWidget* tile)
     if (m_vecCurPersons.size() < kMinCountToMaximise)
         return;
     const bool maximised = mode == eLayoutShare && person == m_pShareScreenPerson;
-    if (maximised) {
-        setMeetingMode(static_cast<eLayoutType>(hub().gallery.savedMode));
-        return;
-    }
-    if (mode != eLayoutShare)
-        hub().gallery.savedMode = mode;
+    if (maximised)
+        return leaveMaximised();
+    m_bMaximisedInGallery =
+        mode == eLayoutShare && (m_bMaximisedInGallery || !m_pShareScreenPerson);
     m_pShareScreenPerson = person;
     setMeetingMode(eLayoutShare);
+}
+
+void QDlgScreen::leaveMaximised()
+{
+    const bool inGallery = std::exchange(m_bMaximisedInGallery, false);
+    m_pShareScreenPerson = nullptr;
+    setMeetingMode(inGallery ? eLayoutShare
+                             : static_cast<eLayoutType>(hub().modeBeforeShareMode()));
 }
 
 // --- Small window: the strip beside the speaker, or the speaker tool --------------------------

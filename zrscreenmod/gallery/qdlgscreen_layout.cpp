@@ -66,8 +66,8 @@ void QDlgScreen::arrange()
     const int mode = hub().curScreenMode();
     if (mode != std::exchange(m_iLaidOutMode, mode))
         m_iPollTick = 0;
-    if (zr::isGalleryMode(mode) && m_pFocusPerson && hub().gallery.focusPerson != m_pFocusPerson)
-        dropFocus();
+    if (zr::isGalleryMode(arrangedMode()))
+        restFocus();
     buildDisplayList();
     arrangeTiles();
     floatSpeakTool();
@@ -301,10 +301,8 @@ void QDlgScreen::finishLayout()
 bool QDlgScreen::setMeetingMode(eLayoutType mode)
 {
     qDebug() << "xxxxxd setMeetingMode:" << static_cast<int>(mode);
-    if (hub().curScreenMode() == eLayoutShare && mode != eLayoutShare)
-        m_pShareScreenPerson = nullptr;
     if (zr::isSpeakerToolMode(mode))
-        m_bPlaceTool = true;
+        m_bPlaceTool = true; // also in a mode that is there already
     hub().setCurScreenMode(mode);
     scheduleLayout();
     if (mode != eLayoutShare) {
@@ -312,6 +310,17 @@ bool QDlgScreen::setMeetingMode(eLayoutType mode)
         emit hub().notifyDisplayOrder(false);
     }
     return true;
+}
+
+void QDlgScreen::onCurScreenMode(int mode)
+{
+    if (mode != eLayoutShare) {
+        m_pShareScreenPerson = nullptr;
+        m_bMaximisedInGallery = false;
+    }
+    if (zr::isSpeakerToolMode(mode))
+        m_bPlaceTool = true;
+    scheduleLayout();
 }
 
 void QDlgScreen::onMeetingMode(int iMode)

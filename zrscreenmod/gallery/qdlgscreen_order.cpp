@@ -104,6 +104,9 @@ void QDlgScreen::buildDisplayList()
 {
     nameShares();
     nameWhoSpeaks(); // who may have been renamed, or have gone
+    // What was clicked or chosen in a gallery becomes the speaker, filtered out or not.
+    if (m_pSelectedPerson && zr::isSpeakerMode(arrangedMode()))
+        changeFocus(m_pSelectedPerson, false);
     if (std::exchange(m_bShareFocusDue, false))
         focusOnShare();
     SortCurrentPersons(false);
@@ -182,6 +185,6 @@ void QDlgScreen::focusOnShare()
         return;
     if (hub().settings.layoutFollow)
         dropFocus();
-    else if (!m_pFocusPerson)
+    else if (!m_pFocusPerson && !m_pSelectedPerson)
         setFocusPerson(share, 0); // in the mode at hand, whose arrangement is under way
 }

@@ -177,7 +177,7 @@ bool QDlgScreen::DelPerson(tagPersonInfo* person)
     if (isShare)
         leaveShare();
     else if (wasMaximised)
-        setMeetingMode(static_cast<eLayoutType>(hub().gallery.savedMode));
+        leaveMaximised();
     else if (wasInTool && !firstShare() && !m_vecPerson.empty())
         setMeetingMode(static_cast<eLayoutType>(m_iLookMode));
 
@@ -185,7 +185,8 @@ bool QDlgScreen::DelPerson(tagPersonInfo* person)
         zr::pageAfterRemoval(hub().curScreenMode(), m_iPage, static_cast<int>(m_vecPerson.size()));
     if (m_vecPerson.empty()) {
         clearGallery();
-        hub().setCurScreenMode(eLayoutEqualCut);
+        if (!hub().hasLivePersons()) // else the mode is another screen's as well
+            hub().setCurScreenMode(eLayoutEqualCut);
     } else {
         qDebug() << "notifyDisplayOrder";
         emit hub().notifyDisplayOrder(false);
@@ -206,9 +207,9 @@ void QDlgScreen::onModDelPerson(void* pPerson)
 
 void QDlgScreen::forgetPerson(const tagPersonInfo* person)
 {
-    for (tagPersonInfo** slot : {&m_pFocusPerson, &m_pAutoFocusPerson, &m_pPreFocusPerson,
-                                 &m_pSelectedPerson, &m_pShareScreenPerson, &m_pMorePerson,
-                                 &m_pVoicePerson, &m_pPreVoicePerson, &hub().gallery.focusPerson}) {
+    for (tagPersonInfo** slot :
+         {&m_pFocusPerson, &m_pAutoFocusPerson, &m_pPreFocusPerson, &m_pSelectedPerson,
+          &m_pShareScreenPerson, &m_pMorePerson, &m_pVoicePerson, &m_pPreVoicePerson}) {
         if (*slot == person)
             *slot = nullptr;
     }
@@ -285,7 +286,16 @@ int QDlgScreen::ProcessExitMeeting()
     qDebug() << "QDlgScreen::ProcessExitMeeting()";
     QCoreApplication::removePostedEvents(this, kLayoutEvent);
     m_bLayoutScheduled = false;
+    const bool wasMaximised = m_pShareScreenPerson && !m_pShareScreenPerson->bShare;
     clearGallery();
+    static_cast<MeetingState&>(*this) = {};
+    nameWhoSpeaks();
+    // Messages from here on. Screens share a meeting: it ends with the last participant.
+    if (!hub().hasLivePersons())
+        hub().endMeeting();
+    else if (wasMaximised)
+        leaveMaximised();
+    shareRect(); // a share at the same place in the next meeting is news to the host
     return 1;
 }
 

@@ -132,10 +132,23 @@ QString QZRScreenConfig::shareName(const QString& userId) const
 
 void QZRScreenConfig::setCurScreenMode(int mode)
 {
-    if (m_iCurMode.exchange(mode) == mode)
+    const int before = m_iCurMode.exchange(mode);
+    if (before == mode)
         return;
+    if (mode == eLayoutShare)
+        m_iModeBeforeShareMode = before;
     emit sigRefreshPlayDlg();
     emit notifyCurScreenMode(mode);
+}
+
+void QZRScreenConfig::endMeeting()
+{
+    setShareSponsor({});
+    settings.pauseShare = false;
+    emit sigRefreshPlayDlg();
+    clearSubtitles(); // the ids of the next meeting's may be lower, and would be trimmed at once
+    m_iModeBeforeShareMode = eLayoutEqualCut;
+    setCurScreenMode(eLayoutEqualCut); // last: the hosts are told
 }
 
 QString QZRScreenConfig::getImgPrefix()
@@ -211,6 +224,12 @@ bool QZRScreenConfig::isLivePerson(const tagPersonInfo* person) const
 {
     const std::shared_lock<std::shared_mutex> lock(m_liveLock);
     return m_setLivePerson.count(person) != 0;
+}
+
+bool QZRScreenConfig::hasLivePersons() const
+{
+    const std::shared_lock<std::shared_mutex> lock(m_liveLock);
+    return !m_setLivePerson.empty();
 }
 
 PersonPin QZRScreenConfig::pinPerson(tagPersonInfo* person) const

@@ -90,13 +90,6 @@ struct ScreenSettings
 /// The switches that an INI file has; those that it has not keep their values.
 zr::OverlaySwitches readOverlaySwitches(const QString& iniFile);
 
-/// What the gallery publishes for the units below it. GUI thread only.
-struct GalleryState
-{
-    int savedMode = eLayoutEqualCut;      ///< the mode to return to from a maximised tile
-    tagPersonInfo* focusPerson = nullptr; ///< chosen as the speaker, by a user or by the host
-};
-
 /// One object per process. It is created at attach and lives on the GUI thread; releasing the
 /// last screen replaces it by a fresh one.
 class QZRScreenConfig : public QObject
@@ -124,7 +117,6 @@ public:
     };
 
     ScreenSettings settings;
-    GalleryState gallery;
 
     // --- What tiles show; GUI thread ---
     // A tile that is shown asks anew after participantChanged and sigRefreshPlayDlg. Who changes
@@ -144,6 +136,12 @@ public:
     /// Stores the mode and, when it differs, has the tiles follow and emits notifyCurScreenMode.
     /// GUI thread.
     void setCurScreenMode(int mode);
+    /// The mode before the share's, to which a maximised tile returns. GUI thread.
+    int modeBeforeShareMode() const { return m_iModeBeforeShareMode; }
+    /// Forgets what belonged to a meeting, on whichever screens it was: the mode, the sponsor and
+    /// the pause of a share, the subtitles. The other settings are the client's and stay. GUI
+    /// thread.
+    void endMeeting();
 
     // --- Screen size, images, scaling ---
     /// Re-evaluates the screen test. @return the prefix of all image names. GUI thread.
@@ -171,6 +169,8 @@ public:
     void addLivePerson(tagPersonInfo* person);
     void removeLivePerson(tagPersonInfo* person);
     [[nodiscard]] bool isLivePerson(const tagPersonInfo* person) const;
+    /// Whether anybody is on any screen.
+    [[nodiscard]] bool hasLivePersons() const;
     /// @return an empty pin when the record is not alive; then it must not be touched.
     [[nodiscard]] PersonPin pinPerson(tagPersonInfo* person) const;
     /// The name is written on the GUI thread and read there without a lock; other threads ask
@@ -298,6 +298,7 @@ private:
                    unsigned long long wParam, long long lParam);
 
     std::atomic<int> m_iCurMode{eLayoutEqualCut};
+    int m_iModeBeforeShareMode = eLayoutEqualCut;
     bool m_b4K = false;
     QString m_qstrImgPrefix;
     bool m_bCacheFrame = false;
