@@ -70,6 +70,12 @@ private:
     std::streamoff m_readTo = 0;
 };
 
+/// Whether a line of the log names the export.
+inline bool isNamed(const std::string& log, const std::string& name)
+{
+    return log.find("][" + name + ":") != std::string::npos;
+}
+
 /// A page of 'a' without a terminator, right before memory that cannot be read.
 class EndlessText
 {

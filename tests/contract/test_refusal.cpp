@@ -7,6 +7,7 @@
 #include <cstring>
 #include <limits>
 #include <map>
+#include <sstream>
 #include <tuple>
 #include <utility>
 
@@ -80,6 +81,9 @@ public:
     /// Calls every export with everything that is wrong for one of its arguments while the others
     /// are right: with what is to be refused, or with the rest.
     void attack(bool refused);
+    /// Calls every export rightly, but for those that end a handle, and looks for its name in the
+    /// log.
+    void nameAll();
     /// Releases the screen and goes on with another one.
     void reopen();
 
@@ -108,6 +112,14 @@ private:
     template<typename Result, typename... Arguments, std::size_t... at>
     void attackExport(const zr::Export& row, Result(ZR_CALL* function)(Arguments...),
                       std::index_sequence<at...>);
+    template<typename Result, typename... Arguments>
+    void nameExport(const zr::Export& row, Result(ZR_CALL* function)(Arguments...))
+    {
+        nameExport(row, function, std::index_sequence_for<Arguments...>());
+    }
+    template<typename Result, typename... Arguments, std::size_t... at>
+    void nameExport(const zr::Export& row, Result(ZR_CALL* function)(Arguments...),
+                    std::index_sequence<at...>);
     template<typename T, typename Call>
     void attackArgument(const zr::Export& row, std::size_t at, const Call& call);
 
@@ -293,15 +305,28 @@ bool isRefused(const zr::Answer& row, const ZRRect& answer)
            && answer.bottom == row.whenRefused;
 }
 
-/// Every refusal says what failed, in one of these words.
-bool saysRefused(const std::string& log)
+/// The lines that say what failed, in one of these words.
+int countRefusals(const std::string& log)
 {
-    for (const char* const word :
-         {"failed", "refused", "== nullptr", "iter != pScreen->mapHadDelPlay.end()"}) {
-        if (log.find(word) != std::string::npos)
-            return true;
+    int count = 0;
+    std::istringstream lines(log);
+    for (std::string line; std::getline(lines, line);) {
+        for (const char* const word :
+             {"failed", "refused", "== nullptr", "iter != pScreen->mapHadDelPlay.end()"}) {
+            if (line.find(word) != std::string::npos) {
+                ++count;
+                break;
+            }
+        }
     }
-    return false;
+    return count;
+}
+
+/// Frames and volumes come all the time.
+bool isLogged(const std::string& name)
+{
+    return name.find("_PlayFrame") == std::string::npos
+           && name.find("_SetVolume") == std::string::npos;
 }
 
 template<typename T, typename Call>
@@ -324,8 +349,11 @@ void Victim::attackArgument(const zr::Export& row, std::size_t at, const Call& c
         CHECK_ROW(refused, name);
         // Behind what was posted.
         (void)zr.exports.ZRCtrl.QLineEdit_GetText(live.at(Kind::LineEdit), nullptr, m_length);
+        const std::string logged = log.take();
         if (verdict == Verdict::Refused)
-            CHECK_ROW(saysRefused(log.take()), "log of " + name);
+            CHECK_ROW(countRefusals(logged) == 1, "log of " + name + ": " + logged);
+        if (argument.use == Use::Ends)
+            CHECK_ROW(isNamed(logged, row.name), "name in the log of " + name);
     }
 }
 
@@ -358,6 +386,25 @@ void Victim::attackExport(const zr::Export& row, Result(ZR_CALL* function)(Argum
     (attackAt(std::integral_constant<std::size_t, at>()), ...);
 }
 
+template<typename Result, typename... Arguments, std::size_t... at>
+void Victim::nameExport(const zr::Export& row, Result(ZR_CALL* function)(Arguments...),
+                        std::index_sequence<at...>)
+{
+    if (((row.arguments[at].use == Use::Ends) || ...))
+        return;
+    const auto call = reinterpret_cast<Result(ZR_CALL*)(Passed<Arguments>...)>(
+        reinterpret_cast<void (*)()>(function));
+    (void)log.take();
+    if constexpr (std::is_same_v<Result, void*>) {
+        void* const made = call(right<Passed<Arguments>>(row.arguments[at])...);
+        if (row.answer.kind != Kind::Play)
+            giveBack(row.answer.kind, made);
+    } else {
+        (void)call(right<Passed<Arguments>>(row.arguments[at])...);
+    }
+    CHECK_ROW(isNamed(log.take(), row.name) == isLogged(row.name), row.name);
+}
+
 void Victim::attack(bool refused)
 {
     m_refused = refused;
@@ -365,6 +412,11 @@ void Victim::attack(bool refused)
         bind(live.at(Kind::Ext)); // whatever the calls before have made of it
         attackExport(row, function);
     });
+}
+
+void Victim::nameAll()
+{
+    zr.exports.forEach([this](const zr::Export& row, auto function) { nameExport(row, function); });
 }
 
 /// With the log text of each check, in the order of the checks.
@@ -432,6 +484,18 @@ void refuseFrames(Victim& m)
 }
 
 } // namespace
+
+ZR_CASE(refusal, everyExportNamesItselfInTheLog)
+{
+    Victim m;
+    m.nameAll();
+    (void)m.log.take();
+    CHECK_EQUAL(m.zr.SetVolume(m.live[Kind::Screen], m.meeting.join(1), 100), 1); // another level
+    CHECK_EQUAL(m.zr.exports.ZRScreenExt.SetVolume(m.live[Kind::Ext], "u1", 100), 1);
+    const std::string logged = m.log.take();
+    for (const char* const name : {"ZRScreen_SetVolume", "ZRScreenExt_SetVolume"})
+        CHECK_ROW(isNamed(logged, name), name);
+}
 
 ZR_CASE(refusal, whatIsWrongIsRefusedAndNothingIsLost)
 {

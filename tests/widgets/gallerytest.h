@@ -33,6 +33,26 @@
 
 namespace zrtest {
 
+/// Keeps the lines that are logged while it lives. One at a time; GUI thread.
+class LogLines
+{
+public:
+    LogLines()
+    {
+        s_lines.clear();
+        m_before = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext&, const QString& line) { s_lines += line; });
+    }
+    ~LogLines() { qInstallMessageHandler(m_before); }
+    LogLines(const LogLines&) = delete;
+    LogLines& operator=(const LogLines&) = delete;
+    int count(const char* text) const { return s_lines.filter(QLatin1String(text)).size(); }
+
+private:
+    static inline QStringList s_lines;
+    QtMessageHandler m_before;
+};
+
 /// Records what a host is told, and lets a test act like a host from inside a message.
 class HostDouble : public CAbsUIMsgCallback
 {

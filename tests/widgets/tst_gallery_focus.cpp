@@ -566,30 +566,49 @@ void TestGalleryFocus::foreignPointers()
     tile.SetPersonInfo(&stranger, false);
     m.host.news();
     QDlgScreen& gallery = *m.gallery;
+    // Who has gone is logged, once for all galleries.
+    const QDlgScreen other(nullptr);
+    m.hub().m_pDlgScreen = m.gallery.get();
     for (const void* address : std::initializer_list<const void*>{
              nullptr, reinterpret_cast<void*>(0x10), &stranger, this, gone}) {
         void* pointer = const_cast<void*>(address);
         auto* person = static_cast<tagPersonInfo*>(pointer);
-        QVERIFY(gallery.setFocusPerson(person, eLayoutSingle));
-        QVERIFY(!gallery.setAllLook(pointer, true) && !gallery.setLockLookPerson(pointer, true));
-        QVERIFY(!gallery.setMute(pointer, false) && !gallery.IsBindToSmallWnd(person));
+        const std::function<void()> calls[] = {
+            [&] { QVERIFY(gallery.setFocusPerson(person, eLayoutSingle)); },
+            [&] { QVERIFY(!gallery.setAllLook(pointer, true)); },
+            [&] { QVERIFY(!gallery.setLockLookPerson(pointer, true)); },
+            [&] { QVERIFY(!gallery.setMute(pointer, false)); },
+            [&] { QVERIFY(!gallery.IsBindToSmallWnd(person)); },
+            [&] { QVERIFY(!gallery.IsPersonInCustomizeSort(person)); },
+            [&] { gallery.setPreview(pointer, true); },
+            [&] { gallery.setPersonStreamType(person, 2); },
+            [&] { gallery.switchStream(person, 2); },
+            [&] { gallery.ActivateIntoSmallWnd(person, nullptr); },
+            [&] { gallery.updatePersonDisplayInfo(person); },
+            [&] { gallery.onModVideoSize(pointer, 10, 10); },
+            [&] { gallery.onPlayFrameUpdateUI(pointer, 1, 1); },
+            [&] { gallery.onNotifyUpdateUserInfo(&stranger, pointer); },
+            [&] { emit m.hub().notifyClickMore(pointer, 0); },
+            [&] { emit m.hub().handleHandup(pointer); },
+            [&] { emit m.hub().modSignalPersonHandup(pointer, true); },
+            [&] { emit m.hub().modSignalPersonInfo(pointer, true, 1, "x", 0); },
+            [&] { emit m.hub().modSignalVolume(pointer, 1); },
+            [&] { emit m.hub().modSignalDelPerson(pointer); },
+            [&] { emit m.hub().modSignalAddPerson(pointer); },
+        };
+        int number = 0;
+        for (const auto& call : calls) {
+            const zrtest::LogLines log;
+            call();
+            QVERIFY2(log.count("testDelPerson") == (pointer ? 1 : 0),
+                     qPrintable(QString::number(number)));
+            ++number;
+        }
         QVERIFY(!m.play(person));
-        gallery.setPreview(pointer, true);
-        gallery.setPersonStreamType(person, 2);
-        gallery.switchStream(person, 2);
         gallery.setPersonDefStreamType(pointer);
-        gallery.ActivateIntoSmallWnd(person, person);
-        gallery.updatePersonDisplayInfo(person);
-        gallery.onClickMore(pointer, 0);
-        gallery.onHandleHandup(pointer);
-        gallery.onModPersonHandup(pointer, true);
-        gallery.onModPersonInfo(pointer, true, 1, "x", 0);
-        gallery.onModVideoSize(pointer, 10, 10);
-        gallery.onModVolume(pointer, 1);
-        gallery.onModDelPerson(pointer);
         gallery.onNotifyClickExtPlayWidget(pointer);
-        gallery.onPlayFrameUpdateUI(pointer, 1, 1);
     }
+    m.hub().m_pDlgScreen = nullptr;
     for (CPlayWidget* stray : {static_cast<CPlayWidget*>(nullptr), &tile}) {
         gallery.onPlayWidgetLBtnClick(stray);
         QVERIFY(!gallery.changePersonToFocus(stray));

@@ -48,6 +48,19 @@ void logException(const char* what);
 /// Has the tiles of all screens follow a setting that they depend on. Any thread.
 void refreshAllTiles();
 
+/// An export that is under way, for its log lines: they name it and the thread that has called.
+struct CallSite
+{
+    const char* file;
+    int line;
+    const char* function;
+    const void* thread;
+    QDebug log(const char* label) const
+    {
+        return QMessageLogger(file, line, function).debug() << label << thread;
+    }
+};
+
 /// Runs `body`; an exception ends here and gives `failure`.
 template<typename Result, typename Body>
 Result guarded(Result failure, Body&& body) noexcept
@@ -138,11 +151,7 @@ Result askDialog(void* hScreen, Result failure, Body&& body) noexcept
             const GuiStay stay(screen);
             result = body(*screen->m_pDlgMain);
         };
-        if (!GuiThread::run(work)) {
-            qDebug() << "the GUI thread does not answer";
-            return failure;
-        }
-        return result;
+        return GuiThread::run(work) ? result : failure; // which logs why not
     });
 }
 
@@ -155,6 +164,17 @@ Result askGallery(void* hScreen, Result failure, Body&& body) noexcept
 }
 
 } // namespace boundary
+
+/// Where this stands, to be written in an export itself: a helper or a lambda would name itself.
+#define ZR_CALL_SITE                                                                               \
+    boundary::CallSite                                                                             \
+    {                                                                                              \
+        QT_MESSAGELOG_FILE, QT_MESSAGELOG_LINE, QT_MESSAGELOG_FUNC, QThread::currentThread()       \
+    }
+
+/// The log line with which every export begins, but for frames and for volumes that change nothing.
+/// The label is the export's own.
+#define ZR_LOG_THREAD(label) (ZR_CALL_SITE).log(label)
 
 /// The first line of every export.
 #define ZR_ENTER_OR_RETURN(failure)                                                                \

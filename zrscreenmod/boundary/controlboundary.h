@@ -6,12 +6,6 @@
 
 namespace boundary {
 
-/// The first log line of an export.
-inline void logThread(const char* label)
-{
-    qDebug() << label << static_cast<const void*>(QThread::currentThread());
-}
-
 /// Runs `work` on the GUI thread, at once when called there, else queued in order. It has to look
 /// the handle up itself, since the control may be released meanwhile. Nothing for a null handle.
 template<typename Work>

@@ -15,7 +15,6 @@
 #include <memory>
 
 using boundary::guarded;
-using boundary::logThread;
 using boundary::onControl;
 using boundary::readRect;
 using boundary::readUtf8;
@@ -121,7 +120,7 @@ bool isBookkeeping(int attribute)
 void* ZR_CALL ZRCtrl_QLineEdit_Init(HWND parent, tagRECT* rc, const char* placeholder)
 {
     ZR_ENTER_OR_RETURN(nullptr);
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     return guarded<void*>(nullptr, [&]() -> void* {
         const auto rect = readRect(rc);
         const auto text = readUtf8(placeholder);
@@ -139,7 +138,7 @@ void* ZR_CALL ZRCtrl_QLineEdit_Init(HWND parent, tagRECT* rc, const char* placeh
 void ZR_CALL ZRCtrl_QLineEdit_Release(void* h)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     if (h)
         guarded(false, [h] { return GuiThread::run([h] { releaseLineEdit(h); }); });
 }
@@ -147,7 +146,7 @@ void ZR_CALL ZRCtrl_QLineEdit_Release(void* h)
 void ZR_CALL ZRCtrl_QLineEdit_SetParent(void* h, HWND parent)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     onLineEdit(h, [parent](QMyLineEdit& edit) {
         const QPoint place = edit.geometry().topLeft();
         if (!platform::setParentWindow(edit.winId(), platform::toNative(parent), place))
@@ -158,7 +157,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetParent(void* h, HWND parent)
 void ZR_CALL ZRCtrl_QLineEdit_SetStyleSheet(void* h, const char* styleSheet)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     onLineEditWithText(h, styleSheet,
                        [](QMyLineEdit& edit, const QString& text) { edit.setStyleSheet(text); });
 }
@@ -167,7 +166,7 @@ int ZR_CALL ZRCtrl_QLineEdit_GetText(void* h, char* buf, int& len)
 {
     constexpr int kInvalid = -1;
     ZR_ENTER_OR_RETURN(kInvalid);
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     return guarded(kInvalid, [&] {
         if (!h)
             return kInvalid;
@@ -200,7 +199,7 @@ int ZR_CALL ZRCtrl_QLineEdit_GetText(void* h, char* buf, int& len)
 void ZR_CALL ZRCtrl_QLineEdit_SetText(void* h, const char* text)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     onLineEditWithText(h, text,
                        [](QMyLineEdit& edit, const QString& string) { edit.setText(string); });
 }
@@ -208,7 +207,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetText(void* h, const char* text)
 void ZR_CALL ZRCtrl_QLineEdit_SetPlaceholderText(void* h, const char* text)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     onLineEditWithText(
         h, text, [](QMyLineEdit& edit, const QString& string) { edit.setPlaceholderText(string); });
 }
@@ -216,7 +215,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetPlaceholderText(void* h, const char* text)
 void ZR_CALL ZRCtrl_QLineEdit_MoveWindow(void* h, tagRECT* rc)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     if (const auto rect = readRect(rc))
         onLineEdit(
             h, [rect = *rect](QMyLineEdit& edit) { platform::placeWindow(edit.winId(), rect); });
@@ -225,7 +224,7 @@ void ZR_CALL ZRCtrl_QLineEdit_MoveWindow(void* h, tagRECT* rc)
 void ZR_CALL ZRCtrl_QLineEdit_Show(void* h, int bShow)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     onLineEdit(h, [bShow](QMyLineEdit& edit) {
         if (bShow == 0)
             platform::returnKeyboardFocus(edit.winId());
@@ -236,7 +235,7 @@ void ZR_CALL ZRCtrl_QLineEdit_Show(void* h, int bShow)
 void ZR_CALL ZRCtrl_QLineEdit_SetAttribute(void* h, int attr, bool on)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     if (attr < 0 || attr >= Qt::WA_AttributeCount || isBookkeeping(attr)) {
         qDebug() << "attribute refused:" << attr;
         return;
@@ -249,7 +248,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetAttribute(void* h, int attr, bool on)
 void ZR_CALL ZRCtrl_QLineEdit_SetInputRexp(void* h, const char* pattern)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     onLineEditWithText(h, pattern, [](QMyLineEdit& edit, const QString& text) {
         (void)edit.setInputPattern(text); // logs what it refuses
     });
@@ -258,7 +257,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetInputRexp(void* h, const char* pattern)
 void ZR_CALL ZRCtrl_QLineEdit_SetObjectName(void* h, const char* name)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     onLineEditWithText(h, name,
                        [](QMyLineEdit& edit, const QString& text) { edit.setObjectName(text); });
 }
@@ -266,7 +265,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetObjectName(void* h, const char* name)
 void ZR_CALL ZRCtrl_QLineEdit_SetEchoMode(void* h, int mode)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     if (mode < QLineEdit::Normal || mode > QLineEdit::PasswordEchoOnEdit) {
         qDebug() << "echo mode refused:" << mode;
         return;
@@ -278,7 +277,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetEchoMode(void* h, int mode)
 void ZR_CALL ZRCtrl_QLineEdit_SetMaxLength(void* h, int length)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     if (length < 0) {
         qDebug() << "maximal length refused:" << length;
         return;
@@ -289,14 +288,14 @@ void ZR_CALL ZRCtrl_QLineEdit_SetMaxLength(void* h, int length)
 void ZR_CALL ZRCtrl_QLineEdit_SetFocus(void* h)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     onLineEdit(h, [](QMyLineEdit& edit) { edit.takeFocus(); });
 }
 
 void ZR_CALL ZRCtrl_QLineEdit_SetCursorPos(void* h, int pos)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     onLineEdit(h, [pos](QMyLineEdit& edit) {
         edit.setCursorPosition(qBound(0, pos, edit.text().size()));
     });
@@ -305,7 +304,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetCursorPos(void* h, int pos)
 void ZR_CALL ZRCtrl_QLineEdit_SetSelection(void* h, int start, int length)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     onLineEdit(h, [start, length](QMyLineEdit& edit) {
         const int size = edit.text().size();
         if (start < 0 || start > size) {
@@ -322,7 +321,7 @@ void* ZR_CALL ZRCtrl_QTextEdit_Init(HWND parent, tagRECT* rc, unsigned char r, u
                                     unsigned char b)
 {
     ZR_ENTER_OR_RETURN(nullptr);
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     return guarded<void*>(nullptr, [&]() -> void* {
         const auto rect = readRect(rc);
         if (!rect)
@@ -336,7 +335,7 @@ void* ZR_CALL ZRCtrl_QTextEdit_Init(HWND parent, tagRECT* rc, unsigned char r, u
 void ZR_CALL ZRCtrl_QTextEdit_Release(void* h)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     if (h)
         guarded(false, [h] { return GuiThread::run([h] { releaseTextEdit(h); }); });
 }
@@ -344,7 +343,7 @@ void ZR_CALL ZRCtrl_QTextEdit_Release(void* h)
 void ZR_CALL ZRCtrl_QTextEdit_SetText(void* h, const char* text)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     guarded(false, [&] {
         if (const auto string = readUtf8(text)) {
             onControl(h, [h, string = *string] {

@@ -11,13 +11,12 @@
 #include <cstring>
 
 using boundary::guarded;
-using boundary::logThread;
 using boundary::onControl;
 
 void* ZR_CALL ZRScreenDate_Init(HWND parent, ZRNotify notify)
 {
     ZR_ENTER_OR_RETURN(nullptr);
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     return guarded<void*>(nullptr, [&]() -> void* {
         if (notify && !platform::isReadable(reinterpret_cast<const void*>(notify), 1)) {
             qDebug() << "unreadable notification function refused";
@@ -32,7 +31,7 @@ void* ZR_CALL ZRScreenDate_Init(HWND parent, ZRNotify notify)
 void ZR_CALL ZRScreenDate_Release(void* h)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     if (h)
         guarded(false, [h] { return GuiThread::run([h] { releaseDatePicker(h); }); });
 }
@@ -41,7 +40,7 @@ void ZR_CALL ZRScreenDate_Move(void* h, tagPOINT* pt, int year, int month, int d
                                int minute, int second)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     int32_t place[2]; // x, y on every system
     if (!platform::isReadable(pt, sizeof place)) {
         qDebug() << "unreadable point refused:" << static_cast<const void*>(pt);
@@ -63,7 +62,7 @@ void ZR_CALL ZRScreenDate_Move(void* h, tagPOINT* pt, int year, int month, int d
 void ZR_CALL ZRScreenDate_Hide(void* h)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("current thread:");
+    ZR_LOG_THREAD("current thread:");
     onControl(h, [h] {
         if (const ST_ZRDateHdl* const picker = liveDatePicker(h))
             picker->m_pWidget->hide();

@@ -7,7 +7,6 @@
 #include "platform.h"
 
 using boundary::guarded;
-using boundary::logThread;
 using boundary::readLocal8Bit;
 using boundary::readRect;
 using boundary::readUtf8;
@@ -29,9 +28,10 @@ void postToExt(void* h, Body body)
         GuiThread::post(work);
 }
 
-/// postToExt for a valid handle whose dialog `accepts` the call, on any thread. @return 1, or 0
+/// postToExt for a valid handle whose dialog `accepts` the call, on any thread; only then the call
+/// is logged. @return 1, or 0
 template<typename Accepts, typename Body>
-int onExt(void* h, Accepts&& accepts, Body body) noexcept
+int onExt(void* h, const boundary::CallSite& here, Accepts&& accepts, Body body) noexcept
 {
     return guarded(0, [&] {
         {
@@ -39,6 +39,7 @@ int onExt(void* h, Accepts&& accepts, Body body) noexcept
             if (!ext || !accepts(*ext.operator->()))
                 return 0;
         }
+        here.log("thread:");
         postToExt(h, std::move(body));
         return 1;
     });
@@ -54,9 +55,7 @@ Result askExt(void* h, Result failure, Body&& body) noexcept
             if (const ExtRef ext{h})
                 result = body(*ext.operator->());
         };
-        if (h && !GuiThread::run(work))
-            qDebug() << "the GUI thread does not answer";
-        return result;
+        return GuiThread::run(work) ? result : failure; // which logs why not
     });
 }
 
@@ -70,7 +69,7 @@ bool hasPerson(const QDlgExtScreen& dialog)
 void* ZR_CALL ZRScreenExt_Init(HWND parent, ZRNotify notify)
 {
     ZR_ENTER_OR_RETURN(nullptr);
-    logThread("thread:");
+    ZR_LOG_THREAD("thread:");
     return guarded<void*>(nullptr, [&]() -> void* {
         if (notify && !platform::isReadable(reinterpret_cast<const void*>(notify), 1)) {
             qDebug() << "unreadable notification function refused";
@@ -85,7 +84,7 @@ void* ZR_CALL ZRScreenExt_Init(HWND parent, ZRNotify notify)
 void ZR_CALL ZRScreenExt_Release(void* h)
 {
     ZR_ENTER_OR_RETURN();
-    logThread("thread:");
+    ZR_LOG_THREAD("thread:");
     if (h)
         guarded(false, [h] { return GuiThread::run([h] { releaseExtScreen(h); }); });
 }
@@ -95,7 +94,7 @@ int ZR_CALL ZRScreenExt_Move(void* h, tagRECT* rc, int)
     ZR_ENTER_OR_RETURN(0);
     if (!h)
         return 0;
-    logThread("thread:");
+    ZR_LOG_THREAD("thread:");
     const auto rect = readRect(rc);
     if (!rect)
         return 0;
@@ -112,6 +111,7 @@ int ZR_CALL ZRScreenExt_SetPersonInfo(void* h, void* pUserData, const char* user
     ZR_ENTER_OR_RETURN(0);
     if (!h)
         return 0;
+    ZR_LOG_THREAD("thread:");
     const auto id = readLocal8Bit(userId);
     const auto givenName = readUtf8(name);
     if (!id || !givenName)
@@ -150,20 +150,22 @@ int ZR_CALL ZRScreenExt_PlayFrame(void* h, void* pFrame)
 int ZR_CALL ZRScreenExt_SetAllLook(void* h, bool bAllLook)
 {
     ZR_ENTER_OR_RETURN(0);
-    return onExt(h, hasPerson, [bAllLook](QDlgExtScreen& dialog) { dialog.setAllLook(bAllLook); });
+    return onExt(h, ZR_CALL_SITE, hasPerson,
+                 [bAllLook](QDlgExtScreen& dialog) { dialog.setAllLook(bAllLook); });
 }
 
 int ZR_CALL ZRScreenExt_SetLockLook(void* h, bool bLockLook)
 {
     ZR_ENTER_OR_RETURN(0);
-    return onExt(h, hasPerson,
+    return onExt(h, ZR_CALL_SITE, hasPerson,
                  [bLockLook](QDlgExtScreen& dialog) { dialog.setLockLook(bLockLook); });
 }
 
 int ZR_CALL ZRScreenExt_SetMute(void* h, int bMute)
 {
     ZR_ENTER_OR_RETURN(0);
-    return onExt(h, hasPerson, [bMute](QDlgExtScreen& dialog) { dialog.setMute(bMute != 0); });
+    return onExt(h, ZR_CALL_SITE, hasPerson,
+                 [bMute](QDlgExtScreen& dialog) { dialog.setMute(bMute != 0); });
 }
 
 int ZR_CALL ZRScreenExt_SetVolume(void* h, const char* userId, int iVolume)
@@ -171,18 +173,26 @@ int ZR_CALL ZRScreenExt_SetVolume(void* h, const char* userId, int iVolume)
     ZR_ENTER_OR_RETURN(0);
     if (!h)
         return 0;
-    const auto id = readLocal8Bit(userId);
-    if (!id)
-        return 0;
-    return onExt(
-        h, [&id](const QDlgExtScreen& dialog) { return dialog.isPerson(*id); },
-        [id = *id, iVolume](QDlgExtScreen& dialog) { dialog.setVolume(id, iVolume); });
+    const boundary::CallSite here = ZR_CALL_SITE;
+    return guarded(0, [&] {
+        const auto id = readLocal8Bit(userId);
+        const ExtRef ext(h);
+        if (!id || !ext || !ext->isPerson(*id))
+            return 0;
+        // Many reports change no microphone; only the others are logged.
+        postToExt(h, [here, id = *id, iVolume](QDlgExtScreen& dialog) {
+            if (dialog.setVolume(id, iVolume))
+                here.log("thread:");
+        });
+        return 1;
+    });
 }
 
 int ZR_CALL ZRScreenExt_Preview(void* h, bool bPreview)
 {
     ZR_ENTER_OR_RETURN(0);
-    return onExt(h, hasPerson, [bPreview](QDlgExtScreen& dialog) { dialog.setPreview(bPreview); });
+    return onExt(h, ZR_CALL_SITE, hasPerson,
+                 [bPreview](QDlgExtScreen& dialog) { dialog.setPreview(bPreview); });
 }
 
 int ZR_CALL ZRScreenExt_UpdateUserNetStatus(void* h, const char* userId, int iType, bool bBad,
@@ -195,7 +205,7 @@ int ZR_CALL ZRScreenExt_UpdateUserNetStatus(void* h, const char* userId, int iTy
     if (!id)
         return 0;
     return onExt(
-        h, [](const QDlgExtScreen&) { return true; },
+        h, ZR_CALL_SITE, [](const QDlgExtScreen&) { return true; },
         [id = *id, iType, bBad, iLevel](QDlgExtScreen& dialog) {
             dialog.UpdateUserNetStatus(id, iType, bBad, iLevel);
         });
@@ -205,6 +215,9 @@ ZRRect ZR_CALL ZRScreenExt_GetShareWgtPos(void* h)
 {
     const ZRRect none{0, 0, 0, 0};
     ZR_ENTER_OR_RETURN(none);
+    if (!h)
+        return none;
+    ZR_LOG_THREAD("thread:");
     return askExt(h, none, [](const QDlgExtScreen& dialog) {
         const QRect rect = dialog.pictureRect();
         return ZRRect{rect.left(), rect.top(), rect.right(), rect.bottom()};

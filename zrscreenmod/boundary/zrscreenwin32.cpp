@@ -16,25 +16,19 @@ using boundary::readUtf8;
 
 namespace {
 
-QDebug logThread(const char* label, QDebug log)
-{
-    return log << label << static_cast<const void*>(QThread::currentThread());
-}
-
 /// Whether a play handle still stands for the participant that it was made for: the host may have
 /// deleted them, and added others, from inside the message about it.
 bool stands(const ScreenRef& screen, void* hScreen, void* play, quint64 serial)
 {
-    if (!IsVaildScreenHandle(hScreen))
+    if (!IsVaildScreenHandle(hScreen)) {
+        qDebug() << "IsVaildScreenHandle failed";
         return false;
+    }
     const boundary::PlayRef found = boundary::resolvePlay(screen, play);
     return found.person && found.person->serial == serial;
 }
 
 } // namespace
-
-/// Most exports begin with this line; the label is the export's own.
-#define ZR_LOG_THREAD(label) logThread(label, qDebug())
 
 // --- Life of a screen -------------------------------------------------------------------------
 
@@ -94,6 +88,7 @@ void ZR_CALL ZRScreen_Release(void* hScreen)
 int ZR_CALL ZRScreen_ExitMeeting(void* hScreen)
 {
     ZR_ENTER_OR_RETURN(0);
+    ZR_LOG_THREAD("current thread:");
     return askGallery(hScreen, 0, [](QDlgScreen& gallery) { return gallery.ProcessExitMeeting(); });
 }
 
@@ -119,7 +114,7 @@ void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName, lo
         quint64 serial = 0; // of the participant; none has 0
         // The tile is a widget and must be built on the GUI thread, and the caller gets a handle
         // that is complete: it waits.
-        const bool ran = GuiThread::run([&] {
+        (void)GuiThread::run([&] { // which logs why not
             const GuiStay stay(screen);
             QDlgScreen* gallery = screen->m_pDlgMain->gallery();
             tagPersonInfo* person = gallery->AddPerson(*id, name, joinTime, hostInt, hostValue);
@@ -131,7 +126,6 @@ void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName, lo
         });
         if (serial != 0 && stands(screen, hScreen, play, serial))
             return play;
-        qDebug() << "ZRScreen_AddPerson failed, userID:" << *id << ",ran:" << ran;
         if (serial == 0)
             screen->deletePlay(play);
         return nullptr;
@@ -149,7 +143,8 @@ int ZR_CALL ZRScreen_JoinMeetingFinish(void* hScreen, bool bFinish)
 int ZR_CALL ZRScreen_DelPerson(void* hScreen, void* pPlay, bool)
 {
     ZR_ENTER_OR_RETURN(0);
-    ZR_LOG_THREAD("thread,hPlay:") << pPlay;
+    const boundary::CallSite here = ZR_CALL_SITE;
+    here.log("thread,hPlay:") << pPlay;
     return guarded(0, [&] {
         const ScreenRef screen(hScreen);
         if (!screen)
@@ -161,7 +156,7 @@ int ZR_CALL ZRScreen_DelPerson(void* hScreen, void* pPlay, bool)
             return 0;
         if (play.person)
             emit QZRScreenConfig::getInstance()->modSignalDelPerson(play.person);
-        ZR_LOG_THREAD("thread,pPerson:") << static_cast<void*>(play.person);
+        here.log("thread,pPerson:") << static_cast<void*>(play.person);
         return 1;
     });
 }
@@ -226,6 +221,7 @@ int ZR_CALL ZRScreen_SetMute(void* hScreen, void* pPlay, int bMute)
 int ZR_CALL ZRScreen_SetVolume(void* hScreen, void* pPlay, int iVolume)
 {
     ZR_ENTER_OR_RETURN(0);
+    const boundary::CallSite here = ZR_CALL_SITE;
     return guarded(0, [&] {
         const ScreenRef screen(hScreen);
         if (!screen)
@@ -236,7 +232,7 @@ int ZR_CALL ZRScreen_SetVolume(void* hScreen, void* pPlay, int iVolume)
         // Reports come ten times a second for everybody, and few change a microphone: only those
         // are logged and queued.
         if (QDlgScreen::noteVolume(*play.person, iVolume)) {
-            ZR_LOG_THREAD("thread:");
+            here.log("thread:");
             postToGallery(hScreen, [person = play.person](QDlgScreen& gallery) {
                 gallery.updatePersonDisplayInfo(person);
             });
@@ -367,6 +363,7 @@ int ZR_CALL ZRScreen_SetCurrentSpeakingPerson(void* hScreen, std::string userId)
 int ZR_CALL ZRScreen_SetVoiceActivate(void*, bool bOpen)
 {
     ZR_ENTER_OR_RETURN(0);
+    ZR_LOG_THREAD("thread:");
     qDebug() << "xxx setVoiceActivate bOpen:" << bOpen;
     guarded(0, [bOpen] {
         QZRScreenConfig::Lock()->settings.voiceActivation = bOpen;
@@ -396,6 +393,7 @@ int ZR_CALL ZRScreen_SetSupport16EqualCut(void* hScreen, bool bSupport)
 int ZR_CALL ZRScreen_SetOpenPollingPage(void* hScreen, bool bOpen, int iTickSec)
 {
     ZR_ENTER_OR_RETURN(0);
+    ZR_LOG_THREAD("thread:");
     qDebug() << "ZRScreen_SetOpenPollingPage, bOpen:" << bOpen << ", iTickSec:" << iTickSec;
     return onHub(hScreen, [bOpen, iTickSec](QZRScreenConfig& hub) {
         hub.settings.pollingOpen = bOpen;
@@ -408,6 +406,7 @@ int ZR_CALL ZRScreen_SetLayoutCtrl(void* hScreen, bool bOpenLayoutCtrl, bool bLa
                                    int iShareIdx, int iSpeakerIdx, bool bNoVideoFilter)
 {
     ZR_ENTER_OR_RETURN(0);
+    ZR_LOG_THREAD("thread:");
     qDebug() << "ZRScreen_SetLayoutCtrl, bOpenLayoutCtrl:" << bOpenLayoutCtrl
              << ",bLayoutFollow:" << bLayoutFollow << ",iShareIdx:" << iShareIdx
              << ",iSpeakerIdx:" << iSpeakerIdx << ",bNoVideoFilter:" << bNoVideoFilter;
@@ -435,6 +434,7 @@ int ZR_CALL ZRScreen_SetHideNoCameraWnd(void* hScreen, bool)
 int ZR_CALL ZRScreen_IsPersonVisible(void* hScreen, char* userId)
 {
     ZR_ENTER_OR_RETURN(0);
+    ZR_LOG_THREAD("thread:");
     const auto id = readLocal8Bit(userId);
     if (!id)
         return 0;
@@ -465,6 +465,7 @@ int ZR_CALL ZRScreen_ShowSmallWnd(void* hScreen, bool bShow, bool bMute)
 int ZR_CALL ZRScreen_GetSmallWndID(void* hScreen)
 {
     ZR_ENTER_OR_RETURN(0);
+    ZR_LOG_THREAD("thread:");
     return askGallery(hScreen, 0,
                       [](const QDlgScreen& gallery) { return gallery.GetSmallWndId(); });
 }
@@ -472,6 +473,7 @@ int ZR_CALL ZRScreen_GetSmallWndID(void* hScreen)
 int ZR_CALL ZRScreen_IsPersonVisibleInSmallWnd(void* hScreen, char* userId)
 {
     ZR_ENTER_OR_RETURN(0);
+    ZR_LOG_THREAD("thread:");
     const auto id = readLocal8Bit(userId);
     if (!id)
         return 0;
@@ -509,6 +511,7 @@ int ZR_CALL ZRScreen_SetIsCloseWhiteBoard(void* hScreen)
 ZRRect ZR_CALL ZRScreen_GetShareWgtPos(void* hScreen)
 {
     ZR_ENTER_OR_RETURN((ZRRect{0, 0, -1, -1}));
+    ZR_LOG_THREAD("thread:");
     return askGallery(hScreen, ZRRect{0, 0, -1, -1}, [](QDlgScreen& gallery) {
         gallery.flushLayout();
         const QRect rect = gallery.shareRect();
@@ -540,6 +543,7 @@ int ZR_CALL ZRScreen_SetExtendScreen(void* hScreen, bool bExtendScreen, bool bDe
 int ZR_CALL ZRScreen_IsExtendScreen(void)
 {
     ZR_ENTER_OR_RETURN(0);
+    ZR_LOG_THREAD("thread:");
     return guarded(0, [] { return QZRScreenConfig::Lock()->settings.extendScreen ? 1 : 0; });
 }
 
@@ -560,6 +564,7 @@ int ZR_CALL ZRScreen_SetVideoToolbarStatus(void* hScreen, tagRECT* pRect, bool b
 int ZR_CALL ZRScreen_IsMouseOnBtnMore(void* hScreen)
 {
     ZR_ENTER_OR_RETURN(0);
+    ZR_LOG_THREAD("thread:");
     // The answer itself is not the result, by design: every valid screen answers 1.
     return askGallery(hScreen, 0, [](QDlgScreen& gallery) {
         gallery.isMouseOnBtnMore();
@@ -570,6 +575,7 @@ int ZR_CALL ZRScreen_IsMouseOnBtnMore(void* hScreen)
 int ZR_CALL ZRScreen_ClearMoreMenuPtr(void* hScreen)
 {
     ZR_ENTER_OR_RETURN(0);
+    ZR_LOG_THREAD("thread:");
     onGallery(hScreen, [](QDlgScreen& gallery) { gallery.clearMoreMenuPerson(); });
     return 1;
 }

@@ -249,8 +249,10 @@ private:
     /// The share sponsor's screen, else the one that comes first in the join order; null without
     /// one.
     tagPersonInfo* firstShare() const;
-    /// The participant behind a pointer; logs one that no gallery knows.
-    tagPersonInfo* checkedPerson(const void* pPerson) const;
+    /// The participant behind a pointer; logs one that no gallery knows any more.
+    tagPersonInfo* checkedPerson(const void* pPerson, const char* ifGone = "testDelPerson") const;
+    /// Whether to log a pointer that is not null, and of nobody who is there.
+    bool isGoneForAll(const void* pPerson) const;
     void forgetPerson(const tagPersonInfo* person);
     void retirePerson(tagPersonInfo* person);
     void freeRetired();
@@ -281,7 +283,10 @@ private:
     std::vector<PlacedPerson> placed(const std::vector<zr::TilePlacement>& placements) const;
     void logDisplayList();
     /// The only caller of setGeometry, ShowPlay, HidePlay and setPersonStreamType.
-    void applyPlacements(const char* prefix, const std::vector<PlacedPerson>& placements);
+    /// @param large how many of the placements, the first ones, stand beside those that the log
+    /// counts
+    void applyPlacements(const char* prefix, const std::vector<PlacedPerson>& placements,
+                         int large = 0);
     void hideUnplacedTiles(const std::vector<PlacedPerson>& placements);
     void finishLayout();
     void showSpeakTool(tagPersonInfo* person);

@@ -91,9 +91,10 @@ void QDlgScreen::storeFocus(tagPersonInfo* person, bool bAuto)
 
 bool QDlgScreen::setFocusPerson(tagPersonInfo* candidate, int mode)
 {
-    tagPersonInfo* person = livePerson(candidate);
+    tagPersonInfo* person = checkedPerson(candidate);
     if (!person) {
-        qDebug() << "setFocusPerson userName:";
+        if (!candidate)
+            qDebug() << "setFocusPerson userName:";
         return true;
     }
     if (person == m_pFocusPerson) {
@@ -347,7 +348,7 @@ void QDlgScreen::floatSpeakTool()
 
 bool QDlgScreen::IsBindToSmallWnd(ST_PersonInfo* candidate)
 {
-    const tagPersonInfo* person = livePerson(candidate);
+    const tagPersonInfo* person = checkedPerson(candidate);
     if (!person || m_bHideSmallWnd)
         return false;
     if (isToolInUse())
@@ -373,7 +374,7 @@ int QDlgScreen::GetSmallWndId() const
 void QDlgScreen::ActivateIntoSmallWnd(ST_PersonInfo* newActivatedPerson,
                                       ST_PersonInfo* oldActivatedPerson)
 {
-    tagPersonInfo* person = livePerson(newActivatedPerson);
+    tagPersonInfo* person = checkedPerson(newActivatedPerson);
     if (!person || person == oldActivatedPerson || person == m_pFocusPerson)
         return;
     zr::VoiceInput input;

@@ -62,7 +62,7 @@ void QDlgScreen::onPlayFrameUpdateUI(void* pPerson, int iWidth, int iHeight)
         return;
     tagPersonInfo* person = livePerson(pPerson);
     if (!person) {
-        if (!hub().isLivePerson(static_cast<tagPersonInfo*>(pPerson)))
+        if (isGoneForAll(pPerson))
             qDebug() << "xxxxx QDlgScreen::onPlayFrameUpdateUI testDelPerson, pPerson:" << pPerson;
         return;
     }
@@ -86,7 +86,7 @@ void QDlgScreen::onPlayFrameUpdateUI(void* pPerson, int iWidth, int iHeight)
 
 void QDlgScreen::onModVideoSize(void* pPerson, int iWidth, int iHeight)
 {
-    if (tagPersonInfo* person = livePerson(pPerson); person && iWidth > 0 && iHeight > 0)
+    if (tagPersonInfo* person = checkedPerson(pPerson); person && iWidth > 0 && iHeight > 0)
         person->pWidget->SetVideoSize(static_cast<unsigned>(iWidth),
                                       static_cast<unsigned>(iHeight));
 }

@@ -20,6 +20,14 @@ namespace {
 /// Between the tool and the dialog's edges; a base size.
 constexpr int kScreenMarginPx = 24;
 
+/// The speakers, who come before the strip.
+int largeCount(const std::vector<zr::TilePlacement>& placements)
+{
+    return static_cast<int>(
+        std::count_if(placements.begin(), placements.end(),
+                      [](const zr::TilePlacement& tile) { return tile.grade == zr::kGradeLarge; }));
+}
+
 } // namespace
 
 void QDlgScreen::scheduleLayout()
@@ -165,16 +173,16 @@ void QDlgScreen::reLayout8Cut()
 
 void QDlgScreen::reLayoutSpeaker(eLayoutType mode)
 {
-    const char* prefix = "speaker 1 person i:";
+    const char* prefix = "speaker 1  person i:";
     if (mode == eLayoutSpeakerBottom)
-        prefix = "speaker 2 person i:";
+        prefix = "speaker 2  person i:";
     else if (mode == eLayoutSpeakerTop)
-        prefix = "speaker 3 person i:";
+        prefix = "speaker 3  person i:";
     std::vector<zr::TilePlacement> placements = zr::speakerPlacements(layoutInput());
     if (m_bHideSmallWnd && m_iSpeaker >= 0)
         placements = {zr::aloneCentred(size(), m_iSpeaker)};
     admitVoice(placements, zr::largeTiles(mode));
-    applyPlacements(prefix, placed(placements));
+    applyPlacements(prefix, placed(placements), largeCount(placements));
 }
 
 void QDlgScreen::reLayoutSpeaker4()
@@ -184,7 +192,7 @@ void QDlgScreen::reLayoutSpeaker4()
     if (m_bHideSmallWnd)
         placements.resize(std::min(placements.size(), static_cast<std::size_t>(large)));
     admitVoice(placements, large);
-    applyPlacements("speaker 4 person i:", placed(placements));
+    applyPlacements("speaker 4  person i:", placed(placements), largeCount(placements));
 }
 
 void QDlgScreen::reLayoutShare()
@@ -243,7 +251,8 @@ void QDlgScreen::logDisplayList()
     }
 }
 
-void QDlgScreen::applyPlacements(const char* prefix, const std::vector<PlacedPerson>& placements)
+void QDlgScreen::applyPlacements(const char* prefix, const std::vector<PlacedPerson>& placements,
+                                 int large)
 {
     hideUnplacedTiles(placements);
     for (std::size_t i = 0; i < placements.size(); ++i) {
@@ -263,9 +272,12 @@ void QDlgScreen::applyPlacements(const char* prefix, const std::vector<PlacedPer
         const bool moved = tile->geometry() != rect;
         const bool appears = !tile->isShowing();
         m_bRaiseControls = m_bRaiseControls || appears;
-        if (moved || appears)
-            qDebug() << prefix << i << ",userName:" << person->userName
-                     << "pWidget:" << static_cast<void*>(tile) << "Geometry:" << rect;
+        if (moved || appears) {
+            const int counted = static_cast<int>(i) - large;
+            (counted < 0 ? qDebug() << "large" : qDebug() << prefix << counted)
+                << ",userName:" << person->userName << "pWidget:" << static_cast<void*>(tile)
+                << "Geometry:" << rect;
+        }
         setPersonStreamType(person, grade);
         if (moved)
             tile->setGeometry(rect);

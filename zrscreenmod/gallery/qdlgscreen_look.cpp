@@ -55,7 +55,7 @@ void QDlgScreen::applyLook(tagPersonInfo* person, bool bOn)
 
 bool QDlgScreen::setAllLook(void* pPerson, bool bAllLook)
 {
-    tagPersonInfo* person = livePerson(pPerson);
+    tagPersonInfo* person = checkedPerson(pPerson);
     if (!person)
         return false;
     qDebug() << "userName,bAllLock:" << person->userName << bAllLook;
@@ -66,7 +66,7 @@ bool QDlgScreen::setAllLook(void* pPerson, bool bAllLook)
 
 bool QDlgScreen::setLockLookPerson(void* pPerson, bool bLock)
 {
-    tagPersonInfo* person = livePerson(pPerson);
+    tagPersonInfo* person = checkedPerson(pPerson);
     if (!person)
         return false;
     qDebug() << "userName:" << person->userName << ",bLock:" << bLock;
@@ -95,7 +95,7 @@ void QDlgScreen::onLookToast(bool bAll)
 
 bool QDlgScreen::setMute(void* pPerson, bool bMute)
 {
-    tagPersonInfo* person = livePerson(pPerson);
+    tagPersonInfo* person = checkedPerson(pPerson);
     if (!person)
         return false;
     const bool changed = person->bMute != bMute;
@@ -114,7 +114,7 @@ void QDlgScreen::onModAudioMute(void* pPerson, bool bMute)
 
 void QDlgScreen::onModVolume(void* pPerson, int iVolume)
 {
-    tagPersonInfo* person = livePerson(pPerson);
+    tagPersonInfo* person = checkedPerson(pPerson);
     if (person && noteVolume(*person, iVolume))
         updatePersonDisplayInfo(person);
 }
@@ -127,7 +127,7 @@ bool QDlgScreen::noteVolume(tagPersonInfo& person, int iVolume)
 
 void QDlgScreen::onModPersonHandup(void* pPerson, bool bHandUp)
 {
-    tagPersonInfo* person = livePerson(pPerson);
+    tagPersonInfo* person = checkedPerson(pPerson);
     if (!person || person->bHandUp == bHandUp)
         return;
     person->bHandUp = bHandUp;
@@ -146,7 +146,7 @@ void QDlgScreen::UpdateUserNetStatus(QString qstrUserID, int dir, bool bIsWeak, 
 
 void QDlgScreen::updatePersonDisplayInfo(ST_PersonInfo* candidate)
 {
-    if (tagPersonInfo* person = livePerson(candidate))
+    if (tagPersonInfo* person = checkedPerson(candidate))
         emit hub().participantChanged(person);
 }
 
@@ -206,7 +206,7 @@ void QDlgScreen::setCurrentSpeakingPerson(const QString& userId)
 
 void QDlgScreen::onClickAudioCtl(void* pPerson)
 {
-    const tagPersonInfo* person = livePerson(pPerson);
+    const tagPersonInfo* person = checkedPerson(pPerson);
     if (pPerson ? !person : hub().m_pDlgScreen && hub().m_pDlgScreen != this)
         return; // another gallery's, or gone; for nobody's, one speaks for all
     if (person)
@@ -217,7 +217,7 @@ void QDlgScreen::onClickAudioCtl(void* pPerson)
 
 void QDlgScreen::onClickMore(void* pPerson, int igPosRight)
 {
-    tagPersonInfo* person = livePerson(pPerson);
+    tagPersonInfo* person = checkedPerson(pPerson);
     if (!person)
         return;
     qDebug() << "role,bself,bLockLook:" << person->iRoteType << person->bSelf << person->bLockLook;
@@ -229,7 +229,7 @@ void QDlgScreen::onClickMore(void* pPerson, int igPosRight)
 
 void QDlgScreen::onHandleHandup(void* pPerson)
 {
-    if (const tagPersonInfo* person = livePerson(pPerson))
+    if (const tagPersonInfo* person = checkedPerson(pPerson))
         hub().broadcast(ZRMSG_CLICK_HANDUP, person);
 }
 

@@ -148,7 +148,7 @@ void QDlgScreen::SetCustomizeSorting(std::map<int, std::string> grpSorting)
 
 bool QDlgScreen::IsPersonInCustomizeSort(ST_PersonInfo* person)
 {
-    const tagPersonInfo* live = livePerson(person);
+    const tagPersonInfo* live = checkedPerson(person);
     return live && m_mapCustomizedPersons.contains(live->userID);
 }
 

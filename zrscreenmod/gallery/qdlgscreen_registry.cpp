@@ -117,11 +117,19 @@ tagPersonInfo* QDlgScreen::firstShare() const
     return share == m_vecPerson.end() ? nullptr : *share;
 }
 
-tagPersonInfo* QDlgScreen::checkedPerson(const void* pPerson) const
+bool QDlgScreen::isGoneForAll(const void* pPerson) const
+{
+    // A signal of the hub's reaches every gallery: one of them tells for all.
+    const QDlgScreen* teller = sender() == &hub() ? hub().m_pDlgScreen : nullptr;
+    return pPerson && (!teller || teller == this)
+           && !hub().isLivePerson(static_cast<const tagPersonInfo*>(pPerson));
+}
+
+tagPersonInfo* QDlgScreen::checkedPerson(const void* pPerson, const char* ifGone) const
 {
     tagPersonInfo* person = livePerson(pPerson);
-    if (!person && !hub().isLivePerson(static_cast<const tagPersonInfo*>(pPerson)))
-        qDebug() << "testDelPerson";
+    if (!person && isGoneForAll(pPerson))
+        qDebug() << ifGone;
     return person;
 }
 
@@ -178,8 +186,6 @@ bool QDlgScreen::DelPerson(tagPersonInfo* person)
         leaveShare();
     else if (wasMaximised)
         leaveMaximised();
-    else if (wasInTool && !firstShare() && !m_vecPerson.empty())
-        setMeetingMode(static_cast<eLayoutType>(m_iLookMode));
 
     m_iPage =
         zr::pageAfterRemoval(hub().curScreenMode(), m_iPage, static_cast<int>(m_vecPerson.size()));
@@ -187,6 +193,8 @@ bool QDlgScreen::DelPerson(tagPersonInfo* person)
         clearGallery();
         if (!hub().hasLivePersons()) // else the mode is another screen's as well
             hub().setCurScreenMode(eLayoutEqualCut);
+    } else if (wasInTool && !firstShare()) {
+        setMeetingMode(static_cast<eLayoutType>(m_iLookMode)); // which asks for a new order
     } else {
         qDebug() << "notifyDisplayOrder";
         emit hub().notifyDisplayOrder(false);
@@ -343,7 +351,7 @@ void QDlgScreen::onModPersonInfo(void* pPerson, bool bSelf, int iRoleType, QStri
 
 void QDlgScreen::onNotifyUpdateUserInfo(void* pPlayHdl, void* pPerson)
 {
-    const tagPersonInfo* person = livePerson(pPerson);
+    const tagPersonInfo* person = checkedPerson(pPerson);
     if (!pPlayHdl || !person)
         return;
     hub().broadcast(ZRMSG_PERSON_INFO_UPDATED, reinterpret_cast<quintptr>(pPlayHdl),

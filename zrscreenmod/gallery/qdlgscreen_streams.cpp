@@ -29,13 +29,9 @@ void forgetStream(tagPersonInfo* person)
 
 void QDlgScreen::setPreview(void* pPerson, bool bPreview)
 {
-    if (!pPerson)
+    tagPersonInfo* person = checkedPerson(pPerson, "xxxx QDlgScreen::setPreview testDelPerson");
+    if (!person)
         return;
-    tagPersonInfo* person = livePerson(pPerson);
-    if (!person) {
-        qDebug() << "xxxx QDlgScreen::setPreview testDelPerson";
-        return;
-    }
     qDebug() << "userID:" << person->userID << ",userName:" << person->userName
              << ",pInfo->bPrePreview:" << person->bPrePreview << ",bPreview:" << bPreview;
     const bool changed = person->bPreview != bPreview;
@@ -83,7 +79,7 @@ void QDlgScreen::setPersonStreamType(tagPersonInfo* person, int iStreamType)
 {
     // Only recorded: the host is asked when the next frame arrives, once for all the arrangements
     // that came in between.
-    if (!livePerson(person))
+    if (!checkedPerson(person))
         return;
     const int before = std::exchange(person->iStreamType, iStreamType);
     person->bStreamTypeChanged = true;
@@ -109,7 +105,7 @@ void QDlgScreen::passStreamType(tagPersonInfo* person)
 
 void QDlgScreen::switchStream(tagPersonInfo* person, int streamType)
 {
-    if (!livePerson(person))
+    if (!checkedPerson(person))
         return;
     qDebug() << "switchStream,userName:" << person->userName << ",streamType:" << streamType;
     if (person->bShare) {

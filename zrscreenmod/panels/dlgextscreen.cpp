@@ -6,6 +6,7 @@
 #include "qdlgplayinfo.h"
 #include "qtparent.h"
 #include "qzrscreenconfig.h"
+#include "volumelevel.h"
 
 #include <QCloseEvent>
 #include <QDebug>
@@ -157,12 +158,15 @@ void QDlgExtScreen::setMute(bool bMute)
     emit hub().participantChanged(m_pPerson.get());
 }
 
-void QDlgExtScreen::setVolume(const QString& userId, int iVolume)
+bool QDlgExtScreen::setVolume(const QString& userId, int iVolume)
 {
     if (!m_pPerson || m_pPerson->userID != userId)
-        return;
-    m_pPerson->iVolume = qBound(0, iVolume, 100);
+        return false;
+    const int volume = qBound(0, iVolume, 100);
+    if (zr::volumeLevel(m_pPerson->iVolume.exchange(volume)) == zr::volumeLevel(volume))
+        return false;
     emit hub().participantChanged(m_pPerson.get());
+    return true;
 }
 
 void QDlgExtScreen::setPreview(bool bPreview)

@@ -45,7 +45,8 @@ public:
     void setLockLook(bool bLockLook);
     void setMute(bool bMute);
     /// @param iVolume 0 to 100; other values are clamped
-    void setVolume(const QString& userId, int iVolume);
+    /// @return whether the microphone's level is another one now
+    bool setVolume(const QString& userId, int iVolume);
     /// The participant's stream is open.
     void setPreview(bool bPreview);
     void UpdateUserNetStatus(const QString& userId, int iType, bool bBad, int iLevel);

@@ -146,7 +146,7 @@ bool setParentWindow(NativeWindow child, NativeWindow parent, const QPoint& at)
         SetParent(childHwnd, parentHwnd);
     const HWND wanted = parentHwnd ? parentHwnd : GetDesktopWindow();
     if (GetAncestor(childHwnd, GA_PARENT) != wanted) {
-        qDebug() << "SetParent failed, error:" << GetLastError();
+        qDebug() << "GetAncestor == parent failed, error:" << GetLastError();
         return false;
     }
     placeWindow(child, {at, QSize(before.right - before.left, before.bottom - before.top)});
