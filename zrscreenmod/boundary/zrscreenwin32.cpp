@@ -519,11 +519,12 @@ ZRRect ZR_CALL ZRScreen_GetShareWgtPos(void* hScreen)
     });
 }
 
-int ZR_CALL ZRScreen_SetPauseShareWindow(void*, bool bPause)
+int ZR_CALL ZRScreen_SetPauseShareWindow(void* hScreen, bool bPause)
 {
     ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
-    guarded(0, [bPause] {
+    guarded(0, [hScreen, bPause] {
+        const ScreenRef screen(hScreen); // logs a wrong one; the setting is everybody's
         QZRScreenConfig::Lock()->settings.pauseShare = bPause;
         boundary::refreshAllTiles();
         return 1;

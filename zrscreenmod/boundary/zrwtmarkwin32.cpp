@@ -30,6 +30,7 @@ bool isReadableInfo(const __WTMark_Info* info)
 void ZR_CALL ZRScreenWtmark_SetInfo(const __WTMark_Info& info)
 {
     ZR_ENTER_OR_RETURN();
+    ZR_LOG_THREAD("thread:");
     // From C, or through a cast, anything can arrive as a reference: it is one after the check
     // only.
     const __WTMark_Info* const record = &info;
@@ -55,6 +56,7 @@ void ZR_CALL ZRScreenWtmark_SetInfo(const __WTMark_Info& info)
 void ZR_CALL ZRScreenWtmark_SetEnabled(bool bEnabled)
 {
     ZR_ENTER_OR_RETURN();
+    ZR_LOG_THREAD("thread:");
     guarded(false, [bEnabled] {
         qDebug() << "ZRScreenWtmark_SetEnabled: bEnabled=" << bEnabled;
         QZRScreenConfig::setWatermarkEnabled(bEnabled);
