@@ -19,15 +19,7 @@ QDlgScreen::QDlgScreen(QWidget* parent)
     // A plain child, not a dialog window.
     setWindowFlags(Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
     setFocusPolicy(Qt::ClickFocus); // for the keys that turn pages
-<<<<<<< HEAD
-    m_iModeBeforeShare = hub().curScreenMode();
     m_pageClock = [this] { return hub().nowMs(); };
-=======
-    m_pageClock = [] {
-        using namespace std::chrono;
-        return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
-    };
->>>>>>> 74cef72 (Let a choice rest in galleries, and nothing outlive its meeting)
     makePageControls();
     connectHub();
 }
