@@ -58,6 +58,8 @@ ZR_CASE(log_controls, isWrittenWithoutAScreen)
     const auto isWritten = [] {
         std::string log;
         for (const auto& file : std::filesystem::directory_iterator("log")) {
+            if (!file.is_regular_file())
+                continue;
             std::ifstream stream(file.path(), std::ios::binary);
             log.append(std::istreambuf_iterator<char>(stream), {});
         }

@@ -58,8 +58,10 @@ QRect rectOnScreen(const QWidget& widget)
     const QWidget* const top = widget.window();
     const QWindow* const window = top->windowHandle();
     const QPoint place = widget.mapTo(top, QPoint());
-    const bool exists = window && window->handle();
-    return {exists ? window->mapToGlobal(place) : top->geometry().topLeft() + place, widget.size()};
+    // The system knows where a window of the host's is; where Qt's own one goes, Qt knows first.
+    const bool embedded = window && window->handle() && window->parent();
+    return {embedded ? window->mapToGlobal(place) : top->geometry().topLeft() + place,
+            widget.size()};
 }
 
 QRect placeable(const QRect& rect)
