@@ -221,7 +221,9 @@ ZR_API int ZR_CALL ZRScreen_MoveWindow(void* hScreen, tagRECT* pRect, int unused
 /// @thread gui
 ZR_API void ZR_CALL ZRScreen_Release(void* hScreen);
 
-/// Stops the screen's timers and empties the gallery.
+/// Ends the screen's meeting: stops its timers, empties the gallery and forgets what was done in it,
+/// from the mode to the share's sponsor. What the host has set for the client stays, and so does
+/// that joining is complete. Sends ZRMSG_SCREEN_MODE and ZRMSG_SHARE_RECT_CHANGED where they change.
 /// @return 0 for an invalid handle, else 1.
 /// @thread gui
 ZR_API int ZR_CALL ZRScreen_ExitMeeting(void* hScreen);
@@ -348,7 +350,7 @@ ZR_API int ZR_CALL ZRScreen_SetVoiceActivate(void* hScreen, bool bOpen);
 /// @thread any
 ZR_API int ZR_CALL ZRScreen_SetSupport9EqualCut(void* hScreen, bool bSupport);
 
-/// Supports the 16-tile gallery. No mode shows it.
+/// Taken and kept, without an effect: no mode has sixteen tiles because of it.
 /// @thread any
 ZR_API int ZR_CALL ZRScreen_SetSupport16EqualCut(void* hScreen, bool bSupport);
 
