@@ -8,10 +8,12 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <deque>
 #include <iterator>
 #include <numeric>
 #include <random>
 #include <thread>
+#include <tuple>
 
 namespace {
 
@@ -57,6 +59,8 @@ public:
     /// An id: mostly of somebody, else of nobody.
     std::string anyId();
     void* anyPlay();
+    /// Calls any of the exports that have no step of their own, with any arguments.
+    void callAnything();
 
     std::mt19937 random;
     const NativeWindow window{1280, 720};
@@ -70,6 +74,22 @@ public:
     std::string trace;         ///< the steps since the last check
 
 private:
+    /// What arguments point to while a call runs.
+    struct Kept
+    {
+        std::deque<std::string> texts;
+        tagRECT area{};
+    };
+    template<typename T>
+    T anyValue(const zr::Argument& argument, Kept& kept);
+    template<typename Result, typename... Arguments, std::size_t... at>
+    void call(const zr::Export& row, Result(ZR_CALL* function)(Arguments...),
+              std::index_sequence<at...>);
+    template<typename Result, typename... Arguments>
+    void call(const zr::Export& row, Result(ZR_CALL* function)(Arguments...))
+    {
+        call(row, function, std::index_sequence_for<Arguments...>());
+    }
     void step();
     void checkBatch();
     void checkQuiet(long long at);
@@ -97,6 +117,81 @@ void* Walk::anyPlay()
 {
     const int number = chance(95) ? anyone() : 0;
     return number != 0 ? engine.at(number).play : nullptr;
+}
+
+/// What anyValue() makes.
+template<typename T>
+constexpr bool isPlain =
+    std::is_arithmetic_v<
+        T> || std::is_enum_v<T> || zr::table::isText<T> || std::is_same_v<T, void*> || std::is_same_v<T, std::string> || std::is_same_v<T, tagRECT*>;
+
+template<typename T>
+T Walk::anyValue(const zr::Argument& argument, Kept& kept)
+{
+    if constexpr (std::is_same_v<T, void*>) {
+        return argument.kind == zr::Kind::Play ? anyPlay() : screen;
+    } else if constexpr (zr::table::isText<T> || std::is_same_v<T, std::string>) {
+        kept.texts.push_back(anyId());
+        return kept.texts.back().data();
+    } else if constexpr (std::is_same_v<T, tagRECT*>) {
+        kept.area = {pick(-10, 600), pick(-10, 600), pick(-10, 1300), pick(-10, 800)};
+        return &kept.area;
+    } else {
+        const bool ranged = argument.least > LLONG_MIN;
+        const int least = ranged ? static_cast<int>(argument.least) : -2;
+        const int most = ranged ? static_cast<int>(std::min(argument.most, 200LL)) : 5;
+        return static_cast<T>(argument.kind == zr::Kind::Flag ? pick(0, 1)
+                              : chance(90)                    ? pick(least, most)
+                                           : oneOf({least - 1, most + 1, INT_MIN, INT_MAX}));
+    }
+}
+
+template<typename Result, typename... Arguments, std::size_t... at>
+void Walk::call(const zr::Export& row, Result(ZR_CALL* function)(Arguments...),
+                std::index_sequence<at...>)
+{
+    if constexpr (!(isPlain<Arguments> && ...)) {
+        CHECK_ROW(false, row.name); // has a step of its own
+    } else {
+        [[maybe_unused]] Kept kept;
+        // The braces keep the order, which a seed gives again.
+        const std::tuple<Arguments...> values{anyValue<Arguments>(row.arguments[at], kept)...};
+        trace += " " + std::string(row.name);
+        std::apply(function, values);
+    }
+}
+
+/// What is the host's side of a bargain is left to steps that keep it.
+bool hasOwnStep(const zr::Export& row)
+{
+    using zr::Kind;
+    if (row.argumentCount == 0 || row.arguments[0].kind != Kind::Screen)
+        return true;
+    for (std::size_t i = 0; i < row.argumentCount; ++i) {
+        const zr::Argument& argument = row.arguments[i];
+        if (argument.use == zr::Use::Ends || argument.kind == Kind::Picture
+            || argument.kind == Kind::Order || argument.kind == Kind::HostValue)
+            return true;
+    }
+    for (const char* const name :
+         {"ZRScreen_SetParent", "ZRScreen_MoveWindow", "ZRScreen_ExitMeeting",
+          "ZRScreen_SetPersonInfo", "ZRScreen_Preview", "ZRScreen_JoinMeetingFinish"}) {
+        if (std::string(name) == row.name)
+            return true;
+    }
+    return false;
+}
+
+void Walk::callAnything()
+{
+    const zr::Export* chosenRow = nullptr;
+    do
+        chosenRow = zr::kExports + pick(0, static_cast<int>(std::size(zr::kExports)) - 1);
+    while (hasOwnStep(*chosenRow));
+    zr.exports.forEach([&](const zr::Export& row, auto function) {
+        if (&row == chosenRow)
+            call(row, function);
+    });
 }
 
 struct Step
@@ -188,15 +283,6 @@ const Step kStepTable[] = {
          w.zr.SetActivateUser(w.screen, text(id));
          w.zr.SetCurrentSpeakingPerson(w.screen, id);
      }},
-    {12, "state",
-     [](Walk& w) {
-         void* const play = w.anyPlay();
-         const std::string id = w.anyId();
-         w.zr.SetMute(w.screen, play, w.pick(0, 1));
-         w.zr.SetVolume(w.screen, play, w.oneOf({-1, 0, 50, 100, INT_MAX}));
-         w.zr.SetPersonHandUp(w.screen, play, w.chance(50));
-         w.zr.UpdateUserNetStatus(w.screen, text(id), w.pick(0, 3), w.chance(50), w.pick(-1, 7));
-     }},
     {5, "info",
      [](Walk& w) {
          const int number = w.anyone();
@@ -207,45 +293,8 @@ const Step kStepTable[] = {
          w.zr.SetPersonInfo(w.screen, stream.play, stream.kind == Kind::Self, w.pick(-1, 3),
                             text(""), w.pick(-1, 5));
      }},
-    {6, "layoutSettings",
-     [](Walk& w) {
-         w.zr.SetLayoutCtrl(w.screen, w.chance(50), w.chance(30), w.pick(-2, 5), w.pick(-2, 5),
-                            w.chance(20));
-         if (w.chance(50))
-             w.zr.SetHideNoCameraWnd(w.screen, true);
-         w.zr.SetSupport9EqualCut(w.screen, w.chance(50));
-         w.zr.SetSupport16EqualCut(w.screen, w.chance(50));
-         w.zr.ReOrder(w.screen, w.chance(50));
-         w.zr.JoinMeetingFinish(w.screen, w.chance(90));
-     }},
-    {6, "screenSettings",
-     [](Walk& w) {
-         switch (w.pick(0, 6)) {
-         case 0:
-             w.zr.SetExtendScreen(w.screen, w.chance(50), w.chance(50));
-             break;
-         case 1:
-             w.zr.SetHideSmallWidget(w.screen, w.chance(50));
-             break;
-         case 2:
-             w.zr.ShowSmallWnd(w.screen, w.chance(50), w.chance(50));
-             break;
-         case 3:
-             w.zr.PopSelfShareWnd(w.screen, w.chance(50), w.chance(50));
-             break;
-         case 4:
-             w.zr.SetPauseShareWindow(w.screen, w.chance(50));
-             break;
-         case 5:
-             w.zr.OpenSubtitle(w.screen, w.chance(50));
-             break;
-         default:
-             w.zr.SetShareSponsor(w.screen, w.anyId());
-             w.zr.SetIsCloseWhiteBoard(w.screen);
-             w.zr.ClearMoreMenuPtr(w.screen);
-             break;
-         }
-     }},
+    {2, "joinFinish", [](Walk& w) { w.zr.JoinMeetingFinish(w.screen, w.chance(90)); }},
+    {28, "anything", [](Walk& w) { w.callAnything(); }},
     {3, "resize",
      [](Walk& w) {
          w.meeting.moveTo(w.oneOf({1280, 1280, 640, 320, 49, 1}), w.oneOf({720, 360, 20}));
@@ -267,14 +316,6 @@ const Step kStepTable[] = {
              w.engine.run(10);
      }},
     {12, "frames", [](Walk& w) { w.engine.deliver(); }},
-    {5, "queries",
-     [](Walk& w) {
-         w.zr.IsPersonVisibleInSmallWnd(w.screen, text(w.anyId()));
-         w.zr.GetShareWgtPos(w.screen);
-         w.zr.GetSmallWndID(w.screen);
-         w.zr.IsMouseOnBtnMore(w.screen);
-         w.zr.IsPersonVisible(w.screen, text(w.anyId()));
-     }},
     {4, "elsewhere",
      [](Walk& w) {
          void* const play = w.anyPlay();
