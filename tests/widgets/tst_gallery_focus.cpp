@@ -506,8 +506,11 @@ void TestGalleryFocus::settlesWithSlowHosts()
                          qPrintable(row + " told twice: " + message.person()->userID));
                 ++times[{message.person(), message.id}];
             }
-            if (QString(step) == "poll 1") // who is shown again was reported hidden in between
+            if (QString(step) == "poll 1") { // whose turn is over is reported hidden
+                const int left = m.host.count(ZRMSG_VIDEO_HIDDEN);
+                QVERIFY2(m.host.count(ZRMSG_VIDEO_SHOWN) <= left + 12, qPrintable(row));
                 continue;
+            }
             for (const auto& [which, count] : times)
                 QVERIFY2(count == 1, qPrintable(row + " told again: " + which.first->userID));
             QCOMPARE(row + ": " + m.shown(), row + ": " + shown);
