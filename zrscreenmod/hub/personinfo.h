@@ -62,22 +62,22 @@ struct tagPersonInfo
     int iPlayState = kPlayUnknown; ///< see kPlayHidden, kPlayShown
 
     // --- The module's own state ---
-    quint64 serial = 0;       ///< never reused in the process, as addresses are; fixed at creation
-    bool bShare = false;      ///< the id names a shared screen; fixed at creation
-    bool bLocalVideo = false; ///< the local user's own camera picture
-    bool bLocalVideoConfirmed = false;
+    quint64 serial = 0; ///< never reused in the process, as addresses are; fixed at creation
     /// Unlike bPreview the camera outlives a stream that is closed because its tile is not visible;
     /// the order of the participants depends on it.
     zr::CameraState camera;
     qint64 hideDueMs = -1; ///< when the tile is to be reported hidden; -1 while it is visible
     zr::NetStatus net;
-    int iSentStreamType = 0; ///< the grade that the host was asked for; 0 once the stream closes
-    std::atomic<int> iVolume{0};              ///< 0 to 100, as last reported; any thread
     std::atomic<quint64> pendingFrameSize{0}; ///< see QDlgScreen::playFrame
     std::atomic<quint64> frames{0};           ///< taken so far; any thread
     quint64 framesBefore = 0; ///< of `frames`, those of a stream that is or was to be closed
+    int iSentStreamType = 0;  ///< the grade that the host was asked for; 0 once the stream closes
+    std::atomic<int> iVolume{0}; ///< 0 to 100, as last reported; any thread
+    std::atomic<int> pins{0};    ///< threads at work on the record; see PersonPin
+    bool bShare = false;         ///< the id names a shared screen; fixed at creation
+    bool bLocalVideo = false;    ///< the local user's own camera picture
+    bool bLocalVideoConfirmed = false;
     std::atomic<bool> badFrameLogged{false}; ///< a refused frame was logged, no good one since
-    std::atomic<int> pins{0};                ///< threads at work on the record; see PersonPin
 };
 
 typedef tagPersonInfo ST_PersonInfo;
