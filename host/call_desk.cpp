@@ -89,7 +89,7 @@ Answer invoke(Result(ZR_CALL* function)(Arguments...), [[maybe_unused]] std::vec
     }
     for (const Value& value : values) {
         if (value.kind == Kind::Buffer)
-            answer.text += " \"" + std::string(value.text.c_str()) + '"';
+            answer.text += " \"" + value.text.substr(0, value.text.find('\0')) + '"';
     }
     return answer;
 }

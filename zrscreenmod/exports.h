@@ -441,7 +441,6 @@ struct DateExports
     ZR_DATE_EXPORTS(ZR_MEMBER)
 };
 #undef ZR_MEMBER
-// NOLINTEND(bugprone-macro-parentheses)
 
 /// The exports of a loaded library: `exports.ZRScreenExt.Move` is `ZRScreenExt_Move`.
 struct Exports
@@ -460,6 +459,7 @@ struct Exports
     visit(kExports[table::k##family##_##name], family.name);
         ZR_EXPORTS(ZR_VISIT)
 #undef ZR_VISIT
+// NOLINTEND(bugprone-macro-parentheses)
     }
     template<typename Visit>
     void forEach(Visit&& visit) const
