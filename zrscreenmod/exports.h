@@ -459,7 +459,7 @@ struct Exports
     visit(kExports[table::k##family##_##name], family.name);
         ZR_EXPORTS(ZR_VISIT)
 #undef ZR_VISIT
-// NOLINTEND(bugprone-macro-parentheses)
+        // NOLINTEND(bugprone-macro-parentheses)
     }
     template<typename Visit>
     void forEach(Visit&& visit) const
