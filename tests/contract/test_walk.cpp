@@ -132,7 +132,10 @@ T Walk::anyValue(const zr::Argument& argument, Kept& kept)
         return argument.kind == zr::Kind::Play ? anyPlay() : screen;
     } else if constexpr (zr::table::isText<T> || std::is_same_v<T, std::string>) {
         kept.texts.push_back(anyId());
-        return kept.texts.back().data();
+        if constexpr (std::is_same_v<T, std::string>)
+            return kept.texts.back();
+        else
+            return kept.texts.back().data();
     } else if constexpr (std::is_same_v<T, tagRECT*>) {
         kept.area = {pick(-10, 600), pick(-10, 600), pick(-10, 1300), pick(-10, 800)};
         return &kept.area;
