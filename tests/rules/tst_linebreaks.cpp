@@ -35,7 +35,7 @@ private:
     {
         QString text;
         for (int i = 0; i < units; ++i)
-            text += QChar('a' + (i * i + i / 7) % 20);
+            text += QChar('a' + (i % 20 * (i % 20) + i / 7) % 20);
         return text;
     }
 };
