@@ -1,10 +1,12 @@
 #include "focusrules.h"
+#include "moderules.h"
 
 #include <QtTest>
 
 namespace {
 
 using zr::ClickEffect;
+using zr::LeaveEffect;
 using zr::SpeakerKey;
 using zr::VoiceEffect;
 
@@ -30,6 +32,8 @@ private slots:
     void nobody();
     void clicks();
     void voices();
+    void pins();
+    void leaving();
     void admitsToTheStrip();
     void takesSeats();
 };
@@ -122,6 +126,48 @@ void tst_FocusRules::voices()
     };
     for (const Row& row : rows)
         QCOMPARE(int(zr::voiceEffect(row.input)), int(row.effect));
+}
+
+void tst_FocusRules::pins()
+{
+    const struct
+    {
+        zr::PinInput input; // pins, dictated, onSpeaker, fromMenu, mode, lookMode
+        bool choosesSpeaker;
+        int mode;
+    } rows[] = {
+        {{true, false, false, false, eLayoutEqualCut, 1}, true, eLayoutSpeakerRight},
+        {{true, false, false, false, eLayoutSpeakerTop, 1}, true, eLayoutSpeakerTop},
+        {{true, false, true, false, eLayoutSpeakerTop, 1}, true, eLayoutSpeakerRight},
+        {{true, true, false, false, eLayoutSpeakerTop, 1}, false, eLayoutEqualCut},
+        {{false, true, true, true, eLayoutSpeakerTop, 7}, false, eLayoutEqualCut},
+        {{false, true, true, false, eLayoutSpeakerTop, 7}, false, 0},
+        {{false, false, true, true, eLayoutSpeakerTop, eLayout6Cut}, false, eLayout6Cut},
+        {{false, false, true, true, eLayoutSpeakerTop, eLayoutShare}, false, eLayoutSpeakerRight},
+        {{false, false, true, true, eLayoutSpeakerRight, eLayoutShare}, false, 0},
+        {{false, false, true, false, eLayoutSpeakerTop, eLayout6Cut}, false, 0},
+    };
+    for (const auto& row : rows) {
+        const zr::PinEffect effect = zr::pinEffect(row.input);
+        QCOMPARE(effect.choosesSpeaker, row.choosesSpeaker);
+        QCOMPARE(effect.mode, row.mode);
+    }
+}
+
+void tst_FocusRules::leaving()
+{
+    const std::pair<zr::LeaveInput, LeaveEffect> rows[] = {
+        // share, otherShare, maximised, inTool, last
+        {{false, false, false, false, false}, LeaveEffect::None},
+        {{true, true, true, false, false}, LeaveEffect::NextShare},
+        {{true, false, true, true, true}, LeaveEffect::BeforeShare},
+        {{false, true, true, false, false}, LeaveEffect::BeforeMaximised},
+        {{false, false, false, true, false}, LeaveEffect::AfterPin},
+        {{false, true, false, true, false}, LeaveEffect::None},
+        {{false, false, false, true, true}, LeaveEffect::None},
+    };
+    for (const auto& [input, effect] : rows)
+        QCOMPARE(int(zr::leaveEffect(input)), int(effect));
 }
 
 void tst_FocusRules::admitsToTheStrip()

@@ -27,8 +27,6 @@ QDlgScreen::QDlgScreen(QWidget* parent)
 QDlgScreen::~QDlgScreen()
 {
     clearGallery();
-    for (const RetiredPerson& retired : m_vecRetired)
-        delete retired.tile;
 }
 
 QZRScreenConfig& QDlgScreen::hub() const

@@ -1,9 +1,12 @@
 // The gallery: the participants of the meeting, their tiles, and how these are arranged.
 #pragma once
 
+#include "focus.h"
 #include "layoutgeometry.h"
 #include "paging.h"
 #include "personinfo.h"
+#include "roster.h"
+#include "share.h"
 
 #include <QBasicTimer>
 #include <QDialog>
@@ -13,14 +16,13 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace zr {
+enum class LeaveEffect;
 struct SpeakerKey;
-}
+} // namespace zr
 class QDlgNoVideo;
 class QDlgPageMark;
 class QMyPageCtrl;
@@ -32,16 +34,14 @@ class SpeakTool;
 /// other, and none is to begin with what the one before has left.
 struct MeetingState
 {
+    Focus m_focus;
+    Voices m_voices;
+    ShareState m_share;
     int m_iPage = 0;
     int m_iPollTick = 0;                        ///< counts the turns of a poll
     int m_iLaidOutMode = 0;                     ///< that of the last arrangement; 0 before it
     QHash<QString, int> m_mapCustomizedPersons; ///< rank by user id
-    bool m_bShareFocusDue = false;              ///< a new order may give the focus to a share
-    int m_iModeBeforeShare = eLayoutEqualCut;
-    int m_iLookMode = eLayoutEqualCut; ///< the mode after the last change of a look
-    /// The tile that fills the dialog was maximised in the gallery that the share's mode is.
-    bool m_bMaximisedInGallery = false;
-    QString m_qstrCurrentSpeaking;
+    int m_iLookMode = eLayoutEqualCut;          ///< the mode after the last change of a look
     bool m_bHideSmallWnd = false;
     bool m_bSelfShareFloat = false;          ///< the local user shares, and the tool floats over it
     bool m_bSpeakToolHidden = false;         ///< the host wants no tool
@@ -49,7 +49,7 @@ struct MeetingState
     std::vector<quint64> m_vecLoggedSerials; ///< a page's places as they were logged last
 };
 
-/// Owns the participant records and their tiles. Everything here belongs to the GUI thread but
+/// Owns the participants and their tiles. Everything here belongs to the GUI thread but
 /// playFrame, which any thread may call.
 ///
 /// A record pointer that comes from outside (a queued signal, the host) is believed only after
@@ -76,8 +76,8 @@ public:
     /// Stops the timers, empties the gallery, and forgets what belonged to the meeting. @return 1
     int ProcessExitMeeting();
     /// The participant behind a pointer, or null when it is not one of this gallery's.
-    tagPersonInfo* livePerson(const void* pPerson) const;
-    tagPersonInfo* findPerson(const QString& userId) const;
+    tagPersonInfo* livePerson(const void* pPerson) const { return m_roster.live(pPerson); }
+    tagPersonInfo* findPerson(const QString& userId) const { return m_roster.byUserId(userId); }
 
     // --- Frames (qdlgscreen_frames.cpp) ---
     /// Takes one frame, on any thread; the caller has pinned the record. The frame record is
@@ -122,7 +122,7 @@ public:
     /// @param mode applied when the focus person changes; 0 keeps the mode @return true
     bool setFocusPerson(tagPersonInfo* person, int mode);
     /// The speaker whom a user or the host has chosen; null while the arrangements choose.
-    const tagPersonInfo* chosenFocus() const { return isFocusChosen() ? m_pFocusPerson : nullptr; }
+    const tagPersonInfo* chosenFocus() const { return m_focus.chosen(); }
     /// Makes a tile's participant the speaker, and tells the host whose stream is the large one.
     /// @return whether the focus has moved
     bool changePersonToFocus(CPlayWidget* tile);
@@ -243,9 +243,8 @@ private:
     QZRScreenConfig& hub() const;
 
     // Registry
-    void insertByJoinTime(tagPersonInfo* person);
     void enterShare(tagPersonInfo* share);
-    void leaveShare();
+    void applyLeave(zr::LeaveEffect effect);
     /// The share sponsor's screen, else the one that comes first in the join order; null without
     /// one.
     tagPersonInfo* firstShare() const;
@@ -320,12 +319,7 @@ private:
     void killTimers();
 
     // Focus and look
-    bool isFocusChosen() const;
-    void dropFocus();
-    void restFocus();
     void leaveMaximised();
-    void storeFocus(tagPersonInfo* person, bool bAuto);
-    void changeFocus(tagPersonInfo* person, bool bAuto);
     bool isLayoutDictated() const;
     std::vector<zr::SpeakerKey> speakerKeys(bool bNext) const;
     int indexOf(const tagPersonInfo* person) const;
@@ -341,6 +335,7 @@ private:
     void floatSpeakTool();
     bool isTileVisible(const tagPersonInfo* person) const;
     void applyLook(tagPersonInfo* person, bool bOn);
+    void clearLooks(const tagPersonInfo* except);
     void setSpeaking(tagPersonInfo* person, bool bSpeaking);
     /// In the speaker tool: whom the host named, else whose voice was activated.
     void nameWhoSpeaks();
@@ -354,21 +349,10 @@ private:
     /// Has the mute timer fire for who is next, or not at all.
     void startMuteTimer();
 
-    std::unordered_map<const void*, std::unique_ptr<tagPersonInfo>> m_mapOwned;
-    QHash<QString, tagPersonInfo*> m_mapByUserId;
-    std::vector<tagPersonInfo*> m_vecPerson;     ///< everybody, in join order
+    Roster m_roster;
     std::vector<tagPersonInfo*> m_vecSorted;     ///< in display order, without who is filtered out
     std::vector<tagPersonInfo*> m_vecCurPersons; ///< m_vecSorted, or what a poll shows of it
-    std::set<qint64> m_setJoinTime;
-    /// Deleted participants whose memory is still in use by another thread or in an event that is
-    /// under way.
-    struct RetiredPerson
-    {
-        std::unique_ptr<tagPersonInfo> record;
-        CPlayWidget* tile;
-    };
-    std::vector<RetiredPerson> m_vecRetired;
-    QBasicTimer m_retireTimer; ///< runs while a retired participant is in use
+    QBasicTimer m_retireTimer;                   ///< runs while a retired participant is in use
 
     bool m_bJoinMeetingFinish = false;
     bool m_bInLayout = false;
@@ -396,17 +380,8 @@ private:
 
     std::unique_ptr<SpeakTool> m_pSpeakTool; ///< null without a tool
 
-    tagPersonInfo* m_pFocusPerson = nullptr;
-    tagPersonInfo* m_pAutoFocusPerson = nullptr; ///< the focus, if it was not chosen; else null
-    tagPersonInfo* m_pPreFocusPerson = nullptr;  ///< never the focus person
-    tagPersonInfo* m_pSelectedPerson = nullptr;  ///< chosen where nobody is the speaker
-    tagPersonInfo* m_pShareScreenPerson = nullptr;
     tagPersonInfo* m_pMorePerson = nullptr; ///< whose "more" menu the host has open
-    tagPersonInfo* m_pVoicePerson = nullptr;
-    tagPersonInfo* m_pPreVoicePerson = nullptr;
-    int m_iShareCount = 0;                           ///< shared screens among the participants
-    std::set<const tagPersonInfo*> m_setNamedShares; ///< those that the host gave a name
-    QRect m_rcShareReported;           ///< the share rectangle that the host was told last
-    QRect m_rcMoreTile;                ///< the tile when the "more" menu was opened
-    bool m_bSmallWndMinimised = false; ///< the client is minimised, and the tool with it
+    QRect m_rcShareReported;                ///< the share rectangle that the host was told last
+    QRect m_rcMoreTile;                     ///< the tile when the "more" menu was opened
+    bool m_bSmallWndMinimised = false;      ///< the client is minimised, and the tool with it
 };

@@ -52,43 +52,6 @@ tagPersonInfo* QDlgScreen::personOf(const CPlayWidget* tile) const
 
 // --- The focus person -------------------------------------------------------------------------
 
-bool QDlgScreen::isFocusChosen() const
-{
-    return m_pFocusPerson && m_pFocusPerson != m_pAutoFocusPerson;
-}
-
-void QDlgScreen::dropFocus()
-{
-    if (m_pFocusPerson)
-        m_pPreFocusPerson = m_pFocusPerson;
-    m_pSelectedPerson = nullptr;
-    storeFocus(nullptr, false);
-}
-
-void QDlgScreen::restFocus()
-{
-    // Nobody is the speaker in a gallery, and every tile there can be maximised. A choice waits for
-    // the next mode that has a speaker, behind what is clicked meanwhile. Only a share stays.
-    if (!m_pFocusPerson || (isFocusChosen() && m_pFocusPerson->bShare))
-        return;
-    tagPersonInfo* chosen = isFocusChosen() ? m_pFocusPerson : nullptr;
-    if (m_pSelectedPerson)
-        chosen = m_pSelectedPerson;
-    dropFocus();
-    m_pSelectedPerson = chosen;
-}
-
-void QDlgScreen::storeFocus(tagPersonInfo* person, bool bAuto)
-{
-    m_pFocusPerson = person;
-    m_pAutoFocusPerson = bAuto ? person : nullptr;
-    // Whatever was clicked before has given way to this choice.
-    if (person && !bAuto)
-        m_pSelectedPerson = nullptr;
-    if (person && m_pPreFocusPerson == person)
-        m_pPreFocusPerson = nullptr;
-}
-
 bool QDlgScreen::setFocusPerson(tagPersonInfo* candidate, int mode)
 {
     tagPersonInfo* person = checkedPerson(candidate);
@@ -97,13 +60,13 @@ bool QDlgScreen::setFocusPerson(tagPersonInfo* candidate, int mode)
             qDebug() << "setFocusPerson userName:";
         return true;
     }
-    if (person == m_pFocusPerson) {
+    const bool stays = person == m_focus.person();
+    m_focus.choose(person); // from now on, whoever chose before
+    if (stays) {
         qDebug() << "pPersonInfo--m_pFocusPerson:" << static_cast<void*>(person)
-                 << static_cast<void*>(m_pFocusPerson);
-        storeFocus(person, false); // chosen from now on, whoever chose before
+                 << static_cast<void*>(person);
         return true;
     }
-    changeFocus(person, false);
     qDebug() << "setFocusPerson userName:" << person->userName;
     if (mode != 0)
         setMeetingMode(static_cast<eLayoutType>(mode));
@@ -112,26 +75,18 @@ bool QDlgScreen::setFocusPerson(tagPersonInfo* candidate, int mode)
     return true;
 }
 
-void QDlgScreen::changeFocus(tagPersonInfo* person, bool bAuto)
-{
-    tagPersonInfo* before = m_pFocusPerson;
-    storeFocus(person, bAuto);
-    if (before && before != person)
-        m_pPreFocusPerson = before;
-}
-
 void QDlgScreen::onModFocusByUserID(QString qstrUserID, bool bVolActive)
 {
     // Voice activation suggests a speaker; it does not take the place of a chosen one.
-    if (bVolActive && isFocusChosen())
+    if (bVolActive && m_focus.chosen())
         return;
     tagPersonInfo* person = findPerson(qstrUserID);
     if (person && bVolActive) {
-        changeFocus(person, true);
+        m_focus.suggest(person);
     } else if (person) {
         setFocusPerson(person, 0);
     } else if (qstrUserID.isEmpty() && !bVolActive) {
-        dropFocus(); // nobody's: the arrangements choose again
+        m_focus.drop(); // nobody's: the arrangements choose again
     } else {
         qDebug() << "onModFocusByUserID, no such userID:" << qstrUserID;
         return;
@@ -150,10 +105,9 @@ std::vector<zr::SpeakerKey> QDlgScreen::speakerKeys(bool bNext) const
 {
     // A speaker whom an arrangement chose stays while people come and go. Only a new voice takes
     // the place, where the host wants that: ActivateIntoSmallWnd.
-    const bool voices = bNext || !m_pAutoFocusPerson;
-    const tagPersonInfo* previous =
-        !bNext && m_pAutoFocusPerson ? m_pAutoFocusPerson : m_pPreFocusPerson;
-    const tagPersonInfo* talking = findPerson(m_qstrCurrentSpeaking);
+    const tagPersonInfo* automatic = bNext ? nullptr : m_focus.automatic();
+    const tagPersonInfo* previous = automatic ? automatic : m_focus.previous();
+    const tagPersonInfo* talking = findPerson(m_voices.namedId);
     const QString sponsor = hub().shareSponsor();
     std::vector<zr::SpeakerKey> keys;
     keys.reserve(m_vecCurPersons.size());
@@ -162,8 +116,8 @@ std::vector<zr::SpeakerKey> QDlgScreen::speakerKeys(bool bNext) const
         key.share = person->bShare;
         key.sponsor = isSponsor(person, sponsor);
         key.pinned = person->bAllLook || person->bLockLook;
-        key.activated = voices && person == m_pVoicePerson;
-        key.talking = voices && (person == talking || person == m_pPreVoicePerson);
+        key.activated = !automatic && person == m_voices.activated;
+        key.talking = !automatic && (person == talking || person == m_voices.before);
         key.previous = person == previous;
         key.host = person->iRoteType == zr::kRoleHost;
         key.self = person->bSelf;
@@ -174,15 +128,15 @@ std::vector<zr::SpeakerKey> QDlgScreen::speakerKeys(bool bNext) const
 
 int QDlgScreen::chooseSpeaker()
 {
-    if (isFocusChosen())
-        return indexOf(m_pFocusPerson);
+    if (const tagPersonInfo* chosen = m_focus.chosen())
+        return indexOf(chosen);
     if (m_vecCurPersons.empty())
         return -1;
     // Where the host dictates the layout, the order is the host's as well.
     const int index = isLayoutDictated() ? 0 : zr::defaultSpeaker(speakerKeys(false));
     tagPersonInfo* person = m_vecCurPersons[static_cast<std::size_t>(index)];
-    if (person != m_pFocusPerson)
-        changeFocus(person, true);
+    if (person != m_focus.person())
+        m_focus.suggest(person);
     return index;
 }
 
@@ -199,17 +153,18 @@ int QDlgScreen::indexOf(const tagPersonInfo* person) const
 
 void QDlgScreen::admitVoice(std::vector<zr::TilePlacement>& placements, int large) const
 {
-    if (m_pVoicePerson && m_pVoicePerson != m_pFocusPerson && !m_pVoicePerson->bSelf)
-        zr::admitToStrip(placements, indexOf(m_pVoicePerson), large);
+    const tagPersonInfo* voice = m_voices.activated;
+    if (voice && voice != m_focus.person() && !voice->bSelf)
+        zr::admitToStrip(placements, indexOf(voice), large);
 }
 
 void QDlgScreen::seatLayoutCtrl(std::vector<tagPersonInfo*>& persons) const
 {
     if (!hub().settings.openLayoutCtrl)
         return;
-    tagPersonInfo* speaker = m_pVoicePerson;
+    tagPersonInfo* speaker = m_voices.activated;
     if (!speaker)
-        speaker = findPerson(m_qstrCurrentSpeaking);
+        speaker = findPerson(m_voices.namedId);
     zr::takeSeats<tagPersonInfo>(
         persons, {{firstShare(), hub().settings.shareIdx}, {speaker, hub().settings.speakerIdx}});
 }
@@ -239,7 +194,7 @@ void QDlgScreen::clickPerson(tagPersonInfo* clicked)
     tagPersonInfo* person = livePerson(clicked);
     if (!person)
         return;
-    const tagPersonInfo* speaker = m_pFocusPerson;
+    const tagPersonInfo* speaker = m_focus.person();
     zr::ClickInput input;
     input.mode = hub().curScreenMode();
     input.dictated = hub().settings.layoutFollow;
@@ -253,7 +208,7 @@ void QDlgScreen::clickPerson(tagPersonInfo* clicked)
         hub().broadcast(ZRMSG_FOCUS_KEPT, 0, 0);
         return;
     case zr::ClickEffect::Select:
-        m_pSelectedPerson = person;
+        m_focus.select(person);
         break;
     case zr::ClickEffect::Move:
     case zr::ClickEffect::MoveStream:
@@ -267,9 +222,9 @@ void QDlgScreen::clickPerson(tagPersonInfo* clicked)
 bool QDlgScreen::changePersonToFocus(CPlayWidget* tile)
 {
     tagPersonInfo* person = personOf(tile);
-    if (!person || person == m_pFocusPerson)
+    const tagPersonInfo* before = m_focus.person();
+    if (!person || person == before)
         return false;
-    const tagPersonInfo* before = m_pFocusPerson;
     const bool streamMoves = before && before->bPreview;
     const bool leavesPin = before && (before->bAllLook || before->bLockLook);
     const bool pinnedForAll = before && before->bAllLook;
@@ -295,32 +250,31 @@ void QDlgScreen::onLeftBtnDBClick(CPlayWidget* tile)
     const bool blocked = hub().settings.layoutFollow || pollingActive();
     if (!person || blocked || zr::isSpeakerToolMode(mode))
         return;
-    if (m_pFocusPerson) {
-        const bool bIsShare = m_pFocusPerson->bShare;
-        qDebug() << "bIsShare:" << bIsShare;
-        if (tile != m_pFocusPerson->pWidget) {
-            if (!bIsShare)
+    if (const tagPersonInfo* speaker = m_focus.person()) {
+        qDebug() << "bIsShare:" << speaker->bShare;
+        if (person != speaker) {
+            if (!speaker->bShare)
                 onPlayWidgetLBtnClick(tile);
             return;
         }
-        qDebug() << "pFocusPerson->pWidget:" << static_cast<void*>(m_pFocusPerson->pWidget)
+        qDebug() << "pFocusPerson->pWidget:" << static_cast<void*>(speaker->pWidget)
                  << ",pPlayWnd:" << static_cast<void*>(tile);
     }
     if (m_vecCurPersons.size() < kMinCountToMaximise)
         return;
-    const bool maximised = mode == eLayoutShare && person == m_pShareScreenPerson;
+    const bool maximised = mode == eLayoutShare && person == m_share.shown;
     if (maximised)
         return leaveMaximised();
-    m_bMaximisedInGallery =
-        mode == eLayoutShare && (m_bMaximisedInGallery || !m_pShareScreenPerson);
-    m_pShareScreenPerson = person;
+    m_share.maximisedInGallery =
+        mode == eLayoutShare && (m_share.maximisedInGallery || !m_share.shown);
+    m_share.shown = person;
     setMeetingMode(eLayoutShare);
 }
 
 void QDlgScreen::leaveMaximised()
 {
-    const bool inGallery = std::exchange(m_bMaximisedInGallery, false);
-    m_pShareScreenPerson = nullptr;
+    const bool inGallery = m_share.maximisedInGallery;
+    m_share.leaveMode();
     setMeetingMode(inGallery ? eLayoutShare
                              : static_cast<eLayoutType>(hub().modeBeforeShareMode()));
 }
@@ -375,19 +329,19 @@ void QDlgScreen::ActivateIntoSmallWnd(ST_PersonInfo* newActivatedPerson,
                                       ST_PersonInfo* oldActivatedPerson)
 {
     tagPersonInfo* person = checkedPerson(newActivatedPerson);
-    if (!person || person == oldActivatedPerson || person == m_pFocusPerson)
+    if (!person || person == oldActivatedPerson || person == m_focus.person())
         return;
     zr::VoiceInput input;
     input.mode = hub().curScreenMode();
     input.activation = hub().settings.voiceActivation;
     input.dictated = isLayoutDictated();
-    input.chosenSpeaker = isFocusChosen();
+    input.chosenSpeaker = m_focus.chosen() != nullptr;
     input.self = person->bSelf;
     switch (zr::voiceEffect(input)) {
     case zr::VoiceEffect::None:
         return;
     case zr::VoiceEffect::Speaker:
-        changeFocus(person, true);
+        m_focus.suggest(person);
         break;
     case zr::VoiceEffect::SmallWindow:
         break; // the arrangement admits who speaks

@@ -75,7 +75,7 @@ void QDlgScreen::arrange()
     if (mode != std::exchange(m_iLaidOutMode, mode))
         m_iPollTick = 0;
     if (zr::isGalleryMode(arrangedMode()))
-        restFocus();
+        m_focus.rest();
     buildDisplayList();
     arrangeTiles();
     floatSpeakTool();
@@ -85,8 +85,8 @@ int QDlgScreen::arrangedMode() const
 {
     // Without a share its mode is the adaptive gallery in every respect, pages included.
     const int mode = hub().curScreenMode();
-    return mode == eLayoutShare && !m_pShareScreenPerson && m_iShareCount == 0 ? eLayoutEqualCut
-                                                                               : mode;
+    return mode == eLayoutShare && !m_share.shown && m_roster.shareCount() == 0 ? eLayoutEqualCut
+                                                                                : mode;
 }
 
 void QDlgScreen::arrangeTiles()
@@ -197,10 +197,10 @@ void QDlgScreen::reLayoutSpeaker4()
 
 void QDlgScreen::reLayoutShare()
 {
-    if (!m_pShareScreenPerson)
-        m_pShareScreenPerson = firstShare();
+    if (!m_share.shown)
+        m_share.shown = firstShare();
     const zr::TilePlacement tile = zr::aloneCentred(size(), 0);
-    applyPlacements("share person i:", {{m_pShareScreenPerson, tile.rect, tile.grade}});
+    applyPlacements("share person i:", {{m_share.shown, tile.rect, tile.grade}});
 }
 
 void QDlgScreen::reLayoutFixedGrid()
@@ -289,7 +289,7 @@ void QDlgScreen::hideUnplacedTiles(const std::vector<PlacedPerson>& placements)
 {
     // Tiles that keep their place are not hidden in between: the picture must not flicker when
     // somebody is renamed.
-    for (const tagPersonInfo* person : m_vecPerson) {
+    for (const tagPersonInfo* person : m_roster.all()) {
         if (!person->pWidget->isShowing())
             continue;
         const bool stays = std::any_of(
@@ -326,10 +326,8 @@ bool QDlgScreen::setMeetingMode(eLayoutType mode)
 
 void QDlgScreen::onCurScreenMode(int mode)
 {
-    if (mode != eLayoutShare) {
-        m_pShareScreenPerson = nullptr;
-        m_bMaximisedInGallery = false;
-    }
+    if (mode != eLayoutShare)
+        m_share.leaveMode();
     if (zr::isSpeakerToolMode(mode))
         m_bPlaceTool = true;
     scheduleLayout();
@@ -415,7 +413,7 @@ bool QDlgScreen::isPersonVisible(const QString& userId)
 
 QRect QDlgScreen::shareRect()
 {
-    const tagPersonInfo* share = m_pShareScreenPerson;
+    const tagPersonInfo* share = m_share.shown;
     if (!share)
         share = firstShare();
     QRect rect;

@@ -3,6 +3,7 @@
 
 #include "cplaywidget.h"
 #include "meetingmode.h"
+#include "moderules.h"
 #include "qzrscreenconfig.h"
 #include "speaktool.h"
 #include "volumelevel.h"
@@ -20,37 +21,37 @@ constexpr int kMaxVolume = 100;
 
 void QDlgScreen::applyLook(tagPersonInfo* person, bool bOn)
 {
-    const int mode = hub().curScreenMode();
-    const bool follow = hub().settings.layoutFollow;
-    tagPersonInfo* shown = std::exchange(m_pShareScreenPerson, nullptr);
-    if (bOn) {
-        for (tagPersonInfo* other : m_vecPerson) {
-            if (other == person || !(other->bAllLook || other->bLockLook))
-                continue;
-            other->bAllLook = false;
-            other->bLockLook = false;
-            updatePersonDisplayInfo(other);
-        }
-        if (follow)
-            setMeetingMode(eLayoutEqualCut);
-        else if (person != m_pFocusPerson)
-            setFocusPerson(person, zr::isStripMode(mode) ? mode : eLayoutSpeakerRight);
-        else {
-            storeFocus(person, false); // chosen from now on, whoever chose before
-            setMeetingMode(eLayoutSpeakerRight);
-        }
-    } else if (person == m_pMorePerson) {
-        const int saved = m_iLookMode == eLayoutShare ? eLayoutSpeakerRight : m_iLookMode;
-        if (follow)
-            setMeetingMode(eLayoutEqualCut);
-        else if (mode != saved)
-            setMeetingMode(static_cast<eLayoutType>(saved));
-    }
+    zr::PinInput input;
+    input.pins = bOn;
+    input.dictated = hub().settings.layoutFollow;
+    input.onSpeaker = person == m_focus.person();
+    input.fromMenu = person == m_pMorePerson;
+    input.mode = hub().curScreenMode();
+    input.lookMode = m_iLookMode;
+    const zr::PinEffect effect = zr::pinEffect(input);
+    tagPersonInfo* shown = std::exchange(m_share.shown, nullptr);
+    if (bOn)
+        clearLooks(person);
+    if (effect.choosesSpeaker)
+        setFocusPerson(person, 0);
+    if (effect.mode != 0)
+        setMeetingMode(static_cast<eLayoutType>(effect.mode));
     m_iLookMode = hub().curScreenMode();
     // Somebody else's pin ends: who fills the dialog stays there. Messages came in between.
-    if (m_iLookMode == eLayoutShare && !m_pShareScreenPerson)
-        m_pShareScreenPerson = livePerson(shown);
+    if (m_iLookMode == eLayoutShare && !m_share.shown)
+        m_share.shown = livePerson(shown);
     updatePersonDisplayInfo(person);
+}
+
+void QDlgScreen::clearLooks(const tagPersonInfo* except)
+{
+    for (tagPersonInfo* person : m_roster.all()) {
+        if (person == except || !(person->bAllLook || person->bLockLook))
+            continue;
+        person->bAllLook = false;
+        person->bLockLook = false;
+        updatePersonDisplayInfo(person);
+    }
 }
 
 bool QDlgScreen::setAllLook(void* pPerson, bool bAllLook)
@@ -154,9 +155,9 @@ void QDlgScreen::nameWhoSpeaks()
 {
     if (!m_pSpeakTool)
         return;
-    const tagPersonInfo* person = findPerson(m_qstrCurrentSpeaking);
+    const tagPersonInfo* person = findPerson(m_voices.namedId);
     if (!person)
-        person = m_pVoicePerson;
+        person = m_voices.activated;
     m_pSpeakTool->setSpeaking(person ? person->userName : QString());
 }
 
@@ -175,27 +176,25 @@ void QDlgScreen::setSpeaking(tagPersonInfo* person, bool bSpeaking)
 
 void QDlgScreen::OnSetVoiceActivateUser(QString qstrUserID)
 {
-    tagPersonInfo* before = m_pVoicePerson;
-    if (before)
-        m_pPreVoicePerson = before;
-    m_pVoicePerson = findPerson(qstrUserID);
-    for (tagPersonInfo* person : m_vecPerson)
-        setSpeaking(person, person == m_pVoicePerson);
+    tagPersonInfo* before = m_voices.activated;
+    m_voices.activate(findPerson(qstrUserID));
+    for (tagPersonInfo* person : m_roster.all())
+        setSpeaking(person, person == m_voices.activated);
     nameWhoSpeaks();
-    if (!m_pVoicePerson)
+    if (!m_voices.activated)
         return;
-    ActivateIntoSmallWnd(m_pVoicePerson, before);
+    ActivateIntoSmallWnd(m_voices.activated, before);
     const int mode = hub().curScreenMode();
-    if (m_pVoicePerson != before && !zr::isSpeakerToolMode(mode)
+    if (m_voices.activated != before && !zr::isSpeakerToolMode(mode)
         && (hub().settings.openLayoutCtrl || zr::isSpeakerMode(mode)))
         scheduleLayout();
 }
 
 void QDlgScreen::setCurrentSpeakingPerson(const QString& userId)
 {
-    if (m_qstrCurrentSpeaking == userId)
+    if (m_voices.namedId == userId)
         return;
-    m_qstrCurrentSpeaking = userId;
+    m_voices.namedId = userId;
     nameWhoSpeaks();
     if (findPerson(userId)
         && (zr::isSpeakerMode(hub().curScreenMode()) || hub().settings.openLayoutCtrl))

@@ -31,7 +31,7 @@ QString sharerId(const QString& shareId)
 bool QDlgScreen::passesVideoFilter(const tagPersonInfo* person) const
 {
     return person->camera.isOn(hub().nowMs()) || person->bSelf || person->bShare
-           || (person == m_pFocusPerson && isFocusChosen());
+           || person == m_focus.chosen();
 }
 
 std::vector<tagPersonInfo*> QDlgScreen::sortedPersons() const
@@ -40,9 +40,9 @@ std::vector<tagPersonInfo*> QDlgScreen::sortedPersons() const
     const qint64 nowMs = hub().nowMs();
     std::vector<tagPersonInfo*> persons;
     std::vector<zr::OrderKey> keys;
-    persons.reserve(m_vecPerson.size());
-    keys.reserve(m_vecPerson.size());
-    for (tagPersonInfo* person : m_vecPerson) {
+    persons.reserve(m_roster.all().size());
+    keys.reserve(m_roster.all().size());
+    for (tagPersonInfo* person : m_roster.all()) {
         if (filter && !passesVideoFilter(person))
             continue;
         zr::OrderKey key;
@@ -82,12 +82,12 @@ bool QDlgScreen::SortCurrentPersons(bool bJustTestSorting)
 
 void QDlgScreen::nameShares()
 {
-    if (m_iShareCount == 0)
+    if (m_roster.shareCount() == 0)
         return;
     // The caption of a share names who shares.
     const tagPersonInfo* sponsor = findPerson(hub().shareSponsor());
-    for (tagPersonInfo* share : m_vecPerson) {
-        if (!share->bShare || m_setNamedShares.count(share) != 0)
+    for (tagPersonInfo* share : m_roster.all()) {
+        if (!share->bShare || m_share.named.count(share) != 0)
             continue;
         const tagPersonInfo* sharer = findPerson(sharerId(share->userID));
         if (!sharer)
@@ -105,9 +105,9 @@ void QDlgScreen::buildDisplayList()
     nameShares();
     nameWhoSpeaks(); // who may have been renamed, or have gone
     // What was clicked or chosen in a gallery becomes the speaker, filtered out or not.
-    if (m_pSelectedPerson && zr::isSpeakerMode(arrangedMode()))
-        changeFocus(m_pSelectedPerson, false);
-    if (std::exchange(m_bShareFocusDue, false))
+    if (m_focus.selected() && zr::isSpeakerMode(arrangedMode()))
+        m_focus.choose(m_focus.selected());
+    if (std::exchange(m_share.focusDue, false))
         focusOnShare();
     SortCurrentPersons(false);
     chooseSpeakers();
@@ -125,9 +125,9 @@ void QDlgScreen::chooseSpeakers()
 
 void QDlgScreen::onDisplayOrder(bool bKeepFocusPerson)
 {
-    qDebug() << "onDisplayOrder0 m_vecPerson.size():" << m_vecPerson.size();
+    qDebug() << "onDisplayOrder0 m_vecPerson.size():" << m_roster.all().size();
     if (!bKeepFocusPerson)
-        m_bShareFocusDue = true;
+        m_share.focusDue = true;
     scheduleLayout(); // which orders the participants
 }
 
@@ -184,7 +184,7 @@ void QDlgScreen::focusOnShare()
     if (!share)
         return;
     if (hub().settings.layoutFollow)
-        dropFocus();
-    else if (!m_pFocusPerson && !m_pSelectedPerson)
+        m_focus.drop();
+    else if (!m_focus.person() && !m_focus.selected())
         setFocusPerson(share, 0); // in the mode at hand, whose arrangement is under way
 }

@@ -161,7 +161,7 @@ void QDlgScreen::updatePageControls()
 
 void QDlgScreen::updateNoVideo()
 {
-    const bool nobody = m_bJoinMeetingFinish && m_vecSorted.empty() && !m_vecPerson.empty();
+    const bool nobody = m_bJoinMeetingFinish && m_vecSorted.empty() && !m_roster.isEmpty();
     if (nobody == (m_pNoVideo != nullptr))
         return;
     if (nobody) {

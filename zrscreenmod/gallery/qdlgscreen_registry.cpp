@@ -3,8 +3,8 @@
 
 #include "cplaywidget.h"
 #include "meetingmode.h"
+#include "moderules.h"
 #include "paging.h"
-#include "personorder.h"
 #include "platform.h"
 #include "qzrscreenconfig.h"
 #include "speaktool.h"
@@ -20,35 +20,7 @@ namespace {
 /// A retired participant that a thread still works on is looked at again after this time.
 constexpr int kRetireRetryMs = 5;
 
-zr::PersonKey personKey(const tagPersonInfo* person)
-{
-    return {person->bSelf, person->iRoteType, person->joinTime};
-}
-
-quint64 nextSerial()
-{
-    static std::atomic<quint64> last{0};
-    return ++last;
-}
-
 } // namespace
-
-tagPersonInfo* QDlgScreen::livePerson(const void* pPerson) const
-{
-    const auto owned = m_mapOwned.find(pPerson);
-    return owned == m_mapOwned.end() ? nullptr : owned->second.get();
-}
-
-tagPersonInfo* QDlgScreen::findPerson(const QString& userId) const
-{
-    return m_mapByUserId.value(userId, nullptr);
-}
-
-void QDlgScreen::insertByJoinTime(tagPersonInfo* person)
-{
-    const int position = zr::insertPosition(m_vecPerson, person->joinTime, personKey);
-    m_vecPerson.insert(m_vecPerson.begin() + position, person);
-}
 
 tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userName,
                                      qint64 joinTime, int hostInt, void* pUserData)
@@ -58,11 +30,10 @@ tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userN
 
     auto record = std::make_unique<tagPersonInfo>();
     tagPersonInfo* person = record.get();
-    person->serial = nextSerial();
     person->userID = userId;
     person->userName = userName;
     person->bShare = isShareScreenId(userId);
-    person->joinTime = zr::uniqueJoinTime(m_setJoinTime, joinTime);
+    person->joinTime = joinTime;
     person->iHostInt = hostInt;
     person->pUserData = pUserData;
     person->dwLastFrameTick = platform::tickMs();
@@ -80,13 +51,10 @@ tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userN
     tile->SetPersonInfo(person, false);
     person->pWidget = tile;
 
-    m_mapOwned.emplace(person, std::move(record));
-    m_mapByUserId.insert(userId, person);
-    m_setJoinTime.insert(person->joinTime);
+    if (person->bShare && m_roster.shareCount() == 0)
+        m_share.modeBefore = hub().curScreenMode();
+    m_roster.enter(std::move(record));
     hub().addLivePerson(person);
-    if (person->bShare && m_iShareCount++ == 0)
-        m_iModeBeforeShare = hub().curScreenMode();
-    insertByJoinTime(person);
     onModAddPerson(person);
     return person;
 }
@@ -100,7 +68,7 @@ void QDlgScreen::onModAddPerson(void* pPerson)
         enterShare(person);
     scheduleLayout();
     testHideMoreMenu();
-    if (!m_vecPerson.empty()) // a host may have emptied the gallery from inside a message
+    if (!m_roster.isEmpty()) // a host may have emptied the gallery from inside a message
         startCheckTimer();
     qDebug() << "onModAddPerson finish, userName:" << person->userName
              << ",pWidget:" << static_cast<void*>(person->pWidget);
@@ -108,13 +76,7 @@ void QDlgScreen::onModAddPerson(void* pPerson)
 
 tagPersonInfo* QDlgScreen::firstShare() const
 {
-    if (m_iShareCount == 0)
-        return nullptr;
-    if (tagPersonInfo* sponsored = findPerson(sponsoredShareId(hub().shareSponsor())))
-        return sponsored;
-    const auto isShare = [](const tagPersonInfo* p) { return p->bShare; };
-    const auto share = std::find_if(m_vecPerson.begin(), m_vecPerson.end(), isShare);
-    return share == m_vecPerson.end() ? nullptr : *share;
+    return m_roster.firstShare(hub().shareSponsor());
 }
 
 bool QDlgScreen::isGoneForAll(const void* pPerson) const
@@ -137,21 +99,31 @@ void QDlgScreen::enterShare(tagPersonInfo* share)
 {
     const int mode = hub().curScreenMode();
     qDebug() << "share screen,userName:" << share->userName << ",userID:" << share->userID
-             << ",LockMode:" << m_iModeBeforeShare;
+             << ",LockMode:" << m_share.modeBefore;
     if (!hub().settings.layoutFollow && !pollingActive())
         setFocusPerson(share,
                        mode == eLayoutSpeakerTool2 ? eLayoutSpeakerTool2 : eLayoutSpeakerTool);
 }
 
-void QDlgScreen::leaveShare()
+void QDlgScreen::applyLeave(zr::LeaveEffect effect)
 {
-    if (tagPersonInfo* other = firstShare()) {
-        // The meeting still has a share: its arrangement stays.
-        if (hub().curScreenMode() == eLayoutShare && !m_pShareScreenPerson)
-            m_pShareScreenPerson = other;
-        return;
+    switch (effect) {
+    case zr::LeaveEffect::None:
+        break;
+    case zr::LeaveEffect::NextShare:
+        if (hub().curScreenMode() == eLayoutShare && !m_share.shown)
+            m_share.shown = firstShare();
+        break;
+    case zr::LeaveEffect::BeforeShare:
+        setMeetingMode(static_cast<eLayoutType>(m_share.modeBefore));
+        break;
+    case zr::LeaveEffect::BeforeMaximised:
+        leaveMaximised();
+        break;
+    case zr::LeaveEffect::AfterPin:
+        setMeetingMode(static_cast<eLayoutType>(m_iLookMode));
+        break;
     }
-    setMeetingMode(static_cast<eLayoutType>(m_iModeBeforeShare));
 }
 
 bool QDlgScreen::DelPerson(tagPersonInfo* person)
@@ -159,20 +131,20 @@ bool QDlgScreen::DelPerson(tagPersonInfo* person)
     if (!person)
         return true;
     qDebug() << "DelPerson, userName:" << person->userName << ",userID:" << person->userID;
-    const bool isShare = person->bShare;
-    const bool wasFocus = person == m_pFocusPerson;
-    const bool wasMaximised =
-        !isShare && person == m_pShareScreenPerson && hub().curScreenMode() == eLayoutShare;
-    const bool wasInTool = !isShare && zr::isSpeakerToolMode(hub().curScreenMode()) && m_pSpeakTool
-                           && m_pSpeakTool->boundPerson() == person;
+    zr::LeaveInput leaving;
+    leaving.share = person->bShare;
+    leaving.maximised = person == m_share.shown && hub().curScreenMode() == eLayoutShare;
+    leaving.inTool = zr::isSpeakerToolMode(hub().curScreenMode()) && m_pSpeakTool
+                     && m_pSpeakTool->boundPerson() == person;
+    const bool wasFocus = person == m_focus.person();
     // A host that has the stream open must close it; nobody opens the local user's or a share's.
     if (person->bPreview && !person->bSelf)
         hub().broadcast(ZRMSG_PERSON_REMOVED, person);
     if (!livePerson(person))
         return true; // the host deleted it again from inside the message
-    if (m_iLookMode == eLayoutShare && (person->bAllLook || person->bLockLook))
-        m_iLookMode = eLayoutSpeakerRight; // there is nothing to maximise once the pin has gone
-    if (wasFocus && !isShare && person->bLockLook)
+    if (person->bAllLook || person->bLockLook)
+        m_iLookMode = zr::modeAfterPin(m_iLookMode);
+    if (wasFocus && !person->bShare && person->bLockLook)
         setMeetingMode(static_cast<eLayoutType>(m_iLookMode));
     if (m_pMorePerson == person) {
         m_pMorePerson = nullptr;
@@ -182,19 +154,16 @@ bool QDlgScreen::DelPerson(tagPersonInfo* person)
         return true;
     forgetPerson(person);
     retirePerson(person);
-    if (isShare)
-        leaveShare();
-    else if (wasMaximised)
-        leaveMaximised();
+    leaving.otherShare = m_roster.shareCount() > 0;
+    leaving.last = m_roster.isEmpty();
+    applyLeave(zr::leaveEffect(leaving));
 
-    m_iPage =
-        zr::pageAfterRemoval(hub().curScreenMode(), m_iPage, static_cast<int>(m_vecPerson.size()));
-    if (m_vecPerson.empty()) {
+    const int left = static_cast<int>(m_roster.all().size());
+    m_iPage = zr::pageAfterRemoval(hub().curScreenMode(), m_iPage, left);
+    if (m_roster.isEmpty()) {
         clearGallery();
         if (!hub().hasLivePersons()) // else the mode is another screen's as well
             hub().setCurScreenMode(eLayoutEqualCut);
-    } else if (wasInTool && !firstShare()) {
-        setMeetingMode(static_cast<eLayoutType>(m_iLookMode)); // which asks for a new order
     } else {
         qDebug() << "notifyDisplayOrder";
         emit hub().notifyDisplayOrder(false);
@@ -215,12 +184,11 @@ void QDlgScreen::onModDelPerson(void* pPerson)
 
 void QDlgScreen::forgetPerson(const tagPersonInfo* person)
 {
-    for (tagPersonInfo** slot :
-         {&m_pFocusPerson, &m_pAutoFocusPerson, &m_pPreFocusPerson, &m_pSelectedPerson,
-          &m_pShareScreenPerson, &m_pMorePerson, &m_pVoicePerson, &m_pPreVoicePerson}) {
-        if (*slot == person)
-            *slot = nullptr;
-    }
+    m_focus.forget(person);
+    m_voices.forget(person);
+    m_share.forget(person);
+    if (m_pMorePerson == person)
+        m_pMorePerson = nullptr;
     const auto remove = [person](std::vector<tagPersonInfo*>& list) {
         list.erase(std::remove(list.begin(), list.end(), person), list.end());
     };
@@ -228,7 +196,6 @@ void QDlgScreen::forgetPerson(const tagPersonInfo* person)
     // for it, or hides it.
     if (m_pSpeakTool && m_pSpeakTool->boundPerson() == person)
         m_pSpeakTool->bindPerson(nullptr);
-    remove(m_vecPerson);
     remove(m_vecSorted);
     remove(m_vecCurPersons);
 }
@@ -236,49 +203,27 @@ void QDlgScreen::forgetPerson(const tagPersonInfo* person)
 void QDlgScreen::retirePerson(tagPersonInfo* person)
 {
     hub().removeLivePerson(person);
-    m_setJoinTime.erase(person->joinTime);
-    m_mapByUserId.remove(person->userID);
-    const bool isShare = person->bShare;
-    if (isShare)
-        --m_iShareCount;
-    m_setNamedShares.erase(person);
-    const auto owned = m_mapOwned.find(person);
-    CPlayWidget* tile = person->pWidget;
-    tile->disconnect(this);
-    tile->HidePlay();
+    person->pWidget->disconnect(this);
+    person->pWidget->HidePlay();
+    m_roster.retire(person);
+    if (person->bShare) // whose name others may show
+        emit hub().sigRefreshPlayDlg();
     // The record goes behind every event that was queued with its address, and behind the event
     // that is under way: the deletion may have come from a click on the tile itself.
-    m_vecRetired.push_back({std::move(owned->second), tile});
-    m_mapOwned.erase(owned);
-    if (isShare) // whose name others may show
-        emit hub().sigRefreshPlayDlg();
     QCoreApplication::postEvent(this, new QEvent(kFreeRetiredEvent), Qt::LowEventPriority);
 }
 
 void QDlgScreen::freeRetired()
 {
-    if (m_vecRetired.empty())
-        return;
-    if (hub().broadcastDepth() > 0) {
-        // The host runs a loop of its own from inside a message, maybe of the very tile.
-        m_retireTimer.start(kRetireRetryMs, this);
-        return;
-    }
-    const auto inUse = [](const RetiredPerson& retired) {
-        return retired.record->pins.load(std::memory_order_acquire) > 0;
-    };
-    const auto unused = std::partition(m_vecRetired.begin(), m_vecRetired.end(), inUse);
-    for (auto it = unused; it != m_vecRetired.end(); ++it)
-        delete it->tile;
-    m_vecRetired.erase(unused, m_vecRetired.end());
-    if (!m_vecRetired.empty())
+    // Inside a message the host may run a loop of its own, maybe in one of the very tile.
+    if (hub().broadcastDepth() > 0 || !m_roster.freeRetired())
         m_retireTimer.start(kRetireRetryMs, this);
 }
 
 void QDlgScreen::clearGallery()
 {
-    while (!m_vecPerson.empty()) {
-        tagPersonInfo* person = m_vecPerson.back();
+    while (!m_roster.isEmpty()) {
+        tagPersonInfo* person = m_roster.all().back();
         forgetPerson(person);
         retirePerson(person);
     }
@@ -294,7 +239,7 @@ int QDlgScreen::ProcessExitMeeting()
     qDebug() << "QDlgScreen::ProcessExitMeeting()";
     QCoreApplication::removePostedEvents(this, kLayoutEvent);
     m_bLayoutScheduled = false;
-    const bool wasMaximised = m_pShareScreenPerson && !m_pShareScreenPerson->bShare;
+    const bool wasMaximised = m_share.isMaximised();
     clearGallery();
     static_cast<MeetingState&>(*this) = {};
     nameWhoSpeaks();
@@ -331,13 +276,12 @@ bool QDlgScreen::updatePersonInfo(void* pPerson, bool bSelf, int iRoteType, cons
     if (!name.isEmpty()) {
         hub().setPersonName(person, name);
         if (person->bShare)
-            m_setNamedShares.insert(person);
+            m_share.named.insert(person);
     }
     qDebug() << "xxx updatePersonInfo, userName:" << person->userName << ",bSelf:" << bSelf
              << ",iRoteType:" << iRoteType;
     updatePersonDisplayInfo(person);
-    m_vecPerson.erase(std::find(m_vecPerson.begin(), m_vecPerson.end(), person));
-    insertByJoinTime(person);
+    m_roster.reorder(person);
     qDebug() << "reposPlayWnd, userName:" << person->userName;
     scheduleLayout();
     return true;

@@ -149,7 +149,7 @@ void QDlgScreen::changePersonVideoMute(bool bMute)
         const qint64 dueMs = tellDueMs(person);
         return dueMs >= 0 && dueMs <= nowMs + kTimerSlackMs;
     };
-    const std::vector<tagPersonInfo*> persons = m_vecPerson; // a message may change the list
+    const std::vector<tagPersonInfo*> persons = m_roster.all(); // a message may change the list
     for (tagPersonInfo* candidate : persons) {
         tagPersonInfo* person = livePerson(candidate);
         if (!person)
@@ -189,7 +189,7 @@ void QDlgScreen::startMuteTimer()
     // Each tile has a time of its own: arrangements in quick succession must not put off the report
     // of who has been gone for long.
     qint64 nextMs = -1;
-    for (const tagPersonInfo* person : m_vecPerson) {
+    for (const tagPersonInfo* person : m_roster.all()) {
         const qint64 dueMs = tellDueMs(person);
         if (dueMs >= 0 && (nextMs < 0 || dueMs < nextMs))
             nextMs = dueMs;
@@ -209,7 +209,7 @@ void QDlgScreen::muteInvisiblePerson(bool bMute)
         changePersonVideoMute(false);
         return;
     }
-    const std::vector<tagPersonInfo*> persons = m_vecPerson;
+    const std::vector<tagPersonInfo*> persons = m_roster.all();
     for (tagPersonInfo* candidate : persons) {
         tagPersonInfo* person = livePerson(candidate);
         if (!person || isTileVisible(person) || person->iPlayState == kPlayHidden

@@ -43,7 +43,7 @@ struct tagPersonInfo
     int iVideoWidth = 0;  ///< pixels of the last frame
     int iVideoHeight = 0; ///< pixels of the last frame
     bool bMute = true;    ///< audio muted; a new participant starts muted
-    CPlayWidget* pWidget = nullptr; ///< the tile, owned by the gallery; null once released
+    CPlayWidget* pWidget = nullptr; ///< the tile, owned by the gallery
     void* pUserData = nullptr;      ///< the host's value, handed back and never read
     bool bLockLook = false;
     bool bPreview = false;           ///< the host reports the stream open
