@@ -16,6 +16,48 @@ constexpr int kGoodNetLevel = 4;
 constexpr int kBubbleLines = 2;
 constexpr int kPausedNameCharacters = 7;
 
+/// The sizes of the elements on a tile of one of two sizes. Base pixels: twice as many on a screen
+/// of high resolution.
+struct Sizes
+{
+    int barHeight; ///< of the name, the badge beside it and a share's caption
+    int nameFont;
+    int textInset; ///< by which the name stands nearer to the microphone
+    int badgeWidth;
+    int badgeFont;
+    int avatar;
+    int avatarFont; ///< on an avatar of full size
+    double look;    ///< the mark, to that of a large tile
+    int captionFont;
+    QSize paused;
+    int pausedFont;
+};
+constexpr Sizes kLarge{48, 26, 0, 94, 22, 120, 36, 1.0, 26, {620, 40}, 22};
+constexpr Sizes kSmall{40, 18, 5, 68, 18, 60, 22, 0.7, 20, {220, 20}, 14};
+
+// The same on every tile; base pixels, too.
+constexpr int kMargin = 5;   ///< between an element and the edge, a bar's or the tile's
+constexpr int kGap = 10;     ///< between two elements
+constexpr int kClear = 4;    ///< around what may come close
+constexpr int kNameEnd = 20; ///< from the name to the end of a bar that has the room
+constexpr int kMenuGap = 30; ///< from such a bar to the menu's button
+constexpr int kSelfGap = 6;  ///< to one's own mark
+constexpr QSize kStackedBadge(52, 20);
+constexpr int kStackedBadgeFont = 14;
+constexpr QSize kNetwork(18, 14);
+constexpr int kWider = 20; ///< is the bar beside it; twice that on a screen of high resolution
+constexpr int kSmallestAvatar = 16;
+constexpr QRect kLook(16, 15, 150, 48);
+constexpr int kDot = 10; ///< before what is said
+constexpr int kBubblePadding = 15;
+constexpr QSize kSmallestBubble(120, 50);
+constexpr int kBubbleFont = 18; ///< of the newest line; twice that for larger text
+constexpr int kOlderFont = 15;  ///< of the line above, beside 18
+constexpr QSize kResolution(160, 40);
+constexpr int kCaptionFree = 40; ///< of the tile's width
+constexpr int kSpeakingBorder = 5;
+constexpr int kDarkBorder = 2;
+
 /// Lays one tile out. Each function reads what the ones before it have placed.
 class Builder
 {
@@ -26,6 +68,7 @@ public:
         , m_width(metrics.tile.width())
         , m_height(metrics.tile.height())
         , m_small(!state.bNoMenu && (state.bSmall || m_width < scaled(kSmallTileWidthPx)))
+        , m_sizes(m_small ? kSmall : kLarge)
     {
         m_out.size = metrics.tile;
         m_out.bSmall = m_small;
@@ -51,7 +94,9 @@ public:
 
 private:
     int scaled(int base) const { return scaledSize(base, 2.0F, m_metrics.bHighResolution); }
-    int pick(int large, int small) const { return scaled(m_small ? small : large); }
+    QSize scaled(const QSize& base) const { return {scaled(base.width()), scaled(base.height())}; }
+    /// One of the sizes that depend on the tile's.
+    int sized(int Sizes::*size) const { return scaled(m_sizes.*size); }
     const OverlayImageSizes& images() const { return m_metrics.images[m_small ? 1 : 0]; }
     OverlayElement& at(OverlayPart part) { return m_out.at(part); }
     QRect tile() const { return {QPoint(0, 0), m_metrics.tile}; }
@@ -95,6 +140,7 @@ private:
     const int m_width;
     const int m_height;
     const bool m_small;
+    const Sizes& m_sizes;
     int m_rowTop = 0;     ///< of the name bar
     int m_textOffset = 0; ///< from the bar's left edge to the name
     OverlayLayout m_out;
@@ -108,8 +154,8 @@ void Builder::buildBadge(int barHeight)
     OverlayElement& badge = at(OverlayPart::Badge);
     badge.text = role;
     badge.variant = m_in.iRole;
-    badge.fontPx = pick(22, 18);
-    badge.rect = QRect(0, m_rowTop, std::min(pick(94, 68), m_width), barHeight);
+    badge.fontPx = sized(&Sizes::badgeFont);
+    badge.rect = QRect(0, m_rowTop, std::min(sized(&Sizes::badgeWidth), m_width), barHeight);
     badge.textRect = badge.rect;
     if (barHeight < badge.fontPx)
         badge = OverlayElement();
@@ -119,8 +165,8 @@ void Builder::buildBadge(int barHeight)
 void Builder::stackBadge()
 {
     OverlayElement& badge = at(OverlayPart::Badge);
-    const QSize size(scaled(52), scaled(20));
-    badge.fontPx = scaled(14);
+    const QSize size = scaled(kStackedBadge);
+    badge.fontPx = scaled(kStackedBadgeFont);
     badge.rect = QRect(QPoint(0, m_rowTop - size.height() - 1), size);
     badge.textRect = badge.rect;
     if (!tile().contains(badge.rect))
@@ -130,24 +176,25 @@ void Builder::stackBadge()
 /// @param left of the bar
 Builder::FittedName Builder::fitName(int left) const
 {
-    const int fontPx = pick(26, 18);
+    const int fontPx = sized(&Sizes::nameFont);
     const int more = m_out.at(OverlayPart::More).rect.width();
-    const int limit = m_width - more - scaled(30);
+    const int limit = m_width - more - scaled(kMenuGap);
     const QString name = displayName(m_in.name);
     const QString suffix = m_in.bSelf ? selfSuffix() : QString();
-    const int text = width(name, fontPx) + (m_in.bSelf ? width(suffix, fontPx) + scaled(6) : 0);
-    const int right = left + images().audio.width() + scaled(10) + text + scaled(20);
+    const int text =
+        width(name, fontPx) + (m_in.bSelf ? width(suffix, fontPx) + scaled(kSelfGap) : 0);
+    const int right = left + images().audio.width() + scaled(kGap) + text + scaled(kNameEnd);
     if (right <= limit)
         return {cutName(name, suffix, m_width, fontPx, m_metrics.width), right, true};
     // Nothing stands to the right of one's own name, so it may come nearer to the button.
-    const int rightmost = m_in.bSelf ? m_width - more - scaled(5) : limit + scaled(5);
+    const int rightmost = m_in.bSelf ? m_width - more - scaled(kMargin) : limit + scaled(kMargin);
     const int textLeft = left + m_textOffset;
-    const int room = rightmost - scaled(5) - textLeft;
+    const int room = rightmost - scaled(kMargin) - textLeft;
     const QString cut = cutName(name, suffix, room, fontPx, m_metrics.width);
     if (cut.isEmpty())
-        return {cut, left + images().audio.width() + scaled(10), room >= 0 && name.isEmpty()};
+        return {cut, left + images().audio.width() + scaled(kGap), room >= 0 && name.isEmpty()};
     // The bars of others end in one line, however wide the last character is.
-    const int cutRight = textLeft + width(cut, fontPx) + scaled(10);
+    const int cutRight = textLeft + width(cut, fontPx) + scaled(kGap);
     return {cut, m_in.bSelf ? std::min(rightmost, cutRight) : rightmost,
             name.isEmpty() || cut != suffix};
 }
@@ -155,14 +202,14 @@ Builder::FittedName Builder::fitName(int left) const
 void Builder::buildNameRow()
 {
     const OverlayImageSizes& images = this->images();
-    const int barHeight = std::min(pick(48, 40), m_height);
+    const int barHeight = std::min(sized(&Sizes::barHeight), m_height);
     const int barTop = m_rowTop = m_height - barHeight;
-    m_textOffset = images.audio.width() + scaled(10) - (m_small ? scaled(5) : 0);
+    m_textOffset = images.audio.width() + scaled(kGap) - sized(&Sizes::textInset);
     QRect& more = at(OverlayPart::More).rect;
     more =
         QRect(QPoint(m_width - images.more.width(), m_height - images.more.height()), images.more);
     // The microphone is the last to go.
-    if (m_in.bNoMenu || !tile().contains(more) || more.left() < images.audio.width() + scaled(10))
+    if (m_in.bNoMenu || !tile().contains(more) || more.left() < images.audio.width() + scaled(kGap))
         more = QRect();
 
     buildBadge(barHeight);
@@ -176,17 +223,18 @@ void Builder::buildNameRow()
         fitted = fitName(left);
     }
     name.text = fitted.text;
-    const bool audioFits =
-        left + scaled(5) + images.audio.width() <= m_width && images.audio.height() <= barHeight;
+    const bool audioFits = left + scaled(kMargin) + images.audio.width() <= m_width
+                           && images.audio.height() <= barHeight;
     if (!audioFits)
         return;
     QRect& bar = at(OverlayPart::NameBar).rect;
     bar = QRect(left, barTop, std::min(fitted.right, m_width) - left, barHeight);
-    at(OverlayPart::Audio).rect = QRect(
-        QPoint(left + scaled(5), barTop + (barHeight - images.audio.height()) / 2), images.audio);
+    at(OverlayPart::Audio).rect =
+        QRect(QPoint(left + scaled(kMargin), barTop + (barHeight - images.audio.height()) / 2),
+              images.audio);
     at(OverlayPart::Audio).variant = m_in.bMute ? 0 : m_in.iAudioLevel;
     if (!name.text.isEmpty()) {
-        name.fontPx = pick(26, 18);
+        name.fontPx = sized(&Sizes::nameFont);
         name.textRect = bar.adjusted(m_textOffset, 0, 0, 0);
         name.rect = name.textRect;
     }
@@ -199,12 +247,12 @@ void Builder::buildNetwork()
         return;
     const QRect& more = at(OverlayPart::More).rect;
     QRect& bar = at(OverlayPart::NameBar).rect;
-    const int rightmost = more.isEmpty() ? m_width : more.left() - scaled(5);
-    const int wider = m_metrics.bHighResolution ? scaled(40) : 20;
+    const int rightmost = more.isEmpty() ? m_width : more.left() - scaled(kMargin);
+    const int wider = m_metrics.bHighResolution ? scaled(2 * kWider) : kWider;
     bar.setWidth(std::min(bar.width() + wider, rightmost - bar.left()));
-    const QSize size(scaled(18), scaled(14));
+    const QSize size = scaled(kNetwork);
     OverlayElement& network = at(OverlayPart::Network);
-    network.rect = QRect(QPoint(bar.right() + 1 - scaled(4) - size.width(),
+    network.rect = QRect(QPoint(bar.right() + 1 - scaled(kClear) - size.width(),
                                 bar.top() + (bar.height() - size.height()) / 2),
                          size);
     network.variant = std::max(0, m_in.iNetLevel);
@@ -231,15 +279,15 @@ void Builder::buildCover()
 /// @param floor what the avatar stays above
 QRect Builder::avatarRect(int floor) const
 {
-    int side = std::min(pick(120, 60), m_width);
+    int side = std::min(sized(&Sizes::avatar), m_width);
     int top = (m_height - side) / 2;
     if (m_small || floor < m_rowTop) {
         // It moves up, and shrinks when the tile's top is reached.
-        const int bottom = floor - scaled(10);
-        side = std::min(side, bottom - scaled(4));
+        const int bottom = floor - scaled(kGap);
+        side = std::min(side, bottom - scaled(kClear));
         top = std::min((m_height - side) / 2, bottom - side);
     } else if (const int overlap = top + side - floor; overlap > 0) {
-        side -= 2 * overlap + scaled(10);
+        side -= 2 * overlap + scaled(kGap);
         top = (m_height - side) / 2;
     }
     return {(m_width - side) / 2, top, side, side};
@@ -247,7 +295,6 @@ QRect Builder::avatarRect(int floor) const
 
 void Builder::buildAvatar()
 {
-    constexpr int kSmallestSide = 16;
     const QRect& badge = at(OverlayPart::Badge).rect;
     const QRect& look = at(OverlayPart::Look).rect;
     const QRect& hand = at(OverlayPart::Hand).rect;
@@ -261,16 +308,16 @@ void Builder::buildAvatar()
     }
     if (rect.intersects(look) || rect.intersects(hand)) {
         const int ceiling = std::max(look.bottom(), hand.bottom()) + 1;
-        const int side = std::min(rect.width(), floor - ceiling - 2 * scaled(4));
+        const int side = std::min(rect.width(), floor - ceiling - 2 * scaled(kClear));
         rect = QRect((m_width - side) / 2, (ceiling + floor - side) / 2, side, side);
     }
-    if (rect.width() < scaled(kSmallestSide) || rect.top() < 0)
+    if (rect.width() < scaled(kSmallestAvatar) || rect.top() < 0)
         return;
     OverlayElement& avatar = at(OverlayPart::Avatar);
     avatar.rect = rect;
     avatar.textRect = rect;
     avatar.text = shortName(displayName(m_in.name));
-    avatar.fontPx = pick(36, 22) * rect.width() / pick(120, 60);
+    avatar.fontPx = sized(&Sizes::avatarFont) * rect.width() / sized(&Sizes::avatar);
     // Two characters of some scripts, or two emoji, are wider than two letters.
     const int room = rect.width() * 7 / 8;
     if (const int text = width(avatar.text, avatar.fontPx); text > room)
@@ -282,11 +329,11 @@ void Builder::buildMarks()
 {
     const QRect& badge = at(OverlayPart::Badge).rect;
     const QSize handSize = images().hand;
-    QPoint handAt(scaled(5), scaled(5));
+    QPoint handAt(scaled(kMargin), scaled(kMargin));
     if (m_in.look != LookMark::None) {
-        const double factor = m_small ? 0.7 : 1.0;
-        const auto size = [&](int base) { return static_cast<int>(scaled(base) * factor); };
-        const QRect mark(size(16), size(15), size(150), size(48));
+        const auto size = [&](int base) { return static_cast<int>(scaled(base) * m_sizes.look); };
+        const QRect mark(size(kLook.x()), size(kLook.y()), size(kLook.width()),
+                         size(kLook.height()));
         OverlayElement& look = at(OverlayPart::Look);
         if (mark.right() < m_width && mark.bottom() < m_rowTop && !mark.intersects(badge)) {
             look.rect = mark;
@@ -294,7 +341,7 @@ void Builder::buildMarks()
             look.variant = static_cast<int>(m_in.look);
             look.fontPx = scaled(baseFontPx() - 2);
             look.text = lookText(m_in.look);
-            handAt = QPoint(mark.right() + 1 + scaled(5),
+            handAt = QPoint(mark.right() + 1 + scaled(kMargin),
                             mark.top() + (mark.height() - handSize.height()) / 2);
         }
     }
@@ -303,7 +350,7 @@ void Builder::buildMarks()
     QRect hand(handAt, handSize);
     // A badge that stands above the name drives it to the other side.
     if (hand.intersects(badge))
-        hand.moveRight(m_width - 1 - scaled(5));
+        hand.moveRight(m_width - 1 - scaled(kMargin));
     if (hand.left() >= 0 && hand.right() < m_width && hand.bottom() < m_rowTop
         && !hand.intersects(badge))
         at(OverlayPart::Hand).rect = hand;
@@ -313,20 +360,19 @@ void Builder::buildBubble()
 {
     if (m_in.bubble.isEmpty())
         return;
-    const int margin = scaled(5);
-    const int dot = scaled(10);
-    const int padding = scaled(15);
-    const int textLeft = padding + dot + scaled(10);
-    const int fontPx = scaled(m_in.bLargerText ? 36 : 18);
+    const int margin = scaled(kMargin);
+    const int padding = scaled(kBubblePadding);
+    const int textLeft = padding + scaled(kDot) + scaled(kGap);
+    const int fontPx = scaled(m_in.bLargerText ? 2 * kBubbleFont : kBubbleFont);
     const int room = m_width - 2 * margin - textLeft - padding;
     if (room < fontPx)
         return;
     const int line = fontPx * 3 / 2;
-    const int secondLine = fontPx / 18 * 15 * 3 / 2;
+    const int secondLine = fontPx / kBubbleFont * kOlderFont * 3 / 2;
     // It stands above the name and leaves the marks free.
     const OverlayElement& badge = at(OverlayPart::Badge);
     const int bottom =
-        std::min(m_rowTop, badge.isShown() ? badge.rect.top() : m_height) - scaled(10);
+        std::min(m_rowTop, badge.isShown() ? badge.rect.top() : m_height) - scaled(kGap);
     const int top =
         std::max(at(OverlayPart::Look).rect.bottom(), at(OverlayPart::Hand).rect.bottom()) + 1
         + margin;
@@ -334,15 +380,16 @@ void Builder::buildBubble()
     const QStringList texts = lastLines(m_in.bubble, lines, room, fontPx, m_metrics.width);
     if (texts.isEmpty())
         return;
+    const QSize smallest = scaled(kSmallestBubble);
     const bool two = texts.size() > 1;
-    const int wanted = std::max(line + (two ? secondLine : 0) + 2 * margin, scaled(50));
+    const int wanted = std::max(line + (two ? secondLine : 0) + 2 * margin, smallest.height());
     const int height = std::min(wanted, bottom - top);
     if (height < line)
         return;
     int textWidth = 0;
     for (const QString& text : texts)
         textWidth = std::max(textWidth, width(text, fontPx));
-    const int bubbleWidth = std::max(scaled(120), textLeft + textWidth + padding);
+    const int bubbleWidth = std::max(smallest.width(), textLeft + textWidth + padding);
     OverlayElement& bubble = at(OverlayPart::Bubble);
     bubble.rect =
         QRect(margin, bottom - height, std::min(bubbleWidth, m_width - 2 * margin), height);
@@ -355,8 +402,8 @@ void Builder::buildBubble()
 void Builder::buildResolution()
 {
     OverlayElement& resolution = at(OverlayPart::Resolution);
-    const QSize size(std::min(scaled(160), m_width), std::min(scaled(40), m_height));
-    resolution.rect = QRect(QPoint(std::max(0, m_width - size.width() - scaled(10)), 0), size);
+    const QSize size = scaled(kResolution).boundedTo(m_metrics.tile);
+    resolution.rect = QRect(QPoint(std::max(0, m_width - size.width() - scaled(kGap)), 0), size);
     resolution.textRect = resolution.rect;
     resolution.text = m_in.resolution;
     resolution.fontPx = baseFontPx();
@@ -384,9 +431,10 @@ void Builder::buildShare()
 void Builder::buildPaused(const QString& name)
 {
     const QString suffix = QStringLiteral(" 暂停了屏幕共享");
-    const QSize size(std::min(pick(620, 220), m_width), pick(40, 20));
+    const QSize full = scaled(m_sizes.paused);
+    const QSize size(std::min(full.width(), m_width), full.height());
     OverlayElement& paused = at(OverlayPart::Paused);
-    paused.fontPx = pick(22, 14);
+    paused.fontPx = sized(&Sizes::pausedFont);
     paused.rect = centred(size).intersected(tile());
     paused.textRect = paused.rect;
     paused.text = cutName(m_small ? firstCharacters(name, kPausedNameCharacters) : name, suffix,
@@ -399,11 +447,11 @@ void Builder::buildPaused(const QString& name)
 void Builder::buildCaption(const QString& name)
 {
     const QString suffix = shareSuffix();
-    const int height = std::min(pick(48, 40), m_height);
-    const int padding = scaled(10);
+    const int height = std::min(sized(&Sizes::barHeight), m_height);
+    const int padding = scaled(kGap);
     OverlayElement& caption = at(OverlayPart::Caption);
-    caption.fontPx = pick(26, 20);
-    const int room = m_width - scaled(40) - 2 * padding;
+    caption.fontPx = sized(&Sizes::captionFont);
+    const int room = m_width - scaled(kCaptionFree) - 2 * padding;
     caption.text = cutName(name, suffix, room, caption.fontPx, m_metrics.width);
     if (caption.text.isEmpty() || height < caption.fontPx) {
         caption = OverlayElement();
@@ -418,7 +466,7 @@ void Builder::buildBorder()
 {
     if (!m_in.bSpeaking && !m_in.bBorder)
         return;
-    const int thickness = scaled(m_in.bSpeaking ? 5 : 2);
+    const int thickness = scaled(m_in.bSpeaking ? kSpeakingBorder : kDarkBorder);
     OverlayElement& border = at(OverlayPart::Border);
     border.rect = tile();
     border.textRect = tile().adjusted(thickness, thickness, -thickness, -thickness);
