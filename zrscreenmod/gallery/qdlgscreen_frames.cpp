@@ -3,23 +3,12 @@
 
 #include "cplaywidget.h"
 #include "platform.h"
-#include "playableframe.h"
 #include "qzrscreenconfig.h"
 #include "speaktool.h"
 
 #include <QDebug>
 
 #include <utility>
-
-namespace {
-
-/// Both sides of a frame in one value that is never 0 for a valid frame.
-quint64 packedSize(quint32 width, quint32 height)
-{
-    return quint64(width) << 32 | height;
-}
-
-} // namespace
 
 bool QDlgScreen::playFrame(void* pPerson, const VantrelRTCVideoFrameQT* frame)
 {
@@ -31,22 +20,11 @@ bool QDlgScreen::playFrame(void* pPerson, const VantrelRTCVideoFrameQT* frame)
         qDebug() << "xxxx playFrame pPerson had del failed";
         return false;
     }
-    if (!isPlayable(*frame)) {
-        // A media engine that sends one bad frame tends to send thousands.
-        if (!person->badFrameLogged.exchange(true))
-            qDebug() << "playFrame refused, userID:" << person->userID
-                     << ",pData:" << static_cast<const void*>(frame->pData)
-                     << ",width:" << frame->width << ",height:" << frame->height;
+    if (!person->frames.accept(*frame, person->userID))
         return false;
-    }
-    person->badFrameLogged.store(false, std::memory_order_relaxed);
     if (config.cacheFrame())
         config.dumpFrame(*person.operator->(), *frame);
-    // A GUI thread that falls behind finds one signal for each participant in its queue, not one
-    // for each frame.
-    const quint64 size = packedSize(frame->width, frame->height);
-    person->frames.fetch_add(1);
-    if (person->pendingFrameSize.exchange(size) != size)
+    if (person->frames.take(*frame))
         emit config.playFrameUpdateUI(pPerson, static_cast<int>(frame->width),
                                       static_cast<int>(frame->height));
     person->dwLastFrameTick.store(platform::tickMs(), std::memory_order_relaxed);
@@ -66,7 +44,7 @@ void QDlgScreen::onPlayFrameUpdateUI(void* pPerson, int iWidth, int iHeight)
             qDebug() << "xxxxx QDlgScreen::onPlayFrameUpdateUI testDelPerson, pPerson:" << pPerson;
         return;
     }
-    person->pendingFrameSize.store(0);
+    person->frames.noticed();
     bool changed = person->iVideoWidth != iWidth || person->iVideoHeight != iHeight;
     person->iVideoWidth = iWidth;
     person->iVideoHeight = iHeight;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "camerastate.h"
+#include "frameintake.h"
 #include "overlaystate.h"
 #include "zrscreenmod.h"
 
@@ -68,8 +69,7 @@ struct tagPersonInfo
     zr::CameraState camera;
     qint64 hideDueMs = -1; ///< when the tile is to be reported hidden; -1 while it is visible
     zr::NetStatus net;
-    std::atomic<quint64> pendingFrameSize{0}; ///< see QDlgScreen::playFrame
-    std::atomic<quint64> frames{0};           ///< taken so far; any thread
+    FrameIntake frames;
     quint64 framesBefore = 0; ///< of `frames`, those of a stream that is or was to be closed
     int iSentStreamType = 0;  ///< the grade that the host was asked for; 0 once the stream closes
     std::atomic<int> iVolume{0}; ///< 0 to 100, as last reported; any thread
@@ -77,7 +77,6 @@ struct tagPersonInfo
     bool bShare = false;         ///< the id names a shared screen; fixed at creation
     bool bLocalVideo = false;    ///< the local user's own camera picture
     bool bLocalVideoConfirmed = false;
-    std::atomic<bool> badFrameLogged{false}; ///< a refused frame was logged, no good one since
 };
 
 typedef tagPersonInfo ST_PersonInfo;
@@ -87,7 +86,7 @@ typedef tagPersonInfo ST_PersonInfo;
 inline void setStreamOpen(tagPersonInfo& person, bool bOpen)
 {
     if (bOpen && !person.bPreview && person.bVideoStatusChange)
-        person.framesBefore = person.frames;
+        person.framesBefore = person.frames.count();
     if (!bOpen)
         person.iStreamStatus = kStreamNone;
     person.bPreview = bOpen;
@@ -100,7 +99,7 @@ inline void setStreamOpen(tagPersonInfo& person, bool bOpen)
 [[nodiscard]] inline bool isStreamRunning(const tagPersonInfo& person)
 {
     return (person.bPreview || !person.bVideoStatusChange) && person.iPlayState != kPlayHidden
-           && person.frames != person.framesBefore;
+           && person.frames.count() != person.framesBefore;
 }
 
 /// What the host holds for a participant. Created and freed by the boundary.

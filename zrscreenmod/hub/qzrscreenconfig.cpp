@@ -262,7 +262,7 @@ void QZRScreenConfig::setPersonShown(tagPersonInfo* person, bool bShown)
         return;
     const int before = std::exchange(person->iPlayState, bShown ? kPlayShown : kPlayHidden);
     if (before == kPlayHidden)
-        person->framesBefore = person->frames;
+        person->framesBefore = person->frames.count();
     if (bShown)
         person->camera.tellShown(nowMs());
     else

@@ -2,7 +2,6 @@
 
 #include "cplaywidget.h"
 #include "platform.h"
-#include "playableframe.h"
 #include "qdlgplayinfo.h"
 #include "qtparent.h"
 #include "qzrscreenconfig.h"
@@ -117,7 +116,6 @@ void QDlgExtScreen::removePerson()
     m_gate.shut();
     publishUserId(QString());
     m_pTile->SetPersonInfo(nullptr, false);
-    m_pendingFrameSize.store(0);
     m_pPerson.reset();
 }
 
@@ -200,31 +198,24 @@ void QDlgExtScreen::onExtPreview(QString qstrUserID, bool bPreview)
 
 bool QDlgExtScreen::playFrame(const VantrelRTCVideoFrameQT& frame)
 {
-    if (!hasPerson())
-        return false;
-    if (!isPlayable(frame)) {
-        if (!m_bBadFrameLogged.exchange(true))
-            qDebug() << "ext playFrame refused, pData:" << static_cast<const void*>(frame.pData)
-                     << ",width:" << frame.width << ",height:" << frame.height;
-        return false;
-    }
-    m_bBadFrameLogged.store(false, std::memory_order_relaxed);
-    return m_gate.pass(m_gate.key(), [&] {
+    bool taken = false;
+    m_gate.pass(m_gate.key(), [&] {
+        taken = m_pPerson->frames.accept(frame, m_pPerson->userID);
+        if (!taken)
+            return;
         m_pTile->PlayFrame(frame);
-        m_pPerson->frames.fetch_add(1);
-        // One notice in the queue, however far the GUI thread falls behind.
-        const quint64 size = quint64(frame.width) << 32 | frame.height;
-        if (m_pendingFrameSize.exchange(size) != size)
+        if (m_pPerson->frames.take(frame))
             emit notifyUpdateDisplayInfo(static_cast<int>(frame.width),
                                          static_cast<int>(frame.height));
     });
+    return taken;
 }
 
 void QDlgExtScreen::onUpdateDisplayInfo(int iWidth, int iHeight)
 {
-    m_pendingFrameSize.store(0);
     if (!m_pPerson)
         return;
+    m_pPerson->frames.noticed();
     const bool starts = isStreamRunning(*m_pPerson) && m_pPerson->iStreamStatus != kStreamRunning;
     const bool changed =
         starts || m_pPerson->iVideoWidth != iWidth || m_pPerson->iVideoHeight != iHeight;

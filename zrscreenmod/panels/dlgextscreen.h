@@ -89,7 +89,4 @@ private:
 
     mutable std::mutex m_idLock;
     QString m_qstrUserId; ///< the record's, for any thread; guarded by m_idLock
-
-    std::atomic<quint64> m_pendingFrameSize{0}; ///< of the notice that is still queued
-    std::atomic<bool> m_bBadFrameLogged{false};
 };

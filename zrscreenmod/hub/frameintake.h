@@ -1,0 +1,33 @@
+// The way of a participant's frames into the module: which are taken, and what the GUI thread hears
+// of them. The copy is the tile's.
+#pragma once
+
+#include "zrscreenmod.h"
+
+#include <QString>
+
+#include <atomic>
+
+/// Any thread, but where it says otherwise.
+class FrameIntake
+{
+public:
+    /// Whether a frame can be played: a size that the tiles take, and memory that can be read. The
+    /// frame record itself is readable. Of several in a row that cannot be played the first is
+    /// logged: a media engine that sends one bad frame tends to send thousands.
+    [[nodiscard]] bool accept(const VantrelRTCVideoFrameQT& frame, const QString& userId);
+
+    /// Counts a frame that is taken. @return whether the GUI thread is to hear of it: one that
+    /// falls behind finds one notice of each size in its queue, not one for each frame.
+    [[nodiscard]] bool take(const VantrelRTCVideoFrameQT& frame);
+    /// A notice has arrived. GUI thread.
+    void noticed() { m_pendingSize.store(0); }
+
+    /// Frames that were taken so far.
+    [[nodiscard]] quint64 count() const { return m_count; }
+
+private:
+    std::atomic<quint64> m_count{0};
+    std::atomic<quint64> m_pendingSize{0}; ///< both sides of the frame whose notice waits
+    std::atomic<bool> m_badLogged{false};  ///< a refused frame was logged, no good one since
+};
