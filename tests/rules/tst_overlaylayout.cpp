@@ -55,7 +55,6 @@ class TestOverlayLayout : public QObject
 
 private slots:
     void volumeLevels();
-    void nameBar_data();
     void nameBar();
     void nothingLeavesTheTileNorOverlaps();
     void marksAndHand();
@@ -73,57 +72,49 @@ void TestOverlayLayout::volumeLevels()
         QCOMPARE(zr::volumeLevel(volume), level);
 }
 
-void TestOverlayLayout::nameBar_data()
-{
-    QTest::addColumn<QSize>("tile");
-    QTest::addColumn<int>("role");
-    QTest::addColumn<bool>("self");
-    QTest::addColumn<int>("length");
-    QTest::addColumn<QString>("shown"); // @ stands for a character of the name
-    QTest::addColumn<QRect>("bar");
-    const auto row = [](const char* what, const QSize& tile, int role, bool self, int length,
-                        const char* shown, const QRect& bar) {
-        QTest::newRow(what) << tile << role << self << length << QString::fromUtf8(shown) << bar;
-    };
-    const QSize tile(320, 180);
-    // 28 of the microphone and 10, 18 for a character, 20; one's own mark 30 and 6.
-    row("fits", tile, 0, false, 3, "@@@", {0, 140, 112, 40});
-    row("self", tile, 0, true, 3, "@@@(我)", {0, 140, 148, 40});
-    row("host", tile, 1, false, 3, "@@@", {68, 140, 112, 40}); // touches the badge
-    row("unknown role", tile, 7, false, 3, "@@@", {0, 140, 112, 40});
-    // The button begins at 280; others end 25 before it, oneself 5.
-    row("just fits", tile, 0, false, 10, "@@@@@@@@@@", {0, 140, 238, 40});
-    row("cut", {330, 180}, 0, false, 14, "@@@@@@@@@@@...", {0, 140, 265, 40});
-    row("cut self", tile, 0, true, 14, "@@@@@@@@@@...(我)", {0, 140, 271, 40});
-    row("cut beside a badge", tile, 2, false, 14, "@@@@@@@...", {68, 140, 187, 40});
-    row("cut to a character", {160, 90}, 0, true, 3, "@...(我)", {0, 50, 109, 40});
-    row("badge above the name", {160, 90}, 1, true, 3, "@...(我)", {0, 50, 109, 40});
-    row("no room for a character", {120, 90}, 0, true, 3, "(我)", {0, 50, 73, 40});
-    row("no room for oneself", {100, 90}, 0, true, 3, "", {0, 50, 38, 40});
-}
-
 void TestOverlayLayout::nameBar()
 {
-    QFETCH(QSize, tile);
-    QFETCH(int, length);
-    QFETCH(QRect, bar);
-    OverlayState state = alice();
-    state.name = QString(length, QChar(0x7231));
-    QFETCH(int, role);
-    QFETCH(bool, self);
-    QFETCH(QString, shown);
-    state.iRole = role;
-    state.bSelf = self;
-    shown.replace(QLatin1Char('@'), QChar(0x7231));
-    const OverlayLayout result = layout(state, tile);
-    QCOMPARE(result.at(OverlayPart::Name).text, shown);
-    QCOMPARE(result.at(OverlayPart::NameBar).rect, bar);
-    QCOMPARE(result.at(OverlayPart::Audio).rect.left(), bar.left() + 5);
-    // A weak network widens the bar of others.
-    state.iNetLevel = 3;
-    const int wider = state.bSelf ? 0 : 20;
-    QCOMPARE(layout(state, tile).at(OverlayPart::NameBar).rect.width(), bar.width() + wider);
-    QCOMPARE(layout(state, tile).at(OverlayPart::Network).isShown(), wider > 0);
+    const struct
+    {
+        QSize tile;
+        int role;
+        bool self;
+        int length;
+        const char* shown; ///< @ stands for a character of the name
+        QRect bar;
+    } rows[] = {
+        // 28 of the microphone and 10, 18 for a character, 20; one's own mark 30 and 6.
+        {{320, 180}, 0, false, 3, "@@@", {0, 140, 112, 40}},
+        {{320, 180}, 0, true, 3, "@@@(我)", {0, 140, 148, 40}},
+        {{320, 180}, 1, false, 3, "@@@", {68, 140, 112, 40}}, // touches the badge
+        {{320, 180}, 7, false, 3, "@@@", {0, 140, 112, 40}},  // no such role
+        // The button begins at 280; others end 25 before it, oneself 5.
+        {{320, 180}, 0, false, 10, "@@@@@@@@@@", {0, 140, 238, 40}},
+        {{330, 180}, 0, false, 14, "@@@@@@@@@@@...", {0, 140, 265, 40}},
+        {{320, 180}, 0, true, 14, "@@@@@@@@@@...(我)", {0, 140, 271, 40}},
+        {{320, 180}, 2, false, 14, "@@@@@@@...", {68, 140, 187, 40}}, // beside a badge
+        {{160, 90}, 0, true, 3, "@...(我)", {0, 50, 109, 40}},
+        {{160, 90}, 1, true, 3, "@...(我)", {0, 50, 109, 40}}, // the badge stands above
+        {{120, 90}, 0, true, 3, "(我)", {0, 50, 73, 40}},
+        {{100, 90}, 0, true, 3, "", {0, 50, 38, 40}},
+    };
+    for (const auto& row : rows) {
+        OverlayState state = alice();
+        state.name = QString(row.length, QChar(0x7231));
+        state.iRole = row.role;
+        state.bSelf = row.self;
+        const OverlayLayout result = layout(state, row.tile);
+        QCOMPARE(result.at(OverlayPart::Name).text,
+                 QString::fromUtf8(row.shown).replace(QLatin1Char('@'), QChar(0x7231)));
+        QCOMPARE(result.at(OverlayPart::NameBar).rect, row.bar);
+        QCOMPARE(result.at(OverlayPart::Audio).rect.left(), row.bar.left() + 5);
+        // A weak network widens the bar of others.
+        state.iNetLevel = 3;
+        const int wider = row.self ? 0 : 20;
+        const OverlayLayout weak = layout(state, row.tile);
+        QCOMPARE(weak.at(OverlayPart::NameBar).rect.width(), row.bar.width() + wider);
+        QCOMPARE(weak.at(OverlayPart::Network).isShown(), wider > 0);
+    }
 }
 
 void TestOverlayLayout::nothingLeavesTheTileNorOverlaps()

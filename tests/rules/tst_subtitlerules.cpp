@@ -15,7 +15,6 @@ private slots:
     void measuresItems();
     void showsWhatCanBeDrawn();
     void repeatsTheTable();
-    void followsTheEnd_data();
     void followsTheEnd();
     void scrollsUpAndDownOnly();
 
@@ -62,34 +61,27 @@ void TestSubtitleRules::repeatsTheTable()
     QCOMPARE(zr::repeatedIndex(std::numeric_limits<int>::max(), 4), 3);
 }
 
-void TestSubtitleRules::followsTheEnd_data()
-{
-    QTest::addColumn<int>("newBottom");
-    QTest::addColumn<double>("position");
-    QTest::addColumn<int>("oldContent");
-    QTest::addColumn<int>("step");
-    const auto row = [](const char* name, int newBottom, double position, int oldContent,
-                        FollowStep step) {
-        QTest::newRow(name) << newBottom << position << oldContent << static_cast<int>(step);
-    };
-    row("first sentence", 66, 0, 0, FollowStep::Fits);
-    row("a pixel is left", 399, 0, 330, FollowStep::Fits);
-    row("just full", 400, 0, 334, FollowStep::ToEnd);
-    row("first overflow", 460, 0, 394, FollowStep::ToEnd);
-    row("at the end", 1060, -600, 1000, FollowStep::ToEnd);
-    row("10 pixels off the end", 1060, -590, 1000, FollowStep::ToEnd);
-    row("11 pixels off the end", 1060, -589, 1000, FollowStep::Reading);
-    row("pulled past the end", 1060, -640, 1000, FollowStep::ToEnd);
-    row("first sentence overflows", 5000, 0, 0, FollowStep::ToEnd);
-}
-
 void TestSubtitleRules::followsTheEnd()
 {
-    QFETCH(int, newBottom);
-    QFETCH(double, position);
-    QFETCH(int, oldContent);
-    QFETCH(int, step);
-    QCOMPARE(static_cast<int>(zr::followStep(400, newBottom, position, oldContent)), step);
+    const struct
+    {
+        int newBottom;
+        double position;
+        int oldContent;
+        FollowStep step;
+    } rows[] = {
+        {66, 0, 0, FollowStep::Fits},
+        {399, 0, 330, FollowStep::Fits}, // a pixel is left
+        {400, 0, 334, FollowStep::ToEnd},
+        {460, 0, 394, FollowStep::ToEnd},
+        {5000, 0, 0, FollowStep::ToEnd},
+        {1060, -600, 1000, FollowStep::ToEnd},
+        {1060, -590, 1000, FollowStep::ToEnd}, // ten pixels off the end
+        {1060, -589, 1000, FollowStep::Reading},
+        {1060, -640, 1000, FollowStep::ToEnd}, // pulled past it
+    };
+    for (const auto& [newBottom, position, oldContent, step] : rows)
+        QCOMPARE(int(zr::followStep(400, newBottom, position, oldContent)), int(step));
 }
 
 void TestSubtitleRules::scrollsUpAndDownOnly()
