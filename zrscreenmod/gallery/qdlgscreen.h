@@ -4,8 +4,8 @@
 #include "layoutgeometry.h"
 #include "paging.h"
 #include "personinfo.h"
+#include "reaper.h"
 
-#include <QBasicTimer>
 #include <QDialog>
 #include <QEvent>
 #include <QHash>
@@ -255,7 +255,6 @@ private:
     bool isGoneForAll(const void* pPerson) const;
     void forgetPerson(const tagPersonInfo* person);
     void retirePerson(tagPersonInfo* person);
-    void freeRetired();
     void clearGallery();
 
     // Arrangement
@@ -360,15 +359,7 @@ private:
     std::vector<tagPersonInfo*> m_vecSorted;     ///< in display order, without who is filtered out
     std::vector<tagPersonInfo*> m_vecCurPersons; ///< m_vecSorted, or what a poll shows of it
     std::set<qint64> m_setJoinTime;
-    /// Deleted participants whose memory is still in use by another thread or in an event that is
-    /// under way.
-    struct RetiredPerson
-    {
-        std::unique_ptr<tagPersonInfo> record;
-        CPlayWidget* tile;
-    };
-    std::vector<RetiredPerson> m_vecRetired;
-    QBasicTimer m_retireTimer; ///< runs while a retired participant is in use
+    Reaper m_reaper; ///< has the deleted participants, whose memory may still be in use
 
     bool m_bJoinMeetingFinish = false;
     bool m_bInLayout = false;

@@ -26,7 +26,7 @@ bool QDlgScreen::playFrame(void* pPerson, const VantrelRTCVideoFrameQT* frame)
     if (!pPerson || !frame)
         return false;
     QZRScreenConfig& config = hub();
-    const PersonPin person = config.pinPerson(static_cast<tagPersonInfo*>(pPerson));
+    const PersonPin person = config.livePersons.pin(pPerson);
     if (!person) {
         qDebug() << "xxxx playFrame pPerson had del failed";
         return false;

@@ -17,9 +17,6 @@
 
 namespace {
 
-/// A retired participant that a thread still works on is looked at again after this time.
-constexpr int kRetireRetryMs = 5;
-
 zr::PersonKey personKey(const tagPersonInfo* person)
 {
     return {person->bSelf, person->iRoteType, person->joinTime};
@@ -83,7 +80,7 @@ tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userN
     m_mapOwned.emplace(person, std::move(record));
     m_mapByUserId.insert(userId, person);
     m_setJoinTime.insert(person->joinTime);
-    hub().addLivePerson(person);
+    hub().livePersons.insert(person);
     if (person->bShare && m_iShareCount++ == 0)
         m_iModeBeforeShare = hub().curScreenMode();
     insertByJoinTime(person);
@@ -121,8 +118,7 @@ bool QDlgScreen::isGoneForAll(const void* pPerson) const
 {
     // A signal of the hub's reaches every gallery: one of them tells for all.
     const QDlgScreen* teller = sender() == &hub() ? hub().m_pDlgScreen : nullptr;
-    return pPerson && (!teller || teller == this)
-           && !hub().isLivePerson(static_cast<const tagPersonInfo*>(pPerson));
+    return pPerson && (!teller || teller == this) && !hub().livePersons.contains(pPerson);
 }
 
 tagPersonInfo* QDlgScreen::checkedPerson(const void* pPerson, const char* ifGone) const
@@ -191,7 +187,7 @@ bool QDlgScreen::DelPerson(tagPersonInfo* person)
         zr::pageAfterRemoval(hub().curScreenMode(), m_iPage, static_cast<int>(m_vecPerson.size()));
     if (m_vecPerson.empty()) {
         clearGallery();
-        if (!hub().hasLivePersons()) // else the mode is another screen's as well
+        if (hub().livePersons.isEmpty()) // else the mode is another screen's as well
             hub().setCurScreenMode(eLayoutEqualCut);
     } else if (wasInTool && !firstShare()) {
         setMeetingMode(static_cast<eLayoutType>(m_iLookMode)); // which asks for a new order
@@ -235,7 +231,7 @@ void QDlgScreen::forgetPerson(const tagPersonInfo* person)
 
 void QDlgScreen::retirePerson(tagPersonInfo* person)
 {
-    hub().removeLivePerson(person);
+    hub().livePersons.remove(person);
     m_setJoinTime.erase(person->joinTime);
     m_mapByUserId.remove(person->userID);
     const bool isShare = person->bShare;
@@ -248,31 +244,12 @@ void QDlgScreen::retirePerson(tagPersonInfo* person)
     tile->HidePlay();
     // The record goes behind every event that was queued with its address, and behind the event
     // that is under way: the deletion may have come from a click on the tile itself.
-    m_vecRetired.push_back({std::move(owned->second), tile});
+    const std::shared_ptr<tagPersonInfo> record = std::move(owned->second);
     m_mapOwned.erase(owned);
+    m_reaper.add(record->pins, [record, tile] { delete tile; });
     if (isShare) // whose name others may show
         emit hub().sigRefreshPlayDlg();
     QCoreApplication::postEvent(this, new QEvent(kFreeRetiredEvent), Qt::LowEventPriority);
-}
-
-void QDlgScreen::freeRetired()
-{
-    if (m_vecRetired.empty())
-        return;
-    if (hub().broadcastDepth() > 0) {
-        // The host runs a loop of its own from inside a message, maybe of the very tile.
-        m_retireTimer.start(kRetireRetryMs, this);
-        return;
-    }
-    const auto inUse = [](const RetiredPerson& retired) {
-        return retired.record->pins.load(std::memory_order_acquire) > 0;
-    };
-    const auto unused = std::partition(m_vecRetired.begin(), m_vecRetired.end(), inUse);
-    for (auto it = unused; it != m_vecRetired.end(); ++it)
-        delete it->tile;
-    m_vecRetired.erase(unused, m_vecRetired.end());
-    if (!m_vecRetired.empty())
-        m_retireTimer.start(kRetireRetryMs, this);
 }
 
 void QDlgScreen::clearGallery()
@@ -299,7 +276,7 @@ int QDlgScreen::ProcessExitMeeting()
     static_cast<MeetingState&>(*this) = {};
     nameWhoSpeaks();
     // Messages from here on. Screens share a meeting: it ends with the last participant.
-    if (!hub().hasLivePersons())
+    if (hub().livePersons.isEmpty())
         hub().endMeeting();
     else if (wasMaximised)
         leaveMaximised();

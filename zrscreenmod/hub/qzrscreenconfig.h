@@ -19,7 +19,6 @@
 #include <mutex>
 #include <set>
 #include <shared_mutex>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -32,41 +31,6 @@ struct SubtitleRecord
     int iColorType = 0; ///< index of the avatar colour, as the host gave it
     QString userName;
     QString transStr;
-};
-
-/// Keeps a participant record and its tile in memory while it lives: the gallery frees neither as
-/// long as a pin is held. Holding a pin blocks nobody, so a pin may be held while signals are
-/// emitted. Any thread.
-class PersonPin
-{
-public:
-    PersonPin() = default;
-    explicit PersonPin(tagPersonInfo* person)
-        : m_person(person)
-    {
-    } // already counted
-    PersonPin(PersonPin&& other) noexcept
-        : m_person(other.m_person)
-    {
-        other.m_person = nullptr;
-    }
-    PersonPin(const PersonPin&) = delete;
-    PersonPin& operator=(const PersonPin&) = delete;
-    PersonPin& operator=(PersonPin&& other) noexcept
-    {
-        std::swap(m_person, other.m_person);
-        return *this;
-    }
-    ~PersonPin()
-    {
-        if (m_person)
-            m_person->pins.fetch_sub(1, std::memory_order_release);
-    }
-    explicit operator bool() const { return m_person != nullptr; }
-    tagPersonInfo* operator->() const { return m_person; }
-
-private:
-    tagPersonInfo* m_person = nullptr;
 };
 
 /// The switches that the host sets. Each is a value of its own that any thread may read or write.
@@ -166,13 +130,8 @@ public:
     void dumpFrame(const tagPersonInfo& person, const VantrelRTCVideoFrameQT& frame) const;
 
     // --- Live participants; any thread ---
-    void addLivePerson(tagPersonInfo* person);
-    void removeLivePerson(tagPersonInfo* person);
-    [[nodiscard]] bool isLivePerson(const tagPersonInfo* person) const;
-    /// Whether anybody is on any screen.
-    [[nodiscard]] bool hasLivePersons() const;
-    /// @return an empty pin when the record is not alive; then it must not be touched.
-    [[nodiscard]] PersonPin pinPerson(tagPersonInfo* person) const;
+    /// Those on any screen. A gallery owns them.
+    HandleTable<tagPersonInfo> livePersons;
     /// The name is written on the GUI thread and read there without a lock; other threads ask
     /// here, with the record pinned.
     void setPersonName(tagPersonInfo* person, const QString& name);
@@ -207,8 +166,6 @@ public:
     bool unregisterDateCallback(CAbsUIMsgCallback* callback);
     /// As broadcast, to the hosts of the date pickers.
     void broadcastDate(unsigned long dwMsg, unsigned long long wParam, long long lParam);
-    /// How many broadcasts are under way: above 0 the GUI thread is inside a host's function.
-    int broadcastDepth() const { return m_iBroadcastDepth; }
 
     // --- Subtitles; any thread ---
     void setSubtitleOpen(bool bOpen);
@@ -304,9 +261,6 @@ private:
     bool m_bCacheFrame = false;
     zr::OverlaySwitches m_overlaySwitches;
 
-    mutable std::shared_mutex m_liveLock;
-    std::unordered_set<const tagPersonInfo*> m_setLivePerson;
-
     std::function<qint64()> m_clock;
 
     std::vector<QDlgScreen*> m_vecGallery; ///< in the order of their creation
@@ -314,7 +268,6 @@ private:
     QMap<const void*, QString> m_mapExtUser; ///< by extended screen
 
     std::set<CAbsUIMsgCallback*> m_setUICallback;
-    int m_iBroadcastDepth = 0;
 
     mutable std::mutex m_textLock; ///< guards the two below and the participants' names
     QMap<int, SubtitleRecord> m_mapSubtitles;
