@@ -102,6 +102,28 @@ void releaseHandle(HostHandles<T>& handles, const void* handle) noexcept
     }
 }
 
+/// Runs `body(pin)` on the calling thread. @return its result, or `failure` for an invalid handle
+template<typename Result, typename T, typename Body>
+Result with(const HostHandles<T>& handles, const void* handle, Result failure, Body&& body) noexcept
+{
+    return guarded(failure, [&]() -> Result {
+        const Pin<T> object = handles.pin(handle);
+        return object ? body(object) : failure;
+    });
+}
+
+/// As with, for a participant of a screen: `body(screen, person)`. @return 0 for an invalid screen
+/// or play handle
+template<typename Body>
+int withPerson(const void* hScreen, void* pPlay, Body&& body,
+               const char* deletedText = "iter != pScreen->mapHadDelPlay.end() failed") noexcept
+{
+    return with(g_screens, hScreen, 0, [&](const ScreenRef& screen) {
+        const PersonPin person = resolvePlay(screen, pPlay, deletedText);
+        return person ? body(screen, person) : 0;
+    });
+}
+
 /// Runs `body(object)` on the GUI thread: at once when called there, else queued in order. An
 /// object that is released meanwhile drops it.
 template<typename T, typename Body>
@@ -137,10 +159,7 @@ void onControl(const HostHandles<T>& controls, const void* handle, Body body) no
 template<typename Result, typename T, typename Body>
 Result ask(const HostHandles<T>& handles, const void* handle, Result failure, Body&& body) noexcept
 {
-    return guarded(failure, [&]() -> Result {
-        const Pin<T> object = handles.pin(handle);
-        if (!object)
-            return failure;
+    return with(handles, handle, failure, [&](const Pin<T>& object) {
         Result result = failure;
         const auto work = [&] { result = body(*object); };
         return object.runOnGuiThread(work) ? result : failure; // which logs why not
@@ -151,10 +170,7 @@ Result ask(const HostHandles<T>& handles, const void* handle, Result failure, Bo
 template<typename Body>
 int onHub(void* hScreen, Body&& body) noexcept
 {
-    return guarded(0, [&] {
-        const ScreenRef screen = g_screens.pin(hScreen);
-        if (!screen)
-            return 0;
+    return with(g_screens, hScreen, 0, [&body](const ScreenRef&) {
         body(*QZRScreenConfig::getInstance());
         return 1;
     });
@@ -172,9 +188,7 @@ void postToGallery(void* hScreen, Body body)
 template<typename Body>
 int onGallery(void* hScreen, Body body) noexcept
 {
-    return guarded(0, [&] {
-        if (!IsVaildScreenHandle(hScreen))
-            return 0;
+    return with(g_screens, hScreen, 0, [&](const ScreenRef&) {
         postToGallery(hScreen, std::move(body));
         return 1;
     });
@@ -186,17 +200,12 @@ template<typename Body>
 int onPerson(void* hScreen, void* pPlay, Body body,
              const char* deletedText = "iter != pScreen->mapHadDelPlay.end() failed") noexcept
 {
-    return guarded(0, [&] {
-        const ScreenRef screen = g_screens.pin(hScreen);
-        if (!screen)
-            return 0;
-        // The pin is held until the work is queued: the record is freed behind it.
-        const PersonPin person = resolvePlay(screen, pPlay, deletedText);
-        if (!person)
-            return 0;
+    // The pin is held until the work is queued: the record is freed behind it.
+    const auto queue = [&](const ScreenRef&, const PersonPin& person) {
         postToGallery(hScreen, [body, p = person.get()](QDlgScreen& gallery) { body(gallery, p); });
         return 1;
-    });
+    };
+    return withPerson(hScreen, pPlay, queue, deletedText);
 }
 
 /// Asks `body(frameDialog)` of a screen.

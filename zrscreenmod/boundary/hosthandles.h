@@ -66,7 +66,7 @@ template<typename T>
 class HostHandles
 {
 public:
-    explicit HostHandles(const HandleKind<T>& kind)
+    explicit HostHandles(const HandleKind<T>& kind) noexcept
         : m_kind(kind)
     {
     }

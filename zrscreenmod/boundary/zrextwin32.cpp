@@ -9,6 +9,7 @@ using boundary::guarded;
 using boundary::readLocal8Bit;
 using boundary::readRect;
 using boundary::readUtf8;
+using boundary::with;
 
 namespace {
 
@@ -24,9 +25,8 @@ void postToExt(const void* h, Body body)
 template<typename Accepts, typename Body>
 int onExt(const void* h, const boundary::CallSite& here, Accepts&& accepts, Body body) noexcept
 {
-    return guarded(0, [&] {
-        const ExtRef ext = g_extScreens.pin(h);
-        if (!ext || !accepts(*ext->m_pDlg))
+    return with(g_extScreens, h, 0, [&](const ExtRef& ext) {
+        if (!accepts(*ext->m_pDlg))
             return 0;
         here.log("thread:");
         postToExt(h, std::move(body));
@@ -107,10 +107,7 @@ int ZR_CALL ZRScreenExt_SetPersonInfo(void* h, void* pUserData, const char* user
 int ZR_CALL ZRScreenExt_PlayFrame(void* h, void* pFrame)
 {
     ZR_ENTER_OR_RETURN(0);
-    return guarded(0, [&] {
-        const ExtRef ext = g_extScreens.pin(h);
-        if (!ext)
-            return 0;
+    return with(g_extScreens, h, 0, [&](const ExtRef& ext) {
         if (!pFrame) {
             qDebug() << "pWin32Frame == nullptr";
             return 0;
@@ -147,10 +144,9 @@ int ZR_CALL ZRScreenExt_SetVolume(void* h, const char* userId, int iVolume)
     if (!h)
         return 0;
     const boundary::CallSite here = ZR_CALL_SITE;
-    return guarded(0, [&] {
+    return with(g_extScreens, h, 0, [&](const ExtRef& ext) {
         const auto id = readLocal8Bit(userId);
-        const ExtRef ext = g_extScreens.pin(h);
-        if (!id || !ext || !ext->m_pDlg->isPerson(*id))
+        if (!id || !ext->m_pDlg->isPerson(*id))
             return 0;
         // Many reports change no microphone; only the others are logged.
         postToExt(h, [here, id = *id, iVolume](QDlgExtScreen& dialog) {

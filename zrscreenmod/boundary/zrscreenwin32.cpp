@@ -12,6 +12,8 @@ using boundary::postToGallery;
 using boundary::readLocal8Bit;
 using boundary::readRect;
 using boundary::readUtf8;
+using boundary::with;
+using boundary::withPerson;
 
 namespace {
 
@@ -112,7 +114,7 @@ void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName, lo
             screen->bindPlay(play, person);
             serial = person->serial;
             qDebug() << "before emit update personInfo, userID:" << *id << ",userName:" << name;
-            emit QZRScreenConfig::getInstance()->notifyUpdatePersonInfo(play, person);
+            gallery->onNotifyUpdateUserInfo(play, person);
             qDebug() << "after emit update personInfo, userID:" << *id << ",userName:" << name;
         });
         if (serial != 0 && stands(screen, hScreen, play, serial))
@@ -136,17 +138,15 @@ int ZR_CALL ZRScreen_DelPerson(void* hScreen, void* pPlay, bool)
     ZR_ENTER_OR_RETURN(0);
     const boundary::CallSite here = ZR_CALL_SITE;
     here.log("thread,hPlay:") << pPlay;
-    return guarded(0, [&] {
-        const ScreenRef screen = g_screens.pin(hScreen);
-        if (!screen)
-            return 0;
+    return with(g_screens, hScreen, 0, [&](const ScreenRef& screen) {
         const PersonPin person = boundary::resolvePlay(screen, pPlay);
         // The handle is refused from here on, also by what the host calls from a message of this
         // very deletion. One whose participant has gone already is only taken back.
         if (!screen->deletePlay(pPlay))
             return 0;
         if (person)
-            emit QZRScreenConfig::getInstance()->modSignalDelPerson(person.get());
+            postToGallery(hScreen,
+                          [p = person.get()](QDlgScreen& gallery) { gallery.onModDelPerson(p); });
         here.log("thread,pPerson:") << static_cast<void*>(person.get());
         return 1;
     });
@@ -155,10 +155,7 @@ int ZR_CALL ZRScreen_DelPerson(void* hScreen, void* pPlay, bool)
 int ZR_CALL ZRScreen_PlayFrame(void* hScreen, void* pPlay, void* pWin32Frame)
 {
     ZR_ENTER_OR_RETURN(0);
-    return guarded(0, [&] {
-        const ScreenRef screen = g_screens.pin(hScreen);
-        if (!screen)
-            return 0;
+    return with(g_screens, hScreen, 0, [&](const ScreenRef& screen) {
         if (!pPlay) {
             qDebug() << "hPlay == nullptr failed";
             return 0;
@@ -171,7 +168,7 @@ int ZR_CALL ZRScreen_PlayFrame(void* hScreen, void* pPlay, void* pWin32Frame)
         if (!person)
             return 0;
         const auto frame = boundary::readFrame(pWin32Frame);
-        return frame && screen->m_pDlgMain->gallery()->playFrame(person.get(), &*frame) ? 1 : 0;
+        return frame && screen->m_pDlgMain->gallery()->takeFrame(*person, *frame) ? 1 : 0;
     });
 }
 
@@ -180,17 +177,14 @@ int ZR_CALL ZRScreen_SetPersonInfo(void* hScreen, void* pPlay, bool bSelf, int i
 {
     ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
-    return guarded(0, [&] {
-        const ScreenRef screen = g_screens.pin(hScreen);
+    return withPerson(hScreen, pPlay, [&](const ScreenRef& screen, const PersonPin& person) {
         const auto text = readUtf8(name);
-        if (!screen || !text)
-            return 0;
-        const PersonPin person = boundary::resolvePlay(screen, pPlay);
-        if (!person)
+        if (!text)
             return 0;
         screen->setPlayUserName(pPlay, *text);
-        emit QZRScreenConfig::getInstance()->modSignalPersonInfo(person.get(), bSelf, iRoleType,
-                                                                 *text, iIdentity);
+        postToGallery(hScreen, [=, p = person.get(), text = *text](QDlgScreen& gallery) {
+            gallery.onModPersonInfo(p, bSelf, iRoleType, text, iIdentity);
+        });
         return 1;
     });
 }
@@ -208,13 +202,7 @@ int ZR_CALL ZRScreen_SetVolume(void* hScreen, void* pPlay, int iVolume)
 {
     ZR_ENTER_OR_RETURN(0);
     const boundary::CallSite here = ZR_CALL_SITE;
-    return guarded(0, [&] {
-        const ScreenRef screen = g_screens.pin(hScreen);
-        if (!screen)
-            return 0;
-        const PersonPin person = boundary::resolvePlay(screen, pPlay);
-        if (!person)
-            return 0;
+    return withPerson(hScreen, pPlay, [&](const ScreenRef&, const PersonPin& person) {
         // Reports come ten times a second for everybody, and few change a microphone: only those
         // are logged and queued.
         if (QDlgScreen::noteVolume(*person, iVolume)) {
@@ -544,8 +532,8 @@ int ZR_CALL ZRScreen_SetVideoToolbarStatus(void* hScreen, tagRECT* pRect, bool b
     const auto rect = readRect(pRect);
     if (!rect)
         return 0;
-    return onHub(hScreen, [&rect, bShow](QZRScreenConfig& hub) {
-        emit hub.modSignalScreenToolbar(*rect, bShow);
+    return onGallery(hScreen, [rect = *rect, bShow](QDlgScreen& gallery) {
+        gallery.onModScreenToolbar(rect, bShow);
     });
 }
 

@@ -82,6 +82,8 @@ public:
     // --- Frames (qdlgscreen_frames.cpp) ---
     /// Takes one frame, on any thread; the caller has pinned the record. The frame record is
     /// readable; its picture is probed here. @return false when the frame was refused.
+    bool takeFrame(tagPersonInfo& person, const VantrelRTCVideoFrameQT& frame);
+    /// takeFrame for a participant who may be gone, which is logged.
     bool playFrame(void* pPerson, const VantrelRTCVideoFrameQT* frame);
 
     // --- Arrangement (qdlgscreen_layout.cpp) ---

@@ -25,34 +25,39 @@ bool QDlgScreen::playFrame(void* pPerson, const VantrelRTCVideoFrameQT* frame)
 {
     if (!pPerson || !frame)
         return false;
-    QZRScreenConfig& config = hub();
-    const PersonPin person = config.livePersons.pin(pPerson);
+    const PersonPin person = hub().livePersons.pin(pPerson);
     if (!person) {
         qDebug() << "xxxx playFrame pPerson had del failed";
         return false;
     }
-    if (!isPlayable(*frame)) {
+    return takeFrame(*person, *frame);
+}
+
+bool QDlgScreen::takeFrame(tagPersonInfo& person, const VantrelRTCVideoFrameQT& frame)
+{
+    if (!isPlayable(frame)) {
         // A media engine that sends one bad frame tends to send thousands.
-        if (!person->badFrameLogged.exchange(true))
-            qDebug() << "playFrame refused, userID:" << person->userID
-                     << ",pData:" << static_cast<const void*>(frame->pData)
-                     << ",width:" << frame->width << ",height:" << frame->height;
+        if (!person.badFrameLogged.exchange(true))
+            qDebug() << "playFrame refused, userID:" << person.userID
+                     << ",pData:" << static_cast<const void*>(frame.pData)
+                     << ",width:" << frame.width << ",height:" << frame.height;
         return false;
     }
-    person->badFrameLogged.store(false, std::memory_order_relaxed);
+    person.badFrameLogged.store(false, std::memory_order_relaxed);
+    QZRScreenConfig& config = hub();
     if (config.cacheFrame())
-        config.dumpFrame(*person.operator->(), *frame);
+        config.dumpFrame(person, frame);
     // A GUI thread that falls behind finds one signal for each participant in its queue, not one
     // for each frame.
-    const quint64 size = packedSize(frame->width, frame->height);
-    person->frames.fetch_add(1);
-    if (person->pendingFrameSize.exchange(size) != size)
-        emit config.playFrameUpdateUI(pPerson, static_cast<int>(frame->width),
-                                      static_cast<int>(frame->height));
-    person->dwLastFrameTick.store(platform::tickMs(), std::memory_order_relaxed);
-    person->pWidget->PlayFrame(*frame);
+    const quint64 size = packedSize(frame.width, frame.height);
+    person.frames.fetch_add(1);
+    if (person.pendingFrameSize.exchange(size) != size)
+        emit config.playFrameUpdateUI(&person, static_cast<int>(frame.width),
+                                      static_cast<int>(frame.height));
+    person.dwLastFrameTick.store(platform::tickMs(), std::memory_order_relaxed);
+    person.pWidget->PlayFrame(frame);
     if (m_pSpeakTool) // set before there are participants, and then left alone
-        m_pSpeakTool->playFrame(pPerson, *frame);
+        m_pSpeakTool->playFrame(&person, frame);
     return true;
 }
 

@@ -4,6 +4,8 @@
 
 #include "guithread.h"
 
+#include <QScopedValueRollback>
+
 #include <atomic>
 #include <mutex>
 #include <shared_mutex>
@@ -72,7 +74,7 @@ public:
         if (m_bGuiThread)
             return GuiThread::run(work);
         return GuiThread::run([this, &work] {
-            const Stay stay(m_object->pins.gui);
+            const QScopedValueRollback<int> stay(m_object->pins.gui, m_object->pins.gui + 1);
             work();
         });
     }
@@ -87,22 +89,6 @@ private:
         if (m_bGuiThread)
             ++m_object->pins.gui;
     }
-
-    class Stay
-    {
-    public:
-        explicit Stay(int& count)
-            : m_count(count)
-        {
-            ++m_count;
-        }
-        ~Stay() { --m_count; }
-        Stay(const Stay&) = delete;
-        Stay& operator=(const Stay&) = delete;
-
-    private:
-        int& m_count;
-    };
 
     T* m_object = nullptr;
     bool m_bGuiThread = false;

@@ -1,5 +1,6 @@
-// The hub: settings, the set of live participants, the subtitle store, the host callbacks, and
-// the signals through which host calls reach the gallery and the panels.
+// The hub: settings, the set of live participants, the subtitle store, the host callbacks, and the
+// signals by which tiles and panels ask for what is done above them, and all screens hear of what
+// is common to them. What a handle names one object for is called on that object.
 #pragma once
 
 #include "overlaystate.h"
@@ -200,12 +201,10 @@ public:
 signals:
     void notifyClickAudioCtrl(void* pPerson);
     void notifyClickMore(void* pPerson, int igPosRight);
-    void notifyDisplayOrder(bool bKeepFocusPerson = false);
     void notifyToolbar(QRect rc, bool bShow);
     void handleHandup(void* pPerson);
     void playFrameUpdateUI(void* pPerson, int iWidth, int iHeight);
     void clickPageCtl(QWidget*);
-    void notifyUpdatePersonInfo(void* pPlayHdl, void* pPerson);
     void notifyCurScreenMode(int iMode);
     void notifyAddSubtitle(int iIDidx);
     void notifyCleanSubtitle();
@@ -213,10 +212,27 @@ signals:
     void notifyExtPreview(QString qstrUserID, bool bPreview);
     /// The participant is on no extended screen any more.
     void notifyExtUserLeft(QString qstrUserID);
+    void modSignalAddSubtitle();
+    /// Something that all tiles depend on has changed. Any thread.
+    void sigRefreshPlayDlg();
+    /// What tiles show of the participant has changed. The record is alive; GUI thread.
+    void participantChanged(void* pPerson);
+    /// Images and sizes are other ones: see getImgPrefix and scaled.
+    void screenScaleChanged();
+
+    // --- What the host asks of all screens: it is the hub's state that every gallery follows ---
+    void notifyDisplayOrder(bool bKeepFocusPerson = false);
+    void modSignalSwitchMode(int eType);
+    void sigSetHideSmallWnd(bool);
+    void sigSwitchExtendScreen(bool, bool);
+    void sigSetVoiceActivateUser(QString);
+    void sigOpenLayoutPoll();
+
+    // --- Emitted by nobody: the names are given, and who hears them does as they say ---
+    void notifyUpdatePersonInfo(void* pPlayHdl, void* pPerson);
     void modSignalMove(QRect rc);
     void modSignalAllLook(void* pPerson, bool bAllLook);
     void modSignalPreviewMute(void*, bool);
-    void sigSetHideSmallWnd(bool);
     void modSignalDelPerson(void*);
     void modSignalLookLock(void* pPerson, bool bLockLook);
     void modSignalVideoSize(void* pPlayData, int iWidth, int iHeight);
@@ -228,24 +244,13 @@ signals:
     void modSignalPersonHandup(void*, bool);
     void modSignalAddPerson(void*);
     void modSignalFocusByUserID(QString qstrUserID, bool bVolActive = false);
-    void modSignalAddSubtitle();
-    void modSignalSwitchMode(int eType);
-    void sigSwitchExtendScreen(bool, bool);
     void sigPopSelfShareWnd(bool, bool);
-    void sigSetVoiceActivateUser(QString);
     void modSignalMoveSpeakTool(QPoint rc);
     void modSignalmousePressSpeakTool();
     void modSignalHideSpeakTool(bool bshare);
     void modSignalShowSpeakTool(bool bshare);
     void sigMoveSmallWnd(QPoint rc);
     void sigMousePressSmallWnd();
-    /// Something that all tiles depend on has changed. Any thread.
-    void sigRefreshPlayDlg();
-    void sigOpenLayoutPoll();
-    /// What tiles show of the participant has changed. The record is alive; GUI thread.
-    void participantChanged(void* pPerson);
-    /// Images and sizes are other ones: see getImgPrefix and scaled.
-    void screenScaleChanged();
 
 private:
     QZRScreenConfig();
