@@ -79,8 +79,8 @@ void TestExtScreen::aHostThatThrowsKeepsNothingBack()
         nullptr, [](unsigned long, unsigned long long, long long) -> int { throw 1; });
     ext->m_pDlg->updatePersonInfo(&data, "u1", false, 1, "Ann", 0);
     QVERIFY_EXCEPTION_THROWN(ext->m_pDlg->onExtPlayWidgetLBtnClick(ext->m_pDlg->tile()), int);
-    releaseExtScreen(ext);
-    QVERIFY(!isAnyExtScreenLeft()); // nobody is inside
+    g_extScreens.release(ext);
+    QVERIFY(!HubUser::isAny()); // nobody is inside
 }
 
 ZR_WIDGET_TEST_MAIN(TestExtScreen)

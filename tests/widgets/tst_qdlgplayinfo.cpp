@@ -302,7 +302,7 @@ void TestOverlay::clicksOnControlsReachTheHub()
         return audio.count() + more.count() + hand.count();
     };
     QCOMPARE(clicks(), 0); // the participant has gone
-    hub->addLivePerson(m_person.get());
+    hub->livePersons.insert(m_person.get());
     m_overlay->setPlace(zr::TilePlace::ExtScreen);
     QCOMPARE(clicks(), 0);
     m_overlay->setPlace(zr::TilePlace::Gallery);
@@ -383,7 +383,7 @@ void TestOverlay::accessibleTile()
     QCOMPARE(announced([this] { m_person->iVolume = 80; }), QList<int>());
 
     QZRScreenConfig* hub = QZRScreenConfig::getInstance();
-    hub->addLivePerson(m_person.get());
+    hub->livePersons.insert(m_person.get());
     auto tile = std::make_unique<CPlayWidget>(m_window.get(), false);
     tile->setGeometry(0, 0, 400, 300);
     tile->playInfo()->resize(400, 300);
@@ -401,7 +401,7 @@ void TestOverlay::accessibleTile()
     actions->doAction(QStringLiteral("lowerHand"));
     actions->doAction(QStringLiteral("unknown"));
     QCOMPARE(audio.count(), 1);
-    hub->removeLivePerson(m_person.get()); // has left
+    hub->livePersons.remove(m_person.get()); // has left
     QCOMPARE(actions->actionNames(), QStringList());
     actions->doAction(QStringLiteral("microphone"));
     QCOMPARE(audio.count(), 1);

@@ -1,6 +1,7 @@
 // The hub: what several threads and several hosts share.
 #include "testsupport.h"
 
+#include "hostcall.h"
 #include "qzrscreenconfig.h"
 
 #include <QFile>
@@ -95,24 +96,24 @@ void TestHub::broadcastSurvivesUnregistering()
         };
     hub().broadcast(ZRMSG_TILE_CLICK, 0, 0);
     QCOMPARE(callbacks[0].calls + callbacks[1].calls + callbacks[2].calls, 1);
-    QCOMPARE(hub().broadcastDepth(), 0);
+    QVERIFY(!HostCall::isInside());
     QVERIFY(!hub().unregisterUICallback(&callbacks[0]));
 }
 
 void TestHub::pinsKeepRecordsInSight()
 {
     tagPersonInfo person;
-    QVERIFY(!hub().pinPerson(&person));
-    hub().addLivePerson(&person);
+    QVERIFY(!hub().livePersons.pin(&person));
+    hub().livePersons.insert(&person);
     {
-        PersonPin pin = hub().pinPerson(&person);
+        PersonPin pin = hub().livePersons.pin(&person);
         const PersonPin moved = std::move(pin);
-        QCOMPARE(person.pins.load(), 1);
-        hub().removeLivePerson(&person);
-        QVERIFY(!hub().pinPerson(&person));
-        QCOMPARE(person.pins.load(), 1);
+        QCOMPARE(person.pins.all.load(), 1);
+        hub().livePersons.remove(&person);
+        QVERIFY(!hub().livePersons.pin(&person));
+        QCOMPARE(person.pins.all.load(), 1);
     }
-    QCOMPARE(person.pins.load(), 0);
+    QCOMPARE(person.pins.all.load(), 0);
 }
 
 void TestHub::isSharedByThreads()
@@ -125,9 +126,9 @@ void TestHub::isSharedByThreads()
             for (int i = 0; !stop; ++i) {
                 hub().AddOneSubtitle(i % 100, t, "speaker", "text");
                 hub().setShareSponsor(QString::number(i));
-                hub().addLivePerson(&person);
-                (void)hub().pinPerson(&person);
-                hub().removeLivePerson(&person);
+                hub().livePersons.insert(&person);
+                (void)hub().livePersons.pin(&person);
+                hub().livePersons.remove(&person);
             }
         });
     }

@@ -214,18 +214,18 @@ void TestTextControls::maySurviveItsRelease()
         auto* const edit = new QMyLineEdit;
         const QPointer<QMyLineEdit> watched(edit);
         show(*edit);
-        adoptLineEdit(edit);
+        g_lineEdits.insert(edit);
         Inbox inbox;
-        inbox.onMessage = [edit] { releaseLineEdit(edit); };
+        inbox.onMessage = [edit] { g_lineEdits.release(edit); };
         if (byTab)
             QTest::keyClick(edit, Qt::Key_Tab);
         else
             QTest::mousePress(edit, Qt::LeftButton);
         QVERIFY(!watched || !watched->isVisible());
-        QVERIFY(!liveLineEdit(edit));
+        QVERIFY(!g_lineEdits.contains(edit));
         QTRY_VERIFY(!watched);
     }
-    releaseAllControls();
+    releaseAllHandles();
 }
 
 void TestTextControls::ownsItsValidator()

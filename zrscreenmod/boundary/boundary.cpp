@@ -13,16 +13,13 @@ namespace {
 
 std::atomic<bool> s_closed{false};
 
-/// No text of a meeting is longer; a stray pointer into a large block looks like one.
-constexpr qptrdiff kMaxTextBytes = qptrdiff(1024) * 1024;
-
 /// Length of a text, 0 for null, -1 with a log line when its memory cannot be read.
 qptrdiff textLength(const char* text)
 {
     if (!text)
         return 0;
     const qptrdiff length = platform::readableStringLength(text);
-    if (length < 0 || length > kMaxTextBytes) {
+    if (length < 0 || length > qptrdiff(kMaxTextBytes)) {
         qDebug() << "unreadable or overlong text refused:" << static_cast<const void*>(text);
         return -1;
     }
@@ -84,15 +81,32 @@ std::optional<QRect> readRect(const tagRECT* pRect)
                  span(edges[1], edges[3]));
 }
 
-PlayRef resolvePlay(const ScreenRef& screen, void* pPlay, const char* deletedText)
+std::optional<VantrelRTCVideoFrameQT> readFrame(const void* pFrame)
+{
+    if (!platform::isReadable(pFrame, sizeof(VantrelRTCVideoFrameQT))) {
+        qDebug() << "IsBadReadPtr(pWin32Frame, sizeof(VantrelRTCVideoFrameQT)) failed";
+        return std::nullopt;
+    }
+    return *static_cast<const VantrelRTCVideoFrameQT*>(pFrame);
+}
+
+bool isCallable(ZRNotify notify)
+{
+    if (!notify || platform::isReadable(reinterpret_cast<const void*>(notify), 1))
+        return true;
+    qDebug() << "unreadable notification function refused";
+    return false;
+}
+
+PersonPin resolvePlay(const ScreenRef& screen, void* pPlay, const char* deletedText)
 {
     if (!pPlay) {
         qDebug() << "hPlay == nullptr failed";
         return {};
     }
-    PlayRef play;
+    const tagPersonInfo* known = nullptr;
     quint64 serial = 0;
-    switch (screen->findPlay(pPlay, &play.person, &serial)) {
+    switch (screen->findPlay(pPlay, &known, &serial)) {
     case PlayHandleState::Valid:
         break;
     case PlayHandleState::Deleted:
@@ -105,13 +119,13 @@ PlayRef resolvePlay(const ScreenRef& screen, void* pPlay, const char* deletedTex
         qDebug() << "hPlay is no play handle of this screen failed";
         return {};
     }
-    play.pin = QZRScreenConfig::getInstance()->pinPerson(play.person);
+    PersonPin person = QZRScreenConfig::getInstance()->livePersons.pin(known);
     // Another participant may have been given the address of the one that is gone.
-    if (!play.pin || play.pin->serial != serial) {
+    if (!person || person->serial != serial) {
         qDebug() << "IsBadReadPtr(pPlay->pPlayData, sizeof(ST_PersonInfo)) failed";
         return {};
     }
-    return play;
+    return person;
 }
 
 void logException(const char* what)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "guithread.h"
+#include "libraryentry.h"
 #include "qdlgmain.h"
 #include "qdlgscreen.h"
 #include "qzrscreenconfig.h"
@@ -11,6 +12,7 @@
 #include <QDebug>
 #include <QThread>
 
+#include <cstddef>
 #include <exception>
 #include <optional>
 #include <utility>
@@ -30,16 +32,21 @@ void closeForGood();
 /// a log line, for null and for memory that cannot be read.
 [[nodiscard]] std::optional<QRect> readRect(const tagRECT* pRect);
 
-/// A checked play handle: the participant, kept in memory.
-struct PlayRef
-{
-    PersonPin pin;
-    tagPersonInfo* person = nullptr;
-};
-/// Checks a play handle of a screen. @return an empty reference, and a log line, for a handle that
-/// is null, deleted, unreadable or foreign, or whose participant is gone.
+/// Copies the record of a frame: what was checked is what is played, whatever the caller's other
+/// threads do. @return nothing, and a log line, when the memory cannot be read.
+[[nodiscard]] std::optional<VantrelRTCVideoFrameQT> readFrame(const void* pFrame);
+/// Whether a notification function of the host's can be called, if there is one. @return false, and
+/// a log line, when its memory cannot be read.
+[[nodiscard]] bool isCallable(ZRNotify notify);
+
+/// The host's texts are no longer than this, in bytes; a stray pointer into a large block, or a
+/// record of another library's, looks like one that is.
+constexpr std::size_t kMaxTextBytes = std::size_t(1024) * 1024;
+
+/// Checks a play handle of a screen. @return an empty pin, and a log line, for a handle that is
+/// null, deleted, unreadable or foreign, or whose participant is gone.
 /// @param deletedText what is logged for a deleted one
-[[nodiscard]] PlayRef
+[[nodiscard]] PersonPin
 resolvePlay(const ScreenRef& screen, void* pPlay,
             const char* deletedText = "iter != pScreen->mapHadDelPlay.end() failed");
 
@@ -75,28 +82,56 @@ Result guarded(Result failure, Body&& body) noexcept
     return failure;
 }
 
-/// Runs `body(hub)` on the calling thread, for a valid screen. @return 1, or 0 for an invalid one
-template<typename Body>
-int onHub(void* hScreen, Body&& body) noexcept
+/// Has the GUI thread make something for a host with `build()`, and waits. @return its handle; null
+/// when it was not made
+template<typename Build>
+void* buildHandle(Build&& build)
 {
-    return guarded(0, [&] {
-        const ScreenRef screen(hScreen);
-        if (!screen)
-            return 0;
-        body(*QZRScreenConfig::getInstance());
-        return 1;
+    void* handle = nullptr;
+    const bool done = zr::buildForHost([&] { handle = build(); });
+    return done ? handle : nullptr;
+}
+
+/// Has the GUI thread release what a handle stands for, and waits. Nothing for a null handle.
+template<typename T>
+void releaseHandle(HostHandles<T>& handles, const void* handle) noexcept
+{
+    if (handle) {
+        guarded(false,
+                [&] { return GuiThread::run([&handles, handle] { handles.release(handle); }); });
+    }
+}
+
+/// Runs `body(pin)` on the calling thread. @return its result, or `failure` for an invalid handle
+template<typename Result, typename T, typename Body>
+Result with(const HostHandles<T>& handles, const void* handle, Result failure, Body&& body) noexcept
+{
+    return guarded(failure, [&]() -> Result {
+        const Pin<T> object = handles.pin(handle);
+        return object ? body(object) : failure;
     });
 }
 
-/// Runs `body(gallery)` on the GUI thread: at once when called there, else queued in order. A
-/// screen that is released meanwhile drops it.
+/// As with, for a participant of a screen: `body(screen, person)`. @return 0 for an invalid screen
+/// or play handle
 template<typename Body>
-void postToGallery(void* hScreen, Body body)
+int withPerson(const void* hScreen, void* pPlay, Body&& body,
+               const char* deletedText = "iter != pScreen->mapHadDelPlay.end() failed") noexcept
 {
-    const auto work = [hScreen, body] {
-        const ScreenRef screen(hScreen);
-        if (screen)
-            body(*screen->m_pDlgMain->gallery());
+    return with(g_screens, hScreen, 0, [&](const ScreenRef& screen) {
+        const PersonPin person = resolvePlay(screen, pPlay, deletedText);
+        return person ? body(screen, person) : 0;
+    });
+}
+
+/// Runs `body(object)` on the GUI thread: at once when called there, else queued in order. An
+/// object that is released meanwhile drops it.
+template<typename T, typename Body>
+void post(const HostHandles<T>& handles, const void* handle, Body body)
+{
+    const auto work = [&handles, handle, body] {
+        if (const Pin<T> object = handles.pin(handle))
+            body(*object);
     };
     if (GuiThread::isCurrent())
         work();
@@ -104,15 +139,56 @@ void postToGallery(void* hScreen, Body body)
         GuiThread::post(work);
 }
 
+/// post for an embedded control. Nothing for a null handle.
+template<typename T, typename Body>
+void onControl(const HostHandles<T>& controls, const void* handle, Body body) noexcept
+{
+    guarded(false, [&] {
+        if (handle) {
+            post(controls, handle, [body](T& control) {
+                const HostCall call; // on Windows a change of focus or parent calls the host
+                body(control);
+            });
+        }
+        return true;
+    });
+}
+
+/// Runs `body(object)` on the GUI thread, waits and returns its result, or `failure` for an invalid
+/// handle and when the GUI thread does not come to it.
+template<typename Result, typename T, typename Body>
+Result ask(const HostHandles<T>& handles, const void* handle, Result failure, Body&& body) noexcept
+{
+    return with(handles, handle, failure, [&](const Pin<T>& object) {
+        Result result = failure;
+        const auto work = [&] { result = body(*object); };
+        return object.runOnGuiThread(work) ? result : failure; // which logs why not
+    });
+}
+
+/// Runs `body(hub)` on the calling thread, for a valid screen. @return 1, or 0 for an invalid one
+template<typename Body>
+int onHub(void* hScreen, Body&& body) noexcept
+{
+    return with(g_screens, hScreen, 0, [&body](const ScreenRef&) {
+        body(*QZRScreenConfig::getInstance());
+        return 1;
+    });
+}
+
+/// Posts `body(gallery)` for a screen.
+template<typename Body>
+void postToGallery(void* hScreen, Body body)
+{
+    post(g_screens, hScreen,
+         [body](const ST_ZRScreenHdl& screen) { body(*screen.m_pDlgMain->gallery()); });
+}
+
 /// postToGallery for a valid screen. @return 1, or 0 for an invalid one
 template<typename Body>
 int onGallery(void* hScreen, Body body) noexcept
 {
-    return guarded(0, [&] {
-        if (!IsVaildScreenHandle(hScreen)) {
-            qDebug() << "IsVaildScreenHandle failed";
-            return 0;
-        }
+    return with(g_screens, hScreen, 0, [&](const ScreenRef&) {
         postToGallery(hScreen, std::move(body));
         return 1;
     });
@@ -124,43 +200,28 @@ template<typename Body>
 int onPerson(void* hScreen, void* pPlay, Body body,
              const char* deletedText = "iter != pScreen->mapHadDelPlay.end() failed") noexcept
 {
-    return guarded(0, [&] {
-        const ScreenRef screen(hScreen);
-        if (!screen)
-            return 0;
-        // The pin is held until the work is queued: the record is freed behind it.
-        const PlayRef play = resolvePlay(screen, pPlay, deletedText);
-        if (!play.person)
-            return 0;
-        postToGallery(hScreen,
-                      [body, person = play.person](QDlgScreen& gallery) { body(gallery, person); });
+    // The pin is held until the work is queued: the record is freed behind it.
+    const auto queue = [&](const ScreenRef&, const PersonPin& person) {
+        postToGallery(hScreen, [body, p = person.get()](QDlgScreen& gallery) { body(gallery, p); });
         return 1;
-    });
+    };
+    return withPerson(hScreen, pPlay, queue, deletedText);
 }
 
-/// Runs `body(frameDialog)` on the GUI thread and returns its result.
+/// Asks `body(frameDialog)` of a screen.
 template<typename Result, typename Body>
 Result askDialog(void* hScreen, Result failure, Body&& body) noexcept
 {
-    return guarded(failure, [&]() -> Result {
-        const ScreenRef screen(hScreen);
-        if (!screen)
-            return failure;
-        Result result = failure;
-        const auto work = [&] {
-            const GuiStay stay(screen);
-            result = body(*screen->m_pDlgMain);
-        };
-        return GuiThread::run(work) ? result : failure; // which logs why not
-    });
+    return ask(g_screens, hScreen, failure,
+               [&body](const ST_ZRScreenHdl& screen) { return body(*screen.m_pDlgMain); });
 }
 
-/// Runs `body(gallery)` on the GUI thread and returns its result.
+/// Asks `body(gallery)` of a screen.
 template<typename Result, typename Body>
 Result askGallery(void* hScreen, Result failure, Body&& body) noexcept
 {
     return askDialog(hScreen, failure,
-                     [&body](QDlgMain& dialog) -> Result { return body(*dialog.gallery()); });
+                     [&body](QDlgMain& dialog) { return body(*dialog.gallery()); });
 }
 
 } // namespace boundary

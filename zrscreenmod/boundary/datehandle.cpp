@@ -11,6 +11,7 @@
 #include <QScreen>
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -35,21 +36,19 @@ std::vector<QRect> visibleAreas(const ST_ZRDateHdl& picker)
     return areas;
 }
 
-void destroyDatePicker(ST_ZRDateHdl* picker)
+/// The host gets the keys before the picker goes, and hears of nothing from here on.
+void silence(ST_ZRDateHdl& picker)
 {
-    QZRScreenConfig::getInstance()->unregisterDateCallback(picker->m_pCallback);
-    delete picker->m_pWidget;
-    delete picker->m_pCallback;
-    delete picker;
+    QZRScreenConfig::getInstance()->unregisterDateCallback(&picker.m_callback);
+    platform::returnKeyboardFocus(picker.m_pWidget->winId());
 }
 
 } // namespace
 
-bool CWin32DateCallback::UIMsgNotify(unsigned long dwMsg, unsigned long long wParam,
-                                     long long lParam)
-{
-    return forwardToHost(m_pHandle, dwMsg, wParam, lParam);
-}
+HostHandles<ST_ZRDateHdl> g_datePickers({logNoControl, silence,
+                                         [](ST_ZRDateHdl& picker) { picker.m_pWidget->hide(); }});
+
+ST_ZRDateHdl::~ST_ZRDateHdl() = default;
 
 ST_ZRDateHdl* createDatePicker(HWND hParent, ZRNotify notify)
 {
@@ -64,18 +63,17 @@ ST_ZRDateHdl* createDatePicker(HWND hParent, ZRNotify notify)
     }
     auto* const picker = new ST_ZRDateHdl;
     picker->m_hostNotify = notify;
-    picker->m_pWidget = widget.release();
-    picker->m_pCallback = new CWin32DateCallback;
-    picker->m_pCallback->m_pHandle = picker;
     picker->m_hParent = hParent;
-    QZRScreenConfig::getInstance()->registerDateCallback(picker->m_pCallback);
-    adoptDatePicker(picker, picker->m_pWidget, [picker] { destroyDatePicker(picker); });
+    picker->m_pWidget = std::move(widget);
+    picker->m_callback.m_pHandle = picker;
+    QZRScreenConfig::getInstance()->registerDateCallback(&picker->m_callback);
+    g_datePickers.insert(picker);
     return picker;
 }
 
 void openDatePicker(ST_ZRDateHdl& picker, const QPoint& at)
 {
-    SelectDateTimeWidget* const widget = picker.m_pWidget;
+    SelectDateTimeWidget* const widget = picker.m_pWidget.get();
     widget->refreshInterface();
     platform::placeWindow(
         widget->winId(),

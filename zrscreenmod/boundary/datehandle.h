@@ -1,30 +1,26 @@
-// The record behind the handle of a date picker.
+// The date pickers that hosts have.
 #pragma once
 
-#include "uimsgcallback.h"
+#include "hosthandles.h"
 #include "zrcontrols.h"
 
 #include <QPoint>
 
+#include <memory>
+
 class SelectDateTimeWidget;
-struct ST_ZRDateHdl;
 
-/// Forwards the date pickers' messages to the host of one of them.
-class CWin32DateCallback : public CAbsUIMsgCallback
+/// A date picker. Created by createDatePicker; GUI thread.
+struct ST_ZRDateHdl : HostHandle
 {
-public:
-    bool UIMsgNotify(unsigned long dwMsg, unsigned long long wParam, long long lParam) override;
-    ST_ZRDateHdl* m_pHandle = nullptr; ///< the picker that owns this callback
+    ~ST_ZRDateHdl();
+
+    std::unique_ptr<SelectDateTimeWidget> m_pWidget; ///< non-null for the handle's whole life
+    CWin32DateCallback m_callback;
+    PinCount pins;
 };
 
-/// A date picker. Created by createDatePicker, destroyed by its registry; GUI thread.
-struct ST_ZRDateHdl
-{
-    ZRNotify m_hostNotify = nullptr;
-    SelectDateTimeWidget* m_pWidget = nullptr; ///< owned
-    CWin32DateCallback* m_pCallback = nullptr; ///< owned
-    HWND m_hParent = nullptr;                  ///< the parent given at creation
-};
+extern HostHandles<ST_ZRDateHdl> g_datePickers;
 
 /// Builds a picker inside `hParent`, hidden, and registers it. @return null when the system refuses
 /// the parent. GUI thread.

@@ -1,14 +1,12 @@
 #include "libraryentry.h"
 
 #include "boundary.h"
-#include "controlhandle.h"
 #include "diagnostics.h"
-#include "exthandle.h"
 #include "guithread.h"
+#include "hosthandles.h"
 #include "platform.h"
 #include "qmylogthread.h"
 #include "qzrscreenconfig.h"
-#include "screenhandle.h"
 
 #include <QApplication>
 #include <QDebug>
@@ -57,9 +55,7 @@ constexpr std::chrono::seconds kGuiThreadTimeout(1);
 void destroyInterface()
 {
     delete std::exchange(g_pRegistrationTimer, nullptr);
-    releaseAllControls();
-    releaseAllExtScreens();
-    releaseAllScreens();
+    releaseAllHandles();
     QZRScreenConfig::destroyInstance();
 }
 
@@ -266,8 +262,7 @@ void endWithProcess()
             std::this_thread::sleep_for(std::chrono::seconds(5));
         });
     }
-    abandonAllScreens();
-    abandonAllExtScreens();
+    abandonAllHandles();
     GuiThread::shutdown();
     closeLog(dropLogMessages);
     // The host may still unload the module, in a destructor of its own.

@@ -1,21 +1,18 @@
 // The exports of the embedded text controls. Each checks and converts its arguments, logs, and
 // delegates to the GUI thread.
 #include "boundary.h"
-#include "controlboundary.h"
 #include "controlhandle.h"
-#include "libraryentry.h"
 #include "platform.h"
-#include "qdlgtextedit.h"
-#include "qmylineedit.h"
 #include "qmytextedit.h"
 
 #include <QByteArray>
 #include <QColor>
 
 #include <memory>
+#include <optional>
+#include <utility>
 
 using boundary::guarded;
-using boundary::onControl;
 using boundary::readRect;
 using boundary::readUtf8;
 
@@ -23,12 +20,9 @@ namespace {
 
 /// Runs `body(edit)` on the GUI thread for a live line edit.
 template<typename Body>
-void onLineEdit(void* h, Body body) noexcept
+void onLineEdit(const void* h, Body body) noexcept
 {
-    onControl(h, [h, body] {
-        if (QMyLineEdit* const edit = liveLineEdit(h))
-            body(*edit);
-    });
+    boundary::onControl(g_lineEdits, h, std::move(body));
 }
 
 /// As onLineEdit, with a text of the host's: `body(edit, text)`.
@@ -56,19 +50,17 @@ bool embed(QWidget& widget, HWND parent, const QRect& rect)
     return true;
 }
 
-/// Builds a control on the GUI thread with `make()`, embeds and adopts it. @return its handle
-template<typename Make, typename Adopt>
-void* createControl(HWND parent, const QRect& rect, Make make, Adopt adopt)
+/// Builds a control on the GUI thread with `make()` and embeds it. @return its handle
+template<typename T, typename Make>
+void* createControl(HostHandles<T>& handles, HWND parent, const QRect& rect, Make make)
 {
-    void* handle = nullptr;
-    const bool done = zr::buildForHost([&] {
+    return boundary::buildHandle([&]() -> void* {
         auto control = make();
         if (!embed(*control, parent, rect))
-            return;
-        handle = control.get();
-        adopt(control.release());
+            return nullptr;
+        handles.insert(control.get());
+        return control.release();
     });
-    return done ? handle : nullptr;
 }
 
 /// Qt's own books on a widget. Written to from outside, they make it use memory that is not there.
@@ -131,7 +123,7 @@ void* ZR_CALL ZRCtrl_QLineEdit_Init(HWND parent, tagRECT* rc, const char* placeh
             edit->setPlaceholderText(*text);
             return edit;
         };
-        return createControl(parent, *rect, make, adoptLineEdit);
+        return createControl(g_lineEdits, parent, *rect, make);
     });
 }
 
@@ -139,8 +131,7 @@ void ZR_CALL ZRCtrl_QLineEdit_Release(void* h)
 {
     ZR_ENTER_OR_RETURN();
     ZR_LOG_THREAD("current thread:");
-    if (h)
-        guarded(false, [h] { return GuiThread::run([h] { releaseLineEdit(h); }); });
+    boundary::releaseHandle(g_lineEdits, h);
 }
 
 void ZR_CALL ZRCtrl_QLineEdit_SetParent(void* h, HWND parent)
@@ -174,19 +165,13 @@ int ZR_CALL ZRCtrl_QLineEdit_GetText(void* h, char* buf, int& len)
             qDebug() << "unreadable length refused";
             return kInvalid;
         }
-        QByteArray text;
-        bool live = false;
-        const bool ran = GuiThread::run([&] {
-            if (const QMyLineEdit* const edit = liveLineEdit(h)) {
-                text = edit->text().toUtf8();
-                live = true;
-            }
-        });
-        if (!ran || !live)
+        const auto read = [](const QMyLineEdit& edit) { return edit.text().toUtf8(); };
+        const auto text = boundary::ask(g_lineEdits, h, std::optional<QByteArray>(), read);
+        if (!text)
             return kInvalid;
-        const int size = text.size();
+        const int size = text->size();
         const auto needed = static_cast<std::size_t>(size) + 1;
-        const bool copied = size < len && platform::copyToHost(buf, text.constData(), needed);
+        const bool copied = size < len && platform::copyToHost(buf, text->constData(), needed);
         const int written = copied ? size : 0;
         if (!platform::copyToHost(&len, &written, sizeof len)) {
             qDebug() << "read-only length refused";
@@ -326,9 +311,8 @@ void* ZR_CALL ZRCtrl_QTextEdit_Init(HWND parent, tagRECT* rc, unsigned char r, u
         const auto rect = readRect(rc);
         if (!rect)
             return nullptr;
-        return createControl(
-            parent, *rect, [=] { return std::make_unique<QDlgTextEdit>(QColor(r, g, b)); },
-            adoptTextEdit);
+        return createControl(g_textEdits, parent, *rect,
+                             [=] { return std::make_unique<QDlgTextEdit>(QColor(r, g, b)); });
     });
 }
 
@@ -336,8 +320,7 @@ void ZR_CALL ZRCtrl_QTextEdit_Release(void* h)
 {
     ZR_ENTER_OR_RETURN();
     ZR_LOG_THREAD("current thread:");
-    if (h)
-        guarded(false, [h] { return GuiThread::run([h] { releaseTextEdit(h); }); });
+    boundary::releaseHandle(g_textEdits, h);
 }
 
 void ZR_CALL ZRCtrl_QTextEdit_SetText(void* h, const char* text)
@@ -346,9 +329,8 @@ void ZR_CALL ZRCtrl_QTextEdit_SetText(void* h, const char* text)
     ZR_LOG_THREAD("current thread:");
     guarded(false, [&] {
         if (const auto string = readUtf8(text)) {
-            onControl(h, [h, string = *string] {
-                if (QDlgTextEdit* const box = liveTextEdit(h))
-                    box->textEdit()->setText(string);
+            boundary::onControl(g_textEdits, h, [string = *string](QDlgTextEdit& box) {
+                box.textEdit()->setText(string);
             });
         }
         return true;

@@ -1,62 +1,45 @@
 // The exports of the extended screen. Each checks and converts its arguments, logs, and delegates.
 #include "boundary.h"
-#include "controlboundary.h"
 #include "dlgextscreen.h"
 #include "exthandle.h"
-#include "libraryentry.h"
-#include "platform.h"
+
+#include <utility>
 
 using boundary::guarded;
 using boundary::readLocal8Bit;
 using boundary::readRect;
 using boundary::readUtf8;
+using boundary::with;
 
 namespace {
 
-/// Runs `body(dialog)` on the GUI thread: at once when called there, else queued in order. An
-/// extended screen that is released meanwhile drops it.
+/// Posts `body(dialog)` for an extended screen.
 template<typename Body>
-void postToExt(void* h, Body body)
+void postToExt(const void* h, Body body)
 {
-    const auto work = [h, body] {
-        if (const ExtRef ext{h})
-            body(*ext.operator->());
-    };
-    if (GuiThread::isCurrent())
-        work();
-    else
-        GuiThread::post(work);
+    boundary::post(g_extScreens, h, [body](const ST_ZRExtHdl& ext) { body(*ext.m_pDlg); });
 }
 
 /// postToExt for a valid handle whose dialog `accepts` the call, on any thread; only then the call
 /// is logged. @return 1, or 0
 template<typename Accepts, typename Body>
-int onExt(void* h, const boundary::CallSite& here, Accepts&& accepts, Body body) noexcept
+int onExt(const void* h, const boundary::CallSite& here, Accepts&& accepts, Body body) noexcept
 {
-    return guarded(0, [&] {
-        {
-            const ExtRef ext(h);
-            if (!ext || !accepts(*ext.operator->()))
-                return 0;
-        }
+    return with(g_extScreens, h, 0, [&](const ExtRef& ext) {
+        if (!accepts(*ext->m_pDlg))
+            return 0;
         here.log("thread:");
         postToExt(h, std::move(body));
         return 1;
     });
 }
 
-/// Runs `body(dialog)` on the GUI thread and returns its result.
+/// Asks `body(dialog)` of an extended screen.
 template<typename Result, typename Body>
-Result askExt(void* h, Result failure, Body&& body) noexcept
+Result askExt(const void* h, Result failure, Body&& body) noexcept
 {
-    return guarded(failure, [&]() -> Result {
-        Result result = failure;
-        const auto work = [&] {
-            if (const ExtRef ext{h})
-                result = body(*ext.operator->());
-        };
-        return GuiThread::run(work) ? result : failure; // which logs why not
-    });
+    return boundary::ask(g_extScreens, h, failure,
+                         [&body](const ST_ZRExtHdl& ext) { return body(*ext.m_pDlg); });
 }
 
 bool hasPerson(const QDlgExtScreen& dialog)
@@ -71,13 +54,9 @@ void* ZR_CALL ZRScreenExt_Init(HWND parent, ZRNotify notify)
     ZR_ENTER_OR_RETURN(nullptr);
     ZR_LOG_THREAD("thread:");
     return guarded<void*>(nullptr, [&]() -> void* {
-        if (notify && !platform::isReadable(reinterpret_cast<const void*>(notify), 1)) {
-            qDebug() << "unreadable notification function refused";
+        if (!boundary::isCallable(notify))
             return nullptr;
-        }
-        void* ext = nullptr;
-        const bool done = zr::buildForHost([&] { ext = createExtScreen(parent, notify); });
-        return done ? ext : nullptr;
+        return boundary::buildHandle([&] { return createExtScreen(parent, notify); });
     });
 }
 
@@ -85,8 +64,7 @@ void ZR_CALL ZRScreenExt_Release(void* h)
 {
     ZR_ENTER_OR_RETURN();
     ZR_LOG_THREAD("thread:");
-    if (h)
-        guarded(false, [h] { return GuiThread::run([h] { releaseExtScreen(h); }); });
+    boundary::releaseHandle(g_extScreens, h);
 }
 
 int ZR_CALL ZRScreenExt_Move(void* h, tagRECT* rc, int)
@@ -129,21 +107,13 @@ int ZR_CALL ZRScreenExt_SetPersonInfo(void* h, void* pUserData, const char* user
 int ZR_CALL ZRScreenExt_PlayFrame(void* h, void* pFrame)
 {
     ZR_ENTER_OR_RETURN(0);
-    return guarded(0, [&] {
-        const ExtRef ext(h);
-        if (!ext)
-            return 0;
+    return with(g_extScreens, h, 0, [&](const ExtRef& ext) {
         if (!pFrame) {
             qDebug() << "pWin32Frame == nullptr";
             return 0;
         }
-        if (!platform::isReadable(pFrame, sizeof(VantrelRTCVideoFrameQT))) {
-            qDebug() << "IsBadReadPtr(pWin32Frame, sizeof(VantrelRTCVideoFrameQT)) failed";
-            return 0;
-        }
-        // A copy: what is checked is what is played, whatever the caller's other threads do.
-        const VantrelRTCVideoFrameQT frame = *static_cast<VantrelRTCVideoFrameQT*>(pFrame);
-        return ext->playFrame(frame) ? 1 : 0;
+        const auto frame = boundary::readFrame(pFrame);
+        return frame && ext->m_pDlg->playFrame(*frame) ? 1 : 0;
     });
 }
 
@@ -174,10 +144,9 @@ int ZR_CALL ZRScreenExt_SetVolume(void* h, const char* userId, int iVolume)
     if (!h)
         return 0;
     const boundary::CallSite here = ZR_CALL_SITE;
-    return guarded(0, [&] {
+    return with(g_extScreens, h, 0, [&](const ExtRef& ext) {
         const auto id = readLocal8Bit(userId);
-        const ExtRef ext(h);
-        if (!id || !ext || !ext->isPerson(*id))
+        if (!id || !ext->m_pDlg->isPerson(*id))
             return 0;
         // Many reports change no microphone; only the others are logged.
         postToExt(h, [here, id = *id, iVolume](QDlgExtScreen& dialog) {

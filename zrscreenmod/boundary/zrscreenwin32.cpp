@@ -1,6 +1,5 @@
 // The exports of the screen. Each checks and converts its arguments, logs, and delegates.
 #include "boundary.h"
-#include "libraryentry.h"
 #include "platform.h"
 
 using boundary::askDialog;
@@ -13,6 +12,8 @@ using boundary::postToGallery;
 using boundary::readLocal8Bit;
 using boundary::readRect;
 using boundary::readUtf8;
+using boundary::with;
+using boundary::withPerson;
 
 namespace {
 
@@ -20,12 +21,10 @@ namespace {
 /// deleted them, and added others, from inside the message about it.
 bool stands(const ScreenRef& screen, void* hScreen, void* play, quint64 serial)
 {
-    if (!IsVaildScreenHandle(hScreen)) {
-        qDebug() << "IsVaildScreenHandle failed";
+    if (!IsVaildScreenHandle(hScreen))
         return false;
-    }
-    const boundary::PlayRef found = boundary::resolvePlay(screen, play);
-    return found.person && found.person->serial == serial;
+    const PersonPin found = boundary::resolvePlay(screen, play);
+    return found && found->serial == serial;
 }
 
 } // namespace
@@ -37,18 +36,15 @@ void* ZR_CALL ZRScreen_Init(HWND hParent, ZRNotify notify)
     ZR_ENTER_OR_RETURN(nullptr);
     ZR_LOG_THREAD("thread:");
     return guarded<void*>(nullptr, [&]() -> void* {
-        if (notify && !platform::isReadable(reinterpret_cast<const void*>(notify), 1)) {
-            qDebug() << "unreadable notification function refused";
+        if (!boundary::isCallable(notify))
             return nullptr;
-        }
-        void* screen = nullptr;
-        const bool done = zr::buildForHost([&] {
-            screen = createScreen(hParent, notify);
+        return boundary::buildHandle([&] {
+            ST_ZRScreenHdl* const screen = createScreen(hParent, notify);
             const platform::PriorityChange change = platform::setThreadPriorityTimeCritical();
             qDebug() << "SetThreadPriority,bRet:" << change.ok << ",prePriLevel:" << change.before
                      << ",curPriLevel:" << change.after;
+            return screen;
         });
-        return done ? screen : nullptr;
     });
 }
 
@@ -80,9 +76,7 @@ void ZR_CALL ZRScreen_Release(void* hScreen)
 {
     ZR_ENTER_OR_RETURN();
     ZR_LOG_THREAD("current thread:");
-    if (!hScreen)
-        return;
-    guarded(false, [&] { return GuiThread::run([hScreen] { releaseScreen(hScreen); }); });
+    boundary::releaseHandle(g_screens, hScreen);
 }
 
 int ZR_CALL ZRScreen_ExitMeeting(void* hScreen)
@@ -100,7 +94,7 @@ void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName, lo
     ZR_ENTER_OR_RETURN(nullptr);
     ZR_LOG_THREAD("thead:");
     return guarded<void*>(nullptr, [&]() -> void* {
-        const ScreenRef screen(hScreen);
+        const ScreenRef screen = g_screens.pin(hScreen);
         const auto id = readUtf8(userId);
         const auto givenName = readUtf8(userName);
         if (!screen || !id || !givenName)
@@ -114,14 +108,13 @@ void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName, lo
         quint64 serial = 0; // of the participant; none has 0
         // The tile is a widget and must be built on the GUI thread, and the caller gets a handle
         // that is complete: it waits.
-        (void)GuiThread::run([&] { // which logs why not
-            const GuiStay stay(screen);
+        (void)screen.runOnGuiThread([&] { // which logs why not
             QDlgScreen* gallery = screen->m_pDlgMain->gallery();
             tagPersonInfo* person = gallery->AddPerson(*id, name, joinTime, hostInt, hostValue);
             screen->bindPlay(play, person);
             serial = person->serial;
             qDebug() << "before emit update personInfo, userID:" << *id << ",userName:" << name;
-            emit QZRScreenConfig::getInstance()->notifyUpdatePersonInfo(play, person);
+            gallery->onNotifyUpdateUserInfo(play, person);
             qDebug() << "after emit update personInfo, userID:" << *id << ",userName:" << name;
         });
         if (serial != 0 && stands(screen, hScreen, play, serial))
@@ -145,18 +138,16 @@ int ZR_CALL ZRScreen_DelPerson(void* hScreen, void* pPlay, bool)
     ZR_ENTER_OR_RETURN(0);
     const boundary::CallSite here = ZR_CALL_SITE;
     here.log("thread,hPlay:") << pPlay;
-    return guarded(0, [&] {
-        const ScreenRef screen(hScreen);
-        if (!screen)
-            return 0;
-        const boundary::PlayRef play = boundary::resolvePlay(screen, pPlay);
+    return with(g_screens, hScreen, 0, [&](const ScreenRef& screen) {
+        const PersonPin person = boundary::resolvePlay(screen, pPlay);
         // The handle is refused from here on, also by what the host calls from a message of this
         // very deletion. One whose participant has gone already is only taken back.
         if (!screen->deletePlay(pPlay))
             return 0;
-        if (play.person)
-            emit QZRScreenConfig::getInstance()->modSignalDelPerson(play.person);
-        here.log("thread,pPerson:") << static_cast<void*>(play.person);
+        if (person)
+            postToGallery(hScreen,
+                          [p = person.get()](QDlgScreen& gallery) { gallery.onModDelPerson(p); });
+        here.log("thread,pPerson:") << static_cast<void*>(person.get());
         return 1;
     });
 }
@@ -164,10 +155,7 @@ int ZR_CALL ZRScreen_DelPerson(void* hScreen, void* pPlay, bool)
 int ZR_CALL ZRScreen_PlayFrame(void* hScreen, void* pPlay, void* pWin32Frame)
 {
     ZR_ENTER_OR_RETURN(0);
-    return guarded(0, [&] {
-        const ScreenRef screen(hScreen);
-        if (!screen)
-            return 0;
+    return with(g_screens, hScreen, 0, [&](const ScreenRef& screen) {
         if (!pPlay) {
             qDebug() << "hPlay == nullptr failed";
             return 0;
@@ -176,16 +164,11 @@ int ZR_CALL ZRScreen_PlayFrame(void* hScreen, void* pPlay, void* pWin32Frame)
             qDebug() << "pWin32Frame == nullptr failed";
             return 0;
         }
-        const boundary::PlayRef play = boundary::resolvePlay(screen, pPlay);
-        if (!play.person)
+        const PersonPin person = boundary::resolvePlay(screen, pPlay);
+        if (!person)
             return 0;
-        if (!platform::isReadable(pWin32Frame, sizeof(VantrelRTCVideoFrameQT))) {
-            qDebug() << "IsBadReadPtr(pWin32Frame, sizeof(VantrelRTCVideoFrameQT)) failed";
-            return 0;
-        }
-        // A copy: what was checked is what is played, whatever the caller's other threads do.
-        const VantrelRTCVideoFrameQT frame = *static_cast<VantrelRTCVideoFrameQT*>(pWin32Frame);
-        return screen->m_pDlgMain->gallery()->playFrame(play.person, &frame) ? 1 : 0;
+        const auto frame = boundary::readFrame(pWin32Frame);
+        return frame && screen->m_pDlgMain->gallery()->takeFrame(*person, *frame) ? 1 : 0;
     });
 }
 
@@ -194,17 +177,14 @@ int ZR_CALL ZRScreen_SetPersonInfo(void* hScreen, void* pPlay, bool bSelf, int i
 {
     ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
-    return guarded(0, [&] {
-        const ScreenRef screen(hScreen);
+    return withPerson(hScreen, pPlay, [&](const ScreenRef& screen, const PersonPin& person) {
         const auto text = readUtf8(name);
-        if (!screen || !text)
-            return 0;
-        const boundary::PlayRef play = boundary::resolvePlay(screen, pPlay);
-        if (!play.person)
+        if (!text)
             return 0;
         screen->setPlayUserName(pPlay, *text);
-        emit QZRScreenConfig::getInstance()->modSignalPersonInfo(play.person, bSelf, iRoleType,
-                                                                 *text, iIdentity);
+        postToGallery(hScreen, [=, p = person.get(), text = *text](QDlgScreen& gallery) {
+            gallery.onModPersonInfo(p, bSelf, iRoleType, text, iIdentity);
+        });
         return 1;
     });
 }
@@ -222,19 +202,13 @@ int ZR_CALL ZRScreen_SetVolume(void* hScreen, void* pPlay, int iVolume)
 {
     ZR_ENTER_OR_RETURN(0);
     const boundary::CallSite here = ZR_CALL_SITE;
-    return guarded(0, [&] {
-        const ScreenRef screen(hScreen);
-        if (!screen)
-            return 0;
-        const boundary::PlayRef play = boundary::resolvePlay(screen, pPlay);
-        if (!play.person)
-            return 0;
+    return withPerson(hScreen, pPlay, [&](const ScreenRef&, const PersonPin& person) {
         // Reports come ten times a second for everybody, and few change a microphone: only those
         // are logged and queued.
-        if (QDlgScreen::noteVolume(*play.person, iVolume)) {
+        if (QDlgScreen::noteVolume(*person, iVolume)) {
             here.log("thread:");
-            postToGallery(hScreen, [person = play.person](QDlgScreen& gallery) {
-                gallery.updatePersonDisplayInfo(person);
+            postToGallery(hScreen, [p = person.get()](QDlgScreen& gallery) {
+                gallery.updatePersonDisplayInfo(p);
             });
         }
         return 1;
@@ -524,7 +498,8 @@ int ZR_CALL ZRScreen_SetPauseShareWindow(void* hScreen, bool bPause)
     ZR_ENTER_OR_RETURN(0);
     ZR_LOG_THREAD("thread:");
     guarded(0, [hScreen, bPause] {
-        const ScreenRef screen(hScreen); // logs a wrong one; the setting is everybody's
+        const ScreenRef screen =
+            g_screens.pin(hScreen); // logs a wrong one; the setting is everybody's
         QZRScreenConfig::Lock()->settings.pauseShare = bPause;
         boundary::refreshAllTiles();
         return 1;
@@ -557,8 +532,8 @@ int ZR_CALL ZRScreen_SetVideoToolbarStatus(void* hScreen, tagRECT* pRect, bool b
     const auto rect = readRect(pRect);
     if (!rect)
         return 0;
-    return onHub(hScreen, [&rect, bShow](QZRScreenConfig& hub) {
-        emit hub.modSignalScreenToolbar(*rect, bShow);
+    return onGallery(hScreen, [rect = *rect, bShow](QDlgScreen& gallery) {
+        gallery.onModScreenToolbar(rect, bShow);
     });
 }
 

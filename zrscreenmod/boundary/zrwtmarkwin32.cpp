@@ -2,15 +2,11 @@
 #include "boundary.h"
 #include "platform.h"
 
-#include <cstddef>
 #include <utility>
 
 using boundary::guarded;
 
 namespace {
-
-/// No text of a meeting is longer; a record with other strings than the module's looks like one.
-constexpr std::size_t kMaxTextBytes = std::size_t(1024) * 1024;
 
 /// Whether the record and its texts can be read: the host may have been built with another
 /// standard library.
@@ -19,7 +15,8 @@ bool isReadableInfo(const __WTMark_Info* info)
     if (!platform::isReadable(info, sizeof *info))
         return false;
     for (const std::string* text : {&info->name, &info->phone, &info->email}) {
-        if (text->size() > kMaxTextBytes || !platform::isReadable(text->data(), text->size() + 1))
+        if (text->size() > boundary::kMaxTextBytes
+            || !platform::isReadable(text->data(), text->size() + 1))
             return false;
     }
     return true;

@@ -1,6 +1,8 @@
 // The text box that the host places inside its own windows.
 #pragma once
 
+#include "handletable.h"
+
 #include <QColor>
 #include <QDialog>
 
@@ -17,6 +19,8 @@ public:
     QMyTextEdit* textEdit() const { return m_pTextEdit; }
 
     void reject() override {} // Escape would close it; the window belongs to the host
+
+    PinCount pins; ///< the host's calls that work on it
 
 protected:
     void closeEvent(QCloseEvent* event) override;

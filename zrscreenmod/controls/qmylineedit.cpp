@@ -1,7 +1,7 @@
 #include "qmylineedit.h"
 
-#include "controlstay.h"
 #include "editmenu.h"
+#include "hostcall.h"
 #include "platform.h"
 #include "qzrscreenconfig.h"
 #include "textlimits.h"
@@ -85,7 +85,7 @@ bool QMyLineEdit::event(QEvent* event)
 
 bool QMyLineEdit::pressTab(QEvent* event)
 {
-    const ControlStay stay;
+    const HostCall call;
     qDebug() << "QMyLineEdit Tab Press";
     m_bTakenBack = false;
     notifyHosts(ZRMSG_EDIT_KEY);
@@ -109,21 +109,21 @@ void QMyLineEdit::press(const QMouseEvent& event)
 
 void QMyLineEdit::mousePressEvent(QMouseEvent* event)
 {
-    const ControlStay stay;
+    const HostCall call;
     press(*event);
     QLineEdit::mousePressEvent(event);
 }
 
 void QMyLineEdit::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    const ControlStay stay;
+    const HostCall call;
     press(*event); // the second press of a double click is one too
     QLineEdit::mouseDoubleClickEvent(event);
 }
 
 void QMyLineEdit::mouseReleaseEvent(QMouseEvent* event)
 {
-    const ControlStay stay;
+    const HostCall call;
     if (event->button() == Qt::LeftButton) {
         qDebug() << "QMyLineEidt LBtnUp";
         notifyHosts(ZRMSG_EDIT_LBUTTON_UP);

@@ -1,6 +1,8 @@
 // The single-line input that the host places inside its own windows.
 #pragma once
 
+#include "handletable.h"
+
 #include <QLineEdit>
 
 /// A frameless line edit in a native window of its own. It reports the left mouse button and the
@@ -18,6 +20,8 @@ public:
     bool setInputPattern(const QString& pattern);
     /// As QWidget::setFocus, and has the system send the keys here.
     void takeFocus();
+
+    PinCount pins; ///< the host's calls that work on it
 
 protected:
     bool event(QEvent* event) override;

@@ -1,7 +1,7 @@
 #include "qmytextedit.h"
 
-#include "controlstay.h"
 #include "editmenu.h"
+#include "hostcall.h"
 #include "platform.h"
 #include "qmyscrollbar.h"
 #include "textlimits.h"
@@ -108,7 +108,7 @@ void QMyTextEdit::dropSelection()
 
 void QMyTextEdit::mousePressEvent(QMouseEvent* event)
 {
-    const ControlStay stay;
+    const HostCall call;
     platform::takeKeyboardFocus(window()->winId()); // for copying, and for scrolling by keys
     QTextEdit::mousePressEvent(event);
 }

@@ -1,6 +1,6 @@
 #include "selectdatetimewidget.h"
 
-#include "controlstay.h"
+#include "hostcall.h"
 #include "platform.h"
 #include "qmyscrollbar.h"
 #include "qzrscreenconfig.h"
@@ -388,7 +388,7 @@ void SelectDateTimeWidget::on_pushButtonNow_clicked()
 
 void SelectDateTimeWidget::on_pushButtonClear_clicked()
 {
-    const ControlStay stay;
+    const HostCall call;
     giveKeysTo(nullptr, false);
     m_choice = zr::clearedChoice(m_choice);
     refreshInterface();
@@ -397,7 +397,7 @@ void SelectDateTimeWidget::on_pushButtonClear_clicked()
 
 void SelectDateTimeWidget::confirm()
 {
-    const ControlStay stay;
+    const HostCall call;
     qDebug().noquote() << QStringLiteral("%1年%2月%3日 %4:%5:%6")
                               .arg(twoDigits(m_choice.year), twoDigits(m_choice.month),
                                    twoDigits(m_choice.day), twoDigits(m_choice.hour),
@@ -465,7 +465,7 @@ bool SelectDateTimeWidget::event(QEvent* event)
 
 void SelectDateTimeWidget::keyPressEvent(QKeyEvent* event)
 {
-    const ControlStay stay; // hiding hands the keyboard to the host
+    const HostCall call; // hiding hands the keyboard to the host
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (event->isAutoRepeat() && (isEnter || event->key() == Qt::Key_Escape))
         return; // still held down from what has opened the picker
@@ -537,7 +537,7 @@ bool SelectDateTimeWidget::moveByKey(int key)
 /// Also for clicks on buttons: the host may have taken the keyboard while the picker was open.
 void SelectDateTimeWidget::takeKeyboard()
 {
-    const ControlStay stay;
+    const HostCall call;
     platform::takeKeyboardFocus(winId());
 }
 

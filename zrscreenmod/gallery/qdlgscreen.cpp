@@ -27,6 +27,7 @@ QDlgScreen::QDlgScreen(QWidget* parent)
 QDlgScreen::~QDlgScreen()
 {
     clearGallery();
+    m_reaper.destroyAll();
 }
 
 QZRScreenConfig& QDlgScreen::hub() const
@@ -80,7 +81,7 @@ bool QDlgScreen::event(QEvent* event)
         return true;
     }
     if (event->type() == kFreeRetiredEvent) {
-        freeRetired();
+        m_reaper.collect();
         return true;
     }
     return QDialog::event(event);
@@ -93,10 +94,7 @@ void QDlgScreen::timerEvent(QTimerEvent* event)
         killTimer(timerId);
         timerId = 0;
     };
-    if (id == m_retireTimer.timerId()) {
-        m_retireTimer.stop();
-        freeRetired();
-    } else if (id == m_iCheckTimerId) {
+    if (id == m_iCheckTimerId) {
         checkOrder();
     } else if (id == m_iMuteTimerId) {
         stop(m_iMuteTimerId);

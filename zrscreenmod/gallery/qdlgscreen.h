@@ -5,10 +5,10 @@
 #include "layoutgeometry.h"
 #include "paging.h"
 #include "personinfo.h"
+#include "reaper.h"
 #include "roster.h"
 #include "share.h"
 
-#include <QBasicTimer>
 #include <QDialog>
 #include <QEvent>
 #include <QHash>
@@ -82,6 +82,8 @@ public:
     // --- Frames (qdlgscreen_frames.cpp) ---
     /// Takes one frame, on any thread; the caller has pinned the record. The frame record is
     /// readable; its picture is probed here. @return false when the frame was refused.
+    bool takeFrame(tagPersonInfo& person, const VantrelRTCVideoFrameQT& frame);
+    /// takeFrame for a participant who may be gone, which is logged.
     bool playFrame(void* pPerson, const VantrelRTCVideoFrameQT* frame);
 
     // --- Arrangement (qdlgscreen_layout.cpp) ---
@@ -254,7 +256,6 @@ private:
     bool isGoneForAll(const void* pPerson) const;
     void forgetPerson(const tagPersonInfo* person);
     void retirePerson(tagPersonInfo* person);
-    void freeRetired();
     void clearGallery();
 
     // Arrangement
@@ -352,7 +353,7 @@ private:
     Roster m_roster;
     std::vector<tagPersonInfo*> m_vecSorted;     ///< in display order, without who is filtered out
     std::vector<tagPersonInfo*> m_vecCurPersons; ///< m_vecSorted, or what a poll shows of it
-    QBasicTimer m_retireTimer;                   ///< runs while a retired participant is in use
+    Reaper m_reaper; ///< has the deleted participants, whose memory may still be in use
 
     bool m_bJoinMeetingFinish = false;
     bool m_bInLayout = false;

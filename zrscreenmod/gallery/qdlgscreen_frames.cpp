@@ -14,23 +14,28 @@ bool QDlgScreen::playFrame(void* pPerson, const VantrelRTCVideoFrameQT* frame)
 {
     if (!pPerson || !frame)
         return false;
-    QZRScreenConfig& config = hub();
-    const PersonPin person = config.pinPerson(static_cast<tagPersonInfo*>(pPerson));
+    const PersonPin person = hub().livePersons.pin(pPerson);
     if (!person) {
         qDebug() << "xxxx playFrame pPerson had del failed";
         return false;
     }
-    if (!person->frames.accept(*frame, person->userID))
+    return takeFrame(*person, *frame);
+}
+
+bool QDlgScreen::takeFrame(tagPersonInfo& person, const VantrelRTCVideoFrameQT& frame)
+{
+    if (!person.frames.accept(frame, person.userID))
         return false;
+    QZRScreenConfig& config = hub();
     if (config.cacheFrame())
-        config.dumpFrame(*person.operator->(), *frame);
-    if (person->frames.take(*frame))
-        emit config.playFrameUpdateUI(pPerson, static_cast<int>(frame->width),
-                                      static_cast<int>(frame->height));
-    person->dwLastFrameTick.store(platform::tickMs(), std::memory_order_relaxed);
-    person->pWidget->PlayFrame(*frame);
+        config.dumpFrame(person, frame);
+    if (person.frames.take(frame))
+        emit config.playFrameUpdateUI(&person, static_cast<int>(frame.width),
+                                      static_cast<int>(frame.height));
+    person.dwLastFrameTick.store(platform::tickMs(), std::memory_order_relaxed);
+    person.pWidget->PlayFrame(frame);
     if (m_pSpeakTool) // set before there are participants, and then left alone
-        m_pSpeakTool->playFrame(pPerson, *frame);
+        m_pSpeakTool->playFrame(&person, frame);
     return true;
 }
 

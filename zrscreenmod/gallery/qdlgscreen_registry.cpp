@@ -15,13 +15,6 @@
 
 #include <algorithm>
 
-namespace {
-
-/// A retired participant that a thread still works on is looked at again after this time.
-constexpr int kRetireRetryMs = 5;
-
-} // namespace
-
 tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userName,
                                      qint64 joinTime, int hostInt, void* pUserData)
 {
@@ -54,7 +47,7 @@ tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userN
     if (person->bShare && m_roster.shareCount() == 0)
         m_share.modeBefore = hub().curScreenMode();
     m_roster.enter(std::move(record));
-    hub().addLivePerson(person);
+    hub().livePersons.insert(person);
     onModAddPerson(person);
     return person;
 }
@@ -83,8 +76,7 @@ bool QDlgScreen::isGoneForAll(const void* pPerson) const
 {
     // A signal of the hub's reaches every gallery: one of them tells for all.
     const QDlgScreen* teller = sender() == &hub() ? hub().m_pDlgScreen : nullptr;
-    return pPerson && (!teller || teller == this)
-           && !hub().isLivePerson(static_cast<const tagPersonInfo*>(pPerson));
+    return pPerson && (!teller || teller == this) && !hub().livePersons.contains(pPerson);
 }
 
 tagPersonInfo* QDlgScreen::checkedPerson(const void* pPerson, const char* ifGone) const
@@ -162,7 +154,7 @@ bool QDlgScreen::DelPerson(tagPersonInfo* person)
     m_iPage = zr::pageAfterRemoval(hub().curScreenMode(), m_iPage, left);
     if (m_roster.isEmpty()) {
         clearGallery();
-        if (!hub().hasLivePersons()) // else the mode is another screen's as well
+        if (hub().livePersons.isEmpty()) // else the mode is another screen's as well
             hub().setCurScreenMode(eLayoutEqualCut);
     } else {
         qDebug() << "notifyDisplayOrder";
@@ -202,22 +194,17 @@ void QDlgScreen::forgetPerson(const tagPersonInfo* person)
 
 void QDlgScreen::retirePerson(tagPersonInfo* person)
 {
-    hub().removeLivePerson(person);
-    person->pWidget->disconnect(this);
-    person->pWidget->HidePlay();
-    m_roster.retire(person);
-    if (person->bShare) // whose name others may show
-        emit hub().sigRefreshPlayDlg();
+    hub().livePersons.remove(person);
+    CPlayWidget* tile = person->pWidget;
+    tile->disconnect(this);
+    tile->HidePlay();
     // The record goes behind every event that was queued with its address, and behind the event
     // that is under way: the deletion may have come from a click on the tile itself.
+    const std::shared_ptr<tagPersonInfo> record = m_roster.leave(person);
+    m_reaper.add(record->pins, [record, tile] { delete tile; });
+    if (person->bShare) // whose name others may show
+        emit hub().sigRefreshPlayDlg();
     QCoreApplication::postEvent(this, new QEvent(kFreeRetiredEvent), Qt::LowEventPriority);
-}
-
-void QDlgScreen::freeRetired()
-{
-    // Inside a message the host may run a loop of its own, maybe in one of the very tile.
-    if (hub().broadcastDepth() > 0 || !m_roster.freeRetired())
-        m_retireTimer.start(kRetireRetryMs, this);
 }
 
 void QDlgScreen::clearGallery()
@@ -244,7 +231,7 @@ int QDlgScreen::ProcessExitMeeting()
     static_cast<MeetingState&>(*this) = {};
     nameWhoSpeaks();
     // Messages from here on. Screens share a meeting: it ends with the last participant.
-    if (!hub().hasLivePersons())
+    if (hub().livePersons.isEmpty())
         hub().endMeeting();
     else if (wasMaximised)
         leaveMaximised();

@@ -1,6 +1,5 @@
 #include "roster.h"
 
-#include "cplaywidget.h"
 #include "personorder.h"
 
 #include <algorithm>
@@ -20,12 +19,6 @@ quint64 nextSerial()
 }
 
 } // namespace
-
-Roster::~Roster()
-{
-    for (const auto& record : m_vecRetired)
-        delete record->pWidget;
-}
 
 tagPersonInfo* Roster::live(const void* pPerson) const
 {
@@ -74,7 +67,7 @@ void Roster::reorder(tagPersonInfo* person)
     insertByJoinTime(person);
 }
 
-void Roster::retire(tagPersonInfo* person)
+std::unique_ptr<tagPersonInfo> Roster::leave(const tagPersonInfo* person)
 {
     if (person->bShare)
         --m_iShareCount;
@@ -82,18 +75,7 @@ void Roster::retire(tagPersonInfo* person)
     m_mapByUserId.remove(person->userID);
     m_vecPerson.erase(std::find(m_vecPerson.begin(), m_vecPerson.end(), person));
     const auto owned = m_mapOwned.find(person);
-    m_vecRetired.push_back(std::move(owned->second));
+    std::unique_ptr<tagPersonInfo> record = std::move(owned->second);
     m_mapOwned.erase(owned);
-}
-
-bool Roster::freeRetired()
-{
-    const auto inUse = [](const std::unique_ptr<tagPersonInfo>& record) {
-        return record->pins.load(std::memory_order_acquire) > 0;
-    };
-    const auto unused = std::partition(m_vecRetired.begin(), m_vecRetired.end(), inUse);
-    for (auto it = unused; it != m_vecRetired.end(); ++it)
-        delete (*it)->pWidget;
-    m_vecRetired.erase(unused, m_vecRetired.end());
-    return m_vecRetired.empty();
+    return record;
 }

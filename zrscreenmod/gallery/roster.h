@@ -1,5 +1,4 @@
-// Who is in the meeting: the participants' records, from their coming until nobody uses their
-// memory any more.
+// Who is in the meeting.
 #pragma once
 
 #include "personinfo.h"
@@ -11,17 +10,12 @@
 #include <unordered_map>
 #include <vector>
 
-/// Owns the records, and the tiles of those who have left. GUI thread.
+/// Owns the records of the participants. GUI thread.
 ///
 /// An address that comes from outside is believed only after `live` found it.
 class Roster
 {
 public:
-    Roster() = default;
-    ~Roster();
-    Roster(const Roster&) = delete;
-    Roster& operator=(const Roster&) = delete;
-
     /// The participant behind an address, which is not touched; null for nobody who is here.
     [[nodiscard]] tagPersonInfo* live(const void* pPerson) const;
     [[nodiscard]] tagPersonInfo* byUserId(const QString& userId) const;
@@ -38,12 +32,9 @@ public:
     void enter(std::unique_ptr<tagPersonInfo> record);
     /// Gives a participant, who has another role now, the place of that role.
     void reorder(tagPersonInfo* person);
-    /// From here on the participant is not found any more. The record and its tile stay for as long
-    /// as another thread, or an event that is under way, may use them.
-    void retire(tagPersonInfo* person);
-    /// Frees what is left of those who have left, but for whom a thread still works on.
-    /// @return whether everything is free; GUI thread, with no event of a tile under way
-    bool freeRetired();
+    /// From here on the participant is not found any more. @return the record, which other threads
+    /// and events that are under way may still use
+    [[nodiscard]] std::unique_ptr<tagPersonInfo> leave(const tagPersonInfo* person);
 
 private:
     void insertByJoinTime(tagPersonInfo* person);
@@ -53,5 +44,4 @@ private:
     std::vector<tagPersonInfo*> m_vecPerson; ///< in join order
     std::set<qint64> m_setJoinTime;
     int m_iShareCount = 0;
-    std::vector<std::unique_ptr<tagPersonInfo>> m_vecRetired;
 };

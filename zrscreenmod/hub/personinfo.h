@@ -3,6 +3,7 @@
 
 #include "camerastate.h"
 #include "frameintake.h"
+#include "handletable.h"
 #include "overlaystate.h"
 #include "zrscreenmod.h"
 
@@ -73,13 +74,17 @@ struct tagPersonInfo
     quint64 framesBefore = 0; ///< of `frames`, those of a stream that is or was to be closed
     int iSentStreamType = 0;  ///< the grade that the host was asked for; 0 once the stream closes
     std::atomic<int> iVolume{0}; ///< 0 to 100, as last reported; any thread
-    std::atomic<int> pins{0};    ///< threads at work on the record; see PersonPin
+    PinCount pins;               ///< calls at work on the record; see PersonPin
     bool bShare = false;         ///< the id names a shared screen; fixed at creation
     bool bLocalVideo = false;    ///< the local user's own camera picture
     bool bLocalVideoConfirmed = false;
 };
 
 typedef tagPersonInfo ST_PersonInfo;
+
+/// Keeps a participant record and its tile in memory: the gallery frees neither as long as a pin is
+/// held. Any thread.
+using PersonPin = Pin<tagPersonInfo>;
 
 /// Takes over a report that the participant's stream is open or closed. The frames that were taken
 /// before it was opened again are another stream's. GUI thread.

@@ -1,5 +1,6 @@
 #include "qzrscreenconfig.h"
 
+#include "hostcall.h"
 #include "i420frame.h"
 #include "meetingmode.h"
 #include "platform.h"
@@ -118,13 +119,12 @@ zr::TileSettings QZRScreenConfig::tileSettings() const
 
 QString QZRScreenConfig::shareName(const QString& userId) const
 {
-    const std::shared_lock<std::shared_mutex> lock(m_liveLock);
     const tagPersonInfo* eldest = nullptr; // two galleries may have it
-    for (const tagPersonInfo* person : m_setLivePerson) {
-        if (person->bShare && person->userID == userId && !person->userName.isEmpty()
-            && (!eldest || person->serial < eldest->serial))
-            eldest = person;
-    }
+    livePersons.forEach([&](const tagPersonInfo& person) {
+        if (person.bShare && person.userID == userId && !person.userName.isEmpty()
+            && (!eldest || person.serial < eldest->serial))
+            eldest = &person;
+    });
     return eldest ? eldest->userName : QString();
 }
 
@@ -207,39 +207,6 @@ void QZRScreenConfig::dumpFrame(const tagPersonInfo& person,
 }
 
 // --- Live participants -----------------------------------------------------------------------
-
-void QZRScreenConfig::addLivePerson(tagPersonInfo* person)
-{
-    const std::unique_lock<std::shared_mutex> lock(m_liveLock);
-    m_setLivePerson.insert(person);
-}
-
-void QZRScreenConfig::removeLivePerson(tagPersonInfo* person)
-{
-    const std::unique_lock<std::shared_mutex> lock(m_liveLock);
-    m_setLivePerson.erase(person);
-}
-
-bool QZRScreenConfig::isLivePerson(const tagPersonInfo* person) const
-{
-    const std::shared_lock<std::shared_mutex> lock(m_liveLock);
-    return m_setLivePerson.count(person) != 0;
-}
-
-bool QZRScreenConfig::hasLivePersons() const
-{
-    const std::shared_lock<std::shared_mutex> lock(m_liveLock);
-    return !m_setLivePerson.empty();
-}
-
-PersonPin QZRScreenConfig::pinPerson(tagPersonInfo* person) const
-{
-    const std::shared_lock<std::shared_mutex> lock(m_liveLock);
-    if (m_setLivePerson.count(person) == 0)
-        return {};
-    person->pins.fetch_add(1, std::memory_order_acquire);
-    return PersonPin(person);
-}
 
 void QZRScreenConfig::setPersonName(tagPersonInfo* person, const QString& name)
 {
@@ -326,16 +293,7 @@ void QZRScreenConfig::notifyAll(const std::set<CAbsUIMsgCallback*>& receivers, u
     // The host may release or create a screen from inside its function, so the walk is over a copy
     // and asks again before each call. The hub itself outlives the walk: a release during a
     // broadcast is carried out later.
-    struct Depth
-    {
-        int& depth;
-        explicit Depth(int& counter)
-            : depth(counter)
-        {
-            ++depth;
-        }
-        ~Depth() { --depth; } // also when the host throws
-    } const inside(m_iBroadcastDepth);
+    const HostCall call;
     const std::vector<CAbsUIMsgCallback*> callbacks(receivers.begin(), receivers.end());
     for (CAbsUIMsgCallback* callback : callbacks) {
         if (receivers.count(callback) != 0)

@@ -1,5 +1,6 @@
-// The hub: settings, the set of live participants, the subtitle store, the host callbacks, and
-// the signals through which host calls reach the gallery and the panels.
+// The hub: settings, the set of live participants, the subtitle store, the host callbacks, and the
+// signals by which tiles and panels ask for what is done above them, and all screens hear of what
+// is common to them. What a handle names one object for is called on that object.
 #pragma once
 
 #include "overlaystate.h"
@@ -19,7 +20,6 @@
 #include <mutex>
 #include <set>
 #include <shared_mutex>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -32,41 +32,6 @@ struct SubtitleRecord
     int iColorType = 0; ///< index of the avatar colour, as the host gave it
     QString userName;
     QString transStr;
-};
-
-/// Keeps a participant record and its tile in memory while it lives: the gallery frees neither as
-/// long as a pin is held. Holding a pin blocks nobody, so a pin may be held while signals are
-/// emitted. Any thread.
-class PersonPin
-{
-public:
-    PersonPin() = default;
-    explicit PersonPin(tagPersonInfo* person)
-        : m_person(person)
-    {
-    } // already counted
-    PersonPin(PersonPin&& other) noexcept
-        : m_person(other.m_person)
-    {
-        other.m_person = nullptr;
-    }
-    PersonPin(const PersonPin&) = delete;
-    PersonPin& operator=(const PersonPin&) = delete;
-    PersonPin& operator=(PersonPin&& other) noexcept
-    {
-        std::swap(m_person, other.m_person);
-        return *this;
-    }
-    ~PersonPin()
-    {
-        if (m_person)
-            m_person->pins.fetch_sub(1, std::memory_order_release);
-    }
-    explicit operator bool() const { return m_person != nullptr; }
-    tagPersonInfo* operator->() const { return m_person; }
-
-private:
-    tagPersonInfo* m_person = nullptr;
 };
 
 /// The switches that the host sets. Each is a value of its own that any thread may read or write.
@@ -166,13 +131,8 @@ public:
     void dumpFrame(const tagPersonInfo& person, const VantrelRTCVideoFrameQT& frame) const;
 
     // --- Live participants; any thread ---
-    void addLivePerson(tagPersonInfo* person);
-    void removeLivePerson(tagPersonInfo* person);
-    [[nodiscard]] bool isLivePerson(const tagPersonInfo* person) const;
-    /// Whether anybody is on any screen.
-    [[nodiscard]] bool hasLivePersons() const;
-    /// @return an empty pin when the record is not alive; then it must not be touched.
-    [[nodiscard]] PersonPin pinPerson(tagPersonInfo* person) const;
+    /// Those on any screen. A gallery owns them.
+    HandleTable<tagPersonInfo> livePersons;
     /// The name is written on the GUI thread and read there without a lock; other threads ask
     /// here, with the record pinned.
     void setPersonName(tagPersonInfo* person, const QString& name);
@@ -207,8 +167,6 @@ public:
     bool unregisterDateCallback(CAbsUIMsgCallback* callback);
     /// As broadcast, to the hosts of the date pickers.
     void broadcastDate(unsigned long dwMsg, unsigned long long wParam, long long lParam);
-    /// How many broadcasts are under way: above 0 the GUI thread is inside a host's function.
-    int broadcastDepth() const { return m_iBroadcastDepth; }
 
     // --- Subtitles; any thread ---
     void setSubtitleOpen(bool bOpen);
@@ -243,12 +201,10 @@ public:
 signals:
     void notifyClickAudioCtrl(void* pPerson);
     void notifyClickMore(void* pPerson, int igPosRight);
-    void notifyDisplayOrder(bool bKeepFocusPerson = false);
     void notifyToolbar(QRect rc, bool bShow);
     void handleHandup(void* pPerson);
     void playFrameUpdateUI(void* pPerson, int iWidth, int iHeight);
     void clickPageCtl(QWidget*);
-    void notifyUpdatePersonInfo(void* pPlayHdl, void* pPerson);
     void notifyCurScreenMode(int iMode);
     void notifyAddSubtitle(int iIDidx);
     void notifyCleanSubtitle();
@@ -256,10 +212,27 @@ signals:
     void notifyExtPreview(QString qstrUserID, bool bPreview);
     /// The participant is on no extended screen any more.
     void notifyExtUserLeft(QString qstrUserID);
+    void modSignalAddSubtitle();
+    /// Something that all tiles depend on has changed. Any thread.
+    void sigRefreshPlayDlg();
+    /// What tiles show of the participant has changed. The record is alive; GUI thread.
+    void participantChanged(void* pPerson);
+    /// Images and sizes are other ones: see getImgPrefix and scaled.
+    void screenScaleChanged();
+
+    // --- What the host asks of all screens: it is the hub's state that every gallery follows ---
+    void notifyDisplayOrder(bool bKeepFocusPerson = false);
+    void modSignalSwitchMode(int eType);
+    void sigSetHideSmallWnd(bool);
+    void sigSwitchExtendScreen(bool, bool);
+    void sigSetVoiceActivateUser(QString);
+    void sigOpenLayoutPoll();
+
+    // --- Emitted by nobody: the names are given, and who hears them does as they say ---
+    void notifyUpdatePersonInfo(void* pPlayHdl, void* pPerson);
     void modSignalMove(QRect rc);
     void modSignalAllLook(void* pPerson, bool bAllLook);
     void modSignalPreviewMute(void*, bool);
-    void sigSetHideSmallWnd(bool);
     void modSignalDelPerson(void*);
     void modSignalLookLock(void* pPerson, bool bLockLook);
     void modSignalVideoSize(void* pPlayData, int iWidth, int iHeight);
@@ -271,24 +244,13 @@ signals:
     void modSignalPersonHandup(void*, bool);
     void modSignalAddPerson(void*);
     void modSignalFocusByUserID(QString qstrUserID, bool bVolActive = false);
-    void modSignalAddSubtitle();
-    void modSignalSwitchMode(int eType);
-    void sigSwitchExtendScreen(bool, bool);
     void sigPopSelfShareWnd(bool, bool);
-    void sigSetVoiceActivateUser(QString);
     void modSignalMoveSpeakTool(QPoint rc);
     void modSignalmousePressSpeakTool();
     void modSignalHideSpeakTool(bool bshare);
     void modSignalShowSpeakTool(bool bshare);
     void sigMoveSmallWnd(QPoint rc);
     void sigMousePressSmallWnd();
-    /// Something that all tiles depend on has changed. Any thread.
-    void sigRefreshPlayDlg();
-    void sigOpenLayoutPoll();
-    /// What tiles show of the participant has changed. The record is alive; GUI thread.
-    void participantChanged(void* pPerson);
-    /// Images and sizes are other ones: see getImgPrefix and scaled.
-    void screenScaleChanged();
 
 private:
     QZRScreenConfig();
@@ -304,9 +266,6 @@ private:
     bool m_bCacheFrame = false;
     zr::OverlaySwitches m_overlaySwitches;
 
-    mutable std::shared_mutex m_liveLock;
-    std::unordered_set<const tagPersonInfo*> m_setLivePerson;
-
     std::function<qint64()> m_clock;
 
     std::vector<QDlgScreen*> m_vecGallery; ///< in the order of their creation
@@ -314,7 +273,6 @@ private:
     QMap<const void*, QString> m_mapExtUser; ///< by extended screen
 
     std::set<CAbsUIMsgCallback*> m_setUICallback;
-    int m_iBroadcastDepth = 0;
 
     mutable std::mutex m_textLock; ///< guards the two below and the participants' names
     QMap<int, SubtitleRecord> m_mapSubtitles;

@@ -351,7 +351,7 @@ const zr::OverlayElement& QDlgPlayInfo::element(OverlayControl control) const
 
 bool QDlgPlayInfo::hasControl(OverlayControl control) const
 {
-    if (m_state.bNoMenu || !element(control).isShown() || !hub().isLivePerson(m_pPerson))
+    if (m_state.bNoMenu || !element(control).isShown() || !hub().livePersons.contains(m_pPerson))
         return false;
     // Nobody lowers the hand of another.
     return control != OverlayControl::LowerHand || (m_state.bSelf && m_state.bHand);
