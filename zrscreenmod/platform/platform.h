@@ -2,13 +2,12 @@
 // platform_x11.cpp and platform_win32.cpp.
 #pragma once
 
+#include "hostmemory.h"
 #include "zrtypes.h"
 
 #include <QPoint>
 #include <QRect>
 #include <QtGlobal>
-
-#include <cstddef>
 
 class QApplication;
 
@@ -85,20 +84,6 @@ bool returnKeyboardFocus(NativeWindow window);
 
 /// The inside of a window, in screen pixels; unset when there is no such window. GUI thread.
 [[nodiscard]] QRect clientRectOnScreen(NativeWindow window);
-
-/// True when every probed byte of [p, p + size) can be read. The memory is not touched by this
-/// process in a way that could fault. Probes the first and the last byte, and every page between
-/// them when the range is at most 64 KiB long. False for null and for ranges that wrap around.
-/// Another thread may unmap the memory right afterwards. Any thread.
-[[nodiscard]] bool isReadable(const void* p, std::size_t size);
-
-/// Copies `size` bytes to memory of the host's that may not be there or not be writable.
-/// @return false when it is not all written; some of it may be then. Any thread.
-[[nodiscard]] bool copyToHost(void* to, const void* from, std::size_t size);
-
-/// Length of the zero-terminated string at `text`, found without touching unreadable memory.
-/// @return -1 when `text` is null, or memory ends before a terminator is found. Any thread.
-[[nodiscard]] qptrdiff readableStringLength(const char* text);
 
 /// Milliseconds since an arbitrary start, wrapping around after 49.7 days. Any thread.
 [[nodiscard]] quint32 tickMs();
