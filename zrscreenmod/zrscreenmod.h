@@ -25,7 +25,9 @@
 ///   already has one. That thread is the **GUI thread**. The library runs no event loop of its
 ///   own: the host's loop on that thread drives it (the message loop on Windows, the default GLib
 ///   main context on Linux).
-/// - High-DPI scaling of Qt is switched off, and Qt's message pattern is set.
+/// - High-DPI scaling of Qt is switched off, and Qt's message pattern is set. Variables of the
+///   environment that scale Qt programs, choose Wayland or switch GLib off do not reach this
+///   `QApplication`.
 /// - All messages of Qt in the process go to the files `log/zrscreenLog<date>.txt` in the folder of
 ///   the program, written by a thread of the library. With the environment variable
 ///   `ZRSCREEN_LOG_STDERR` set to 1 they go to the message handler that was there before as well.

@@ -30,10 +30,11 @@ struct PriorityChange
     int after;
 };
 
-/// Creates the process's QApplication; the caller owns it. `argc` and `argv` must outlive it. On
-/// X11 it runs on the xcb platform, or draws off screen when no display can be opened, unless
-/// the environment names a platform. The environment is the same afterwards, and so is the
-/// locale but for its character set, which Qt needs. The calling thread becomes the GUI thread.
+/// Creates the process's QApplication; the caller owns it. `argc` and `argv` must outlive it. What
+/// the environment says of scaling does not reach it. On X11 it runs on the xcb platform, or draws
+/// off screen when no display can be opened, unless the environment names another platform than
+/// Wayland, and on GLib's event loop. The environment is the same afterwards, and so is the locale
+/// but for its character set, which Qt needs. The calling thread becomes the GUI thread.
 [[nodiscard]] QApplication* createApplication(int& argc, char** argv);
 
 /// Keeps the libraries of Qt, and on X11 of the window and drawing system below it, in memory when

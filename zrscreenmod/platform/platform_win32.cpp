@@ -1,6 +1,7 @@
 #include "platform.h"
 
 #include "qtparent.h"
+#include "scopedenvironment.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -73,6 +74,7 @@ QApplication* createApplication(int& argc, char** argv)
     // are the host's business: the plugins may also come along with the module.
     if (const QString folder = moduleFolder(); !folder.isEmpty())
         QCoreApplication::addLibraryPath(folder);
+    const ScopedEnvironment unscaled(kScaling);
     return new QApplication(argc, argv);
 }
 

@@ -1,6 +1,7 @@
 #include "platform.h"
 
 #include "qtparent.h"
+#include "scopedenvironment.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QApplication>
@@ -208,32 +209,6 @@ bool withdraw(xcb_connection_t* c, xcb_window_t window, xcb_window_t root, bool 
 
 // --- Application ----------------------------------------------------------------------------
 
-/// Sets an environment variable while it lives.
-class ScopedEnvironment
-{
-public:
-    ScopedEnvironment(const char* name, const QByteArray& value)
-        : m_name(name)
-        , m_wasSet(qEnvironmentVariableIsSet(name))
-        , m_before(qgetenv(name))
-    {
-        qputenv(m_name, value);
-    }
-    ~ScopedEnvironment()
-    {
-        if (m_wasSet)
-            qputenv(m_name, m_before);
-        else
-            qunsetenv(m_name);
-    }
-    Q_DISABLE_COPY(ScopedEnvironment)
-
-private:
-    const char* m_name;
-    bool m_wasSet;
-    QByteArray m_before;
-};
-
 /// Qt sets the whole locale from the environment, which would change how the host reads and
 /// writes numbers. Only the character set is left to it.
 class ScopedLocale
@@ -256,6 +231,18 @@ private:
                                           LC_TIME};
     std::vector<std::string> m_before;
 };
+
+/// What the environment says of the platform, but for Wayland, which people choose for all of their
+/// programs: a host's window is an X11 window.
+QByteArray withoutWayland(const QByteArray& platforms)
+{
+    QByteArrayList kept;
+    for (const QByteArray& platform : platforms.split(';')) {
+        if (!platform.startsWith("wayland"))
+            kept.append(platform);
+    }
+    return kept.join(';');
+}
 
 bool displayOpens()
 {
@@ -316,13 +303,14 @@ namespace platform {
 QApplication* createApplication(int& argc, char** argv)
 {
     // Qt ends the process when no platform works, so the last choice is one that always does.
-    constexpr char kVariable[] = "QT_QPA_PLATFORM";
-    QByteArray choice = qgetenv(kVariable);
+    QByteArray choice = withoutWayland(qgetenv("QT_QPA_PLATFORM"));
     if (!choice.isEmpty())
         choice += ";offscreen";
     else
         choice = displayOpens() ? "xcb;offscreen" : "offscreen";
-    const ScopedEnvironment environment(kVariable, choice);
+    const ScopedEnvironment unscaled(kScaling);
+    // Without GLib nobody would run Qt's event loop: the host runs GLib's.
+    const ScopedEnvironment own({{"QT_QPA_PLATFORM", choice}, {"QT_NO_GLIB", {}}});
     const ScopedLocale locale;
     return new QApplication(argc, argv);
 }
