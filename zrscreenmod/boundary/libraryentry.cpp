@@ -9,6 +9,7 @@
 #include "qmylogthread.h"
 #include "qzrscreenconfig.h"
 #include "screenhandle.h"
+#include "surroundings.h"
 
 #include <QApplication>
 #include <QDebug>
@@ -147,6 +148,7 @@ void zr::attachLibrary()
     qSetMessagePattern(kMessagePattern);
     installLogHandler(g_pLogThread);
     qDebug() << "\r\n\r\n Init sys";
+    logSurroundings();
     printExefileInfo();
     globalCleanLog();
     createTmpFrameDir();

@@ -7,6 +7,7 @@
 
 #include <QPoint>
 #include <QRect>
+#include <QString>
 #include <QtGlobal>
 
 class QApplication;
@@ -85,6 +86,10 @@ bool returnKeyboardFocus(NativeWindow window);
 
 /// The inside of a window, in screen pixels; unset when there is no such window. GUI thread.
 [[nodiscard]] QRect clientRectOnScreen(NativeWindow window);
+
+/// Where programs keep what they have noted, for the user: XDG_STATE_HOME, or the local application
+/// data on Windows. Any thread.
+[[nodiscard]] QString stateFolder();
 
 /// Milliseconds since an arbitrary start, wrapping around after 49.7 days. Any thread.
 [[nodiscard]] quint32 tickMs();

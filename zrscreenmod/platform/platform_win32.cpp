@@ -8,6 +8,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
+#include <QStandardPaths>
 #include <QWidget>
 #include <QWindow>
 
@@ -182,6 +183,11 @@ QRect clientRectOnScreen(NativeWindow window)
     if (!GetClientRect(hwnd, &client) || !ClientToScreen(hwnd, &origin))
         return {};
     return {origin.x, origin.y, client.right, client.bottom};
+}
+
+QString stateFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
 }
 
 quint32 tickMs()

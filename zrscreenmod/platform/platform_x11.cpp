@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QDebug>
+#include <QDir>
 #include <QScreen>
 #include <QWindow>
 #include <QX11Info>
@@ -466,6 +467,12 @@ QRect clientRectOnScreen(NativeWindow window)
     const Reply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
         c, xcb_translate_coordinates(c, id, place.root, 0, 0), nullptr));
     return size.isValid() && origin ? QRect({origin->dst_x, origin->dst_y}, size) : QRect();
+}
+
+QString stateFolder()
+{
+    const QString folder = qEnvironmentVariable("XDG_STATE_HOME");
+    return folder.isEmpty() ? QDir::homePath() + QStringLiteral("/.local/state") : folder;
 }
 
 quint32 tickMs()
