@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 
 set(zrPackageDir ${CMAKE_INSTALL_LIBDIR}/cmake/ZRScreenMod)
 
-install(TARGETS ZRScreenMod EXPORT ZRScreenModTargets
+install(TARGETS ZRScreenMod ZRScreenModC EXPORT ZRScreenModTargets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Runtime
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development)
@@ -14,6 +14,7 @@ install(FILES
   ${PROJECT_SOURCE_DIR}/zrscreenmod/zrextscreen.h
   ${PROJECT_SOURCE_DIR}/zrscreenmod/zrscreenmod.h
   ${PROJECT_SOURCE_DIR}/zrscreenmod/zrtypes.h
+  ${PROJECT_SOURCE_DIR}/zrscreenmodc/zrscreenmod_c.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development)
 install(EXPORT ZRScreenModTargets NAMESPACE ZRScreenMod::
   DESTINATION ${zrPackageDir} COMPONENT Development)

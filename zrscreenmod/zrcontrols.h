@@ -31,6 +31,7 @@ struct tagPOINT
     int32_t y;
 };
 #endif
+typedef struct tagPOINT tagPOINT;
 
 /// A moment that the user has confirmed. Laid out like the C structure `tm`, but month and year are
 /// as people write them.
@@ -44,12 +45,13 @@ struct ZRDateRecord
     int32_t year;     ///< with its century
     int32_t unset[3]; ///< always 0
 };
+typedef struct ZRDateRecord ZRDateRecord;
 
 static_assert(sizeof(ZRDateRecord) == 36, "date record layout");
 
 /// Messages of the date pickers. They go to the functions that were given to `ZRScreenDate_Init`,
 /// once for each picker that exists, whichever is open; the numbers are not those of `eZRMsg`.
-enum eZRDateMsg : unsigned long
+enum eZRDateMsg ZR_OF_ULONG
 {
     /// The user has confirmed a moment, which is not past; wParam = `const ZRDateRecord*`, lParam =
     /// 0. The record belongs to the picker: do not free it. It is valid until the picker's next
@@ -59,7 +61,7 @@ enum eZRDateMsg : unsigned long
     ZRDATE_CLEARED = 1
 };
 
-extern "C" {
+ZR_BEGIN_C
 
 // --- Line edit ----------------------------------------------------------------------------
 
@@ -94,7 +96,7 @@ ZR_API void ZR_CALL ZRCtrl_QLineEdit_SetStyleSheet(void* h, const char* styleShe
 /// @return the length of the text in bytes, without the zero: a buffer needs one more. -1 for an
 /// invalid handle; `len` is left alone then.
 /// @thread gui
-ZR_API int ZR_CALL ZRCtrl_QLineEdit_GetText(void* h, char* buf, int& len);
+ZR_API int ZR_CALL ZRCtrl_QLineEdit_GetText(void* h, char* buf, ZR_REF(int) len);
 
 /// Replaces the text. The restrictions of SetInputRexp do not apply; those of SetMaxLength do.
 /// @thread posted
@@ -200,6 +202,6 @@ ZR_API void ZR_CALL ZRScreenDate_Move(void* h, tagPOINT* pt, int year, int month
 /// @thread posted
 ZR_API void ZR_CALL ZRScreenDate_Hide(void* h);
 
-} // extern "C"
+ZR_END_C
 
 #endif // ZRCONTROLS_H

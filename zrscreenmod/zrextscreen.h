@@ -24,7 +24,7 @@
 
 /// Message of an extended screen, to the function that was given to its `ZRScreenExt_Init` and to
 /// no other; the number is none of `eZRMsg`.
-enum eZRExtMsg : unsigned long
+enum eZRExtMsg ZR_OF_ULONG
 {
     /// A left click on the picture; wParam = the handle of the extended screen, lParam = the user
     /// data of `ZRScreenExt_SetPersonInfo`. A gallery that has a participant with the same id then
@@ -32,7 +32,7 @@ enum eZRExtMsg : unsigned long
     ZRMSG_EXT_CLICK = 27
 };
 
-extern "C" {
+ZR_BEGIN_C
 
 /// Creates an extended screen inside the native window `parent`, hidden.
 /// @param parent may be null: the extended screen is then a window of its own
@@ -116,6 +116,6 @@ ZR_API int ZR_CALL ZRScreenExt_UpdateUserNetStatus(void* h, const char* userId, 
 /// @thread gui
 ZR_API ZRRect ZR_CALL ZRScreenExt_GetShareWgtPos(void* h);
 
-} // extern "C"
+ZR_END_C
 
 #endif // ZREXTSCREEN_H

@@ -1,8 +1,8 @@
 /// ZRScreenMod: the video screen of a meeting client, as a library with a flat C interface.
 ///
 /// This header, with `zrcontrols.h` and `zrextscreen.h` that it includes, is the whole contract
-/// between the library and the program that loads it (the host). It needs a C++17 compiler and no
-/// Qt.
+/// between the library and the program that loads it (the host). It needs a C++17 or a C11 compiler
+/// and no Qt.
 ///
 /// ## Compatibility
 /// - Versions are semantic; `ZRSCREENMOD_VERSION` tells which one this header belongs to. Below 1.0
@@ -15,7 +15,9 @@
 ///   compiler family and standard library, and the same build settings (debug or release). A `bool`
 ///   is one byte, and a reference (`ZRCtrl_QLineEdit_GetText`) is a pointer that is not null.
 /// - Released builds are made with GCC: for Linux with libstdc++, for Windows with MinGW-w64 and
-///   POSIX threads. The header also compiles with Clang, as C++17 and C++20.
+///   POSIX threads. The header also compiles with Clang, as C++17, C++20 and C11.
+/// - As C11 the header leaves the four functions out. The library ZRScreenModC (`zrscreenmod_c.h`)
+///   has plain ones in their place, for C, for other languages and for other C++ compilers.
 /// - A message of a number that a host does not know is to be ignored: new ones may come.
 ///
 /// ## What loading the library changes in the process
@@ -23,7 +25,9 @@
 ///   already has one. That thread is the **GUI thread**. The library runs no event loop of its
 ///   own: the host's loop on that thread drives it (the message loop on Windows, the default GLib
 ///   main context on Linux).
-/// - High-DPI scaling of Qt is switched off, and Qt's message pattern is set.
+/// - High-DPI scaling of Qt is switched off, and Qt's message pattern is set. Variables of the
+///   environment that scale Qt programs, choose Wayland or switch GLib off do not reach this
+///   `QApplication`.
 /// - All messages of Qt in the process go to the files `log/zrscreenLog<date>.txt` in the folder of
 ///   the program, written by a thread of the library. With the environment variable
 ///   `ZRSCREEN_LOG_STDERR` set to 1 they go to the message handler that was there before as well.
@@ -82,10 +86,10 @@
 
 #include "zrtypes.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <map>
-#include <string>
+#ifdef __cplusplus
+#    include <map>
+#    include <string>
+#endif
 
 #if defined(_WIN32)
 #    define ZR_CALL __cdecl
@@ -112,7 +116,7 @@
 /// should have, 2 (small), 3 (grid) or 4 (large). No other message has one of these numbers.
 ///
 /// 5, 6, 7, 17 and 18 are not used and will not be; 27 is `ZRMSG_EXT_CLICK` of the extended screen.
-enum eZRMsg : unsigned long
+enum eZRMsg ZR_OF_ULONG
 {
     ZRMSG_CLICK_AUDIO = 0,     ///< click on a tile's microphone; person may be null
     ZRMSG_CLICK_MORE = 1,      ///< click on "more"; wParam = horizontal position of the menu
@@ -157,6 +161,7 @@ struct VantrelRTCVideoFrameQT
     uint32_t width;     ///< pixels, 1 to 16384
     uint32_t height;    ///< pixels, 1 to 16384
 };
+typedef struct VantrelRTCVideoFrameQT VantrelRTCVideoFrameQT;
 
 static_assert(sizeof(void*) == 8, "ZRScreenMod is a 64-bit interface");
 static_assert(offsetof(VantrelRTCVideoFrameQT, pData) == 8, "frame record layout");
@@ -168,6 +173,7 @@ static_assert(sizeof(ZRRect) == 16, "rectangles travel as 16 bytes");
 static_assert(sizeof(unsigned long) == 4, "message ids are 32 bits wide on Windows");
 #endif
 
+#ifdef __cplusplus
 /// What the watermark over shared screens says. It contains the standard library's strings, so the
 /// host must be built with the standard library of the module, in the same settings.
 struct __WTMark_Info // NOLINT(bugprone-reserved-identifier,cert-dcl*): the host's name for it
@@ -187,8 +193,9 @@ static_assert(offsetof(__WTMark_Info, phone) == 8 + sizeof(std::string), "waterm
 static_assert(offsetof(__WTMark_Info, email) == 8 + 2 * sizeof(std::string),
               "watermark record layout");
 static_assert(sizeof(__WTMark_Info) == 8 + 3 * sizeof(std::string), "watermark record layout");
+#endif
 
-extern "C" {
+ZR_BEGIN_C
 
 // --- Life of a screen ---------------------------------------------------------------------
 
@@ -300,6 +307,7 @@ ZR_API int ZR_CALL ZRScreen_UpdateUserNetStatus(void* hScreen, const char* userI
 
 // --- Arrangement --------------------------------------------------------------------------
 
+#ifdef __cplusplus
 /// Changes the meeting mode. `sorting` maps a position to a user id and replaces the customised
 /// order; an empty map removes it. Positions only rank: they may be negative and have gaps. Ids
 /// that nobody has do no harm, and of two positions for one id the lower counts. A number that is
@@ -308,6 +316,7 @@ ZR_API int ZR_CALL ZRScreen_UpdateUserNetStatus(void* hScreen, const char* userI
 /// @sends mode
 ZR_API int ZR_CALL ZRScreen_ChangeLayout(void* hScreen, eLayoutType eType,
                                          const std::map<int, std::string>& sorting);
+#endif
 
 /// @return the current meeting mode, 0 for an invalid handle.
 /// @thread any
@@ -338,9 +347,11 @@ ZR_API int ZR_CALL ZRScreen_AllLook(void* hScreen, void* pPlay, int bAll);
 /// @thread posted
 ZR_API int ZR_CALL ZRScreen_SetActivateUser(void* hScreen, char* userId);
 
+#ifdef __cplusplus
 /// Names the participant whose speech is shown at present.
 /// @thread posted
 ZR_API int ZR_CALL ZRScreen_SetCurrentSpeakingPerson(void* hScreen, std::string userId);
+#endif
 
 /// Switches voice activation: the speaker follows the voices, but for the local user's, unless
 /// somebody was chosen. It holds for all screens. @return always 1, also for an invalid handle.
@@ -404,9 +415,11 @@ ZR_API int ZR_CALL ZRScreen_GetSmallWndID(void* hScreen);
 /// @sends arrangement
 ZR_API int ZR_CALL ZRScreen_IsPersonVisibleInSmallWnd(void* hScreen, char* userId);
 
+#ifdef __cplusplus
 /// Names the user who shares a screen: the share has the id "sharescreen_" and theirs.
 /// @thread posted
 ZR_API int ZR_CALL ZRScreen_SetShareSponsor(void* hScreen, std::string userId);
+#endif
 
 /// Floats the speaker tool over what the local user shares (bFloat), in every mode, and closes the
 /// streams of participants who are not visible (bMuteVideo) at once. @return 1 when done
@@ -474,6 +487,7 @@ ZR_API int ZR_CALL ZRScreen_AddSentence(void* hScreen, int iIDSentence, int iCol
 
 // --- Watermark over shared screens --------------------------------------------------------
 
+#ifdef __cplusplus
 /// Tells what the watermark says, and whether there is one; also before the first screen. The
 /// record is copied and kept until the library is unloaded, over the ends of screens; tiles of
 /// shared screens show it with their next repaint, which follows at once. The text is the name,
@@ -481,13 +495,14 @@ ZR_API int ZR_CALL ZRScreen_AddSentence(void* hScreen, int iIDSentence, int iCol
 /// is refused and logged.
 /// @thread any
 ZR_API void ZR_CALL ZRScreenWtmark_SetInfo(const __WTMark_Info& info);
+#endif
 
 /// Switches the watermark on or off and leaves the rest of the record as it is; also before the
 /// first screen. The next `ZRScreenWtmark_SetInfo` decides anew.
 /// @thread any
 ZR_API void ZR_CALL ZRScreenWtmark_SetEnabled(bool bEnabled);
 
-} // extern "C"
+ZR_END_C
 
 #include "zrcontrols.h"
 #include "zrextscreen.h"

@@ -3,7 +3,26 @@
 #ifndef ZRTYPES_H
 #define ZRTYPES_H
 
-#include <cstdint>
+#ifdef __cplusplus
+#    include <cstddef>
+#    include <cstdint>
+/// What C++ says and C11 has no words for: the type behind an enumeration, a reference.
+#    define ZR_OF_INT : int
+#    define ZR_OF_ULONG : unsigned long
+#    define ZR_REF(type) type&
+#    define ZR_BEGIN_C extern "C" {
+#    define ZR_END_C }
+#else
+#    include <assert.h>
+#    include <stdbool.h>
+#    include <stddef.h>
+#    include <stdint.h>
+#    define ZR_OF_INT
+#    define ZR_OF_ULONG
+#    define ZR_REF(type) type*
+#    define ZR_BEGIN_C
+#    define ZR_END_C
+#endif
 
 #if defined(_WIN32)
 struct tagRECT;
@@ -12,7 +31,7 @@ struct tagRECT;
 typedef void* HWND;
 #    else
 struct HWND__;
-typedef HWND__* HWND;
+typedef struct HWND__* HWND;
 #    endif
 #else
 /// Native window: an X11 window id, converted with `reinterpret_cast` from `uintptr_t`.
@@ -26,6 +45,7 @@ struct tagRECT
     int32_t bottom;
 };
 #endif
+typedef struct tagRECT tagRECT; // as C wants it
 
 /// A rectangle as the library returns it: all four edges are inclusive, so the width is
 /// right - left + 1. The unset rectangle is (0, 0, -1, -1). Binary compatible with `QRect`.
@@ -36,9 +56,10 @@ struct ZRRect
     int32_t right;
     int32_t bottom;
 };
+typedef struct ZRRect ZRRect;
 
 /// Meeting mode: how the participants are arranged. Other numbers are no modes, and show nobody.
-enum eLayoutType : int
+enum eLayoutType ZR_OF_INT
 {
     eLayoutEqualCut = 1,      ///< adaptive gallery, 6 tiles a page (9 with 9-cut support)
     eLayout6Cut = 2,          ///< one large tile and five small ones
@@ -55,5 +76,6 @@ enum eLayoutType : int
     eLayoutGrid16 = 13, ///< fixed 4 x 4 grid
     eLayoutSingle = 14  ///< the first person fills the dialog
 };
+typedef enum eLayoutType eLayoutType;
 
 #endif // ZRTYPES_H

@@ -42,6 +42,12 @@ run(${CMAKE_COMMAND} -S ${consumer} -B ${WORK_DIR}/by-cmake -G Ninja
 run(${CMAKE_COMMAND} --build ${WORK_DIR}/by-cmake)
 run(${WORK_DIR}/by-cmake/example_host)
 
+run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/contract/cconsumer -B ${WORK_DIR}/in-c -G Ninja
+  -DCMAKE_C_COMPILER=${CC} "-DCMAKE_C_FLAGS=-Wall -Wextra -Werror ${FLAGS}"
+  -DCMAKE_PREFIX_PATH=${prefix})
+run(${CMAKE_COMMAND} --build ${WORK_DIR}/in-c)
+run(${WORK_DIR}/in-c/c_host)
+
 set(ENV{PKG_CONFIG_PATH} ${prefix}/${LIBDIR}/pkgconfig)
 execute_process(COMMAND pkg-config --cflags --libs ZRScreenMod x11 glib-2.0
   OUTPUT_VARIABLE options OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)

@@ -67,6 +67,7 @@ private slots:
     void theHandlerBeforeItGetsMessages();
     void theEndOfTheProcessWaitsForNoThread();
     void startTidiesAndReports();
+    void takesTheFirstFolderThatCanBeWritten();
 
 private:
     LogSettings settings() const
@@ -423,6 +424,19 @@ void tst_QMyLogThread::startTidiesAndReports()
     QCOMPARE(written.size(), 5);
     for (int i = 0; i < 5; ++i)
         QVERIFY2(written.at(i).contains(QRegularExpression(expected[i])), qPrintable(written[i]));
+}
+
+void tst_QMyLogThread::takesTheFirstFolderThatCanBeWritten()
+{
+    makeFile("file");
+    const QStringList folders{path("file/log"), path("state/log"), path("other")};
+    QCOMPARE(firstWritableFolder(folders), path("state/log"));
+    QVERIFY(QFileInfo(path("state/log")).isDir() && !QFileInfo::exists(path("other")));
+    QVERIFY(firstWritableFolder({path("file/log")}).isEmpty());
+    qputenv("ZRSCREEN_LOG_DIR", path("chosen").toLocal8Bit());
+    QCOMPARE(logFolders().first(), path("chosen"));
+    qunsetenv("ZRSCREEN_LOG_DIR");
+    QCOMPARE(logFolders().first(), QCoreApplication::applicationDirPath() + "/log");
 }
 
 QTEST_GUILESS_MAIN(tst_QMyLogThread)

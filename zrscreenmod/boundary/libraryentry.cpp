@@ -7,6 +7,7 @@
 #include "platform.h"
 #include "qmylogthread.h"
 #include "qzrscreenconfig.h"
+#include "surroundings.h"
 
 #include <QApplication>
 #include <QDebug>
@@ -143,6 +144,7 @@ void zr::attachLibrary()
     qSetMessagePattern(kMessagePattern);
     installLogHandler(g_pLogThread);
     qDebug() << "\r\n\r\n Init sys";
+    logSurroundings();
     printExefileInfo();
     globalCleanLog();
     createTmpFrameDir();

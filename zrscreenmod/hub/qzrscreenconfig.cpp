@@ -2,6 +2,7 @@
 
 #include "hostcall.h"
 #include "i420frame.h"
+#include "logfolder.h"
 #include "meetingmode.h"
 #include "platform.h"
 #include "screenscale.h"
@@ -9,7 +10,6 @@
 
 #include <QCoreApplication>
 #include <QDebug>
-#include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QRegularExpression>
@@ -40,6 +40,15 @@ QString fileNamePart(QString text)
 }
 
 } // namespace
+
+/// What ZRSCREEN_INI names, else the program's own.
+QString iniFile()
+{
+    const QString chosen = qEnvironmentVariable("ZRSCREEN_INI");
+    return chosen.isEmpty()
+               ? QCoreApplication::applicationDirPath() + QStringLiteral("/user_data/sys_ver.ini")
+               : chosen;
+}
 
 zr::OverlaySwitches readOverlaySwitches(const QString& iniFile)
 {
@@ -97,9 +106,7 @@ QZRScreenConfig::~QZRScreenConfig() = default;
 
 void QZRScreenConfig::readVersionFile()
 {
-    const QSettings file(QCoreApplication::applicationDirPath()
-                             + QStringLiteral("/user_data/sys_ver.ini"),
-                         QSettings::IniFormat);
+    const QSettings file(iniFile(), QSettings::IniFormat);
     m_bCacheFrame = file.value(QStringLiteral("version/cache_frame"), false).toBool();
     m_overlaySwitches = readOverlaySwitches(file.fileName());
 }
@@ -198,8 +205,7 @@ void QZRScreenConfig::dumpFrame(const tagPersonInfo& person,
     const QString name = QStringLiteral("(%1)%2_%3x%4.yuv")
                              .arg(fileNamePart(personName(person)), fileNamePart(person.userID),
                                   QString::number(frame.width), QString::number(frame.height));
-    QFile file(QDir(QCoreApplication::applicationDirPath())
-                   .filePath(QStringLiteral("log/tmpFrame/") + name));
+    QFile file(logFolder() + QStringLiteral("/tmpFrame/") + name);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return;
     file.write(reinterpret_cast<const char*>(frame.pData),

@@ -1,6 +1,7 @@
 // The message handler that feeds the log, and what is logged and tidied when the library starts.
 #pragma once
 
+#include "logfolder.h"
 #include "qmylogthread.h"
 
 #include <QDate>

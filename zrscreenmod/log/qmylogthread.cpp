@@ -1,8 +1,8 @@
 #include "qmylogthread.h"
 
 #include "logfilerules.h"
+#include "logfolder.h"
 
-#include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDebug>
 #include <QDir>
@@ -21,11 +21,6 @@ qint64 memoryOf(const QString& line)
 }
 
 } // namespace
-
-QString logFolder()
-{
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/log");
-}
 
 void deleteLogFiles(const QDir& folder, const QStringList& names)
 {

@@ -14,9 +14,6 @@
 
 class QDir;
 
-/// The folder "log" under the application directory.
-[[nodiscard]] QString logFolder();
-
 /// Deletes files of the log and logs their names.
 void deleteLogFiles(const QDir& folder, const QStringList& names);
 
@@ -29,7 +26,7 @@ struct LogSettings
     /// counted and lost. It is reached when the disk stalls.
     qint64 queueLimitBytes = qint64(64) * 1024 * 1024;
 
-    /// The folder "log" under the application directory, and the system's clock.
+    /// logFolder(), and the system's clock.
     [[nodiscard]] static LogSettings forApplication();
 };
 

@@ -2,13 +2,13 @@
 // platform_x11.cpp and platform_win32.cpp.
 #pragma once
 
+#include "hostmemory.h"
 #include "zrtypes.h"
 
 #include <QPoint>
 #include <QRect>
+#include <QString>
 #include <QtGlobal>
-
-#include <cstddef>
 
 class QApplication;
 
@@ -31,10 +31,11 @@ struct PriorityChange
     int after;
 };
 
-/// Creates the process's QApplication; the caller owns it. `argc` and `argv` must outlive it. On
-/// X11 it runs on the xcb platform, or draws off screen when no display can be opened, unless
-/// the environment names a platform. The environment is the same afterwards, and so is the
-/// locale but for its character set, which Qt needs. The calling thread becomes the GUI thread.
+/// Creates the process's QApplication; the caller owns it. `argc` and `argv` must outlive it. What
+/// the environment says of scaling does not reach it. On X11 it runs on the xcb platform, or draws
+/// off screen when no display can be opened, unless the environment names another platform than
+/// Wayland, and on GLib's event loop. The environment is the same afterwards, and so is the locale
+/// but for its character set, which Qt needs. The calling thread becomes the GUI thread.
 [[nodiscard]] QApplication* createApplication(int& argc, char** argv);
 
 /// Keeps the libraries of Qt, and on X11 of the window and drawing system below it, in memory when
@@ -86,19 +87,9 @@ bool returnKeyboardFocus(NativeWindow window);
 /// The inside of a window, in screen pixels; unset when there is no such window. GUI thread.
 [[nodiscard]] QRect clientRectOnScreen(NativeWindow window);
 
-/// True when every probed byte of [p, p + size) can be read. The memory is not touched by this
-/// process in a way that could fault. Probes the first and the last byte, and every page between
-/// them when the range is at most 64 KiB long. False for null and for ranges that wrap around.
-/// Another thread may unmap the memory right afterwards. Any thread.
-[[nodiscard]] bool isReadable(const void* p, std::size_t size);
-
-/// Copies `size` bytes to memory of the host's that may not be there or not be writable.
-/// @return false when it is not all written; some of it may be then. Any thread.
-[[nodiscard]] bool copyToHost(void* to, const void* from, std::size_t size);
-
-/// Length of the zero-terminated string at `text`, found without touching unreadable memory.
-/// @return -1 when `text` is null, or memory ends before a terminator is found. Any thread.
-[[nodiscard]] qptrdiff readableStringLength(const char* text);
+/// Where programs keep what they have noted, for the user: XDG_STATE_HOME, or the local application
+/// data on Windows. Any thread.
+[[nodiscard]] QString stateFolder();
 
 /// Milliseconds since an arbitrary start, wrapping around after 49.7 days. Any thread.
 [[nodiscard]] quint32 tickMs();

@@ -1,11 +1,13 @@
 #include "platform.h"
 
 #include "qtparent.h"
+#include "scopedenvironment.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QApplication>
 #include <QCoreApplication>
 #include <QDebug>
+#include <QDir>
 #include <QScreen>
 #include <QWindow>
 #include <QX11Info>
@@ -13,7 +15,6 @@
 #include <xcb/xcb.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <clocale>
 #include <cstdlib>
@@ -28,7 +29,6 @@
 #include <link.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
-#include <sys/uio.h>
 #include <unistd.h>
 
 namespace {
@@ -210,32 +210,6 @@ bool withdraw(xcb_connection_t* c, xcb_window_t window, xcb_window_t root, bool 
 
 // --- Application ----------------------------------------------------------------------------
 
-/// Sets an environment variable while it lives.
-class ScopedEnvironment
-{
-public:
-    ScopedEnvironment(const char* name, const QByteArray& value)
-        : m_name(name)
-        , m_wasSet(qEnvironmentVariableIsSet(name))
-        , m_before(qgetenv(name))
-    {
-        qputenv(m_name, value);
-    }
-    ~ScopedEnvironment()
-    {
-        if (m_wasSet)
-            qputenv(m_name, m_before);
-        else
-            qunsetenv(m_name);
-    }
-    Q_DISABLE_COPY(ScopedEnvironment)
-
-private:
-    const char* m_name;
-    bool m_wasSet;
-    QByteArray m_before;
-};
-
 /// Qt sets the whole locale from the environment, which would change how the host reads and
 /// writes numbers. Only the character set is left to it.
 class ScopedLocale
@@ -258,6 +232,18 @@ private:
                                           LC_TIME};
     std::vector<std::string> m_before;
 };
+
+/// What the environment says of the platform, but for Wayland, which people choose for all of their
+/// programs: a host's window is an X11 window.
+QByteArray withoutWayland(const QByteArray& platforms)
+{
+    QByteArrayList kept;
+    for (const QByteArray& platform : platforms.split(';')) {
+        if (!platform.startsWith("wayland"))
+            kept.append(platform);
+    }
+    return kept.join(';');
+}
 
 bool displayOpens()
 {
@@ -311,32 +297,6 @@ void keepLoaded(const char* path)
         dlclose(handle);
 }
 
-// --- Memory ---------------------------------------------------------------------------------
-
-std::uintptr_t pageSize()
-{
-    static const auto size = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-    return size;
-}
-
-/// Probes the word around an address. The kernel copies the signal set before it looks at `how`,
-/// so it answers EFAULT where the word cannot be read, and EINVAL for the impossible `how` where
-/// it can; either way nothing changes. This is several times cheaper than process_vm_readv and
-/// needs no descriptor. Any other answer (a sandbox's) tells nothing: the word is then believed.
-bool isWordReadable(std::uintptr_t address)
-{
-    constexpr std::uintptr_t kWord = sizeof(std::uint64_t); // the size of the kernel's signal set
-    constexpr int kImpossibleHow = -1;
-    const int savedErrno = errno;
-    const std::uintptr_t word = address & ~(kWord - 1); // aligned, so that it lies in one page
-    if (word == 0)
-        return false; // the kernel takes it for no set at all
-    const long result = syscall(SYS_rt_sigprocmask, kImpossibleHow, word, nullptr, kWord);
-    const bool faulted = result == -1 && errno == EFAULT;
-    errno = savedErrno;
-    return !faulted;
-}
-
 } // namespace
 
 namespace platform {
@@ -344,13 +304,14 @@ namespace platform {
 QApplication* createApplication(int& argc, char** argv)
 {
     // Qt ends the process when no platform works, so the last choice is one that always does.
-    constexpr char kVariable[] = "QT_QPA_PLATFORM";
-    QByteArray choice = qgetenv(kVariable);
+    QByteArray choice = withoutWayland(qgetenv("QT_QPA_PLATFORM"));
     if (!choice.isEmpty())
         choice += ";offscreen";
     else
         choice = displayOpens() ? "xcb;offscreen" : "offscreen";
-    const ScopedEnvironment environment(kVariable, choice);
+    const ScopedEnvironment unscaled(kScaling);
+    // Without GLib nobody would run Qt's event loop: the host runs GLib's.
+    const ScopedEnvironment own({{"QT_QPA_PLATFORM", choice}, {"QT_NO_GLIB", {}}});
     const ScopedLocale locale;
     return new QApplication(argc, argv);
 }
@@ -508,64 +469,10 @@ QRect clientRectOnScreen(NativeWindow window)
     return size.isValid() && origin ? QRect({origin->dst_x, origin->dst_y}, size) : QRect();
 }
 
-bool isReadable(const void* p, std::size_t size)
+QString stateFolder()
 {
-    const auto begin = reinterpret_cast<std::uintptr_t>(p);
-    if (begin == 0 || begin + size < begin)
-        return false;
-    if (size == 0)
-        return true;
-    const std::uintptr_t last = begin + size - 1;
-    if (!isWordReadable(begin))
-        return false;
-    const std::uintptr_t page = pageSize();
-    if ((begin ^ last) < page)
-        return true; // all in one page
-    constexpr std::size_t kProbeEveryPageUpTo = 65536;
-    if (!isWordReadable(last))
-        return false;
-    if (size > kProbeEveryPageUpTo)
-        return true;
-    for (std::uintptr_t at = (begin | (page - 1)) + 1; at < last; at += page) {
-        if (!isWordReadable(at))
-            return false;
-    }
-    return true;
-}
-
-bool copyToHost(void* to, const void* from, std::size_t size)
-{
-    if (!isReadable(to, size))
-        return false;
-    const int savedErrno = errno;
-    const iovec source{const_cast<void*>(from), size};
-    const iovec target{to, size};
-    const ssize_t written = process_vm_writev(getpid(), &source, 1, &target, 1, 0);
-    const bool faulted = written == -1 && errno == EFAULT;
-    errno = savedErrno;
-    if (written == -1 && !faulted) { // a sandbox does not let us ask
-        std::memcpy(to, from, size);
-        return true;
-    }
-    return written == static_cast<ssize_t>(size);
-}
-
-qptrdiff readableStringLength(const char* text)
-{
-    if (!text)
-        return -1;
-    const std::uintptr_t page = pageSize();
-    std::size_t length = 0;
-    while (true) {
-        const auto at = reinterpret_cast<std::uintptr_t>(text) + length;
-        if (!isWordReadable(at))
-            return -1;
-        const std::size_t leftInPage = page - (at & (page - 1));
-        const std::size_t found = strnlen(text + length, leftInPage);
-        length += found;
-        if (found < leftInPage)
-            return static_cast<qptrdiff>(length);
-    }
+    const QString folder = qEnvironmentVariable("XDG_STATE_HOME");
+    return folder.isEmpty() ? QDir::homePath() + QStringLiteral("/.local/state") : folder;
 }
 
 quint32 tickMs()

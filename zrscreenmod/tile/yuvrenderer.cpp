@@ -3,6 +3,8 @@
 #include <QDebug>
 #include <QOpenGLContext>
 
+#include <utility>
+
 namespace {
 
 constexpr GLuint kVertexLocation = 3;
@@ -58,10 +60,18 @@ YuvRenderer::~YuvRenderer()
     release();
 }
 
+const char* YuvRenderer::textOf(GLenum name)
+{
+    return reinterpret_cast<const char*>(glGetString(name));
+}
+
 void YuvRenderer::initialize()
 {
     release();
     initializeOpenGLFunctions();
+    static bool logged = false; // every tile has the same
+    if (!std::exchange(logged, true))
+        qDebug() << "GL renderer:" << textOf(GL_RENDERER) << ",version:" << textOf(GL_VERSION);
     m_planeFormat = singleChannelFormat(*QOpenGLContext::currentContext());
     buildProgram();
     createTextures();

@@ -38,6 +38,7 @@ public:
     [[nodiscard]] quint64 uploadCount() const { return m_uUploadCount; }
 
 private:
+    const char* textOf(GLenum name);
     void buildProgram();
     void createTextures();
 
