@@ -199,16 +199,19 @@ ZR_BEGIN_C
 
 // --- Life of a screen ---------------------------------------------------------------------
 
-/// Creates a screen, puts it into the native window `hParent` and shows it.
-/// `hParent` may be null: the screen is then a window of its own. `notify` may be null: the
-/// screen then sends no messages. It must stay callable until `ZRScreen_Release` returns.
+/// Creates a screen, puts it into the native window `hParent` and shows it. The window system must
+/// know that window: on X11, call `XSync` on the connection that has made it first. As long as it
+/// does not, the screen is hidden, and embedded shortly after or with the next
+/// `ZRScreen_MoveWindow`. `hParent` may be null: the screen is then a window of its own. `notify`
+/// may be null: the screen then sends no messages. It must stay callable until `ZRScreen_Release`
+/// returns.
 /// @return the screen handle, owned by the library until `ZRScreen_Release`; null on failure.
 /// @thread gui
 ZR_API void* ZR_CALL ZRScreen_Init(HWND hParent, ZRNotify notify);
 
 /// Moves the screen into another native window.
 /// @return 0 for an invalid handle, else 1, also when the system refused the new parent. The
-/// screen then has no parent.
+/// screen then has no parent and is hidden until the system takes it, as with `ZRScreen_Init`.
 /// @thread gui
 /// @sends arrangement
 ZR_API int ZR_CALL ZRScreen_SetParent(void* hScreen, HWND hParent);

@@ -39,8 +39,7 @@ ST_ZRScreenHdl* createScreen(HWND hParent, ZRNotify notify)
     screen->m_hParent = hParent;
     screen->m_callback.m_pHandle = screen.get();
     screen->m_pDlgMain = std::make_unique<QDlgMain>(nullptr);
-    screen->m_pDlgMain->embedInto(hParent);
-    screen->m_pDlgMain->show();
+    screen->m_pDlgMain->openIn(hParent);
     QZRScreenConfig::getInstance()->registerUICallback(&screen->m_callback);
     g_screens.insert(screen.get());
     return screen.release();

@@ -52,31 +52,27 @@ QDlgMain::~QDlgMain()
     delete m_pDlgSubtitle2;
 }
 
-void QDlgMain::embedInto(HWND hParent)
+void QDlgMain::openIn(HWND hParent)
 {
-    if (hParent && !platform::setParentWindow(winId(), platform::toNative(hParent)))
-        qDebug() << "SetParent failed, hParent:" << hParent;
+    if (hParent)
+        m_embedding.into(platform::toNative(hParent));
+    m_embedding.show();
 }
 
 bool QDlgMain::moveInto(HWND hParent)
 {
-    const platform::NativeWindow own = winId();
-    // Straight into the new parent: at the top level in between, a window manager could grab it.
-    const bool moved = platform::setParentWindow(own, platform::toNative(hParent));
-    if (!moved) {
-        qDebug() << "SetParent failed, hParent:" << hParent;
-        if (hParent && !platform::setParentWindow(own, 0))
-            qDebug() << "SetParent failed, detaching";
+    if (!m_embedding.into(platform::toNative(hParent)))
         return false;
-    }
-    platform::setChildStyle(own);
+    platform::setChildStyle(winId());
     return true;
 }
 
 void QDlgMain::place(const QRect& rect)
 {
-    platform::placeWindow(winId(), rect);
-    platform::showOnTop(winId());
+    m_embedding.place(rect);
+    m_embedding.show();
+    if (isVisible())
+        platform::showOnTop(winId());
 }
 
 void QDlgMain::resizeEvent(QResizeEvent* event)

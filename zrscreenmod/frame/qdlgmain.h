@@ -1,6 +1,7 @@
 // The frame dialog: the module's top-level window, embedded in the host's.
 #pragma once
 
+#include "embedding.h"
 #include "zrscreenmod.h"
 
 #include <QDialog>
@@ -20,10 +21,11 @@ public:
 
     QDlgScreen* gallery() const { return m_pDlgScreen; }
 
-    /// Makes the dialog a child of a native window; 0 leaves it a window of its own.
-    void embedInto(HWND hParent);
+    /// Shows the dialog in a native window; 0 makes it a window of its own. As long as the system
+    /// has no such window, the dialog is hidden.
+    void openIn(HWND hParent);
     /// Moves the dialog from its parent into another one. @return false when the system refused;
-    /// the dialog then has no parent.
+    /// the dialog then has no parent, and is hidden until it can be moved there.
     bool moveInto(HWND hParent);
     /// Places the dialog in its parent's pixels, on top of its siblings.
     void place(const QRect& rect);
@@ -39,6 +41,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    Embedding m_embedding{*this};
     QDlgScreen* m_pDlgScreen = nullptr;
     QDlgSubtitle2* m_pDlgSubtitle2 = nullptr;
 };

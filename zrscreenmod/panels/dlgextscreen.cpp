@@ -41,15 +41,16 @@ QZRScreenConfig& QDlgExtScreen::hub() const
 
 void QDlgExtScreen::embedInto(HWND hParent)
 {
-    if (hParent && !platform::setParentWindow(winId(), platform::toNative(hParent)))
-        qDebug() << "SetParent failed, parent:" << hParent;
+    if (hParent)
+        m_embedding.into(platform::toNative(hParent));
 }
 
 void QDlgExtScreen::place(const QRect& rect)
 {
-    platform::placeWindow(winId(), rect);
-    show();
-    platform::showOnTop(winId());
+    m_embedding.place(rect);
+    m_embedding.show();
+    if (isVisible())
+        platform::showOnTop(winId());
     reportShown();
 }
 

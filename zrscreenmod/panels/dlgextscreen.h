@@ -1,6 +1,7 @@
 // The extended screen: one participant in a window of the host's, on whichever monitor it is.
 #pragma once
 
+#include "embedding.h"
 #include "framegate.h"
 #include "personinfo.h"
 
@@ -24,7 +25,8 @@ public:
     QDlgExtScreen();
     ~QDlgExtScreen() override;
 
-    /// Makes the dialog a child of a native window; 0 leaves it a window of its own.
+    /// Makes the dialog a child of a native window; 0 leaves it a window of its own. As long as the
+    /// system has no such window, the dialog stays hidden.
     void embedInto(HWND hParent);
     /// Places the dialog in its parent's pixels, on top of its siblings, and shows it. The host may
     /// be called from inside, as from updatePersonInfo.
@@ -83,6 +85,7 @@ private:
     void reportShown();
     void publishUserId(const QString& userId);
 
+    Embedding m_embedding{*this, [this] { reportShown(); }};
     CPlayWidget* m_pTile; ///< child; set for the dialog's whole life
     std::unique_ptr<tagPersonInfo> m_pPerson;
     FrameGate m_gate; ///< open for the record

@@ -60,6 +60,9 @@ void keepModuleLoaded();
 /// stays where it was. GUI thread.
 [[nodiscard]] bool setParentWindow(NativeWindow child, NativeWindow parent, const QPoint& at = {});
 
+/// Whether windows can go into one another here: not where the module draws off screen. GUI thread.
+[[nodiscard]] bool canEmbed();
+
 /// Gives a window the style of a plain child that clips its own children: no frame, no border.
 /// GUI thread.
 void setChildStyle(NativeWindow window);

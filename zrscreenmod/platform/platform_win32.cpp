@@ -121,6 +121,11 @@ bool setParentWindow(NativeWindow child, NativeWindow parent, const QPoint& at)
     return true;
 }
 
+bool canEmbed()
+{
+    return true;
+}
+
 void setChildStyle(NativeWindow window)
 {
     const HWND hwnd = toHwnd(window);

@@ -59,12 +59,24 @@ xcb_window_t toXcb(platform::NativeWindow window)
 
 /// Waits for the server's verdict. An error stays here: it reaches neither Qt's event loop nor an
 /// Xlib error handler, whose default ends the process.
+void logError(const xcb_generic_error_t& error)
+{
+    // Of the core protocol, from 1 on.
+    static const char* const kNames[] = {
+        "BadRequest", "BadValue",    "BadWindow",   "BadPixmap", "BadAtom",          "BadCursor",
+        "BadFont",    "BadMatch",    "BadDrawable", "BadAccess", "BadAlloc",         "BadColor",
+        "BadGC",      "BadIDChoice", "BadName",     "BadLength", "BadImplementation"};
+    const std::size_t index = error.error_code - std::size_t(1);
+    qDebug() << "X11 request" << error.major_code << "failed, error:" << error.error_code
+             << (index < std::size(kNames) ? kNames[index] : "")
+             << ",resource:" << error.resource_id;
+}
+
 bool succeeded(xcb_connection_t* c, xcb_void_cookie_t cookie)
 {
     const Reply<xcb_generic_error_t> error(xcb_request_check(c, cookie));
     if (error)
-        qDebug() << "X11 request" << error->major_code << "failed, error:" << error->error_code
-                 << ",resource:" << error->resource_id;
+        logError(*error);
     return !error;
 }
 
@@ -89,8 +101,11 @@ bool findInTree(xcb_connection_t* c, xcb_window_t window, TreePlace* place)
     const Reply<xcb_query_tree_reply_t> reply(
         xcb_query_tree_reply(c, xcb_query_tree(c, window), &rawError));
     const Reply<xcb_generic_error_t> error(rawError);
-    if (!reply)
+    if (!reply) {
+        if (error)
+            logError(*error);
         return false;
+    }
     *place = {reply->root, reply->parent};
     return true;
 }
@@ -366,6 +381,11 @@ bool setParentWindow(NativeWindow child, NativeWindow parent, const QPoint& at)
     if (withdrawn)
         succeeded(c, xcb_map_window_checked(c, childId));
     return reparented;
+}
+
+bool canEmbed()
+{
+    return connection() != nullptr;
 }
 
 void setChildStyle(NativeWindow window)
