@@ -68,6 +68,7 @@ private slots:
     void theEndOfTheProcessWaitsForNoThread();
     void startTidiesAndReports();
     void takesTheFirstFolderThatCanBeWritten();
+    void aStormIsALineWithACount();
 
 private:
     LogSettings settings() const
@@ -286,7 +287,7 @@ void tst_QMyLogThread::theWriterLogsItsOwnDeletions()
     log.start();
     installLogHandler(&log);
     for (int i = 0; i <= 1001; ++i)
-        qDebug("x");
+        qDebug("%d", i);
     QVERIFY(log.waitUntilWritten(5000)); // up to the deletion
     QVERIFY(log.waitUntilWritten(5000)); // and what was logged about it
     QVERIFY(removeLogHandler());
@@ -437,6 +438,43 @@ void tst_QMyLogThread::takesTheFirstFolderThatCanBeWritten()
     QCOMPARE(logFolders().first(), path("chosen"));
     qunsetenv("ZRSCREEN_LOG_DIR");
     QCOMPARE(logFolders().first(), QCoreApplication::applicationDirPath() + "/log");
+}
+
+void tst_QMyLogThread::aStormIsALineWithACount()
+{
+    zr::RepeatFilter filter;
+    const auto storm = [&filter](int times, qint64 nowMs) {
+        int admitted = 0;
+        for (int i = 0; i < times; ++i)
+            admitted += filter.admit(1, nowMs) + 100 * filter.admit(2, nowMs);
+        return admitted;
+    };
+    QCOMPARE(storm(10, 0), 1010);
+    QCOMPARE(storm(10, 1000), 1010); // another second
+    QVERIFY(filter.takeCount(5000).isEmpty());
+    filter.written(1, "one");
+    filter.written(2, "two");
+    QCOMPARE(storm(90, 1500), 0);
+    QVERIFY(filter.takeCount(1999).isEmpty());
+    QCOMPARE(filter.takeCount(2500), QStringLiteral("one (90 times more in 1500 ms)"));
+    QCOMPARE(filter.takeCount(2600, true), QStringLiteral("two (90 times more in 1600 ms)"));
+    QVERIFY(filter.takeCount(9999, true).isEmpty());
+    for (quint64 key = 3; key < 1000; ++key) // none of which is many
+        QVERIFY(filter.admit(key, 3000));
+
+    // What the handler does not give is counted, at the latest when the log ends.
+    QMyLogThread log(settings());
+    installLogHandler(&log);
+    for (int i = 0; i < 5000; ++i)
+        qDebug("again");
+    QVERIFY(removeLogHandler());
+    QVERIFY(log.finish());
+    const QStringList written = lines(kFirstFile);
+    QVERIFY(written.size() < 100);
+    int total = 0;
+    for (const QString& line : written)
+        total += line == "again" ? 1 : line.section('(', 1).section(' ', 0, 0).toInt();
+    QCOMPARE(total, 5000);
 }
 
 QTEST_GUILESS_MAIN(tst_QMyLogThread)

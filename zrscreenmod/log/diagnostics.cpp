@@ -8,6 +8,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
 
 #include <atomic>
 #include <exception>
@@ -58,8 +59,10 @@ void logMessageHandler(QtMsgType type, const QMessageLogContext& context, const 
             passOn(type, context, message);
         if (!target)
             return;
-        emit target->notifyWiteLog(qFormatLogMessage(type, context, message)
-                                   + QStringLiteral("\r\n"));
+        const quint64 key = qHash(message, qHash(QByteArray(context.function), uint(context.line)));
+        if (!target->admits(key))
+            return;
+        target->giveLine(key, qFormatLogMessage(type, context, message));
         if (type == QtFatalMsg)
             target->waitUntilWritten(kFatalWaitMs);
     } catch (const std::exception&) {

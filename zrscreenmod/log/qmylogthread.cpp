@@ -20,6 +20,12 @@ qint64 memoryOf(const QString& line)
     return line.size() * static_cast<qint64>(sizeof(QChar)) + kOverheadBytes;
 }
 
+qint64 clockMs()
+{
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
 } // namespace
 
 void deleteLogFiles(const QDir& folder, const QStringList& names)
@@ -54,6 +60,32 @@ QMyLogThread::~QMyLogThread()
 }
 
 // --- Any thread -----------------------------------------------------------------------------
+
+bool QMyLogThread::admits(quint64 key)
+{
+    giveCounts(false);
+    const std::lock_guard lock(m_filterLock);
+    return m_filter.admit(key, clockMs());
+}
+
+void QMyLogThread::giveLine(quint64 key, const QString& line)
+{
+    {
+        const std::lock_guard lock(m_filterLock);
+        m_filter.written(key, line);
+    }
+    emit notifyWiteLog(line + QStringLiteral("\r\n"));
+}
+
+void QMyLogThread::giveCounts(bool all)
+{
+    const auto take = [this, all] {
+        const std::lock_guard lock(m_filterLock);
+        return m_filter.takeCount(clockMs(), all);
+    };
+    for (QString count = take(); !count.isEmpty(); count = take())
+        emit notifyWiteLog(count + QStringLiteral("\r\n"));
+}
 
 void QMyLogThread::enqueue(const QString& line)
 {
@@ -91,6 +123,7 @@ bool QMyLogThread::waitUntilWritten(int timeoutMs)
 
 bool QMyLogThread::finish(int timeoutMs)
 {
+    giveCounts(true);
     {
         const std::lock_guard lock(m_lock);
         m_closed = true;

@@ -1,6 +1,8 @@
 // The log writer: takes log lines from all threads and writes them to the day's file, alone.
 #pragma once
 
+#include "repeatfilter.h"
+
 #include <QDate>
 #include <QDateTime>
 #include <QString>
@@ -43,6 +45,12 @@ public:
     explicit QMyLogThread(LogSettings settings = LogSettings::forApplication());
     ~QMyLogThread() override;
 
+    /// Whether a line is to be formatted and given: of many equal ones in quick succession the
+    /// first ones are, the rest is counted. @param key tells the line from others. Any thread.
+    [[nodiscard]] bool admits(quint64 key);
+    /// Takes a line that was admitted. Any thread.
+    void giveLine(quint64 key, const QString& line);
+
     /// Takes no more lines, and waits until those that it has are written and the thread is at its
     /// end. Lines that no thread is there to write are written by the caller.
     ///
@@ -80,6 +88,7 @@ protected:
     void run() override;
 
 private:
+    void giveCounts(bool all);
     void enqueue(const QString& line);
     struct Work
     {
@@ -105,6 +114,9 @@ private:
     /// thread can go on with it when the writer is no more.
     Work m_work;
     size_t m_uDone = 0;
+
+    std::mutex m_filterLock; ///< guards the filter alone
+    zr::RepeatFilter m_filter;
 
     std::mutex m_lock; ///< guards what follows; nothing is logged or written under it
     std::condition_variable m_changed;
