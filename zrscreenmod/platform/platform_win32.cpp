@@ -75,7 +75,7 @@ QApplication* createApplication(int& argc, char** argv)
     // are the host's business: the plugins may also come along with the module.
     if (const QString folder = moduleFolder(); !folder.isEmpty())
         QCoreApplication::addLibraryPath(folder);
-    const ScopedEnvironment unscaled(kScaling);
+    const ScopedEnvironment unscaled(withoutScaling());
     return new QApplication(argc, argv);
 }
 

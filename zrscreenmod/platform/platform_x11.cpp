@@ -324,7 +324,7 @@ QApplication* createApplication(int& argc, char** argv)
         choice += ";offscreen";
     else
         choice = displayOpens() ? "xcb;offscreen" : "offscreen";
-    const ScopedEnvironment unscaled(kScaling);
+    const ScopedEnvironment unscaled(withoutScaling());
     // Without GLib nobody would run Qt's event loop: the host runs GLib's.
     const ScopedEnvironment own({{"QT_QPA_PLATFORM", choice}, {"QT_NO_GLIB", {}}});
     const ScopedLocale locale;

@@ -40,10 +40,14 @@ private:
     Variables m_before;
 };
 
-/// People set these for all of their programs. The module's pixels are the host's, and those of the
-/// screen.
-inline const ScopedEnvironment::Variables kScaling{{"QT_SCALE_FACTOR", {}},
-                                                   {"QT_SCREEN_SCALE_FACTORS", {}},
-                                                   {"QT_AUTO_SCREEN_SCALE_FACTOR", {}},
-                                                   {"QT_ENABLE_HIGHDPI_SCALING", {}},
-                                                   {"QT_DEVICE_PIXEL_RATIO", {}}};
+/// What takes away the variables that scale Qt programs, which people set for all of theirs. The
+/// module's pixels are the host's, and those of the screen. Made anew each time: the library is
+/// entered before its initialisers have run.
+inline ScopedEnvironment::Variables withoutScaling()
+{
+    return {{"QT_SCALE_FACTOR", {}},
+            {"QT_SCREEN_SCALE_FACTORS", {}},
+            {"QT_AUTO_SCREEN_SCALE_FACTOR", {}},
+            {"QT_ENABLE_HIGHDPI_SCALING", {}},
+            {"QT_DEVICE_PIXEL_RATIO", {}}};
+}
