@@ -30,7 +30,7 @@ enum : int
 
 /// One participant. Created and freed by the gallery on the GUI thread, which alone reads and
 /// writes it, with three exceptions: `userID` never changes after creation and may be read from
-/// any thread that pins the record (QZRScreenConfig::pinPerson), and the atomics at the end.
+/// any thread that pins the record (QZRScreenConfig::livePersons), and the atomics at the end.
 ///
 /// The record's address travels to the host as an opaque value. The order of the fields down to
 /// `iPlayState` is fixed; the module's own state follows them.
