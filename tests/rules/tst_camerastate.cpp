@@ -116,7 +116,8 @@ private slots:
 
 void TestCameraState::singleReports()
 {
-    // 's' and 'h': told shown and hidden, '+' and '-': reported open and closed, '.': a second
+    // 's', 'h' and 'g': told shown, hidden and a grade, '+' and '-': reported open and closed, '.':
+    // a second
     const struct
     {
         const char* events;
@@ -142,6 +143,10 @@ void TestCameraState::singleReports()
         {"h.+", true, true},              // switched on, seen by nobody
         {"s.h.+", true, true},            // a late answer, to be followed by another
         {"s.h.+.-", true, false},
+        {"s.+g.-.......", true, false}, // closed for another grade
+        {"s.+g.-........", false, false},
+        {"s.+g.-.+.-", false, false},
+        {"s.+g........-", false, false},
     };
     for (const auto& row : rows) {
         CameraState camera;
@@ -153,6 +158,8 @@ void TestCameraState::singleReports()
                 camera.tellShown(nowMs);
             else if (*event == 'h')
                 camera.tellHidden(nowMs);
+            else if (*event == 'g')
+                camera.tellGrade(nowMs);
             else
                 camera.report(*event == '+', nowMs);
         }

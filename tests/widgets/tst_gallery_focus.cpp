@@ -547,6 +547,9 @@ void TestGalleryFocus::gradesAreAskedForOnce()
     QCOMPARE(host.switches, 4);
     m->setPersonDefStreamType(persons[1]);
     QCOMPARE(persons[1]->iStreamType, persons[1]->iDefType);
+    // Some hosts close the stream for that, and open it again: the camera is on.
+    m->setPreview(persons[1], false);
+    QVERIFY(persons[1]->camera.isOn(m.nowMs));
     // A page that is turned back soon costs the host nothing.
     m.setMode(eLayoutSingle);
     m.host.messages.clear();

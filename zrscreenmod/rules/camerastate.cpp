@@ -46,6 +46,11 @@ void CameraState::tellHidden(qint64 nowMs)
     m_hidden.add(nowMs);
 }
 
+void CameraState::tellGrade(qint64 nowMs)
+{
+    m_grades.add(nowMs);
+}
+
 void CameraState::report(bool bOpen, qint64 nowMs)
 {
     m_tellAgainMs = -1;
@@ -70,15 +75,17 @@ void CameraState::reportOpen(qint64 nowMs)
 
 void CameraState::reportClosed(qint64 nowMs)
 {
-    if (!m_hidden.take(nowMs)) {
+    const bool hides = m_hidden.take(nowMs);
+    if (!hides && !m_grades.take(nowMs)) {
         m_bOn = false;
         m_doubtEndMs = -1;
         m_shown.take(nowMs);
     } else if (m_told == Told::Shown) {
-        // Either a late answer, or the camera of a host that answers less. The next report of an
-        // open stream tells; where none is to be expected, it is asked for once more.
+        // Either an answer, or the camera of a host that answers less. The next report of an open
+        // stream tells. One follows another grade by itself; after a late "hidden", where none is
+        // to be expected, it is asked for once more.
         m_doubtEndMs = nowMs + kAnswerLimitMs;
-        if (!m_shown.isWaiting(nowMs))
+        if (hides && !m_shown.isWaiting(nowMs))
             m_tellAgainMs = nowMs;
     }
 }

@@ -30,7 +30,8 @@ private:
 /// Tells a camera that goes off from a stream that closes because the module asked for that. Hosts
 /// answer late or never, every message or only those that change something, and not always in the
 /// order in which they were asked. A report that a stream is closed therefore counts as the answer
-/// to a "hidden" for as long as one may come; the camera is off only where the host reports more.
+/// to a "hidden", or to another grade, for which some close the stream and open it again, for as
+/// long as one may come; the camera is off only where the host reports more.
 ///
 /// Times are milliseconds of one clock that never goes back.
 class CameraState
@@ -39,6 +40,8 @@ public:
     /// The host is told that the participant is visible, or not.
     void tellShown(qint64 nowMs);
     void tellHidden(qint64 nowMs);
+    /// The host is asked for a grade.
+    void tellGrade(qint64 nowMs);
     /// The host reports the stream as open or closed, asked or not.
     void report(bool bOpen, qint64 nowMs);
 
@@ -63,6 +66,7 @@ private:
     qint64 m_toldHiddenMs = 0;
     PendingAnswers m_shown;
     PendingAnswers m_hidden;
+    PendingAnswers m_grades;
 };
 
 } // namespace zr
