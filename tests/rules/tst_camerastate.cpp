@@ -116,8 +116,8 @@ private slots:
 
 void TestCameraState::singleReports()
 {
-    // 's', 'h' and 'g': told shown, hidden and a grade, '+' and '-': reported open and closed, '.':
-    // a second
+    // 's', 'h' and 'g': told shown, hidden and a grade, 'p': presumed on, '+' and '-': reported
+    // open and closed, '.': a second
     const struct
     {
         const char* events;
@@ -147,6 +147,13 @@ void TestCameraState::singleReports()
         {"s.+g.-........", false, false},
         {"s.+g.-.+.-", false, false},
         {"s.+g........-", false, false},
+        {"h.p.-", true, false}, // nothing is known yet
+        {"h.p.-s.......", true, false},
+        {"h.p.-s........", false, false},
+        {"h.p.-s.+........", true, false},
+        {"h.p.-s.-", false, false},
+        {"-p", false, false},
+        {"s.p", false, false},
     };
     for (const auto& row : rows) {
         CameraState camera;
@@ -158,6 +165,8 @@ void TestCameraState::singleReports()
                 camera.tellShown(nowMs);
             else if (*event == 'h')
                 camera.tellHidden(nowMs);
+            else if (*event == 'p')
+                camera.presumeOn();
             else if (*event == 'g')
                 camera.tellGrade(nowMs);
             else

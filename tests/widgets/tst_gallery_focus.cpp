@@ -490,7 +490,7 @@ void TestGalleryFocus::settlesWithSlowHosts()
             host.setCamera(persons[std::size_t(i)], i % 4 != 3);
         QCOMPARE(m.tell(QString("mode %1").arg(mode)), QString());
         m.pass(kRestMs);
-        for (const char* step : {"next", "back", "mode 11", "mode 1", "next", "add last 1000",
+        for (const char* step : {"next", "back", "next; mode 13", "mode 1", "next", "add last 1000",
                                  "remove u2", "poll 1", "poll 1 off", "set filter 1; layout"}) {
             const QString row = QString("mode %1, %2").arg(mode).arg(step);
             m.host.messages.clear();

@@ -1,6 +1,7 @@
 #include "camerastate.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zr {
 
@@ -30,7 +31,8 @@ void CameraState::tellShown(qint64 nowMs)
 {
     m_told = Told::Shown;
     m_tellAgainMs = -1;
-    if (m_doubtEndMs >= 0)
+    const bool presumed = !std::exchange(m_bKnown, true) && m_bOn;
+    if (presumed || m_doubtEndMs >= 0)
         m_doubtEndMs = nowMs + kAnswerLimitMs;
     m_shown.add(nowMs);
 }
@@ -51,6 +53,11 @@ void CameraState::tellGrade(qint64 nowMs)
     m_grades.add(nowMs);
 }
 
+void CameraState::presumeOn()
+{
+    m_bOn = m_bOn || !m_bKnown;
+}
+
 void CameraState::report(bool bOpen, qint64 nowMs)
 {
     m_tellAgainMs = -1;
@@ -62,7 +69,7 @@ void CameraState::report(bool bOpen, qint64 nowMs)
 
 void CameraState::reportOpen(qint64 nowMs)
 {
-    m_bOn = true;
+    m_bOn = m_bKnown = true;
     m_doubtEndMs = -1;
     const bool answers = m_shown.take(nowMs);
     if (m_told != Told::Hidden)
@@ -78,6 +85,7 @@ void CameraState::reportClosed(qint64 nowMs)
     const bool hides = m_hidden.take(nowMs);
     if (!hides && !m_grades.take(nowMs)) {
         m_bOn = false;
+        m_bKnown = true;
         m_doubtEndMs = -1;
         m_shown.take(nowMs);
     } else if (m_told == Told::Shown) {

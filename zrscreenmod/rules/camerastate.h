@@ -42,6 +42,8 @@ public:
     void tellHidden(qint64 nowMs);
     /// The host is asked for a grade.
     void tellGrade(qint64 nowMs);
+    /// Takes a camera of which nothing is known for on, until the host has been asked.
+    void presumeOn();
     /// The host reports the stream as open or closed, asked or not.
     void report(bool bOpen, qint64 nowMs);
 
@@ -61,6 +63,7 @@ private:
 
     Told m_told = Told::Nothing;
     bool m_bOn = false;
+    bool m_bKnown = false;    ///< the host was asked, or has said by itself, whether it is on
     qint64 m_doubtEndMs = -1; ///< off from then on, unless an open stream is reported
     qint64 m_tellAgainMs = -1;
     qint64 m_toldHiddenMs = 0;
