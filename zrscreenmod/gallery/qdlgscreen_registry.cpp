@@ -84,8 +84,7 @@ tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userN
     m_mapByUserId.insert(userId, person);
     m_setJoinTime.insert(person->joinTime);
     hub().addLivePerson(person);
-    if (person->bShare && m_iShareCount++ == 0)
-        m_iModeBeforeShare = hub().curScreenMode();
+    m_iShareCount += person->bShare;
     insertByJoinTime(person);
     onModAddPerson(person);
     return person;
@@ -137,7 +136,7 @@ void QDlgScreen::enterShare(tagPersonInfo* share)
 {
     const int mode = hub().curScreenMode();
     qDebug() << "share screen,userName:" << share->userName << ",userID:" << share->userID
-             << ",LockMode:" << m_iModeBeforeShare;
+             << ",LockMode:" << hub().modeBeforeFirstShare();
     if (!hub().settings.layoutFollow && !pollingActive())
         setFocusPerson(share,
                        mode == eLayoutSpeakerTool2 ? eLayoutSpeakerTool2 : eLayoutSpeakerTool);
@@ -145,13 +144,11 @@ void QDlgScreen::enterShare(tagPersonInfo* share)
 
 void QDlgScreen::leaveShare()
 {
-    if (tagPersonInfo* other = firstShare()) {
-        // The meeting still has a share: its arrangement stays.
-        if (hub().curScreenMode() == eLayoutShare && !m_pShareScreenPerson)
-            m_pShareScreenPerson = other;
-        return;
-    }
-    setMeetingMode(static_cast<eLayoutType>(m_iModeBeforeShare));
+    if (hub().curScreenMode() == eLayoutShare && !m_pShareScreenPerson)
+        m_pShareScreenPerson = firstShare();
+    // As long as the meeting has a share, on whichever screen, its arrangement stays.
+    if (!hub().hasLiveShare())
+        setMeetingMode(static_cast<eLayoutType>(hub().modeBeforeFirstShare()));
 }
 
 bool QDlgScreen::DelPerson(tagPersonInfo* person)

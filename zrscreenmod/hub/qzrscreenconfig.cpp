@@ -210,6 +210,8 @@ void QZRScreenConfig::dumpFrame(const tagPersonInfo& person,
 
 void QZRScreenConfig::addLivePerson(tagPersonInfo* person)
 {
+    if (person->bShare && !hasLiveShare())
+        m_iModeBeforeFirstShare = curScreenMode();
     const std::unique_lock<std::shared_mutex> lock(m_liveLock);
     m_setLivePerson.insert(person);
 }
@@ -230,6 +232,13 @@ bool QZRScreenConfig::hasLivePersons() const
 {
     const std::shared_lock<std::shared_mutex> lock(m_liveLock);
     return !m_setLivePerson.empty();
+}
+
+bool QZRScreenConfig::hasLiveShare() const
+{
+    const std::shared_lock<std::shared_mutex> lock(m_liveLock);
+    return std::any_of(m_setLivePerson.begin(), m_setLivePerson.end(),
+                       [](const tagPersonInfo* person) { return person->bShare; });
 }
 
 PersonPin QZRScreenConfig::pinPerson(tagPersonInfo* person) const

@@ -138,6 +138,9 @@ public:
     void setCurScreenMode(int mode);
     /// The mode before the share's, to which a maximised tile returns. GUI thread.
     int modeBeforeShareMode() const { return m_iModeBeforeShareMode; }
+    /// The mode when the first shared screen came to a meeting that had none, on whichever screen;
+    /// it comes back with the last one's leaving. GUI thread.
+    int modeBeforeFirstShare() const { return m_iModeBeforeFirstShare; }
     /// Forgets what belonged to a meeting, on whichever screens it was: the mode, the sponsor and
     /// the pause of a share, the subtitles. The other settings are the client's and stay. GUI
     /// thread.
@@ -166,11 +169,14 @@ public:
     void dumpFrame(const tagPersonInfo& person, const VantrelRTCVideoFrameQT& frame) const;
 
     // --- Live participants; any thread ---
+    /// GUI thread.
     void addLivePerson(tagPersonInfo* person);
     void removeLivePerson(tagPersonInfo* person);
     [[nodiscard]] bool isLivePerson(const tagPersonInfo* person) const;
     /// Whether anybody is on any screen.
     [[nodiscard]] bool hasLivePersons() const;
+    /// Whether a shared screen is on any screen.
+    [[nodiscard]] bool hasLiveShare() const;
     /// @return an empty pin when the record is not alive; then it must not be touched.
     [[nodiscard]] PersonPin pinPerson(tagPersonInfo* person) const;
     /// The name is written on the GUI thread and read there without a lock; other threads ask
@@ -299,6 +305,7 @@ private:
 
     std::atomic<int> m_iCurMode{eLayoutEqualCut};
     int m_iModeBeforeShareMode = eLayoutEqualCut;
+    int m_iModeBeforeFirstShare = eLayoutEqualCut;
     bool m_b4K = false;
     QString m_qstrImgPrefix;
     bool m_bCacheFrame = false;
