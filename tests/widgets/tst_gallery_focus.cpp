@@ -377,6 +377,9 @@ void TestGalleryFocus::lateFramesStartNothing()
     frame.pData = m.picture.data();
     frame.width = frame.height = 8;
     const auto isRunning = [&] { return person->iStreamStatus == kStreamRunning; };
+    // The notice of a frame uncovers the tile: the picture is there before.
+    connect(&m.hub(), &QZRScreenConfig::playFrameUpdateUI, this,
+            [person] { QVERIFY(!person->pWidget->IsBufferBlank()); });
     const auto pictureBelongsToTheStream = [&](const std::function<void(bool)>& setOpen) {
         setOpen(true);
         QVERIFY(!isRunning());

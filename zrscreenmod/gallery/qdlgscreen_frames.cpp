@@ -42,17 +42,19 @@ bool QDlgScreen::playFrame(void* pPerson, const VantrelRTCVideoFrameQT* frame)
     person->badFrameLogged.store(false, std::memory_order_relaxed);
     if (config.cacheFrame())
         config.dumpFrame(*person.operator->(), *frame);
-    // A GUI thread that falls behind finds one signal for each participant in its queue, not one
-    // for each frame.
-    const quint64 size = packedSize(frame->width, frame->height);
+    // Counted before it is copied: one that is on its way while the stream is opened again is none
+    // of the new ones.
     person->frames.fetch_add(1);
-    if (person->pendingFrameSize.exchange(size) != size)
-        emit config.playFrameUpdateUI(pPerson, static_cast<int>(frame->width),
-                                      static_cast<int>(frame->height));
     person->dwLastFrameTick.store(platform::tickMs(), std::memory_order_relaxed);
     person->pWidget->PlayFrame(*frame);
     if (m_pSpeakTool) // set before there are participants, and then left alone
         m_pSpeakTool->playFrame(pPerson, *frame);
+    // Told afterwards, since it uncovers the tile. A GUI thread that falls behind finds one signal
+    // for each participant in its queue, not one for each frame.
+    const quint64 size = packedSize(frame->width, frame->height);
+    if (person->pendingFrameSize.exchange(size) != size)
+        emit config.playFrameUpdateUI(pPerson, static_cast<int>(frame->width),
+                                      static_cast<int>(frame->height));
     return true;
 }
 

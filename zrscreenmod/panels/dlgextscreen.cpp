@@ -210,8 +210,8 @@ bool QDlgExtScreen::playFrame(const VantrelRTCVideoFrameQT& frame)
     }
     m_bBadFrameLogged.store(false, std::memory_order_relaxed);
     return m_gate.pass(m_gate.key(), [&] {
+        m_pPerson->frames.fetch_add(1); // before it is copied, as in a gallery
         m_pTile->PlayFrame(frame);
-        m_pPerson->frames.fetch_add(1);
         // One notice in the queue, however far the GUI thread falls behind.
         const quint64 size = quint64(frame.width) << 32 | frame.height;
         if (m_pendingFrameSize.exchange(size) != size)
