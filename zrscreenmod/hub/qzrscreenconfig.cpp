@@ -267,7 +267,8 @@ void QZRScreenConfig::setPersonShown(tagPersonInfo* person, bool bShown)
     if (!person)
         return;
     // A page that is turned back soon costs the host nothing.
-    if (bShown && person->iPlayState == kPlayShown && person->camera.tellAgainMs() < 0)
+    const qint64 againMs = person->camera.tellAgainMs();
+    if (bShown && person->iPlayState == kPlayShown && (againMs < 0 || againMs > nowMs()))
         return;
     const int before = std::exchange(person->iPlayState, bShown ? kPlayShown : kPlayHidden);
     if (before == kPlayHidden)

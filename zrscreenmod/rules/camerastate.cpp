@@ -5,6 +5,13 @@
 
 namespace zr {
 
+namespace {
+
+/// A host that has closed a stream for another grade opens it again before this time is over.
+constexpr qint64 kReopenLimitMs = kAnswerLimitMs / 2;
+
+} // namespace
+
 void PendingAnswers::add(qint64 nowMs)
 {
     const auto waiting = [nowMs](qint64 sentMs) { return sentMs + kAnswerLimitMs > nowMs; };
@@ -82,19 +89,19 @@ void CameraState::reportOpen(qint64 nowMs)
 
 void CameraState::reportClosed(qint64 nowMs)
 {
-    const bool hides = m_hidden.take(nowMs);
-    if (!hides && !m_grades.take(nowMs)) {
+    const bool mayReopen = m_grades.isWaiting(nowMs);
+    if (!m_hidden.take(nowMs) && !m_grades.take(nowMs)) {
         m_bOn = false;
         m_bKnown = true;
         m_doubtEndMs = -1;
         m_shown.take(nowMs);
     } else if (m_told == Told::Shown) {
         // Either an answer, or the camera of a host that answers less. The next report of an open
-        // stream tells. One follows another grade by itself; after a late "hidden", where none is
-        // to be expected, it is asked for once more.
+        // stream tells; where none is to be expected, it is asked for once more. For another grade
+        // some hosts open the stream again by themselves.
         m_doubtEndMs = nowMs + kAnswerLimitMs;
-        if (hides && !m_shown.isWaiting(nowMs))
-            m_tellAgainMs = nowMs;
+        if (!m_shown.isWaiting(nowMs))
+            m_tellAgainMs = mayReopen ? nowMs + kReopenLimitMs : nowMs;
     }
 }
 
