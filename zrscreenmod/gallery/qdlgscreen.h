@@ -37,7 +37,7 @@ struct MeetingState
     int m_iLaidOutMode = 0;                     ///< that of the last arrangement; 0 before it
     QHash<QString, int> m_mapCustomizedPersons; ///< rank by user id
     bool m_bShareFocusDue = false;              ///< a new order may give the focus to a share
-    int m_iLookMode = eLayoutEqualCut; ///< the mode after the last change of a look
+    int m_iLookMode = eLayoutEqualCut;          ///< the mode after the last change of a look
     /// The tile that fills the dialog was maximised in the gallery that the share's mode is.
     bool m_bMaximisedInGallery = false;
     QString m_qstrCurrentSpeaking;
