@@ -197,7 +197,7 @@ constexpr bool isQuietWhenNull(const Argument& argument)
     X(ZRCtrl, QLineEdit_SetInputRexp, posted, nothing, (lineEdit, utf8(text)))                     \
     X(ZRCtrl, QLineEdit_SetObjectName, posted, nothing, (lineEdit, utf8(text)))                    \
     X(ZRCtrl, QLineEdit_SetEchoMode, posted, nothing, (lineEdit, checked(0, 3)))                   \
-    X(ZRCtrl, QLineEdit_SetMaxLength, posted, nothing, (lineEdit, checked(1, INT_MAX)))            \
+    X(ZRCtrl, QLineEdit_SetMaxLength, posted, nothing, (lineEdit, checked(0, INT_MAX)))            \
     X(ZRCtrl, QLineEdit_SetFocus, posted, nothing, (lineEdit))                                     \
     X(ZRCtrl, QLineEdit_SetCursorPos, posted, nothing, (lineEdit, number))                         \
     X(ZRCtrl, QLineEdit_SetSelection, posted, nothing, (lineEdit, number, number))                 \

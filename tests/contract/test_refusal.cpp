@@ -281,7 +281,7 @@ std::vector<Hostile<T>> Victim::wrong(const zr::Argument& argument)
         using Number = std::conditional_t<std::is_enum_v<T>, int, T>;
         using Limits = std::numeric_limits<Number>;
         for (const Number n :
-             {Limits::min(), Number(-1), Number(15), Number(1000), Limits::max()}) {
+             {Limits::min(), Number(-1), Number(0), Number(15), Number(1000), Limits::max()}) {
             const bool outside = n < argument.least || n > argument.most;
             rows.push_back({std::to_string(n), static_cast<T>(n),
                             argument.checked && outside ? Verdict::Refused : Verdict::Taken});

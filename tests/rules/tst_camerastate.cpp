@@ -116,32 +116,45 @@ private slots:
 
 void TestCameraState::singleReports()
 {
-    // 's' and 'h': told shown and hidden, '+' and '-': reported open and closed, '.': a second
+    // 's', 'h' and 'g': told shown, hidden and a grade, 'p': presumed on, '+' and '-': reported
+    // open and closed, '.': a second
     const struct
     {
         const char* events;
         bool on;
-        bool tellAgain;
+        int tellAgainS; ///< since the beginning; -1 for never
     } rows[] = {
-        {"", false, false},
-        {"-", false, false},
-        {"+", true, false},
-        {"+-", false, false},
-        {"s.+.-", false, false},    // switched off
-        {"+h.-", true, false},      // closed as it was told
-        {"+h.-.-", false, false},   // one report more than it was asked for
-        {"+h..s.-", true, false},   // a late answer: the next one will be "open"
-        {"+h..s.-.+", true, false}, //
-        {"+h..s.-.+.-", false, false},
-        {"+h.s.+..-", true, true}, // out of step; or switched off
-        {"+h.s.+..-.-", false, false},
-        {"+h.s.-........", false, false}, // nothing more came: it was no answer
-        {"+h.s.-.......h.-", true, false},
-        {"+h.s.-........h.-", false, false},
-        {"+h.s.........-", false, false}, // too late for an answer
-        {"h.+", true, true},              // switched on, seen by nobody
-        {"s.h.+", true, true},            // a late answer, to be followed by another
-        {"s.h.+.-", true, false},
+        {"", false, -1},
+        {"-", false, -1},
+        {"+", true, -1},
+        {"+-", false, -1},
+        {"s.+.-", false, -1},    // switched off
+        {"+h.-", true, -1},      // closed as it was told
+        {"+h.-.-", false, -1},   // one report more than it was asked for
+        {"+h..s.-", true, -1},   // a late answer: the next one will be "open"
+        {"+h..s.-.+", true, -1}, //
+        {"+h..s.-.+.-", false, -1},
+        {"+h.s.+..-", true, 4}, // out of step; or switched off
+        {"+h.s.+..-.-", false, -1},
+        {"+h.s.-........", false, -1}, // nothing more came: it was no answer
+        {"+h.s.-.......h.-", true, -1},
+        {"+h.s.-........h.-", false, -1},
+        {"+h.s.........-", false, -1}, // too late for an answer
+        {"h.+", true, 2},              // switched on, seen by nobody
+        {"s.h.+", true, 9},            // a late answer, to be followed by another
+        {"s.h.+.-", true, -1},
+        {"s.+g.-.......", true, 6}, // closed for another grade
+        {"s.+g.-........", false, 6},
+        {"s.+g.-.+.-", false, -1},
+        {"h.s.+g.-", true, 7}, // maybe it is opened again unasked
+        {"s.+g........-", false, -1},
+        {"h.p.-", true, -1}, // nothing is known yet
+        {"h.p.-s.......", true, -1},
+        {"h.p.-s........", false, -1},
+        {"h.p.-s.+........", true, -1},
+        {"h.p.-s.-", false, -1},
+        {"-p", false, -1},
+        {"s.p", false, -1},
     };
     for (const auto& row : rows) {
         CameraState camera;
@@ -153,11 +166,16 @@ void TestCameraState::singleReports()
                 camera.tellShown(nowMs);
             else if (*event == 'h')
                 camera.tellHidden(nowMs);
+            else if (*event == 'p')
+                camera.presumeOn();
+            else if (*event == 'g')
+                camera.tellGrade(nowMs);
             else
                 camera.report(*event == '+', nowMs);
         }
         QVERIFY2(camera.isOn(nowMs) == row.on, row.events);
-        QVERIFY2((camera.tellAgainMs() >= 0) == row.tellAgain, row.events);
+        QVERIFY2(camera.tellAgainMs() == (row.tellAgainS < 0 ? -1 : row.tellAgainS * 1000),
+                 row.events);
     }
 }
 

@@ -198,6 +198,7 @@ void TestOverlayState::firstPicturesAreKeptBack()
     for (const bool picture : {false, true}) {
         reveal.bind(true);
         QVERIFY(render(picture) == Step::Wait && reveal.isChanging());
+        QVERIFY(!reveal.setFrozen(false)); // another change of what the tile shows
         QCOMPARE(reveal.endChange(), picture);
         QVERIFY(!reveal.endChange());
     }

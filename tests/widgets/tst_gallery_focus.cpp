@@ -377,6 +377,9 @@ void TestGalleryFocus::lateFramesStartNothing()
     frame.pData = m.picture.data();
     frame.width = frame.height = 8;
     const auto isRunning = [&] { return person->iStreamStatus == kStreamRunning; };
+    // The notice of a frame uncovers the tile: the picture is there before.
+    connect(&m.hub(), &QZRScreenConfig::playFrameUpdateUI, this,
+            [person] { QVERIFY(!person->pWidget->IsBufferBlank()); });
     const auto pictureBelongsToTheStream = [&](const std::function<void(bool)>& setOpen) {
         setOpen(true);
         QVERIFY(!isRunning());
@@ -490,7 +493,7 @@ void TestGalleryFocus::settlesWithSlowHosts()
             host.setCamera(persons[std::size_t(i)], i % 4 != 3);
         QCOMPARE(m.tell(QString("mode %1").arg(mode)), QString());
         m.pass(kRestMs);
-        for (const char* step : {"next", "back", "mode 11", "mode 1", "next", "add last 1000",
+        for (const char* step : {"next", "back", "next; mode 13", "mode 1", "next", "add last 1000",
                                  "remove u2", "poll 1", "poll 1 off", "set filter 1; layout"}) {
             const QString row = QString("mode %1, %2").arg(mode).arg(step);
             m.host.messages.clear();
@@ -547,6 +550,9 @@ void TestGalleryFocus::gradesAreAskedForOnce()
     QCOMPARE(host.switches, 4);
     m->setPersonDefStreamType(persons[1]);
     QCOMPARE(persons[1]->iStreamType, persons[1]->iDefType);
+    // Some hosts close the stream for that, and open it again: the camera is on.
+    m->setPreview(persons[1], false);
+    QVERIFY(persons[1]->camera.isOn(m.nowMs));
     // A page that is turned back soon costs the host nothing.
     m.setMode(eLayoutSingle);
     m.host.messages.clear();

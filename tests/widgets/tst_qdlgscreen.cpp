@@ -253,6 +253,12 @@ void TestGallery::screensShareTheMode()
     QCOMPARE(m.tell("double u1; mode: 1"), QString());
     QVERIFY(other.isPersonVisible("b0"));
     QVERIFY(!other.shareRect().isValid());
+    // A share that is on both has gone when it has left both.
+    QCOMPARE(m.tell("mode 11; add sharescreen_1; mode: 4"), QString());
+    tagPersonInfo* share = other.AddPerson("sharescreen_1", {}, 0, 0, nullptr);
+    QCOMPARE(m.tell("remove sharescreen_1; mode: 4"), QString());
+    other.DelPerson(share);
+    QCOMPARE(m.mode(), int(eLayoutGrid4));
     // A screen that nobody is on any more leaves the other's mode alone, but no tile maximised.
     QCOMPARE(m.tell("mode 7; double u0; mode: 10; exit; mode: 7; people 1; remove u0; mode: 7"),
              QString());

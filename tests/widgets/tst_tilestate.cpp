@@ -273,9 +273,21 @@ void TestTileState::sharesFollowToo()
     s.m.settings().pauseShare = true;
     emit s.m.hub().sigRefreshPlayDlg();
     QVERIFY(allShow("paused", "Zoe 暂停了屏幕共享"));
+    // The tile follows its overlay: no picture comes through before the pause is over.
+    const auto uploads = [&s] {
+        s.play(64, 36);
+        (void)s.ext.tile()->grabFramebuffer();
+        return s.ext.tile()->uploadCount();
+    };
+    const quint64 paused = uploads();
+    QCOMPARE(uploads(), paused);
+    s.m.settings().pauseShare = false;
+    emit s.m.hub().sigRefreshPlayDlg();
+    QVERIFY(uploads() > paused);
+    s.m.hub().setCurScreenMode(eLayoutEqualCut); // the mode before: nothing else changes with them
     for (QDlgScreen* screen : {gallery, &s.second})
         screen->DelPerson(screen->findPerson(s.id));
-    QCOMPARE(shown(s.ext.tile())["paused"], QString("0 Ann 暂停了屏幕共享"));
+    QCOMPARE(shown(s.ext.tile())["caption"], QString("0 Ann发起的共享"));
 }
 
 void TestTileState::gradeMakesElementsSmall()

@@ -296,6 +296,7 @@ private:
     void buildDisplayList();
     void nameShares();
     void chooseSpeakers();
+    void presumeCameras();
     std::vector<tagPersonInfo*> sortedPersons() const;
     bool passesVideoFilter(const tagPersonInfo* person) const;
     void focusOnShare();

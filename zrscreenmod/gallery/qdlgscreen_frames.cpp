@@ -29,13 +29,15 @@ bool QDlgScreen::takeFrame(tagPersonInfo& person, const VantrelRTCVideoFrameQT& 
     QZRScreenConfig& config = hub();
     if (config.cacheFrame())
         config.dumpFrame(person, frame);
-    if (person.frames.take(frame))
-        emit config.playFrameUpdateUI(&person, static_cast<int>(frame.width),
-                                      static_cast<int>(frame.height));
+    person.frames.count();
     person.dwLastFrameTick.store(platform::tickMs(), std::memory_order_relaxed);
     person.pWidget->PlayFrame(frame);
     if (m_pSpeakTool) // set before there are participants, and then left alone
         m_pSpeakTool->playFrame(&person, frame);
+    // Told afterwards, since it uncovers the tile.
+    if (person.frames.isNoticeDue(frame))
+        emit config.playFrameUpdateUI(&person, static_cast<int>(frame.width),
+                                      static_cast<int>(frame.height));
     return true;
 }
 

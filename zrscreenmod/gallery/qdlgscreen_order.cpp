@@ -114,6 +114,19 @@ void QDlgScreen::buildDisplayList()
     if (pollingActive())
         TestShowPoll(m_vecCurPersons);
     clampPage();
+    presumeCameras();
+}
+
+void QDlgScreen::presumeCameras()
+{
+    // A mode with longer pages may skip some that nobody has seen. Who turns out to have a camera
+    // on the page that is shown must not pass those before it, of whom nothing is known: they would
+    // come to the page in turn, and go once they are known.
+    const auto before =
+        std::min(static_cast<std::size_t>(m_iPage) * static_cast<std::size_t>(tilesPerPage()),
+                 m_vecCurPersons.size());
+    for (std::size_t i = 0; i < before; ++i)
+        m_vecCurPersons[i]->camera.presumeOn();
 }
 
 void QDlgScreen::chooseSpeakers()

@@ -44,10 +44,8 @@ tagPersonInfo* QDlgScreen::AddPerson(const QString& userId, const QString& userN
     tile->SetPersonInfo(person, false);
     person->pWidget = tile;
 
-    if (person->bShare && m_roster.shareCount() == 0)
-        m_share.modeBefore = hub().curScreenMode();
     m_roster.enter(std::move(record));
-    hub().livePersons.insert(person);
+    hub().addLivePerson(person);
     onModAddPerson(person);
     return person;
 }
@@ -91,7 +89,7 @@ void QDlgScreen::enterShare(tagPersonInfo* share)
 {
     const int mode = hub().curScreenMode();
     qDebug() << "share screen,userName:" << share->userName << ",userID:" << share->userID
-             << ",LockMode:" << m_share.modeBefore;
+             << ",LockMode:" << hub().modeBeforeFirstShare();
     if (!hub().settings.layoutFollow && !pollingActive())
         setFocusPerson(share,
                        mode == eLayoutSpeakerTool2 ? eLayoutSpeakerTool2 : eLayoutSpeakerTool);
@@ -107,7 +105,7 @@ void QDlgScreen::applyLeave(zr::LeaveEffect effect)
             m_share.shown = firstShare();
         break;
     case zr::LeaveEffect::BeforeShare:
-        setMeetingMode(static_cast<eLayoutType>(m_share.modeBefore));
+        setMeetingMode(static_cast<eLayoutType>(hub().modeBeforeFirstShare()));
         break;
     case zr::LeaveEffect::BeforeMaximised:
         leaveMaximised();
@@ -146,7 +144,7 @@ bool QDlgScreen::DelPerson(tagPersonInfo* person)
         return true;
     forgetPerson(person);
     retirePerson(person);
-    leaving.otherShare = m_roster.shareCount() > 0;
+    leaving.otherShare = hub().hasLiveShare(); // on whichever screen
     leaving.last = m_roster.isEmpty();
     applyLeave(zr::leaveEffect(leaving));
 

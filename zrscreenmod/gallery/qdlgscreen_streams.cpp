@@ -113,6 +113,7 @@ void QDlgScreen::switchStream(tagPersonInfo* person, int streamType)
         return;
     }
     person->iSentStreamType = streamType;
+    person->camera.tellGrade(hub().nowMs());
     hub().broadcast(static_cast<unsigned long>(streamType), person);
 }
 

@@ -10,7 +10,6 @@ struct ShareState
 {
     /// Fills the dialog in the mode of a share: the share, or a participant who was maximised.
     tagPersonInfo* shown = nullptr;
-    int modeBefore = eLayoutEqualCut; ///< when the first share came
     /// Who is shown was maximised in the gallery that the mode of a share is without one.
     bool maximisedInGallery = false;
     bool focusDue = false;                ///< a new order may give the focus to a share

@@ -23,9 +23,8 @@ bool FrameIntake::accept(const VantrelRTCVideoFrameQT& frame, const QString& use
     return false;
 }
 
-bool FrameIntake::take(const VantrelRTCVideoFrameQT& frame)
+bool FrameIntake::isNoticeDue(const VantrelRTCVideoFrameQT& frame)
 {
-    m_count.fetch_add(1);
     const quint64 size = quint64(frame.width) << 32 | frame.height; // of a valid frame never 0
     return m_pendingSize.exchange(size) != size;
 }

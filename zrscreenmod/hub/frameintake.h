@@ -17,17 +17,20 @@ public:
     /// logged: a media engine that sends one bad frame tends to send thousands.
     [[nodiscard]] bool accept(const VantrelRTCVideoFrameQT& frame, const QString& userId);
 
-    /// Counts a frame that is taken. @return whether the GUI thread is to hear of it: one that
-    /// falls behind finds one notice of each size in its queue, not one for each frame.
-    [[nodiscard]] bool take(const VantrelRTCVideoFrameQT& frame);
+    /// Counts a frame that is taken, before it is copied: one that is on its way while the stream
+    /// is opened again is none of the new ones.
+    void count() { m_taken.fetch_add(1); }
+    /// Frames that were taken so far.
+    [[nodiscard]] quint64 taken() const { return m_taken; }
+
+    /// Whether the GUI thread is to hear of a frame that has been copied. One that falls behind
+    /// finds one notice of each size in its queue, not one for each frame.
+    [[nodiscard]] bool isNoticeDue(const VantrelRTCVideoFrameQT& frame);
     /// A notice has arrived. GUI thread.
     void noticed() { m_pendingSize.store(0); }
 
-    /// Frames that were taken so far.
-    [[nodiscard]] quint64 count() const { return m_count; }
-
 private:
-    std::atomic<quint64> m_count{0};
+    std::atomic<quint64> m_taken{0};
     std::atomic<quint64> m_pendingSize{0}; ///< both sides of the frame whose notice waits
     std::atomic<bool> m_badLogged{false};  ///< a refused frame was logged, no good one since
 };

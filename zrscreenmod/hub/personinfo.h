@@ -91,7 +91,7 @@ using PersonPin = Pin<tagPersonInfo>;
 inline void setStreamOpen(tagPersonInfo& person, bool bOpen)
 {
     if (bOpen && !person.bPreview && person.bVideoStatusChange)
-        person.framesBefore = person.frames.count();
+        person.framesBefore = person.frames.taken();
     if (!bOpen)
         person.iStreamStatus = kStreamNone;
     person.bPreview = bOpen;
@@ -104,7 +104,7 @@ inline void setStreamOpen(tagPersonInfo& person, bool bOpen)
 [[nodiscard]] inline bool isStreamRunning(const tagPersonInfo& person)
 {
     return (person.bPreview || !person.bVideoStatusChange) && person.iPlayState != kPlayHidden
-           && person.frames.count() != person.framesBefore;
+           && person.frames.taken() != person.framesBefore;
 }
 
 /// What the host holds for a participant. Created and freed by the boundary.

@@ -214,6 +214,20 @@ void QZRScreenConfig::dumpFrame(const tagPersonInfo& person,
 
 // --- Live participants -----------------------------------------------------------------------
 
+void QZRScreenConfig::addLivePerson(tagPersonInfo* person)
+{
+    if (person->bShare && !hasLiveShare())
+        m_iModeBeforeFirstShare = curScreenMode();
+    livePersons.insert(person);
+}
+
+bool QZRScreenConfig::hasLiveShare() const
+{
+    bool found = false;
+    livePersons.forEach([&found](const tagPersonInfo& person) { found = found || person.bShare; });
+    return found;
+}
+
 void QZRScreenConfig::setPersonName(tagPersonInfo* person, const QString& name)
 {
     const std::lock_guard<std::mutex> lock(m_textLock);
@@ -231,11 +245,12 @@ void QZRScreenConfig::setPersonShown(tagPersonInfo* person, bool bShown)
     if (!person)
         return;
     // A page that is turned back soon costs the host nothing.
-    if (bShown && person->iPlayState == kPlayShown && person->camera.tellAgainMs() < 0)
+    const qint64 againMs = person->camera.tellAgainMs();
+    if (bShown && person->iPlayState == kPlayShown && (againMs < 0 || againMs > nowMs()))
         return;
     const int before = std::exchange(person->iPlayState, bShown ? kPlayShown : kPlayHidden);
     if (before == kPlayHidden)
-        person->framesBefore = person->frames.count();
+        person->framesBefore = person->frames.taken();
     if (bShown)
         person->camera.tellShown(nowMs());
     else

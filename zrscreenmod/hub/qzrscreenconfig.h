@@ -103,6 +103,9 @@ public:
     void setCurScreenMode(int mode);
     /// The mode before the share's, to which a maximised tile returns. GUI thread.
     int modeBeforeShareMode() const { return m_iModeBeforeShareMode; }
+    /// The mode when the first shared screen came to a meeting that had none, on whichever screen;
+    /// it comes back with the last one's leaving. GUI thread.
+    int modeBeforeFirstShare() const { return m_iModeBeforeFirstShare; }
     /// Forgets what belonged to a meeting, on whichever screens it was: the mode, the sponsor and
     /// the pause of a share, the subtitles. The other settings are the client's and stay. GUI
     /// thread.
@@ -133,6 +136,10 @@ public:
     // --- Live participants; any thread ---
     /// Those on any screen. A gallery owns them.
     HandleTable<tagPersonInfo> livePersons;
+    /// Takes a participant among those who are alive. GUI thread.
+    void addLivePerson(tagPersonInfo* person);
+    /// Whether a shared screen is on any screen.
+    [[nodiscard]] bool hasLiveShare() const;
     /// The name is written on the GUI thread and read there without a lock; other threads ask
     /// here, with the record pinned.
     void setPersonName(tagPersonInfo* person, const QString& name);
@@ -261,6 +268,7 @@ private:
 
     std::atomic<int> m_iCurMode{eLayoutEqualCut};
     int m_iModeBeforeShareMode = eLayoutEqualCut;
+    int m_iModeBeforeFirstShare = eLayoutEqualCut;
     bool m_b4K = false;
     QString m_qstrImgPrefix;
     bool m_bCacheFrame = false;

@@ -204,8 +204,9 @@ bool QDlgExtScreen::playFrame(const VantrelRTCVideoFrameQT& frame)
         taken = m_pPerson->frames.accept(frame, m_pPerson->userID);
         if (!taken)
             return;
+        m_pPerson->frames.count();
         m_pTile->PlayFrame(frame);
-        if (m_pPerson->frames.take(frame))
+        if (m_pPerson->frames.isNoticeDue(frame))
             emit notifyUpdateDisplayInfo(static_cast<int>(frame.width),
                                          static_cast<int>(frame.height));
     });

@@ -1,8 +1,16 @@
 #include "camerastate.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zr {
+
+namespace {
+
+/// A host that has closed a stream for another grade opens it again before this time is over.
+constexpr qint64 kReopenLimitMs = kAnswerLimitMs / 2;
+
+} // namespace
 
 void PendingAnswers::add(qint64 nowMs)
 {
@@ -30,7 +38,8 @@ void CameraState::tellShown(qint64 nowMs)
 {
     m_told = Told::Shown;
     m_tellAgainMs = -1;
-    if (m_doubtEndMs >= 0)
+    const bool presumed = !std::exchange(m_bKnown, true) && m_bOn;
+    if (presumed || m_doubtEndMs >= 0)
         m_doubtEndMs = nowMs + kAnswerLimitMs;
     m_shown.add(nowMs);
 }
@@ -46,6 +55,16 @@ void CameraState::tellHidden(qint64 nowMs)
     m_hidden.add(nowMs);
 }
 
+void CameraState::tellGrade(qint64 nowMs)
+{
+    m_grades.add(nowMs);
+}
+
+void CameraState::presumeOn()
+{
+    m_bOn = m_bOn || !m_bKnown;
+}
+
 void CameraState::report(bool bOpen, qint64 nowMs)
 {
     m_tellAgainMs = -1;
@@ -57,7 +76,7 @@ void CameraState::report(bool bOpen, qint64 nowMs)
 
 void CameraState::reportOpen(qint64 nowMs)
 {
-    m_bOn = true;
+    m_bOn = m_bKnown = true;
     m_doubtEndMs = -1;
     const bool answers = m_shown.take(nowMs);
     if (m_told != Told::Hidden)
@@ -70,16 +89,19 @@ void CameraState::reportOpen(qint64 nowMs)
 
 void CameraState::reportClosed(qint64 nowMs)
 {
-    if (!m_hidden.take(nowMs)) {
+    const bool mayReopen = m_grades.isWaiting(nowMs);
+    if (!m_hidden.take(nowMs) && !m_grades.take(nowMs)) {
         m_bOn = false;
+        m_bKnown = true;
         m_doubtEndMs = -1;
         m_shown.take(nowMs);
     } else if (m_told == Told::Shown) {
-        // Either a late answer, or the camera of a host that answers less. The next report of an
-        // open stream tells; where none is to be expected, it is asked for once more.
+        // Either an answer, or the camera of a host that answers less. The next report of an open
+        // stream tells; where none is to be expected, it is asked for once more. For another grade
+        // some hosts open the stream again by themselves.
         m_doubtEndMs = nowMs + kAnswerLimitMs;
         if (!m_shown.isWaiting(nowMs))
-            m_tellAgainMs = nowMs;
+            m_tellAgainMs = mayReopen ? nowMs + kReopenLimitMs : nowMs;
     }
 }
 

@@ -30,7 +30,8 @@ private:
 /// Tells a camera that goes off from a stream that closes because the module asked for that. Hosts
 /// answer late or never, every message or only those that change something, and not always in the
 /// order in which they were asked. A report that a stream is closed therefore counts as the answer
-/// to a "hidden" for as long as one may come; the camera is off only where the host reports more.
+/// to a "hidden", or to another grade, for which some close the stream and open it again, for as
+/// long as one may come; the camera is off only where the host reports more.
 ///
 /// Times are milliseconds of one clock that never goes back.
 class CameraState
@@ -39,6 +40,10 @@ public:
     /// The host is told that the participant is visible, or not.
     void tellShown(qint64 nowMs);
     void tellHidden(qint64 nowMs);
+    /// The host is asked for a grade.
+    void tellGrade(qint64 nowMs);
+    /// Takes a camera of which nothing is known for on, until the host has been asked.
+    void presumeOn();
     /// The host reports the stream as open or closed, asked or not.
     void report(bool bOpen, qint64 nowMs);
 
@@ -58,11 +63,13 @@ private:
 
     Told m_told = Told::Nothing;
     bool m_bOn = false;
+    bool m_bKnown = false;    ///< the host was asked, or has said by itself, whether it is on
     qint64 m_doubtEndMs = -1; ///< off from then on, unless an open stream is reported
     qint64 m_tellAgainMs = -1;
     qint64 m_toldHiddenMs = 0;
     PendingAnswers m_shown;
     PendingAnswers m_hidden;
+    PendingAnswers m_grades;
 };
 
 } // namespace zr

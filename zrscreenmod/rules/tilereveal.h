@@ -38,7 +38,7 @@ public:
     [[nodiscard]] bool setFrozen(bool bFrozen)
     {
         m_bFrozen = bFrozen;
-        return !bFrozen && takeSkipped();
+        return !bFrozen && !m_bChanging && takeSkipped(); // else endChange renders it
     }
     /// @param bPicture the rendering stands for a picture @param isBlank asked only while a picture
     /// may still be missing
