@@ -27,8 +27,8 @@ namespace {
 std::atomic<QZRScreenConfig*> s_instance{nullptr};
 std::mutex s_creationLock;
 std::shared_mutex s_lifetimeLock;
-std::set<CAbsUIMsgCallback*> s_setDateCallback; ///< GUI thread
-std::mutex s_watermarkLock;                     ///< guards the two below
+HostCallbacks s_dateHosts;  ///< GUI thread
+std::mutex s_watermarkLock; ///< guards the two below
 zr::WatermarkInfo s_watermark;
 QString s_watermarkText; ///< what the record comes to, built once for each change
 
@@ -277,49 +277,25 @@ bool QZRScreenConfig::isExtUser(const QString& userId) const
 
 // --- Host callbacks ---------------------------------------------------------------------------
 
-void QZRScreenConfig::registerUICallback(CAbsUIMsgCallback* callback)
-{
-    m_setUICallback.insert(callback);
-}
-
-bool QZRScreenConfig::unregisterUICallback(CAbsUIMsgCallback* callback)
-{
-    return m_setUICallback.erase(callback) != 0;
-}
-
 void QZRScreenConfig::registerDateCallback(CAbsUIMsgCallback* callback)
 {
-    s_setDateCallback.insert(callback);
+    s_dateHosts.add(callback);
 }
 
 bool QZRScreenConfig::unregisterDateCallback(CAbsUIMsgCallback* callback)
 {
-    return s_setDateCallback.erase(callback) != 0;
+    return s_dateHosts.remove(callback);
 }
 
 void QZRScreenConfig::broadcast(unsigned long dwMsg, unsigned long long wParam, long long lParam)
 {
-    notifyAll(m_setUICallback, dwMsg, wParam, lParam);
+    m_hosts.send(dwMsg, wParam, lParam);
 }
 
 void QZRScreenConfig::broadcastDate(unsigned long dwMsg, unsigned long long wParam,
                                     long long lParam)
 {
-    notifyAll(s_setDateCallback, dwMsg, wParam, lParam);
-}
-
-void QZRScreenConfig::notifyAll(const std::set<CAbsUIMsgCallback*>& receivers, unsigned long dwMsg,
-                                unsigned long long wParam, long long lParam)
-{
-    // The host may release or create a screen from inside its function, so the walk is over a copy
-    // and asks again before each call. The hub itself outlives the walk: a release during a
-    // broadcast is carried out later.
-    const HostCall call;
-    const std::vector<CAbsUIMsgCallback*> callbacks(receivers.begin(), receivers.end());
-    for (CAbsUIMsgCallback* callback : callbacks) {
-        if (receivers.count(callback) != 0)
-            callback->UIMsgNotify(dwMsg, wParam, lParam);
-    }
+    s_dateHosts.send(dwMsg, wParam, lParam);
 }
 
 void QZRScreenConfig::broadcast(unsigned long dwMsg, const tagPersonInfo* person)
@@ -354,42 +330,20 @@ void QZRScreenConfig::setSubtitleOpen(bool bOpen)
 void QZRScreenConfig::AddOneSubtitle(int iIDSentence, int iColorType, const QString& userName,
                                      const QString& transStr)
 {
-    int size = 0;
-    {
-        const std::lock_guard<std::mutex> lock(m_textLock);
-        m_mapSubtitles.insert(iIDSentence, {iColorType, userName, transStr});
-        size = m_mapSubtitles.size();
-    }
-    qDebug() << "mapSubtitles.size:" << size;
+    qDebug() << "mapSubtitles.size:"
+             << m_subtitles.add(iIDSentence, {iColorType, userName, transStr});
     qDebug() << "iIDSentence:" << iIDSentence << ",iColorType:" << iColorType
              << ",userName:" << userName << "\ttransStr:" << transStr;
     emit modSignalAddSubtitle();
     emit notifyAddSubtitle(iIDSentence);
     // Trimmed after the signals: a panel may see one sentence more for a moment.
-    const std::lock_guard<std::mutex> lock(m_textLock);
-    while (m_mapSubtitles.size() > zr::kMaxSubtitles)
-        m_mapSubtitles.erase(m_mapSubtitles.begin());
+    m_subtitles.trim();
 }
 
 void QZRScreenConfig::clearSubtitles()
 {
-    {
-        const std::lock_guard<std::mutex> lock(m_textLock);
-        m_mapSubtitles.clear();
-    }
+    m_subtitles.clear();
     emit notifyCleanSubtitle();
-}
-
-QMap<int, SubtitleRecord> QZRScreenConfig::subtitles() const
-{
-    const std::lock_guard<std::mutex> lock(m_textLock);
-    return m_mapSubtitles;
-}
-
-SubtitleRecord QZRScreenConfig::subtitle(int iIDSentence) const
-{
-    const std::lock_guard<std::mutex> lock(m_textLock);
-    return m_mapSubtitles.value(iIDSentence);
 }
 
 bool QZRScreenConfig::isModeWithoutSubtitle(int mode) const

@@ -3,9 +3,10 @@
 // is common to them. What a handle names one object for is called on that object.
 #pragma once
 
+#include "hostcallbacks.h"
 #include "overlaystate.h"
 #include "personinfo.h"
-#include "uimsgcallback.h"
+#include "subtitlestore.h"
 #include "watermarktext.h"
 
 #include <QMap>
@@ -18,21 +19,12 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <set>
 #include <shared_mutex>
 #include <utility>
 #include <vector>
 
 class QDlgScreen;
 class QWidget;
-
-/// A sentence of the subtitles.
-struct SubtitleRecord
-{
-    int iColorType = 0; ///< index of the avatar colour, as the host gave it
-    QString userName;
-    QString transStr;
-};
 
 /// The switches that the host sets. Each is a value of its own that any thread may read or write.
 struct ScreenSettings
@@ -160,11 +152,10 @@ public:
     bool isExtUser(const QString& userId) const;
 
     // --- Host callbacks; GUI thread ---
-    void registerUICallback(CAbsUIMsgCallback* callback);
+    void registerUICallback(CAbsUIMsgCallback* callback) { m_hosts.add(callback); }
     /// @return whether the callback was registered.
-    bool unregisterUICallback(CAbsUIMsgCallback* callback);
-    /// Sends a message to every host, in the order of the callbacks' addresses. A host may register
-    /// and unregister from inside; who is unregistered meanwhile is not called any more.
+    bool unregisterUICallback(CAbsUIMsgCallback* callback) { return m_hosts.remove(callback); }
+    /// Sends a message to every host.
     void broadcast(unsigned long dwMsg, unsigned long long wParam, long long lParam);
     void broadcast(unsigned long dwMsg, const tagPersonInfo* person);
     /// The hosts of the date pickers are a set of their own. They stay registered when the last
@@ -176,13 +167,14 @@ public:
     void broadcastDate(unsigned long dwMsg, unsigned long long wParam, long long lParam);
 
     // --- Subtitles; any thread ---
+    /// The sentences are gone when the panel is opened or closed.
     void setSubtitleOpen(bool bOpen);
     void AddOneSubtitle(int iIDSentence, int iColorType, const QString& userName,
                         const QString& transStr);
     void clearSubtitles();
-    QMap<int, SubtitleRecord> subtitles() const;
+    QMap<int, SubtitleRecord> subtitles() const { return m_subtitles.all(); }
     /// @return an empty record for a sentence that is not stored (any more)
-    SubtitleRecord subtitle(int iIDSentence) const;
+    SubtitleRecord subtitle(int iIDSentence) const { return m_subtitles.one(iIDSentence); }
     /// Modes that leave no room for subtitles: 4 to 9. `mode` below 1 means the current one.
     bool isModeWithoutSubtitle(int mode) const;
     /// The current mode shows no subtitles: as above, or 10.
@@ -263,8 +255,6 @@ private:
     QZRScreenConfig();
     void readVersionFile();
     void watchScreens();
-    void notifyAll(const std::set<CAbsUIMsgCallback*>& receivers, unsigned long dwMsg,
-                   unsigned long long wParam, long long lParam);
 
     std::atomic<int> m_iCurMode{eLayoutEqualCut};
     int m_iModeBeforeShareMode = eLayoutEqualCut;
@@ -280,9 +270,9 @@ private:
 
     QMap<const void*, QString> m_mapExtUser; ///< by extended screen
 
-    std::set<CAbsUIMsgCallback*> m_setUICallback;
+    HostCallbacks m_hosts;
+    SubtitleStore m_subtitles;
 
-    mutable std::mutex m_textLock; ///< guards the two below and the participants' names
-    QMap<int, SubtitleRecord> m_mapSubtitles;
+    mutable std::mutex m_textLock; ///< guards the sponsor and the participants' names
     QString m_qstrShareSponsor;
 };

@@ -1,0 +1,21 @@
+// The hosts that hear messages.
+#pragma once
+
+#include "uimsgcallback.h"
+
+#include <set>
+
+/// GUI thread.
+class HostCallbacks
+{
+public:
+    void add(CAbsUIMsgCallback* callback) { m_callbacks.insert(callback); }
+    /// @return whether the callback was there
+    bool remove(CAbsUIMsgCallback* callback) { return m_callbacks.erase(callback) != 0; }
+    /// Sends a message to every host, in the order of the callbacks' addresses. A host may add and
+    /// remove callbacks from inside; who is removed meanwhile is not called any more.
+    void send(unsigned long dwMsg, unsigned long long wParam, long long lParam) const;
+
+private:
+    std::set<CAbsUIMsgCallback*> m_callbacks;
+};
