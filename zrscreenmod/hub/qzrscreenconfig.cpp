@@ -1,12 +1,10 @@
 #include "qzrscreenconfig.h"
 
-#include "hostcall.h"
 #include "i420frame.h"
 #include "logfolder.h"
 #include "meetingmode.h"
 #include "platform.h"
 #include "screenscale.h"
-#include "subtitlerules.h"
 
 #include <QCoreApplication>
 #include <QDebug>
