@@ -15,12 +15,9 @@ constexpr int kHeight = 360;
 /// some time, one does both at once.
 int delayMs(std::mt19937& random, int number, bool shown)
 {
-    const auto between = [&random](int from, int to) {
-        return std::uniform_int_distribution<int>(from, to)(random);
-    };
-    if (number % 3 == 0)
-        return shown ? between(1100, 1900) : 0;
-    return number % 3 == 1 ? between(0, 5000) : 0;
+    const bool late = number % 3 == 0 && shown;
+    const int most = late ? 1900 : number % 3 == 1 ? 5000 : 0;
+    return std::uniform_int_distribution<int>(late ? 1100 : 0, most)(random);
 }
 
 } // namespace
@@ -28,7 +25,7 @@ int delayMs(std::mt19937& random, int number, bool shown)
 /// Nobody changes places unless for a reason, and nobody is reported twice.
 ZR_CASE(settle, everyStepComesToRest)
 {
-    const NativeWindow window{kWidth, kHeight};
+    const HostWindow window{kWidth, kHeight};
     Meeting meeting{&window, kWidth, kHeight};
     MediaEngine engine{meeting};
     std::mt19937 random(1);

@@ -1,12 +1,15 @@
-// What the user sees and the mouse he holds. One implementation per system: desktop_x11.cpp and
-// desktop_win32.cpp.
+// The user: what he sees, the mouse and the keyboard.
 #pragma once
 
-#include "native.h"
+#include "picture.h"
 
-/// Of the whole screen, at whose top left corner the host's windows lie.
+#include <string>
+
+/// The whole screen, in its pixels.
 namespace desktop {
 
+[[nodiscard]] int widthPx();
+[[nodiscard]] int heightPx();
 /// A part of the screen, whatever windows lie there.
 [[nodiscard]] Screenshot grab(int left, int top, int widthPx, int heightPx);
 
@@ -17,3 +20,13 @@ void click(int x, int y);
 void turnWheel(int x, int y, int steps);
 
 } // namespace desktop
+
+/// Keys go wherever the system sends them.
+namespace keyboard {
+
+/// Types lower-case letters, digits, blanks and tabs.
+void type(const std::string& text);
+/// Presses a letter with the control key held.
+void pressWithControl(char letter);
+
+} // namespace keyboard

@@ -80,8 +80,7 @@ public:
     /// Numbers of those whom the module calls visible, in the gallery or in the small window.
     [[nodiscard]] std::set<int> visible() const;
     /// What can be seen of everybody's pictures in the window.
-    [[nodiscard]] static std::map<int, Seen> look(const Screenshot& shot,
-                                                  const std::set<int>& numbers);
+    [[nodiscard]] std::map<int, Seen> look(const Screenshot& shot) const;
     /// Checks that exactly the visible streams are open.
     void checkOpen(const std::string& step) const;
     /// Those whose streams are open.
@@ -98,14 +97,13 @@ public:
 private:
     void receive(const Message& message);
     void judge(const Message& message, Stream& stream);
-    void fail(const std::string& what) const;
-    Stream* addressee(const Message& message);
+    /// Reports a failure about a stream unless it holds.
+    void require(bool holds, const std::string& what, const Stream& stream) const;
     /// Does what the last message has asked for.
-    void apply(int number);
+    void apply(Stream& stream);
     void answer(Stream& stream);
     void playFrame(Stream& stream);
     void forEach(void (MediaEngine::*action)(Stream&));
-    void work();
     bool runUntil(const std::function<bool()>& done, int timeoutMs);
 
     Meeting& m_meeting;
