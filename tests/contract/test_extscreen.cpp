@@ -29,7 +29,11 @@ struct ExtScreen
     ExtScreen(const ExtScreen&) = delete;
     ExtScreen& operator=(const ExtScreen&) = delete;
 
-    void moveTo(tagRECT rect) const { CHECK(api.Move(handle, &rect, 0) == 1); }
+    void moveTo(const Box& box) const
+    {
+        tagRECT rect = rectOf(box);
+        CHECK(api.Move(handle, &rect, 0) == 1);
+    }
     void show(const char* userId, long long value) const
     {
         CHECK(api.SetPersonInfo(handle, hostValue(value), userId, false, 1, "Ann", 1) == 1);
@@ -72,7 +76,7 @@ ZR_CASE(extscreen, showsOneParticipantWithoutAGallery)
     CHECK(api.Preview(h, true) == 1);
     CHECK(ext.comes());
     for (const Box& box : {Box{16, 9, 320, 180}, Box{0, 0, kWidthPx, kHeightPx}}) {
-        ext.moveTo({box.x, box.y, box.x + box.w, box.y + box.h});
+        ext.moveTo(box);
         const ZRRect atOnce = api.GetShareWgtPos(h);
         CHECK(atOnce.left == kLeftPx + box.x && atOnce.top == box.y);
         CHECK(atOnce.right == atOnce.left + box.w && atOnce.bottom == box.y + box.h);

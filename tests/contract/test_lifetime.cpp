@@ -92,7 +92,8 @@ ZR_CASE(lifetime, threadsOutliveTheLibrary)
     meeting.zr.Release(meeting.screen);
     meeting.screen = nullptr;
     meeting.zr.unload();
-    CHECK(native::isQtLoaded());
+    for (const char* const library : {"Qt5Core", "Qt5Gui", "Qt5Widgets"})
+        CHECK_ROW(native::isLoaded(library), library);
     unloaded.set_value();
     caller.join();
     pump(100);
@@ -134,7 +135,7 @@ ZR_CASE(lifetime, releasesOneOfTwoScreens)
 /// Runs without a display: the screen is drawn off screen and nothing is embedded.
 ZR_CASE(headless, worksWithoutADisplay)
 {
-    REQUIRE(!native::hasDisplay());
+    REQUIRE(!std::getenv("DISPLAY"));
     for (int round = 0; round < 2; ++round)
         useOnce(nullptr);
 }

@@ -16,14 +16,6 @@ constexpr int kAny = -1;
 constexpr int kLooks = 10;
 constexpr int kBetweenLooksMs = 150;
 
-std::string show(const std::set<int>& numbers)
-{
-    std::string list;
-    for (const int number : numbers)
-        list += " " + std::to_string(number);
-    return list;
-}
-
 /// Who is seen, the largest picture first.
 std::vector<int> bySize(const std::map<int, Seen>& seen)
 {
@@ -55,8 +47,7 @@ public:
     /// @param count of those who are visible; kAny for any number @return who is
     std::set<int> quiet(const std::string& step, int count)
     {
-        (void)engine.settle(step);
-        engine.checkOpen(step);
+        (void)engine.rest(step, MediaEngine::kMoment);
         const std::set<int> visible = engine.visible();
         CHECK_ROW(count == kAny || static_cast<int>(visible.size()) == count,
                   step + ": visible are" + show(visible));
@@ -71,9 +62,6 @@ public:
         checkGrades(step);
         return visible;
     }
-
-    /// Ends a case: nothing more comes of what it did.
-    void rest() { engine.rest("the end"); }
 
     void mode(int mode, const std::map<int, std::string>& order = {})
     {
@@ -149,7 +137,7 @@ ZR_CASE(modes, everyModeOpensWhatItShows)
     busy.meeting.zr.SetSupport9EqualCut(busy.meeting.screen, true);
     busy.meeting.zr.ReOrder(busy.meeting.screen, false);
     (void)busy.quiet("nine a page", 9);
-    busy.rest();
+    (void)busy.engine.rest("the end");
 }
 
 ZR_CASE(modes, looksChooseTheSpeaker)
@@ -157,7 +145,7 @@ ZR_CASE(modes, looksChooseTheSpeaker)
     BusyMeeting busy;
     Module& zr = busy.meeting.zr;
     void* const screen = busy.meeting.screen;
-    busy.engine.settle("mode 1");
+    (void)busy.engine.rest("mode 1", MediaEngine::kMoment);
     CHECK_EQUAL(zr.AllLook(screen, busy.engine.at(9).play, 1), 1);
     (void)busy.quiet("look for all", 7);
     CHECK_EQUAL(zr.GetCurMode(screen), int{eLayoutSpeakerRight});
@@ -171,7 +159,7 @@ ZR_CASE(modes, looksChooseTheSpeaker)
     (void)busy.quiet("no extended screen", 7);
     busy.engine.leave(33);
     (void)busy.quiet("the pinned one has left", kAny);
-    busy.rest();
+    (void)busy.engine.rest("the end");
 }
 
 ZR_CASE(modes, theOrderIsTheHosts)
@@ -187,5 +175,5 @@ ZR_CASE(modes, theOrderIsTheHosts)
                     where.y * 2 / BusyMeeting::kHeight * 3 + where.x * 3 / BusyMeeting::kWidth);
     busy.mode(eLayoutEqualCut);
     CHECK(busy.quiet("no order", 6).count(kHost) == 1);
-    busy.rest();
+    (void)busy.engine.rest("the end");
 }

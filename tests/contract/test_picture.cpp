@@ -22,16 +22,6 @@ bool isFilled(const Screenshot& shot, const Box& box, const Yuv& colour)
            && !isAt(midX, bottom);
 }
 
-tagRECT rectangle(const Box& box)
-{
-    tagRECT rect{};
-    rect.left = box.x;
-    rect.top = box.y;
-    rect.right = box.x + box.w;
-    rect.bottom = box.y + box.h;
-    return rect;
-}
-
 } // namespace
 
 ZR_CASE(picture, tilesLieWhereTheyBelong)
@@ -44,7 +34,7 @@ ZR_CASE(picture, tilesLieWhereTheyBelong)
     void* const screen = meeting.screen;
     void* const plays[] = {meeting.join(1), meeting.join(2)};
     const Box tiles[] = {{100, 190, 319, 179}, {421, 190, 319, 179}};
-    tagRECT area = rectangle({100, 100, 640, 360});
+    tagRECT area = rectOf({100, 100, 640, 360});
     CHECK_EQUAL(zr.MoveWindow(screen, &area, 0), 1);
     CHECK(pumpUntil([&] {
         for (size_t i = 0; i < std::size(plays); ++i) {
@@ -68,7 +58,7 @@ ZR_CASE(picture, tilesLieWhereTheyBelong)
     }
     // The host asks without returning to its loop.
     for (const Box& box : {Box{20, 30, 640, 360}, Box{40, 10, 800, 450}}) {
-        area = rectangle(box);
+        area = rectOf(box);
         CHECK_EQUAL(zr.MoveWindow(screen, &area, 0), 1);
         const ZRRect rect = zr.GetShareWgtPos(screen);
         CHECK(rect.left == kX + box.x && rect.top == kY + box.y);

@@ -316,7 +316,7 @@ void Walk::checkQuiet(long long at)
     meeting.moveTo(1280, 720);
     depth = 99; // the host is quiet too
     desktop::moveTo(1900, 1000);
-    engine.rest("after " + std::to_string(at) + " steps");
+    (void)engine.rest("after " + std::to_string(at) + " steps");
     depth = 0;
 }
 

@@ -29,9 +29,6 @@ namespace native {
 /// Lets the event loop of this thread do what is due. @return false when nothing was
 bool runEventLoopOnce();
 
-/// True when a display is there to show windows on.
-bool hasDisplay();
-
 /// The library's file where nothing else is said.
 extern const char* const kLibraryFile;
 
@@ -39,10 +36,8 @@ extern const char* const kLibraryFile;
 void* loadLibrary(const char* path);
 void* findSymbol(void* library, const char* name);
 bool unloadLibrary(void* library);
-/// Whether the module is still in the process.
-bool isModuleLoaded();
-/// Whether all of Qt that the module uses is in the process.
-bool isQtLoaded();
+/// Whether a library is in the process, by its name without what the system adds.
+bool isLoaded(const std::string& name);
 
 /// Threads of this process.
 int threadCount();

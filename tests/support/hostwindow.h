@@ -4,6 +4,13 @@
 #include "picture.h"
 #include "zrscreenmod.h"
 
+#ifdef _WIN32
+#    ifndef NOMINMAX
+#        define NOMINMAX
+#    endif
+#    include <windows.h> // tagRECT
+#endif
+
 /// An X11 window id, or the value of a HWND; 0 is none.
 using WindowId = unsigned long long;
 
@@ -14,6 +21,12 @@ struct Box
     int w;
     int h;
 };
+
+/// As hosts say it.
+inline tagRECT rectOf(const Box& box)
+{
+    return {box.x, box.y, box.x + box.w, box.y + box.h};
+}
 
 namespace nativehost {
 

@@ -10,13 +10,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kFramePeriod = 70ms;
-constexpr int kAnswerDelayMs = 50;
-/// Time for the frames that carry the last requests.
-constexpr auto kMoment = 350ms;
-/// The order is looked at every second, and streams are closed a second after an arrangement.
-constexpr auto kRest = 3000ms;
 constexpr int kRestTimeoutMs = 20000;
-constexpr int kSettleTimeoutMs = 6000;
 constexpr int kLookStepPx = 4;
 /// Fewer points are no tile, but a colour that shines through a bar of the overlay.
 constexpr int kMinPoints = 600;
@@ -46,6 +40,14 @@ bool namesSomebody(unsigned long id)
 }
 
 } // namespace
+
+std::string show(const std::set<int>& numbers)
+{
+    std::string list;
+    for (const int number : numbers)
+        list += " " + std::to_string(number);
+    return list;
+}
 
 MediaEngine::MediaEngine(Meeting& meeting)
     : m_meeting(meeting)
@@ -106,8 +108,8 @@ void MediaEngine::judge(const Message& message, Stream& stream)
         require(shown || stream.wanted || !stream.told, "hidden again:", stream);
         stream.told = true;
         stream.wanted = shown;
-        const int waitMs = delayMs ? delayMs(stream.number, shown) : kAnswerDelayMs;
-        stream.answerAt = std::max(stream.answerAt, m_changed + std::chrono::milliseconds(waitMs));
+        const std::chrono::milliseconds wait(delayMs(stream.number, shown));
+        stream.answerAt = std::max(stream.answerAt, m_changed + wait);
     } else if (isGrade(message.id)) {
         require(stream.kind == Kind::Person, "a grade is asked of", stream);
         require(stream.open, "a grade is asked of the closed stream of", stream);
@@ -126,7 +128,7 @@ void MediaEngine::receive(const Message& message)
         CHECK_ROW(found != m_streams.end(), step + ": a message for nobody");
         if (found != m_streams.end()) {
             judge(message, found->second);
-            if (!delayMs && found->first % 2 == 0)
+            if (answersInside && found->first % 2 == 0)
                 apply(found->second);
         }
     }
@@ -193,29 +195,21 @@ void MediaEngine::run(int timeMs)
     (void)runUntil([] { return false; }, timeMs);
 }
 
-bool MediaEngine::settle(const std::string& where)
-{
-    step = where;
-    m_changed = Clock::now();
-    return runUntil([&] { return Clock::now() - m_changed > kMoment && visible() == open(); },
-                    kSettleTimeoutMs);
-}
-
-void MediaEngine::rest(const std::string& where)
+bool MediaEngine::rest(const std::string& where, std::chrono::milliseconds quiet)
 {
     step = where;
     m_changed = Clock::now();
     const auto isAnswered = [](const auto& entry) {
         return entry.second.open == entry.second.wanted;
     };
-    CHECK_ROW(runUntil(
-                  [&] {
-                      return Clock::now() - m_changed > kRest
-                             && std::all_of(m_streams.begin(), m_streams.end(), isAnswered);
-                  },
-                  kRestTimeoutMs),
-              where);
-    checkOpen(where);
+    const auto rests = [&] {
+        return Clock::now() - m_changed > quiet
+               && std::all_of(m_streams.begin(), m_streams.end(), isAnswered)
+               && visible() == open();
+    };
+    const bool rested = runUntil(rests, kRestTimeoutMs);
+    CHECK_ROW(rested, where + ": open are" + show(open()) + ", visible" + show(visible()));
+    return rested;
 }
 
 std::set<int> MediaEngine::open() const
@@ -264,11 +258,4 @@ std::map<int, Seen> MediaEngine::look(const Screenshot& shot) const
                               sum.y / sum.areaPx};
     }
     return result;
-}
-
-void MediaEngine::checkOpen(const std::string& where) const
-{
-    const std::set<int> shown = visible();
-    for (const auto& [number, stream] : m_streams)
-        CHECK_ROW(stream.open == (shown.count(number) > 0), where + ": " + stream.id);
 }

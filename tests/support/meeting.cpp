@@ -90,7 +90,7 @@ void* Meeting::join(int number, const std::string& name)
 
 void Meeting::moveTo(int widthPx, int heightPx)
 {
-    tagRECT area{0, 0, widthPx, heightPx};
+    tagRECT area = rectOf({0, 0, widthPx, heightPx});
     CHECK_EQUAL(zr.MoveWindow(screen, &area, 0), 1);
 }
 

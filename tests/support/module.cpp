@@ -27,5 +27,5 @@ void Module::unload()
         return;
     CHECK(native::unloadLibrary(m_library));
     m_library = nullptr;
-    CHECK(!native::isModuleLoaded());
+    CHECK(!native::isLoaded("ZRScreenMod"));
 }

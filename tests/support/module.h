@@ -2,15 +2,9 @@
 #pragma once
 
 #include "exports.h"
+#include "hostwindow.h"
 
 #include <string>
-
-#ifdef _WIN32
-#    ifndef NOMINMAX
-#        define NOMINMAX
-#    endif
-#    include <windows.h> // tagRECT
-#endif
 
 /// The library, loaded for the life of the object. The member `X` is the export `ZRScreen_X`; those
 /// of the other families are in `exports`.

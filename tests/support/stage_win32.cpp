@@ -212,11 +212,6 @@ bool runEventLoopOnce()
     return true;
 }
 
-bool hasDisplay()
-{
-    return true;
-}
-
 void* loadLibrary(const char* path)
 {
     // The system looks for the libraries that the library needs beside it, where packages put
@@ -239,15 +234,9 @@ bool unloadLibrary(void* library)
     return FreeLibrary(static_cast<HMODULE>(library)) != FALSE;
 }
 
-bool isModuleLoaded()
+bool isLoaded(const std::string& name)
 {
-    return GetModuleHandleW(L"ZRScreenMod.dll") != nullptr;
-}
-
-bool isQtLoaded()
-{
-    return GetModuleHandleW(L"Qt5Core.dll") && GetModuleHandleW(L"Qt5Gui.dll")
-           && GetModuleHandleW(L"Qt5Widgets.dll");
+    return GetModuleHandleA((name + ".dll").c_str()) != nullptr;
 }
 
 int threadCount()

@@ -35,18 +35,6 @@ void waitForServer()
     XSync(display(), False);
 }
 
-bool isCodeLoaded(const char* library)
-{
-    std::ifstream maps("/proc/self/maps");
-    for (std::string line; std::getline(maps, line);) {
-        // A sanitizer keeps the file mapped, to read symbols; code can be run only when loaded.
-        const bool isCode = line.find(" r-xp ") != std::string::npos;
-        if (isCode && line.find(library) != std::string::npos)
-            return true;
-    }
-    return false;
-}
-
 } // namespace
 
 // --- Windows ----------------------------------------------------------------------------------
@@ -246,11 +234,6 @@ bool runEventLoopOnce()
     return g_main_context_iteration(nullptr, FALSE) != FALSE;
 }
 
-bool hasDisplay()
-{
-    return std::getenv("DISPLAY") != nullptr;
-}
-
 void* loadLibrary(const char* path)
 {
     void* const library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
@@ -269,14 +252,16 @@ bool unloadLibrary(void* library)
     return dlclose(library) == 0;
 }
 
-bool isModuleLoaded()
+bool isLoaded(const std::string& name)
 {
-    return isCodeLoaded("libZRScreenMod");
-}
-
-bool isQtLoaded()
-{
-    return isCodeLoaded("libQt5Core") && isCodeLoaded("libQt5Gui") && isCodeLoaded("libQt5Widgets");
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);) {
+        // A sanitizer keeps the file mapped, to read symbols; code can be run only when loaded.
+        const bool isCode = line.find(" r-xp ") != std::string::npos;
+        if (isCode && line.find("/lib" + name + ".") != std::string::npos)
+            return true;
+    }
+    return false;
 }
 
 int threadCount()
