@@ -21,6 +21,15 @@ void* unreadable()
     return reinterpret_cast<void*>(uintptr_t{0x10});
 }
 
+VantrelRTCVideoFrameQT frameOf(const void* data, uint32_t widthPx, uint32_t heightPx)
+{
+    VantrelRTCVideoFrameQT frame{};
+    frame.pData = static_cast<const uint8_t*>(data);
+    frame.width = widthPx;
+    frame.height = heightPx;
+    return frame;
+}
+
 enum class Verdict
 {
     Refused, ///< and logged
@@ -103,8 +112,9 @@ private:
     const char* m_goneText = "iter != pScreen->mapHadDelPlay.end()";
     PatchyMemory m_memory;
     Picture m_picture{320, 180, kRed};
-    VantrelRTCVideoFrameQT m_badFrames[10];
-    VantrelRTCVideoFrameQT m_smallest = m_picture.frame; ///< ends where its memory does
+    std::vector<VantrelRTCVideoFrameQT> m_badFrames;
+    /// Ends where its memory does.
+    VantrelRTCVideoFrameQT m_smallest = frameOf(m_memory.begin + m_memory.page - 3, 1, 1);
     uint64_t m_foreign[64];
     std::string m_long = std::string(100000, 'n');
     std::string m_tooLong = std::string(1024 * 1024 + 1, 'n');
@@ -128,32 +138,18 @@ Victim::Victim()
 {
     std::memset(m_foreign, 0x5a, sizeof m_foreign);
     const uint8_t* const data = m_picture.frame.pData;
-    const struct
-    {
-        const void* data;
-        uint32_t width, height;
-    } frames[] = {
-        {nullptr, 320, 180},
-        {data, 0, 180},
-        {data, 320, 0},
-        {data, 16385, 16},
-        {data, 16, 16385},
-        {data, UINT32_MAX, UINT32_MAX},
-        {data, 0x80000000U, 2},
-        {unreadable(), 320, 180},
-        {m_memory.begin, 160, 90}, // the first byte can be read, the last one cannot
-        {reinterpret_cast<const void*>(UINTPTR_MAX - 64), 320, 180},
+    m_badFrames = {
+        frameOf(nullptr, 320, 180),
+        frameOf(data, 0, 180),
+        frameOf(data, 320, 0),
+        frameOf(data, 16385, 16),
+        frameOf(data, 16, 16385),
+        frameOf(data, UINT32_MAX, UINT32_MAX),
+        frameOf(data, 0x80000000U, 2),
+        frameOf(unreadable(), 320, 180),
+        frameOf(m_memory.begin, 160, 90), // the first byte can be read, the last one cannot
+        frameOf(reinterpret_cast<const void*>(UINTPTR_MAX - 64), 320, 180),
     };
-    const auto fill = [](VantrelRTCVideoFrameQT& frame, const auto& row) {
-        frame.pData = static_cast<const uint8_t*>(row.data);
-        frame.width = row.width;
-        frame.height = row.height;
-    };
-    for (const auto& row : frames)
-        fill(m_badFrames[&row - frames], row);
-    m_smallest.pData = reinterpret_cast<uint8_t*>(m_memory.begin + m_memory.page - 3);
-    m_smallest.width = m_smallest.height = 1;
-
     open(live);
     live[Kind::Screen] = meeting.screen;
     live[Kind::Play] = meeting.join(1);
@@ -244,7 +240,7 @@ std::vector<Hostile<void*>> Victim::wrongPointers(const zr::Argument& argument)
     std::vector<Hostile<void*>> rows;
     if (argument.kind == Kind::Picture) {
         for (VantrelRTCVideoFrameQT& frame : m_badFrames)
-            rows.push_back({std::to_string(&frame - m_badFrames), &frame, Verdict::Refused});
+            rows.push_back({std::to_string(&frame - m_badFrames.data()), &frame, Verdict::Refused});
         rows.push_back({"smallest", &m_smallest, Verdict::Taken});
     }
     if (!isHandle(argument.kind))

@@ -97,11 +97,9 @@ ZR_CASE(threads, addsFromFourThreadsAtOnce)
             CHECK_EQUAL(zr.DelPerson(screen, group.at(i), false), 1);
     }
     CHECK(distinct.size() == 40 && distinct.count(nullptr) == 0);
-    for (int number = 100; number < 500; number = number % 10 == 9 ? number + 91 : number + 1) {
-        const std::string id = "u" + std::to_string(number);
-        const int visible = number % 10 >= 8 ? 1 : 0;
-        CHECK_ROW(pumpUntil([&] { return zr.IsPersonVisible(screen, text(id)) == visible; }), id);
-    }
+    for (const char* const id : {"u108", "u109", "u208", "u209", "u308", "u309", "u408", "u409"})
+        CHECK_ROW(pumpUntil([&] { return zr.IsPersonVisible(screen, text(id)) == 1; }), id);
+    CHECK_EQUAL(zr.IsPersonVisible(screen, text("u407")), 0);
 }
 
 ZR_CASE(threads, frameStormAgainstAGuiAtWork)

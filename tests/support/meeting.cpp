@@ -4,27 +4,23 @@
 
 #include <algorithm>
 
-template<int number>
-Inbox& Inbox::instance()
+Inbox& Inbox::first()
 {
     static Inbox inbox([](unsigned long id, unsigned long long wParam, long long lParam) {
-        instance<number>().receive(id, wParam, lParam);
-        return 0;
+        return first().receive(id, wParam, lParam);
     });
     return inbox;
 }
 
-Inbox& Inbox::first()
-{
-    return instance<1>();
-}
-
 Inbox& Inbox::second()
 {
-    return instance<2>();
+    static Inbox inbox([](unsigned long id, unsigned long long wParam, long long lParam) {
+        return second().receive(id, wParam, lParam);
+    });
+    return inbox;
 }
 
-void Inbox::receive(unsigned long id, unsigned long long wParam, long long lParam)
+int Inbox::receive(unsigned long id, unsigned long long wParam, long long lParam)
 {
     const Message message{id, wParam, lParam, std::this_thread::get_id(), Clock::now()};
     {
@@ -35,6 +31,7 @@ void Inbox::receive(unsigned long id, unsigned long long wParam, long long lPara
         const auto handler = onMessage; // the handler may replace itself
         handler(message);
     }
+    return 0;
 }
 
 void Inbox::reset()

@@ -48,9 +48,7 @@ private:
         : m_notify(notify)
     {
     }
-    void receive(unsigned long id, unsigned long long wParam, long long lParam);
-    template<int number>
-    static Inbox& instance();
+    int receive(unsigned long id, unsigned long long wParam, long long lParam);
 
     ZRNotify m_notify;
     mutable std::mutex m_lock;

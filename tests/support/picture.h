@@ -48,8 +48,7 @@ class Picture
 {
 public:
     Picture(uint32_t widthPx, uint32_t heightPx, const Yuv& colour);
-    Picture(const Picture&) = delete;
-    Picture& operator=(const Picture&) = delete;
+    Picture(Picture&&) = default;
     [[nodiscard]] const std::vector<uint8_t>& bytes() const { return m_bytes; }
     VantrelRTCVideoFrameQT frame{};
 
