@@ -3,9 +3,7 @@
 #include "desktop.h"
 #include "meeting.h"
 
-#include <atomic>
 #include <memory>
-#include <thread>
 
 namespace {
 
@@ -132,32 +130,6 @@ ZR_CASE(extscreen, clicksAndPreviewsPassBetweenItAndTheGallery)
     CHECK(meeting.inbox.count(ZRMSG_VIDEO_HIDDEN, 2) == 0);
     CHECK(ext.api.SetPersonInfo(ext.handle, nullptr, "u2", false, 0, "", 0) == 1);
     CHECK(pumpUntil([&] { return meeting.inbox.count(ZRMSG_VIDEO_HIDDEN, 2) == 1; }));
-}
-
-ZR_CASE(extscreen, framesFromAnotherThread)
-{
-    const Module zr;
-    auto ext = std::make_unique<ExtScreen>(zr);
-    const zr::ExtExports api = ext->api;
-    void* const handle = ext->handle;
-    Picture red(320, 180, kRed);
-    std::atomic<bool> stop{false};
-    std::atomic<int> refused{0};
-    std::thread frames([&] {
-        while (!stop)
-            refused += api.PlayFrame(handle, &red.frame) == 0;
-    });
-    for (int i = 0; i < 40; ++i) {
-        ext->show(i % 2 ? "u2" : "u1", 7);
-        CHECK(api.Preview(handle, i % 3 != 0) == 1);
-        ext->moveTo({0, 0, kWidthPx - i, kHeightPx});
-        pump(5);
-    }
-    // Released in the middle of it: from here on frames are refused.
-    ext.reset();
-    CHECK(pumpUntil([&, before = refused.load()] { return refused > before + 10; }));
-    stop = true;
-    frames.join();
 }
 
 ZR_CASE(extscreen, outlivesTheGalleryAndEndsInsideItsMessage)

@@ -172,12 +172,18 @@ ZR_CASE(threads, releaseWhileOthersCall)
         Meeting meeting(&window);
         Module& zr = meeting.zr;
         void* const screen = meeting.screen;
+        const zr::ExtExports& exts = zr.exports.ZRScreenExt;
+        void* const ext = exts.Init(nullptr, nullptr);
         void* const ann = meeting.join(1);
         Picture picture(320, 180, kRed);
         std::atomic<int> number{10};
-        const std::string words(10000, 'x');
+        const std::string words(1000, 'x');
         const std::function<void()> calls[] = {
             [&] { zr.PlayFrame(screen, ann, &picture.frame); },
+            [&] {
+                exts.PlayFrame(ext, &picture.frame);
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            },
             [&] {
                 zr.SetMute(screen, ann, 0);
                 zr.AddSentence(screen, number++ % 100, 0, text("a"), text(words));
@@ -208,7 +214,13 @@ ZR_CASE(threads, releaseWhileOthersCall)
             });
         }
         CHECK(pumpUntil([&] { return called == std::size(calls); }));
+        for (const char* const id : {"u1", "u2", "u1"}) { // whose frames come
+            CHECK_EQUAL(exts.SetPersonInfo(ext, ext, id, false, 0, "Ann", 0), 1);
+            CHECK_EQUAL(exts.Preview(ext, true), 1);
+            pump(30);
+        }
         const auto start = Clock::now();
+        exts.Release(ext);
         zr.Release(screen);
         meeting.screen = nullptr;
         CHECK(Clock::now() - start < std::chrono::seconds(5));

@@ -31,7 +31,6 @@ void runCase(const Case& testCase)
     try {
         testCase.body();
     } catch (const check::Abandoned&) {
-        std::printf("  abandoned\n");
     } catch (const std::exception& error) {
         check::fail(testCase.name, 0, std::string("exception: ") + error.what());
     }
