@@ -50,7 +50,7 @@ public:
         (void)engine.rest(step, MediaEngine::kMoment);
         const std::set<int> visible = engine.visible();
         CHECK_ROW(count == kAny || static_cast<int>(visible.size()) == count,
-                  step + ": visible are" + show(visible));
+                  step + ": visible are" + listOf(visible));
         std::set<int> found;
         for (int look = 0; look < kLooks && (look == 0 || found != visible); ++look) {
             engine.run(look == 0 ? 0 : kBetweenLooksMs); // drawing takes its time
@@ -58,7 +58,8 @@ public:
             const std::vector<int> numbers = bySize(seen);
             found = {numbers.begin(), numbers.end()};
         }
-        CHECK_ROW(found == visible, step + ": seen" + show(found) + ", visible" + show(visible));
+        CHECK_ROW(found == visible,
+                  step + ": seen" + listOf(found) + ", visible" + listOf(visible));
         checkGrades(step);
         return visible;
     }

@@ -58,8 +58,8 @@ public:
     const Stream* anyone();
     /// An id: mostly of somebody, else of nobody.
     std::string anyId();
-    /// Somebody leaves: the one whom the last call has named, say the focus, or a share, or any.
-    void leave(bool named);
+    /// Somebody leaves: anybody, or whom the last call has named, say as the focus, or a share.
+    void leave(bool ofInterest);
     /// Calls any of the exports that have no step of their own, with any arguments; from another
     /// thread one that does not wait for this one.
     void callAnything(bool elsewhere);
@@ -111,12 +111,12 @@ std::string Walk::anyId()
 void Walk::leave(bool ofInterest)
 {
     const auto& streams = engine.streams();
-    auto found = streams.find(named);
-    if (ofInterest && chance(25))
-        found = std::find_if(streams.begin(), streams.end(),
-                             [](const auto& stream) { return stream.second.kind == Kind::Share; });
-    else if (!ofInterest && anyone())
-        found = streams.find(named);
+    if (!ofInterest)
+        (void)anyone(); // is named by that
+    const auto isShare = [](const auto& entry) { return entry.second.kind == Kind::Share; };
+    const auto found = ofInterest && chance(25)
+                           ? std::find_if(streams.begin(), streams.end(), isShare)
+                           : streams.find(named);
     if (found != streams.end() && found->second.play)
         engine.leave(found->first);
 }

@@ -41,7 +41,7 @@ bool namesSomebody(unsigned long id)
 
 } // namespace
 
-std::string show(const std::set<int>& numbers)
+std::string listOf(const std::set<int>& numbers)
 {
     std::string list;
     for (const int number : numbers)
@@ -208,7 +208,7 @@ bool MediaEngine::rest(const std::string& where, std::chrono::milliseconds quiet
                && visible() == open();
     };
     const bool rested = runUntil(rests, kRestTimeoutMs);
-    CHECK_ROW(rested, where + ": open are" + show(open()) + ", visible" + show(visible()));
+    CHECK_ROW(rested, where + ": open are" + listOf(open()) + ", visible" + listOf(visible()));
     return rested;
 }
 

@@ -39,7 +39,8 @@ struct Seen
     int y = 0;
 };
 
-std::string show(const std::set<int>& numbers);
+/// The numbers, each with a blank before it.
+std::string listOf(const std::set<int>& numbers);
 
 /// Opens a stream on ZRMSG_VIDEO_SHOWN, closes it on ZRMSG_VIDEO_HIDDEN, reports each change once,
 /// switches the grade, lets go on ZRMSG_PERSON_REMOVED. While it runs it delivers small pictures,
