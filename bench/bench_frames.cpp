@@ -27,12 +27,12 @@ public:
     {
         constexpr int kFrames = 8;
         for (int i = 0; i < kFrames; ++i)
-            m_frames.emplace_back(width, height, static_cast<unsigned char>(40 + 20 * i));
+            m_frames.emplace_back(width, height, Yuv{static_cast<uint8_t>(40 + 20 * i), 128, 128});
     }
-    Frame& next() { return m_frames[m_next++ % m_frames.size()]; }
+    Picture& next() { return m_frames[m_next++ % m_frames.size()]; }
 
 private:
-    std::vector<Frame> m_frames;
+    std::vector<Picture> m_frames;
     std::size_t m_next = 0;
 };
 
@@ -51,7 +51,7 @@ public:
             onGui(drainEvents);
         }
     }
-    void play(Frame& frame) { m_meeting.play(m_play, frame); }
+    void play(Picture& frame) { m_meeting.play(m_play, frame); }
 
 private:
     Meeting m_meeting;
@@ -81,7 +81,7 @@ void playFrameBesideMemcpy(benchmark::State& state)
     constexpr int kFramesPerTurn = 8;
     FramePool pool(static_cast<unsigned>(state.range(0)), static_cast<unsigned>(state.range(1)));
     OneTile tile(pool);
-    std::vector<unsigned char> copy(pool.next().size());
+    std::vector<unsigned char> copy(pool.next().bytes().size());
     std::vector<double> played;
     std::vector<double> copied;
     std::uint64_t allocations = 0;
@@ -101,7 +101,7 @@ void playFrameBesideMemcpy(benchmark::State& state)
             played.push_back(seconds);
             copied.push_back(secondsOf([&] {
                 for (int i = 0; i < kFramesPerTurn; ++i) {
-                    std::memcpy(copy.data(), pool.next().data(), copy.size());
+                    std::memcpy(copy.data(), pool.next().bytes().data(), copy.size());
                     benchmark::DoNotOptimize(copy.data());
                     benchmark::ClobberMemory();
                 }

@@ -23,9 +23,9 @@ void paintNineTiles(benchmark::State& state)
     Meeting meeting(1920, 1080);
     ZRScreen_SetSupport9EqualCut(meeting.screen(), true);
     const std::vector<void*> plays = meeting.addShown(kTiles);
-    std::vector<Frame> frames;
+    std::vector<Picture> frames;
     for (int number = 1; number <= kTiles; ++number) {
-        frames.emplace_back(640, 360, static_cast<unsigned char>(20 * number));
+        frames.emplace_back(640, 360, Yuv{static_cast<uint8_t>(20 * number), 128, 128});
         meeting.play(plays[frames.size() - 1], frames.back());
     }
     const auto playAllOnce = [&](Clock::time_point start) {

@@ -1,6 +1,5 @@
 #include "benchhost.h"
 
-#include <X11/Xlib.h>
 #include <glib.h>
 
 #include <atomic>
@@ -132,37 +131,11 @@ GuiHold::~GuiHold()
     m_changed.wait(lock, [this] { return m_left; });
 }
 
-Frame::Frame(unsigned width, unsigned height, unsigned char luma)
-{
-    const std::size_t lumaSize = std::size_t(width) * height;
-    const std::size_t chromaSize = std::size_t((width + 1) / 2) * ((height + 1) / 2);
-    m_bytes.assign(lumaSize, luma);
-    m_bytes.resize(lumaSize + 2 * chromaSize, 128);
-    m_record.pData = m_bytes.data();
-    m_record.width = width;
-    m_record.height = height;
-}
-
-struct Meeting::Window
-{
-    Display* display = nullptr;
-    ::Window window = 0;
-};
-
 Meeting::Meeting(unsigned widthPx, unsigned heightPx)
-    : m_window(new Window)
+    : m_window(int(widthPx), int(heightPx))
 {
-    m_window->display = XOpenDisplay(nullptr);
-    if (!m_window->display)
-        throw std::runtime_error("no X display");
-    Display* const display = m_window->display;
-    m_window->window =
-        XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, widthPx, heightPx, 0, 0, 0);
-    XMapWindow(display, m_window->window);
-    XSync(display, False);
     onGui([this, widthPx, heightPx] {
-        m_screen =
-            ZRScreen_Init(reinterpret_cast<HWND>(std::uintptr_t(m_window->window)), ignoreMessage);
+        m_screen = ZRScreen_Init(m_window.hwnd(), ignoreMessage);
         require(m_screen != nullptr, "ZRScreen_Init");
         tagRECT rect{0, 0, int(widthPx), int(heightPx)};
         require(ZRScreen_MoveWindow(m_screen, &rect, 0) == 1, "ZRScreen_MoveWindow");
@@ -176,9 +149,6 @@ Meeting::~Meeting()
         ZRScreen_Release(m_screen);
         drainEvents();
     });
-    XDestroyWindow(m_window->display, m_window->window);
-    XCloseDisplay(m_window->display);
-    delete m_window;
 }
 
 void* Meeting::add(int number)
@@ -218,7 +188,7 @@ void Meeting::waitUntilShown(int number) const
     }
 }
 
-void Meeting::play(void* play, Frame& frame) const
+void Meeting::play(void* play, Picture& picture) const
 {
-    require(ZRScreen_PlayFrame(m_screen, play, frame.record()) == 1, "ZRScreen_PlayFrame");
+    require(ZRScreen_PlayFrame(m_screen, play, &picture.frame) == 1, "ZRScreen_PlayFrame");
 }

@@ -4,6 +4,8 @@
 // belongs to serveGui, which drives the library by iterations of the default GLib context.
 #pragma once
 
+#include "hostwindow.h"
+#include "picture.h"
 #include "zrscreenmod.h"
 
 #include <chrono>
@@ -44,20 +46,6 @@ private:
     bool m_left = false;
 };
 
-/// A picture and the record that delivers it.
-class Frame
-{
-public:
-    Frame(unsigned width, unsigned height, unsigned char luma);
-    VantrelRTCVideoFrameQT* record() { return &m_record; }
-    const unsigned char* data() const { return m_bytes.data(); }
-    std::size_t size() const { return m_bytes.size(); }
-
-private:
-    std::vector<unsigned char> m_bytes;
-    VantrelRTCVideoFrameQT m_record{};
-};
-
 /// A meeting in a native window of the given size, joined, in the adaptive gallery. Throws
 /// std::runtime_error when the library refuses something. Not for the GUI thread.
 class Meeting
@@ -77,10 +65,9 @@ public:
     std::vector<void*> addShown(int count);
     /// Waits until the participant's tile is shown.
     void waitUntilShown(int number) const;
-    void play(void* play, Frame& frame) const;
+    void play(void* play, Picture& picture) const;
 
 private:
-    struct Window;
-    Window* m_window = nullptr;
+    HostWindow m_window;
     void* m_screen = nullptr;
 };

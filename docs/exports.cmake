@@ -95,6 +95,7 @@ in [exports.h](../zrscreenmod/exports.h) and from the headers, which say what ea
 set(headers "")
 foreach(header zrscreenmod.h zrextscreen.h zrcontrols.h)
   file(READ ${module}/${header} headers)
+  string(REGEX REPLACE "ZR_REF\\(([a-z]+)\\)" "\\1&" headers "${headers}") # as C++ has it
   string(APPEND text "\n## [${header}](../zrscreenmod/${header})\n\n"
     "| export | thread | arguments | answer |\n|---|---|---|---|\n")
   string(REGEX MATCHALL "X\\(ZR[A-Za-z]+, [A-Za-z0-9_]+, [a-z]+, [A-Za-z]+(\\([^)]*\\))?, \\(([^()]|\\(([^()]|\\([^()]*\\))*\\))*\\)\\)"

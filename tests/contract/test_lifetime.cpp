@@ -8,7 +8,7 @@
 namespace {
 
 /// A whole meeting of two, up to the moment when both pictures are on the screen.
-void useOnce(const NativeWindow* window)
+void useOnce(const HostWindow* window)
 {
     Meeting meeting(window);
     Picture picture(320, 180, kGreen);
@@ -20,9 +20,7 @@ void useOnce(const NativeWindow* window)
         return meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 1) > 0
                && meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 2) > 0;
     }));
-    pump(150);
-    if (window)
-        CHECK(isNear(window->grab().at(300, 360), kGreen.rgb()));
+    CHECK(pumpUntil([&] { return !window || isNear(window->grab().at(300, 360), kGreen.rgb()); }));
     CHECK_EQUAL(meeting.zr.DelPerson(meeting.screen, ann, false), 1);
     pump(20);
     CHECK_EQUAL(meeting.zr.ExitMeeting(meeting.screen), 1);
@@ -32,28 +30,23 @@ void useOnce(const NativeWindow* window)
 
 ZR_CASE(lifetime, loadsUsesAndUnloadsRepeatedly)
 {
-    const NativeWindow window(1280, 720);
+    const HostWindow window(1280, 720);
     useOnce(&window);
     CHECK(pumpUntil([&] { return window.childCount() == 0; }));
     const int threadsAfterFirst = native::threadCount();
+    for (int round = 0; round < 3; ++round) {
+        const Module unused; // without a screen
+        std::thread([&] { unused.exports.ZRScreenWtmark.SetEnabled(true); }).join();
+    }
     for (int round = 0; round < 3; ++round)
         useOnce(&window);
     CHECK(pumpUntil([&] { return window.childCount() == 0; }));
     CHECK(native::threadCount() <= threadsAfterFirst);
 }
 
-ZR_CASE(lifetime, unloadsWithoutAScreen)
-{
-    for (int round = 0; round < 2; ++round) {
-        Module zr;
-        CHECK_EQUAL(zr.IsExtendScreen(), 0);
-        zr.Release(nullptr);
-    }
-}
-
 ZR_CASE(lifetime, unloadsWithScreensNotReleasedAndCallsQueued)
 {
-    const NativeWindow window(1280, 720);
+    const HostWindow window(1280, 720);
     for (int round = 0; round < 2; ++round) {
         Meeting meeting(&window);
         void* const ann = meeting.join(1);
@@ -79,97 +72,63 @@ ZR_CASE(lifetime, unloadsWithScreensNotReleasedAndCallsQueued)
 /// Qt keeps an eye on every thread that has called the library, up to its end.
 ZR_CASE(lifetime, threadsOutliveTheLibrary)
 {
+    std::promise<void> called;
     std::promise<void> unloaded;
-    std::thread caller;
-    for (int round = 0; round < 2; ++round) {
-        Meeting meeting(nullptr);
-        void* const ann = meeting.join(1);
-        std::promise<void> called;
-        const auto call = [&] {
-            meeting.zr.SetVolume(meeting.screen, ann, 50);
-            called.set_value();
-        };
-        if (round == 0) {
-            caller = std::thread([&, end = unloaded.get_future().share()] {
-                call();
-                end.wait();
-            });
-        } else {
-            std::thread(call).join();
-        }
-        called.get_future().wait();
-        meeting.zr.Release(meeting.screen);
-        meeting.screen = nullptr;
-        meeting.zr.unload();
-        CHECK(native::isQtLoaded());
-        if (round == 0) {
-            unloaded.set_value();
-            caller.join();
-            pump(100);
-        }
-    }
-}
-
-ZR_CASE(lifetime, settingsAreFreshAfterTheLastRelease)
-{
-    const NativeWindow window(1280, 720);
-    Meeting meeting(&window);
-    Module& zr = meeting.zr;
-    REQUIRE(meeting.changeMode(eLayoutGrid9));
-    CHECK_EQUAL(zr.SetExtendScreen(meeting.screen, true, false), 1);
-    CHECK(pumpUntil([&] { return zr.IsExtendScreen() == 1; }));
-    zr.Release(meeting.screen);
-    CHECK_EQUAL(zr.GetCurMode(meeting.screen), 0);
-
-    meeting.inbox.reset();
-    meeting.screen = zr.Init(window.hwnd(), meeting.inbox.notify());
-    REQUIRE(meeting.screen != nullptr);
-    CHECK_EQUAL(zr.GetCurMode(meeting.screen), int{eLayoutEqualCut});
-    CHECK_EQUAL(zr.IsExtendScreen(), 0);
+    Meeting meeting(nullptr);
+    void* const ann = meeting.join(1);
+    std::thread caller([&] {
+        meeting.zr.SetVolume(meeting.screen, ann, 50);
+        called.set_value();
+        unloaded.get_future().wait();
+    });
+    called.get_future().wait();
+    meeting.zr.Release(meeting.screen);
+    meeting.screen = nullptr;
+    meeting.zr.unload();
+    for (const char* const library : {"Qt5Core", "Qt5Gui", "Qt5Widgets"})
+        CHECK_ROW(native::isLoaded(library), library);
+    unloaded.set_value();
+    caller.join();
+    pump(100);
 }
 
 ZR_CASE(lifetime, releasesOneOfTwoScreens)
 {
-    const NativeWindow left(640, 360);
-    const NativeWindow right(640, 360, 700);
+    const HostWindow left(640, 360);
+    const HostWindow right(640, 360, 700);
     Meeting meeting(&left, 640, 360);
     Module& zr = meeting.zr;
     Inbox& second = Inbox::second();
     second.reset();
-    void* const other = zr.Init(right.hwnd(), second.notify());
-    REQUIRE(other != nullptr);
-    tagRECT area{0, 0, 640, 360};
-    CHECK_EQUAL(zr.MoveWindow(other, &area, 0), 1);
-    CHECK_EQUAL(zr.JoinMeetingFinish(other, true), 1);
+    void* const first = meeting.screen;
     meeting.join(1);
-    void* const bob = zr.AddPerson(other, text("u2"), text("Bob"), 2, 0, hostValue(2));
-    CHECK_EQUAL(zr.Preview(other, bob, true), 1);
+    meeting.screen = zr.Init(right.hwnd(), second.notify());
+    REQUIRE(meeting.screen != nullptr);
+    meeting.moveTo(640, 360);
+    CHECK_EQUAL(zr.JoinMeetingFinish(meeting.screen, true), 1);
+    void* const bob = meeting.join(2);
     // Messages go to every screen's host.
     CHECK(pumpUntil([&] {
         return second.count(ZRMSG_VIDEO_SHOWN, 1) > 0
                && meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 2) > 0;
     }));
-
-    zr.Release(meeting.screen);
-    meeting.screen = nullptr;
+    zr.Release(first);
     CHECK(pumpUntil([&] { return left.childCount() == 0; }));
-    const int firstCount = meeting.inbox.count();
-    CHECK_EQUAL(zr.ChangeLayout(other, eLayoutGrid4, {}), 1);
-    CHECK(pumpUntil([&] { return second.count(ZRMSG_SCREEN_MODE) > 0; }));
+    const int before = meeting.inbox.count();
+    REQUIRE(meeting.changeMode(eLayoutGrid4));
+    CHECK(second.count(ZRMSG_SCREEN_MODE) > 0);
     Picture blue(640, 360, kBlue);
     CHECK(pumpUntil([&] {
-        zr.PlayFrame(other, bob, &blue.frame);
+        zr.PlayFrame(meeting.screen, bob, &blue.frame);
         return isNear(right.grab().at(160, 60), kBlue.rgb());
     }));
-    CHECK_EQUAL(meeting.inbox.count(), firstCount);
-    zr.Release(other);
-    second.reset();
+    CHECK_EQUAL(meeting.inbox.count(), before);
 }
 
 /// Runs without a display: the screen is drawn off screen and nothing is embedded.
 ZR_CASE(headless, worksWithoutADisplay)
 {
-    REQUIRE(!native::hasDisplay());
+    REQUIRE(!std::getenv("DISPLAY"));
     for (int round = 0; round < 2; ++round)
         useOnce(nullptr);
 }
@@ -178,7 +137,7 @@ ZR_CASE(headless, worksWithoutADisplay)
 /// when it ends cleanly.
 ZR_CASE(exit_busy, endsWhileFramesArrive)
 {
-    static const NativeWindow window(640, 360);
+    static const HostWindow window(640, 360);
     static Meeting meeting(&window, 640, 360);
     void* const ann = meeting.join(1);
     CHECK(pumpUntil([&] { return meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 1) > 0; }));
@@ -200,7 +159,7 @@ ZR_CASE(exit_busy, endsWhileFramesArrive)
 ZR_CASE(exit_elsewhere, anotherThreadEndsTheProcess)
 {
     // Kept for good: the thread that ends the process would destroy statics under this one.
-    static const auto* const window = new NativeWindow(640, 360);
+    static const auto* const window = new HostWindow(640, 360);
     static auto* const meeting = new Meeting(window, 640, 360);
     void* const ann = meeting->join(1);
     CHECK(pumpUntil([&] { return meeting->inbox.count(ZRMSG_VIDEO_SHOWN, 1) > 0; }));

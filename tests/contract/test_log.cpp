@@ -28,7 +28,7 @@ void logLines(Meeting& meeting, const std::string& mark)
 ZR_CASE(log_unload, unloadsWithoutReleaseAndWith)
 {
     for (int round = 0; round < 2; ++round) {
-        const NativeWindow window(640, 360);
+        const HostWindow window(640, 360);
         Meeting meeting(&window, 640, 360);
         logLines(meeting, "unload-" + std::to_string(round));
         if (round > 0)
@@ -40,7 +40,7 @@ ZR_CASE(log_unload, unloadsWithoutReleaseAndWith)
 
 ZR_CASE(log_exit, endsWithTheLibraryLoaded)
 {
-    static const auto* const window = new NativeWindow(640, 360);
+    static const auto* const window = new HostWindow(640, 360);
     static auto* const meeting = new Meeting(window, 640, 360);
     logLines(*meeting, "exit");
     meeting->zr.leaveLoaded();

@@ -54,24 +54,26 @@ public:
     {
         return values.begin()[pick(0, static_cast<int>(values.size()) - 1)];
     }
-    /// A participant who is there; 0 when nobody is.
-    int anyone();
+    /// A participant who is there; null when nobody is.
+    const Stream* anyone();
     /// An id: mostly of somebody, else of nobody.
     std::string anyId();
-    void* anyPlay();
-    /// Calls any of the exports that have no step of their own, with any arguments.
-    void callAnything();
+    /// Somebody leaves: anybody, or whom the last call has named, say as the focus, or a share.
+    void leave(bool ofInterest);
+    /// Calls any of the exports that have no step of their own, with any arguments; from another
+    /// thread one that does not wait for this one.
+    void callAnything(bool elsewhere);
 
     std::mt19937 random;
-    const NativeWindow window{1280, 720};
+    const HostWindow window{1280, 720};
     Meeting meeting{&window, 1280, 720};
     MediaEngine engine{meeting};
     Module& zr = meeting.zr;
     void* const screen = meeting.screen;
     int nextNumber = 1;
-    int depth = 0;             ///< of messages that the walk goes on in
-    int chosen[3] = {0, 0, 0}; ///< focus, look, voice
-    std::string trace;         ///< the steps since the last check
+    int depth = 0;     ///< of messages that the walk goes on in
+    int named = 0;     ///< who was an argument last
+    std::string trace; ///< the steps since the last check
 
 private:
     /// What arguments point to while a call runs.
@@ -82,41 +84,41 @@ private:
     };
     template<typename T>
     T anyValue(const zr::Argument& argument, Kept& kept);
-    template<typename Result, typename... Arguments, std::size_t... at>
-    void call(const zr::Export& row, Result(ZR_CALL* function)(Arguments...),
-              std::index_sequence<at...>);
     template<typename Result, typename... Arguments>
-    void call(const zr::Export& row, Result(ZR_CALL* function)(Arguments...))
-    {
-        call(row, function, std::index_sequence_for<Arguments...>());
-    }
+    void call(const zr::Export& row, Result(ZR_CALL* function)(Arguments...), bool elsewhere);
     void step();
     void checkBatch();
     void checkQuiet(long long at);
 };
 
-int Walk::anyone()
+const Stream* Walk::anyone()
 {
     const auto& streams = engine.streams();
     if (streams.empty())
-        return 0;
-    auto found = streams.begin();
-    std::advance(found, pick(0, static_cast<int>(streams.size()) - 1));
-    return found->second.play ? found->first : 0;
+        return nullptr;
+    const auto found = std::next(streams.begin(), pick(0, static_cast<int>(streams.size()) - 1));
+    named = found->first;
+    return found->second.play ? &found->second : nullptr;
 }
 
 std::string Walk::anyId()
 {
-    const int number = chance(85) ? anyone() : 0;
-    if (number != 0)
-        return engine.at(number).id;
+    if (const Stream* const stream = chance(85) ? anyone() : nullptr)
+        return stream->id;
     return oneOf<const char*>({"", "nobody", "u0", "sharescreen_", "u999999", "\xff\xfe"});
 }
 
-void* Walk::anyPlay()
+void Walk::leave(bool ofInterest)
 {
-    const int number = chance(95) ? anyone() : 0;
-    return number != 0 ? engine.at(number).play : nullptr;
+    const auto& streams = engine.streams();
+    if (!ofInterest)
+        (void)anyone(); // is named by that
+    const auto isShare = [](const auto& entry) { return entry.second.kind == Kind::Share; };
+    const auto found = ofInterest && chance(25)
+                           ? std::find_if(streams.begin(), streams.end(), isShare)
+                           : streams.find(named);
+    if (found != streams.end() && found->second.play)
+        engine.leave(found->first);
 }
 
 /// What anyValue() makes.
@@ -129,13 +131,14 @@ template<typename T>
 T Walk::anyValue(const zr::Argument& argument, Kept& kept)
 {
     if constexpr (std::is_same_v<T, void*>) {
-        return argument.kind == zr::Kind::Play ? anyPlay() : screen;
-    } else if constexpr (zr::table::isText<T> || std::is_same_v<T, std::string>) {
-        kept.texts.push_back(anyId());
-        if constexpr (std::is_same_v<T, std::string>)
-            return kept.texts.back();
-        else
-            return kept.texts.back().data();
+        if (argument.kind != zr::Kind::Play)
+            return screen;
+        const Stream* const stream = chance(95) ? anyone() : nullptr;
+        return stream ? stream->play : nullptr;
+    } else if constexpr (zr::table::isText<T>) {
+        return kept.texts.emplace_back(anyId()).data();
+    } else if constexpr (std::is_same_v<T, std::string>) {
+        return anyId();
     } else if constexpr (std::is_same_v<T, tagRECT*>) {
         kept.area = {pick(-10, 600), pick(-10, 600), pick(-10, 1300), pick(-10, 800)};
         return &kept.area;
@@ -149,18 +152,23 @@ T Walk::anyValue(const zr::Argument& argument, Kept& kept)
     }
 }
 
-template<typename Result, typename... Arguments, std::size_t... at>
-void Walk::call(const zr::Export& row, Result(ZR_CALL* function)(Arguments...),
-                std::index_sequence<at...>)
+template<typename Result, typename... Arguments>
+void Walk::call(const zr::Export& row, Result(ZR_CALL* function)(Arguments...), bool elsewhere)
 {
     if constexpr (!(isPlain<Arguments> && ...)) {
         CHECK_ROW(false, row.name); // has a step of its own
     } else {
         [[maybe_unused]] Kept kept;
+        [[maybe_unused]] auto next = [at = row.arguments]() mutable -> const zr::Argument& {
+            return *at++;
+        };
         // The braces keep the order, which a seed gives again.
-        const std::tuple<Arguments...> values{anyValue<Arguments>(row.arguments[at], kept)...};
+        const std::tuple<Arguments...> values{anyValue<Arguments>(next(), kept)...};
         trace += " " + std::string(row.name);
-        std::apply(function, values);
+        if (elsewhere)
+            std::thread([&] { std::apply(function, values); }).join();
+        else
+            std::apply(function, values);
     }
 }
 
@@ -168,32 +176,30 @@ void Walk::call(const zr::Export& row, Result(ZR_CALL* function)(Arguments...),
 bool hasOwnStep(const zr::Export& row)
 {
     using zr::Kind;
-    if (row.argumentCount == 0 || row.arguments[0].kind != Kind::Screen)
-        return true;
     for (std::size_t i = 0; i < row.argumentCount; ++i) {
         const zr::Argument& argument = row.arguments[i];
         if (argument.use == zr::Use::Ends || argument.kind == Kind::Picture
             || argument.kind == Kind::Order || argument.kind == Kind::HostValue)
             return true;
     }
-    for (const char* const name :
-         {"ZRScreen_SetParent", "ZRScreen_MoveWindow", "ZRScreen_ExitMeeting",
-          "ZRScreen_SetPersonInfo", "ZRScreen_Preview", "ZRScreen_JoinMeetingFinish"}) {
-        if (std::string(name) == row.name)
+    const std::string name = row.name;
+    for (const char* const own : {"SetParent", "MoveWindow", "ExitMeeting", "SetPersonInfo",
+                                  "Preview", "JoinMeetingFinish"}) {
+        if (name == std::string("ZRScreen_") + own)
             return true;
     }
-    return false;
+    return row.argumentCount == 0 || row.arguments[0].kind != Kind::Screen;
 }
 
-void Walk::callAnything()
+void Walk::callAnything(bool elsewhere)
 {
-    const zr::Export* chosenRow = nullptr;
+    const zr::Export* chosen = nullptr;
     do
-        chosenRow = zr::kExports + pick(0, static_cast<int>(std::size(zr::kExports)) - 1);
-    while (hasOwnStep(*chosenRow));
+        chosen = zr::kExports + pick(0, static_cast<int>(std::size(zr::kExports)) - 1);
+    while (hasOwnStep(*chosen) || (elsewhere && chosen->thread == zr::Thread::Gui));
     zr.exports.forEach([&](const zr::Export& row, auto function) {
-        if (&row == chosenRow)
-            call(row, function);
+        if (&row == chosen)
+            call(row, function, elsewhere);
     });
 }
 
@@ -216,25 +222,8 @@ const Step kStepTable[] = {
                                : w.chance(10) ? Kind::Nameless
                                               : Kind::Person);
      }},
-    {8, "leave",
-     [](Walk& w) {
-         if (const int number = w.anyone(); number != 0)
-             w.engine.leave(number);
-     }},
-    {3, "leaveSpecial",
-     [](Walk& w) {
-         const auto& streams = w.engine.streams();
-         int number = w.oneOf({w.chosen[0], w.chosen[1], w.chosen[2], 0});
-         if (number == 0) {
-             const auto share =
-                 std::find_if(streams.begin(), streams.end(),
-                              [](const auto& stream) { return stream.second.kind == Kind::Share; });
-             number = share == streams.end() ? 0 : share->first;
-         }
-         const auto found = streams.find(number);
-         if (found != streams.end() && found->second.play)
-             w.engine.leave(number);
-     }},
+    {8, "leave", [](Walk& w) { w.leave(false); }},
+    {3, "leaveSpecial", [](Walk& w) { w.leave(true); }},
     {1, "everybodyLeaves",
      [](Walk& w) {
          if (w.depth == 0 && w.chance(20)) {
@@ -242,62 +231,26 @@ const Step kStepTable[] = {
              w.engine.forgetAll();
              return;
          }
-         while (const int number = w.anyone())
-             w.engine.leave(number);
+         while (const Stream* const stream = w.anyone())
+             w.engine.leave(stream->number);
      }},
     {14, "mode",
      [](Walk& w) {
          std::map<int, std::string> order;
-         if (w.chance(30)) {
-             const int count = w.pick(0, 8);
-             for (int i = 0; i < count; ++i)
-                 order[w.pick(-3, 12)] = w.anyId();
-         }
+         for (int i = w.chance(30) ? w.pick(0, 8) : 0; i > 0; --i)
+             order[w.pick(-3, 12)] = w.anyId();
          const int mode = w.chance(90) ? w.pick(1, 14) : w.oneOf({0, -1, 15, 99, INT_MAX, INT_MIN});
          w.zr.ChangeLayout(w.screen, static_cast<eLayoutType>(mode), order);
      }},
-    {4, "poll",
-     [](Walk& w) {
-         w.zr.SetOpenPollingPage(w.screen, w.chance(50),
-                                 w.oneOf({-1, 0, 1, 2, 10, INT_MAX, INT_MIN, 2147484}));
-     }},
-    {10, "focus",
-     [](Walk& w) {
-         std::string id = w.anyId();
-         w.chosen[0] = std::atoi(id.c_str() + (id.empty() ? 0 : 1));
-         w.zr.FocusByUserID(w.screen, text(id), w.chance(30));
-         if (w.chance(10))
-             w.zr.ReOrder(w.screen, w.chance(50));
-     }},
-    {8, "look",
-     [](Walk& w) {
-         w.chosen[1] = w.anyone();
-         void* const play = w.chosen[1] != 0 ? w.engine.at(w.chosen[1]).play : nullptr;
-         if (w.chance(50))
-             w.zr.AllLook(w.screen, play, w.pick(0, 1));
-         else
-             w.zr.LockLook(w.screen, play, w.pick(0, 1));
-     }},
-    {6, "voice",
-     [](Walk& w) {
-         std::string id = w.anyId();
-         w.chosen[2] = std::atoi(id.c_str() + (id.empty() ? 0 : 1));
-         w.zr.SetVoiceActivate(w.screen, w.chance(50));
-         w.zr.SetActivateUser(w.screen, text(id));
-         w.zr.SetCurrentSpeakingPerson(w.screen, id);
-     }},
     {5, "info",
      [](Walk& w) {
-         const int number = w.anyone();
-         if (number == 0)
-             return;
-         const Stream& stream = w.engine.at(number);
          // The kind stays: from whom a grade may be asked depends on it.
-         w.zr.SetPersonInfo(w.screen, stream.play, stream.kind == Kind::Self, w.pick(-1, 3),
-                            text(""), w.pick(-1, 5));
+         if (const Stream* const stream = w.anyone())
+             w.zr.SetPersonInfo(w.screen, stream->play, stream->kind == Kind::Self, w.pick(-1, 3),
+                                text(""), w.pick(-1, 5));
      }},
     {2, "joinFinish", [](Walk& w) { w.zr.JoinMeetingFinish(w.screen, w.chance(90)); }},
-    {28, "anything", [](Walk& w) { w.callAnything(); }},
+    {56, "anything", [](Walk& w) { w.callAnything(false); }},
     {3, "resize",
      [](Walk& w) {
          w.meeting.moveTo(w.oneOf({1280, 1280, 640, 320, 49, 1}), w.oneOf({720, 360, 20}));
@@ -319,27 +272,9 @@ const Step kStepTable[] = {
              w.engine.run(10);
      }},
     {12, "frames", [](Walk& w) { w.engine.deliver(); }},
-    {4, "elsewhere",
-     [](Walk& w) {
-         void* const play = w.anyPlay();
-         const std::string id = w.anyId();
-         const auto mode = static_cast<eLayoutType>(w.pick(1, 14));
-         const int flag = w.pick(0, 1);
-         // What is posted: the GUI thread waits here.
-         std::thread([&] {
-             w.zr.SetMute(w.screen, play, flag);
-             w.zr.ChangeLayout(w.screen, mode, {});
-             w.zr.FocusByUserID(w.screen, text(id), flag != 0);
-             w.zr.LockLook(w.screen, play, flag);
-             w.zr.SetActivateUser(w.screen, text(id));
-             w.zr.ReOrder(w.screen, flag != 0);
-         }).join();
-     }},
-    {4, "loop",
-     [](Walk& w) {
-         // Also from inside a message, as a menu does.
-         w.engine.run(w.pick(0, 20));
-     }},
+    {12, "elsewhere", [](Walk& w) { w.callAnything(true); }},
+    // Also from inside a message, as a menu does.
+    {4, "loop", [](Walk& w) { w.engine.run(w.pick(0, 20)); }},
 };
 
 void Walk::step()
@@ -358,20 +293,14 @@ void Walk::step()
 
 void Walk::checkBatch()
 {
-    std::vector<int> visible;
-    const std::map<int, Stream> before = engine.streams(); // a query may send messages
-    for (const auto& [number, stream] : before) {
-        if (zr.IsPersonVisible(screen, text(stream.id)) == 1)
-            visible.push_back(number);
-    }
-    for (const char* nobody : {"nobody", "u0", ""})
-        CHECK_ROW(zr.IsPersonVisible(screen, text(nobody)) == 0, nobody);
-    for (const int number : visible) {
+    for (const int number : engine.visible()) {
         const auto found = engine.streams().find(number);
         if (found != engine.streams().end()) // else he left from inside a message of the query
             CHECK_ROW(found->second.wanted,
                       found->second.id + " is visible without a stream:" + trace);
     }
+    for (const char* nobody : {"nobody", "u0", ""})
+        CHECK_ROW(zr.IsPersonVisible(screen, text(nobody)) == 0, nobody);
     for (const Message& message : meeting.inbox.all())
         CHECK(message.thread == std::this_thread::get_id());
     meeting.inbox.clear();
@@ -387,7 +316,7 @@ void Walk::checkQuiet(long long at)
     meeting.moveTo(1280, 720);
     depth = 99; // the host is quiet too
     desktop::moveTo(1900, 1000);
-    engine.rest("after " + std::to_string(at) + " steps");
+    (void)engine.rest("after " + std::to_string(at) + " steps");
     depth = 0;
 }
 

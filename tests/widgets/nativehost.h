@@ -1,54 +1,31 @@
-// A native host, as far as the tests of the platform need one: a stranger to Qt, with windows and
-// memory of its own. One implementation per system: nativehost_x11.cpp and nativehost_win32.cpp.
+// The stage as the tests of the platform use it: with Qt's types, and a dialog to put into it.
 #pragma once
 
+#include "desktop.h"
+#include "hostwindow.h"
 #include "platform.h"
 
 #include <QDialog>
+#include <QGuiApplication>
 #include <QResizeEvent>
 #include <QtTest>
 
-#include <cstddef>
-
 using platform::NativeWindow;
 
-namespace nativehost {
-
-/// @return a visible window; at the top level without a parent
-NativeWindow makeWindow(const QRect& rect, NativeWindow parent = 0);
-void moveWindow(NativeWindow window, const QPoint& to);
-void destroyWindow(NativeWindow window);
-/// The desktop() of one at the top level.
-NativeWindow parentOf(NativeWindow window);
-NativeWindow topChildOf(NativeWindow window);
-/// In the parent.
-QRect geometryOf(NativeWindow window);
-bool isViewable(NativeWindow window);
-NativeWindow desktop();
-QSize screenSize();
-/// So that what Qt has asked of the system until now comes before what others ask.
-void waitForQtsRequests();
-
-} // namespace nativehost
+/// The place of a window in its parent.
+inline QRect placeOf(NativeWindow window)
+{
+    const Box box = nativehost::geometryOf(window);
+    return {box.x, box.y, box.w, box.h};
+}
 
 /// A window of the host's that goes when the test is done, after what the test has put into it.
-class HostWindow
+class QuietHostWindow : public HostWindow
 {
 public:
-    explicit HostWindow(const QRect& rect = {0, 0, 640, 480})
-        : m_id(nativehost::makeWindow(rect))
-    {
-    }
-    ~HostWindow()
-    {
-        nativehost::waitForQtsRequests();
-        nativehost::destroyWindow(m_id);
-    }
-    Q_DISABLE_COPY(HostWindow)
-    operator NativeWindow() const { return m_id; }
-
-private:
-    NativeWindow m_id;
+    using HostWindow::HostWindow;
+    // What Qt has asked of the system until now comes before what others ask.
+    ~QuietHostWindow() { QGuiApplication::sync(); }
 };
 
 class Dialog : public QDialog
@@ -71,19 +48,4 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent* event) override { resizes.append(event->size()); }
-};
-
-/// Pages of which every second one can be read, the first included.
-class PatchyMemory
-{
-public:
-    static constexpr std::size_t kPages = 6;
-    PatchyMemory();
-    ~PatchyMemory();
-    Q_DISABLE_COPY(PatchyMemory)
-    /// Lets a page be read and written, or not.
-    void open(std::size_t index, bool isOpen = true) const;
-
-    const std::size_t page; ///< bytes
-    char* const begin;
 };

@@ -1,4 +1,5 @@
 // What the platform promises on every system.
+#include "hostprocess.h"
 #include "nativehost.h"
 #include "qtparent.h"
 #include "testsupport.h"
@@ -98,15 +99,15 @@ void TestPlatform::ticksAndScreenSizeAreThoseOfTheSystem()
     const quint32 elapsed = platform::tickMs() - before;
     QVERIFY2(elapsed >= 40 && elapsed < 5000, qPrintable(QString::number(elapsed)));
     QCOMPARE(QSize(platform::screenWidthPx(), platform::screenHeightPx()),
-             nativehost::screenSize());
+             QSize(desktop::widthPx(), desktop::heightPx()));
 }
 
 // A host moves windows and goes on without returning to its loop. What the system reports of it
 // later is no news, not even for a moment.
 void TestPlatform::qtKnowsEveryPlaceAtOnce()
 {
-    const HostWindow first({300, 100, 640, 480});
-    const HostWindow second({100, 50, 640, 480});
+    const QuietHostWindow first(640, 480, 300, 100);
+    const QuietHostWindow second(640, 480, 100, 50);
     struct Step
     {
         bool intoOther; ///< into the other window, with the size that it has
@@ -134,10 +135,10 @@ void TestPlatform::qtKnowsEveryPlaceAtOnce()
         NativeWindow parent = second;
         const auto check = [&](const QRect& expected) {
             QCOMPARE(nativehost::parentOf(dialog.id()), parent);
-            QCOMPARE(nativehost::geometryOf(dialog.id()), expected);
+            QCOMPARE(placeOf(dialog.id()), expected);
             QCOMPARE(dialog.geometry(), expected);
             QCOMPARE(platform::rectOnScreen(dialog),
-                     expected.translated(nativehost::geometryOf(parent).topLeft()));
+                     expected.translated(placeOf(parent).topLeft()));
         };
         for (const Step& step : steps) {
             if (step.intoOther) {
@@ -158,7 +159,7 @@ void TestPlatform::qtKnowsEveryPlaceAtOnce()
         check(std::end(steps)[-1].expected);
         QCOMPARE(dialog.resizes.size(), shown ? 4 : 1);
         // Popups must find the place of a child when only its parent has moved.
-        nativehost::moveWindow(parent, QPoint(330, 220));
+        nativehost::moveWindow(parent, 330, 220);
         QTRY_COMPARE(dialog.mapToGlobal(QPoint(1, 2)), QPoint(371, 272));
 
         QVERIFY(platform::setParentWindow(dialog.id(), 0));
@@ -170,7 +171,7 @@ void TestPlatform::qtKnowsEveryPlaceAtOnce()
 
 void TestPlatform::refusesWhatIsNoWindow()
 {
-    const HostWindow window;
+    const QuietHostWindow window;
     Dialog dialog;
     QVERIFY(dialog.showIn(window));
     const NativeWindow destroyed = nativehost::makeWindow({0, 0, 10, 10});
@@ -190,11 +191,11 @@ void TestPlatform::refusesWhatIsNoWindow()
 
 void TestPlatform::embedsAWindowThatIsNotOfQt()
 {
-    const HostWindow window;
+    const QuietHostWindow window;
     const NativeWindow child = nativehost::makeWindow({30, 30, 50, 50});
     QVERIFY(platform::setParentWindow(child, window));
     QCOMPARE(nativehost::parentOf(child), NativeWindow(window));
-    QCOMPARE(nativehost::geometryOf(child), QRect(0, 0, 50, 50));
+    QCOMPARE(placeOf(child), QRect(0, 0, 50, 50));
     QVERIFY(platform::setParentWindow(child, 0));
     QCOMPARE(nativehost::parentOf(child), nativehost::desktop());
     nativehost::destroyWindow(child);
@@ -202,7 +203,7 @@ void TestPlatform::embedsAWindowThatIsNotOfQt()
 
 void TestPlatform::showsOnTop()
 {
-    const HostWindow window;
+    const QuietHostWindow window;
     Dialog dialog;
     Dialog other;
     QVERIFY(dialog.showIn(window));
@@ -218,7 +219,7 @@ void TestPlatform::showsOnTop()
 // A host may close its window and release the screen afterwards.
 void TestPlatform::handsTheKeyboardOverAndBack()
 {
-    const HostWindow window;
+    const QuietHostWindow window;
     Dialog dialog;
     QVERIFY(dialog.showIn(window));
     QVERIFY(platform::takeKeyboardFocus(dialog.id()));
@@ -234,7 +235,7 @@ void TestPlatform::handsTheKeyboardOverAndBack()
 
 void TestPlatform::outlivesTheHostWindow()
 {
-    const HostWindow next;
+    const QuietHostWindow next;
     // Qt complains, rightly.
     const QtMessageHandler before =
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
@@ -243,7 +244,7 @@ void TestPlatform::outlivesTheHostWindow()
     {
         Dialog dialog;
         {
-            const HostWindow window;
+            const QuietHostWindow window;
             shown = dialog.showIn(window);
         } // takes the dialog's native window along
         QCoreApplication::processEvents();
@@ -261,8 +262,8 @@ void TestPlatform::outlivesTheHostWindow()
 
 void TestPlatform::leavesNothingBehind()
 {
-    const HostWindow first;
-    const HostWindow second;
+    const QuietHostWindow first;
+    const QuietHostWindow second;
     const auto before = QGuiApplication::allWindows().size();
     for (int round = 0; round < 3; ++round) {
         Dialog dialog;

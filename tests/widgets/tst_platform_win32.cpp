@@ -1,4 +1,5 @@
 // What the platform does on Windows alone: kinds of pages, styles, priorities.
+#include "hostprocess.h"
 #include "nativehost.h"
 #include "testsupport.h"
 
@@ -40,7 +41,7 @@ void TestPlatformWin32::readabilityByProtection()
 
 void TestPlatformWin32::givesTheStyleOfAChild()
 {
-    const HostWindow host;
+    const QuietHostWindow host;
     Dialog dialog;
     const auto style = [&dialog] {
         platform::setChildStyle(dialog.id());

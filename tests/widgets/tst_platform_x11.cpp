@@ -1,7 +1,7 @@
 // What the platform does on X11 alone: window managers, errors of the server, the environment.
+#include "hostprocess.h"
 #include "nativehost.h"
 #include "testsupport.h"
-#include "xcbreply.h"
 
 #include <QProcess>
 #include <QX11Info>
@@ -9,14 +9,23 @@
 #include <atomic>
 #include <cerrno>
 #include <clocale>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <thread>
 
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <unistd.h>
+#include <xcb/xcb.h>
 
 namespace {
+
+template<typename T>
+std::unique_ptr<T, decltype(&std::free)> owned(T* reply)
+{
+    return {reply, &std::free};
+}
 
 /// A window manager, slow to act: what comes to the top level gets a frame, what is withdrawn goes
 /// back to the root window, wherever it is by then.
@@ -37,7 +46,7 @@ public:
     }
     ~WindowManager()
     {
-        nativehost::waitForQtsRequests();
+        QGuiApplication::sync();
         m_stop = true;
         m_thread.join();
         xcb_disconnect(c); // its frames go, and what is in them
@@ -124,7 +133,7 @@ void TestPlatformX11::probingChangesNothingAndCostsLittle()
 // A screen that was at the top level vanished from its new parent a moment later.
 void TestPlatformX11::leavesTheWindowManagerForGood()
 {
-    const HostWindow window; // before there is a manager to frame it
+    const QuietHostWindow window; // before there is a manager to frame it
     const WindowManager manager;
     for (const int settleMs : {0, 200}) {
         Dialog dialog;
@@ -146,7 +155,7 @@ void TestPlatformX11::leavesTheWindowManagerForGood()
 
 void TestPlatformX11::refusesWhatTheServerRefuses()
 {
-    const HostWindow window;
+    const QuietHostWindow window;
     Dialog dialog;
     QVERIFY(dialog.showIn(window));
     const NativeWindow ownChild = nativehost::makeWindow({0, 0, 10, 10}, dialog.id());
@@ -165,7 +174,7 @@ void TestPlatformX11::aChildHasNoBorder()
 {
     Dialog dialog;
     xcb_connection_t* const c = QX11Info::connection();
-    const xcb_window_t id = xid(dialog.id());
+    const xcb_window_t id = static_cast<xcb_window_t>(dialog.id());
     const quint32 borderPx = 3;
     xcb_configure_window(c, id, XCB_CONFIG_WINDOW_BORDER_WIDTH, &borderPx);
     platform::setChildStyle(id);

@@ -67,7 +67,7 @@ void logError(const xcb_generic_error_t& error)
         "BadFont",    "BadMatch",    "BadDrawable", "BadAccess", "BadAlloc",         "BadColor",
         "BadGC",      "BadIDChoice", "BadName",     "BadLength", "BadImplementation"};
     const std::size_t index = error.error_code - std::size_t(1);
-    qDebug() << "X11 request" << error.major_code << "failed, error:" << error.error_code
+    qDebug() << "X11 request" << error.major_code << "got" << error.error_code
              << (index < std::size(kNames) ? kNames[index] : "")
              << ",resource:" << error.resource_id;
 }

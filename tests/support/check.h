@@ -2,7 +2,6 @@
 // cases runs in a process of its own.
 #pragma once
 
-#include <functional>
 #include <sstream>
 #include <string>
 
@@ -16,28 +15,30 @@ struct Abandoned
 /// Counts and prints a failure. Any thread.
 void fail(const char* file, int line, const std::string& what);
 
+inline bool verify(bool holds, const char* file, int line, const std::string& what)
+{
+    if (!holds)
+        fail(file, line, what);
+    return holds;
+}
+
+template<typename A, typename B>
+bool equal(const char* file, int line, const char* text, const A& actual, const B& expected)
+{
+    std::ostringstream what;
+    if (!(actual == expected))
+        what << text << ": is " << actual << ", expected " << expected;
+    return verify(actual == expected, file, line, what.str());
+}
+
 /// Adds a case to a group. Called before main().
 struct Registration
 {
     Registration(const char* group, const char* name, void (*body)());
 };
 
-template<typename T>
-std::string show(const T& value)
-{
-    std::ostringstream out;
-    out << value;
-    return out.str();
-}
-
-template<typename A, typename B>
-bool equal(const char* file, int line, const char* text, const A& actual, const B& expected)
-{
-    if (actual == expected)
-        return true;
-    fail(file, line, std::string(text) + ": is " + show(actual) + ", expected " + show(expected));
-    return false;
-}
+/// Runs the cases of a group, or one of them: GROUP [CASE]. @return the status of the process
+int run(int argc, char** argv);
 
 } // namespace check
 
@@ -47,26 +48,18 @@ bool equal(const char* file, int line, const char* text, const A& actual, const 
     static const check::Registration registration_##name{#group, #name, name};                     \
     static void name()
 
-#define CHECK(condition)                                                                           \
-    do {                                                                                           \
-        if (!(condition))                                                                          \
-            check::fail(__FILE__, __LINE__, #condition);                                           \
-    } while (false)
+#define CHECK(condition) check::verify((condition), __FILE__, __LINE__, #condition)
 
 /// As CHECK, with a text that tells the rows of a table apart.
 #define CHECK_ROW(condition, row)                                                                  \
-    do {                                                                                           \
-        if (!(condition))                                                                          \
-            check::fail(__FILE__, __LINE__, std::string(#condition) + " [" + (row) + "]");         \
-    } while (false)
+    check::verify((condition), __FILE__, __LINE__, std::string(#condition " [") + (row) + "]")
 
 #define CHECK_EQUAL(actual, expected)                                                              \
     check::equal(__FILE__, __LINE__, #actual, (actual), (expected))
 
+/// As CHECK; the case ends here when it fails.
 #define REQUIRE(condition)                                                                         \
     do {                                                                                           \
-        if (!(condition)) {                                                                        \
-            check::fail(__FILE__, __LINE__, #condition);                                           \
+        if (!CHECK(condition))                                                                     \
             throw check::Abandoned{};                                                              \
-        }                                                                                          \
     } while (false)

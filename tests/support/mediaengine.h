@@ -39,6 +39,9 @@ struct Seen
     int y = 0;
 };
 
+/// The numbers, each with a blank before it.
+std::string listOf(const std::set<int>& numbers);
+
 /// Opens a stream on ZRMSG_VIDEO_SHOWN, closes it on ZRMSG_VIDEO_HIDDEN, reports each change once,
 /// switches the grade, lets go on ZRMSG_PERSON_REMOVED. While it runs it delivers small pictures,
 /// each participant's in a colour of his own, for the streams that are open only.
@@ -50,6 +53,8 @@ class MediaEngine
 {
 public:
     static constexpr int kColours = 64; ///< numbers that differ by less have different colours
+    static constexpr std::chrono::milliseconds kMoment{350};
+    static constexpr std::chrono::milliseconds kRest{3000};
 
     explicit MediaEngine(Meeting& meeting);
     ~MediaEngine();
@@ -67,29 +72,24 @@ public:
 
     /// Runs the event loop for a time.
     void run(int timeMs);
-    /// Runs the event loop until exactly the visible streams are open and no message has come for a
-    /// moment. @return false when it does not come to that
-    bool settle(const std::string& step);
-    /// Runs the event loop until no answer is due and no message has come for longer than any timer
-    /// of an arrangement takes, and checks the streams. A meeting that does not come to rest is a
-    /// failure.
-    void rest(const std::string& step);
+    /// Runs the event loop until exactly the visible streams are open, no answer is due and no
+    /// message has come for a time: kMoment for the frames that carry the last requests, kRest for
+    /// the order, which is looked at every second, and streams that close a second after an
+    /// arrangement. @return false, and a failed check, when it does not come to that
+    bool rest(const std::string& step, std::chrono::milliseconds quiet = kRest);
     /// Delivers one picture of every open stream.
     void deliver() { forEach(&MediaEngine::playFrame); }
 
     /// Numbers of those whom the module calls visible, in the gallery or in the small window.
     [[nodiscard]] std::set<int> visible() const;
     /// What can be seen of everybody's pictures in the window.
-    [[nodiscard]] static std::map<int, Seen> look(const Screenshot& shot,
-                                                  const std::set<int>& numbers);
-    /// Checks that exactly the visible streams are open.
-    void checkOpen(const std::string& step) const;
+    [[nodiscard]] std::map<int, Seen> look(const Screenshot& shot) const;
     /// Those whose streams are open.
     [[nodiscard]] std::set<int> open() const;
 
-    /// How long a message takes to come true for a participant. Without it streams with even
-    /// numbers answer from inside the message, the others a moment later.
-    std::function<int(int number, bool bShown)> delayMs;
+    /// How long a message takes to come true for a participant, unless that is done inside of it.
+    std::function<int(int number, bool bShown)> delayMs = [](int, bool) { return 50; };
+    bool answersInside = true; ///< for streams with even numbers
     /// Called with every message, after it has been judged.
     std::function<void(const Message&)> onMessage;
     /// Name of what the test does, for failures.
@@ -98,14 +98,13 @@ public:
 private:
     void receive(const Message& message);
     void judge(const Message& message, Stream& stream);
-    void fail(const std::string& what) const;
-    Stream* addressee(const Message& message);
+    /// Reports a failure about a stream unless it holds.
+    void require(bool holds, const std::string& what, const Stream& stream) const;
     /// Does what the last message has asked for.
-    void apply(int number);
+    void apply(Stream& stream);
     void answer(Stream& stream);
     void playFrame(Stream& stream);
     void forEach(void (MediaEngine::*action)(Stream&));
-    void work();
     bool runUntil(const std::function<bool()>& done, int timeoutMs);
 
     Meeting& m_meeting;

@@ -1,10 +1,11 @@
-// What a host brings along: a native window, an event loop, pictures, and an inbox for messages.
+// A host's meeting: the library, a screen in it, and an inbox for messages.
 #pragma once
 
+#include "hostprocess.h"
+#include "hostwindow.h"
 #include "module.h"
-#include "native.h"
+#include "picture.h"
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <mutex>
@@ -12,50 +13,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-using Clock = std::chrono::steady_clock;
-
-/// Runs the event loop of this thread for a time.
-void pump(int timeMs);
-
-/// Runs the event loop until `done` holds. @return false when it did not within the time.
-[[nodiscard]] bool pumpUntil(const std::function<bool()>& done, int timeoutMs = 5000);
-
-/// Runs `body` on another thread, while this one runs its event loop until that has ended and what
-/// it posted is done.
-void runElsewhere(const std::function<void()>& body);
-
-/// Whether two colours differ by at most `tolerance` in every channel.
-bool isNear(const Rgb& a, const Rgb& b, int tolerance = 6);
-
-/// A colour as a picture carries it: BT.709, limited range.
-struct Yuv
-{
-    uint8_t y;
-    uint8_t u;
-    uint8_t v;
-    [[nodiscard]] Rgb rgb() const;
-};
-
-constexpr Yuv kRed{63, 102, 240};
-constexpr Yuv kGreen{173, 42, 26};
-constexpr Yuv kBlue{32, 240, 118};
-constexpr Yuv kYellow{219, 16, 138};
-constexpr Yuv kMagenta{78, 214, 230};
-constexpr Yuv kCyan{188, 154, 16};
-
-/// An I420 picture of one colour, with the frame record that describes it.
-class Picture
-{
-public:
-    Picture(uint32_t widthPx, uint32_t heightPx, const Yuv& colour);
-    Picture(const Picture&) = delete;
-    Picture& operator=(const Picture&) = delete;
-    VantrelRTCVideoFrameQT frame{};
-
-private:
-    std::vector<uint8_t> m_bytes;
-};
 
 struct Message
 {
@@ -91,9 +48,7 @@ private:
         : m_notify(notify)
     {
     }
-    void receive(unsigned long id, unsigned long long wParam, long long lParam);
-    template<int number>
-    static Inbox& instance();
+    int receive(unsigned long id, unsigned long long wParam, long long lParam);
 
     ZRNotify m_notify;
     mutable std::mutex m_lock;
@@ -111,7 +66,7 @@ inline void* hostValue(long long value)
 class Meeting
 {
 public:
-    explicit Meeting(const NativeWindow* parent, int widthPx = 1280, int heightPx = 720);
+    explicit Meeting(const HostWindow* parent, int widthPx = 1280, int heightPx = 720);
     ~Meeting();
     Meeting(const Meeting&) = delete;
     Meeting& operator=(const Meeting&) = delete;

@@ -1,25 +1,15 @@
 #include "module.h"
 
 #include "check.h"
-#include "native.h"
+#include "hostprocess.h"
 
 #include <cstdlib>
 
-namespace {
-
-const char* libraryPath()
-{
-    const char* path = std::getenv("ZR_LIBRARY");
-    return path ? path : native::kLibraryFile;
-}
-
-} // namespace
-
 Module::Module()
-    : m_library(native::loadLibrary(libraryPath()))
 {
-    if (!m_library)
-        throw check::Abandoned{};
+    const char* const path = std::getenv("ZR_LIBRARY");
+    m_library = native::loadLibrary(path ? path : native::kLibraryFile);
+    REQUIRE(m_library != nullptr);
     const std::string missing =
         exports.load([this](const char* name) { return native::findSymbol(m_library, name); });
     CHECK_EQUAL(missing, "");
@@ -37,5 +27,5 @@ void Module::unload()
         return;
     CHECK(native::unloadLibrary(m_library));
     m_library = nullptr;
-    CHECK(!native::isModuleLoaded());
+    CHECK(!native::isLoaded("ZRScreenMod"));
 }

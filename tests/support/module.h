@@ -2,6 +2,7 @@
 #pragma once
 
 #include "exports.h"
+#include "hostwindow.h"
 
 #include <string>
 

@@ -3,7 +3,6 @@
 #include "check.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
 namespace {
@@ -11,14 +10,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kFramePeriod = 70ms;
-constexpr auto kAnswerDelay = 50ms;
-/// Time for the frames that carry the last requests.
-constexpr auto kMoment = 350ms;
-/// The order is looked at every second, and streams are closed a second after an arrangement.
-constexpr auto kRest = 3000ms;
 constexpr int kRestTimeoutMs = 20000;
-constexpr int kSettleTimeoutMs = 6000;
-constexpr auto kLookPeriod = 60ms;
 constexpr int kLookStepPx = 4;
 /// Fewer points are no tile, but a colour that shines through a bar of the overlay.
 constexpr int kMinPoints = 600;
@@ -41,21 +33,21 @@ bool isGrade(unsigned long id)
 /// Messages whose lParam is a host value.
 bool namesSomebody(unsigned long id)
 {
-    switch (id) {
-    case ZRMSG_CLICK_MORE:
-    case ZRMSG_CLICK_HANDUP:
-    case ZRMSG_FOCUS_PERSON:
-    case ZRMSG_PERSON_REMOVED:
-    case ZRMSG_VIDEO_HIDDEN:
-    case ZRMSG_VIDEO_SHOWN:
-    case ZRMSG_PERSON_INFO_UPDATED:
-        return true;
-    default:
-        return isGrade(id);
-    }
+    constexpr unsigned long kOthers[] = {
+        ZRMSG_CLICK_MORE,   ZRMSG_CLICK_HANDUP, ZRMSG_FOCUS_PERSON,       ZRMSG_PERSON_REMOVED,
+        ZRMSG_VIDEO_HIDDEN, ZRMSG_VIDEO_SHOWN,  ZRMSG_PERSON_INFO_UPDATED};
+    return isGrade(id) || std::count(std::begin(kOthers), std::end(kOthers), id) > 0;
 }
 
 } // namespace
+
+std::string listOf(const std::set<int>& numbers)
+{
+    std::string list;
+    for (const int number : numbers)
+        list += " " + std::to_string(number);
+    return list;
+}
 
 MediaEngine::MediaEngine(Meeting& meeting)
     : m_meeting(meeting)
@@ -70,9 +62,9 @@ MediaEngine::~MediaEngine()
     m_meeting.inbox.onMessage = nullptr;
 }
 
-void MediaEngine::fail(const std::string& what) const
+void MediaEngine::require(bool holds, const std::string& what, const Stream& stream) const
 {
-    check::fail(__FILE__, __LINE__, "[" + step + "] " + what);
+    CHECK_ROW(holds, step + ": " + what + " " + stream.id);
 }
 
 Stream& MediaEngine::join(int number, Kind kind)
@@ -87,59 +79,43 @@ Stream& MediaEngine::join(int number, Kind kind)
     REQUIRE(stream.play != nullptr);
     if (kind == Kind::Self)
         m_meeting.zr.SetPersonInfo(m_meeting.screen, stream.play, true, 0, text(name), 0);
-    apply(number);
+    apply(stream);
     return stream;
 }
 
 void MediaEngine::leave(int number)
 {
+    const Stream& stream = m_streams.at(number);
     void* const play = std::exchange(m_streams.at(number).play, nullptr);
     CHECK_EQUAL(m_meeting.zr.DelPerson(m_meeting.screen, play, false), 1);
-    const Stream& stream = m_streams.at(number);
-    if (stream.open && stream.kind != Kind::Self && !stream.removed)
-        fail("removed without a message: " + stream.id);
+    require(!stream.open || stream.kind == Kind::Self || stream.removed,
+            "removed without a message:", stream);
     m_streams.erase(number);
     m_changed = Clock::now();
-}
-
-Stream* MediaEngine::addressee(const Message& message)
-{
-    const auto found = m_streams.find(static_cast<int>(message.lParam));
-    if (found == m_streams.end()) {
-        fail("message " + std::to_string(message.id) + " for " + std::to_string(message.lParam)
-             + ", who is not there");
-        return nullptr;
-    }
-    Stream& stream = found->second;
-    if (message.id == ZRMSG_CLICK_MORE || message.id == ZRMSG_PERSON_INFO_UPDATED)
-        return &stream; // they carry something else
-    if (stream.person == 0)
-        stream.person = message.wParam;
-    if (message.wParam == 0 || stream.person != message.wParam)
-        fail("message " + std::to_string(message.id) + " names another record for " + stream.id);
-    return &stream;
 }
 
 void MediaEngine::judge(const Message& message, Stream& stream)
 {
     const bool shown = message.id == ZRMSG_VIDEO_SHOWN;
+    // Two carry something else.
+    if (message.id != ZRMSG_CLICK_MORE && message.id != ZRMSG_PERSON_INFO_UPDATED) {
+        if (stream.person == 0)
+            stream.person = message.wParam;
+        require(message.wParam != 0 && stream.person == message.wParam, "another record for",
+                stream);
+    }
     if (shown || message.id == ZRMSG_VIDEO_HIDDEN) {
-        if (!shown && stream.told && !stream.wanted)
-            fail("hidden again: " + stream.id);
+        require(shown || stream.wanted || !stream.told, "hidden again:", stream);
         stream.told = true;
         stream.wanted = shown;
-        const auto delay = delayMs ? std::chrono::milliseconds(delayMs(stream.number, shown))
-                                   : std::chrono::milliseconds(kAnswerDelay);
-        stream.answerAt = std::max(stream.answerAt, m_changed + delay);
+        const std::chrono::milliseconds wait(delayMs(stream.number, shown));
+        stream.answerAt = std::max(stream.answerAt, m_changed + wait);
     } else if (isGrade(message.id)) {
-        if (stream.kind != Kind::Person)
-            fail("a grade is asked of " + stream.id);
-        if (!stream.open)
-            fail("a grade is asked of a closed stream: " + stream.id);
+        require(stream.kind == Kind::Person, "a grade is asked of", stream);
+        require(stream.open, "a grade is asked of the closed stream of", stream);
         stream.grade = static_cast<int>(message.id);
     } else if (message.id == ZRMSG_PERSON_REMOVED) {
-        if (!stream.open)
-            fail("removed without a stream: " + stream.id);
+        require(stream.open, "removed without a stream:", stream);
         stream.removed = true;
     }
 }
@@ -148,10 +124,12 @@ void MediaEngine::receive(const Message& message)
 {
     m_changed = Clock::now();
     if (namesSomebody(message.id)) {
-        if (Stream* const stream = addressee(message)) {
-            judge(message, *stream);
-            if (!delayMs && stream->number % 2 == 0)
-                apply(stream->number);
+        const auto found = m_streams.find(static_cast<int>(message.lParam));
+        CHECK_ROW(found != m_streams.end(), step + ": a message for nobody");
+        if (found != m_streams.end()) {
+            judge(message, found->second);
+            if (answersInside && found->first % 2 == 0)
+                apply(found->second);
         }
     }
     if (onMessage) {
@@ -160,13 +138,10 @@ void MediaEngine::receive(const Message& message)
     }
 }
 
-void MediaEngine::apply(int number)
+void MediaEngine::apply(Stream& stream)
 {
-    const auto found = m_streams.find(number);
-    if (found == m_streams.end() || !found->second.play
-        || found->second.open == found->second.wanted)
+    if (!stream.play || stream.open == stream.wanted)
         return;
-    Stream& stream = found->second;
     stream.open = stream.wanted;
     if (!stream.open)
         stream.grade = 0; // a stream that is opened again begins anew
@@ -190,30 +165,26 @@ void MediaEngine::forEach(void (MediaEngine::*action)(Stream&))
 void MediaEngine::answer(Stream& stream)
 {
     if (stream.answerAt <= Clock::now())
-        apply(stream.number);
+        apply(stream);
 }
 
 void MediaEngine::playFrame(Stream& stream)
 {
     Picture& picture = m_pictures.at(stream.number % kColours);
-    if (stream.open && m_meeting.zr.PlayFrame(m_meeting.screen, stream.play, &picture.frame) != 1)
-        fail("a frame is refused: " + stream.id);
-}
-
-void MediaEngine::work()
-{
-    forEach(&MediaEngine::answer);
-    if (Clock::now() < m_nextFrame)
-        return;
-    m_nextFrame = Clock::now() + kFramePeriod;
-    forEach(&MediaEngine::playFrame);
+    if (stream.open)
+        require(m_meeting.zr.PlayFrame(m_meeting.screen, stream.play, &picture.frame) == 1,
+                "a frame is refused:", stream);
 }
 
 bool MediaEngine::runUntil(const std::function<bool()>& done, int timeoutMs)
 {
     return pumpUntil(
         [&] {
-            work();
+            forEach(&MediaEngine::answer);
+            if (Clock::now() >= m_nextFrame) {
+                m_nextFrame = Clock::now() + kFramePeriod;
+                deliver();
+            }
             return done();
         },
         timeoutMs);
@@ -224,41 +195,21 @@ void MediaEngine::run(int timeMs)
     (void)runUntil([] { return false; }, timeMs);
 }
 
-bool MediaEngine::settle(const std::string& where)
+bool MediaEngine::rest(const std::string& where, std::chrono::milliseconds quiet)
 {
     step = where;
     m_changed = Clock::now();
-    auto nextLook = m_changed;
-    return runUntil(
-        [&] {
-            if (Clock::now() < nextLook || Clock::now() - m_changed < kMoment)
-                return false;
-            nextLook = Clock::now() + kLookPeriod;
-            return visible() == open();
-        },
-        kSettleTimeoutMs);
-}
-
-void MediaEngine::rest(const std::string& where)
-{
-    step = where;
-    m_changed = Clock::now();
-    const auto rests = [&] {
-        return Clock::now() - m_changed > kRest
-               && std::none_of(m_streams.begin(), m_streams.end(), [](const auto& entry) {
-                      return entry.second.open != entry.second.wanted;
-                  });
+    const auto isAnswered = [](const auto& entry) {
+        return entry.second.open == entry.second.wanted;
     };
-    if (!runUntil(rests, kRestTimeoutMs)) {
-        std::map<unsigned long, int> late;
-        for (const Message& message : m_meeting.inbox.all())
-            late[message.id] += Clock::now() - message.at < 3s ? 1 : 0;
-        std::string what = "does not come to rest; messages of the last three seconds:";
-        for (const auto& [id, count] : late)
-            what += " " + std::to_string(id) + " x" + std::to_string(count);
-        fail(what);
-    }
-    checkOpen(where);
+    const auto rests = [&] {
+        return Clock::now() - m_changed > quiet
+               && std::all_of(m_streams.begin(), m_streams.end(), isAnswered)
+               && visible() == open();
+    };
+    const bool rested = runUntil(rests, kRestTimeoutMs);
+    CHECK_ROW(rested, where + ": open are" + listOf(open()) + ", visible" + listOf(visible()));
+    return rested;
 }
 
 std::set<int> MediaEngine::open() const
@@ -274,7 +225,8 @@ std::set<int> MediaEngine::open() const
 std::set<int> MediaEngine::visible() const
 {
     std::set<int> numbers;
-    for (const auto& [number, stream] : m_streams) {
+    const std::map<int, Stream> asked = m_streams; // a query may send messages
+    for (const auto& [number, stream] : asked) {
         if (m_meeting.zr.IsPersonVisible(m_meeting.screen, text(stream.id)) == 1
             || m_meeting.zr.IsPersonVisibleInSmallWnd(m_meeting.screen, text(stream.id)) == 1)
             numbers.insert(number);
@@ -282,18 +234,18 @@ std::set<int> MediaEngine::visible() const
     return numbers;
 }
 
-std::map<int, Seen> MediaEngine::look(const Screenshot& shot, const std::set<int>& numbers)
+std::map<int, Seen> MediaEngine::look(const Screenshot& shot) const
 {
     std::map<int, Seen> points; // sums for now
     for (int y = 0; y < shot.heightPx; y += kLookStepPx) {
         for (int x = 0; x < shot.widthPx; x += kLookStepPx) {
-            const Rgb pixel = shot.at(x, y);
-            const auto found = std::find_if(numbers.begin(), numbers.end(), [&](int number) {
-                return isNear(pixel, colourOf(number).rgb(), kColourTolerance);
-            });
-            if (found == numbers.end())
+            const auto found =
+                std::find_if(m_streams.begin(), m_streams.end(), [&](const auto& entry) {
+                    return isNear(shot.at(x, y), colourOf(entry.first).rgb(), kColourTolerance);
+                });
+            if (found == m_streams.end())
                 continue;
-            Seen& seen = points[*found];
+            Seen& seen = points[found->first];
             ++seen.areaPx;
             seen.x += x;
             seen.y += y;
@@ -306,14 +258,4 @@ std::map<int, Seen> MediaEngine::look(const Screenshot& shot, const std::set<int
                               sum.y / sum.areaPx};
     }
     return result;
-}
-
-void MediaEngine::checkOpen(const std::string& where) const
-{
-    const std::set<int> shown = visible();
-    for (const auto& [number, stream] : m_streams) {
-        const bool isVisible = shown.count(number) > 0;
-        CHECK_ROW(stream.open == isVisible,
-                  where + ": " + stream.id + (isVisible ? " is visible" : " is hidden"));
-    }
 }

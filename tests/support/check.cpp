@@ -23,7 +23,7 @@ std::vector<Case>& cases()
 
 std::atomic<int> g_failures{0};
 
-void run(const Case& testCase)
+void runCase(const Case& testCase)
 {
     const int before = g_failures;
     std::printf("%s.%s\n", testCase.group, testCase.name);
@@ -31,7 +31,6 @@ void run(const Case& testCase)
     try {
         testCase.body();
     } catch (const check::Abandoned&) {
-        std::printf("  abandoned\n");
     } catch (const std::exception& error) {
         check::fail(testCase.name, 0, std::string("exception: ") + error.what());
     }
@@ -55,8 +54,7 @@ check::Registration::Registration(const char* group, const char* name, void (*bo
     cases().push_back({group, name, body});
 }
 
-/// contract_tests GROUP [CASE]
-int main(int argc, char** argv)
+int check::run(int argc, char** argv)
 {
     int ran = 0;
     for (const Case& testCase : cases()) {
@@ -64,7 +62,7 @@ int main(int argc, char** argv)
             continue;
         if (argc > 2 && std::strcmp(argv[2], testCase.name) != 0)
             continue;
-        run(testCase);
+        runCase(testCase);
         ++ran;
     }
     std::printf("%d cases, %d failures\n", ran, g_failures.load());

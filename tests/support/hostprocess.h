@@ -1,0 +1,92 @@
+// What the tests need of their own process: its event loop and threads, loaded libraries, memory
+// that cannot be read, and what goes to stderr.
+#pragma once
+
+#include "check.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <ios>
+#include <string>
+
+using Clock = std::chrono::steady_clock;
+
+/// Runs the event loop of this thread for a time.
+void pump(int timeMs);
+
+/// Runs the event loop until `done` holds. @return false when it did not within the time
+[[nodiscard]] bool pumpUntil(const std::function<bool()>& done, int timeoutMs = 5000);
+
+/// Runs `body` on another thread, while this one runs its event loop until that has ended and what
+/// it posted is done.
+void runElsewhere(const std::function<void()>& body);
+
+namespace native {
+
+/// Lets the event loop of this thread do what is due. @return false when nothing was
+bool runEventLoopOnce();
+
+/// The library's file where nothing else is said.
+extern const char* const kLibraryFile;
+
+/// Loads a library as hosts do. @return null, and a failed check, when that is impossible
+void* loadLibrary(const char* path);
+void* findSymbol(void* library, const char* name);
+bool unloadLibrary(void* library);
+/// Whether a library is in the process, by its name without what the system adds.
+bool isLoaded(const std::string& name);
+
+/// Threads of this process.
+int threadCount();
+
+/// Memory in whole pages; closed it can neither be read nor written.
+std::size_t pageSize();
+void* makePages(std::size_t bytes);
+void freePages(void* pages, std::size_t bytes);
+bool protectPages(void* pages, std::size_t bytes, bool isOpen);
+
+} // namespace native
+
+/// Pages of which every second one can be read, the first included. They are full of 'a'.
+class PatchyMemory
+{
+public:
+    static constexpr std::size_t kPages = 6;
+    PatchyMemory()
+    {
+        std::memset(begin, 'a', kPages * page);
+        for (std::size_t i = 1; i < kPages; i += 2)
+            open(i, false);
+    }
+    ~PatchyMemory() { native::freePages(begin, kPages * page); }
+    PatchyMemory(const PatchyMemory&) = delete;
+    PatchyMemory& operator=(const PatchyMemory&) = delete;
+    /// Lets a page be read and written, or not.
+    void open(std::size_t index, bool isOpen = true) const
+    {
+        REQUIRE(native::protectPages(begin + index * page, page, isOpen));
+    }
+
+    const std::size_t page = native::pageSize(); ///< bytes
+    char* const begin = static_cast<char*>(native::makePages(kPages * page));
+};
+
+/// Collects what the process writes to stderr, where the library's log goes, while it lives.
+class LogCapture
+{
+public:
+    LogCapture();
+    ~LogCapture();
+    LogCapture(const LogCapture&) = delete;
+    LogCapture& operator=(const LogCapture&) = delete;
+    /// What was written since the last call.
+    [[nodiscard]] std::string take();
+
+private:
+    std::filesystem::path m_path;
+    int m_stderr;
+    std::streamoff m_readTo = 0;
+};

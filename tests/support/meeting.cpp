@@ -1,0 +1,98 @@
+#include "meeting.h"
+
+#include "check.h"
+
+#include <algorithm>
+
+Inbox& Inbox::first()
+{
+    static Inbox inbox([](unsigned long id, unsigned long long wParam, long long lParam) {
+        return first().receive(id, wParam, lParam);
+    });
+    return inbox;
+}
+
+Inbox& Inbox::second()
+{
+    static Inbox inbox([](unsigned long id, unsigned long long wParam, long long lParam) {
+        return second().receive(id, wParam, lParam);
+    });
+    return inbox;
+}
+
+int Inbox::receive(unsigned long id, unsigned long long wParam, long long lParam)
+{
+    const Message message{id, wParam, lParam, std::this_thread::get_id(), Clock::now()};
+    {
+        const std::lock_guard<std::mutex> lock(m_lock);
+        m_messages.push_back(message);
+    }
+    if (onMessage) {
+        const auto handler = onMessage; // the handler may replace itself
+        handler(message);
+    }
+    return 0;
+}
+
+void Inbox::reset()
+{
+    onMessage = nullptr;
+    clear();
+}
+
+void Inbox::clear()
+{
+    const std::lock_guard<std::mutex> lock(m_lock);
+    m_messages.clear();
+}
+
+std::vector<Message> Inbox::all() const
+{
+    const std::lock_guard<std::mutex> lock(m_lock);
+    return m_messages;
+}
+
+int Inbox::count(unsigned long id, std::optional<long long> lParam) const
+{
+    const std::vector<Message> messages = all();
+    return static_cast<int>(std::count_if(messages.begin(), messages.end(), [=](const Message& m) {
+        return m.id == id && m.lParam == lParam.value_or(m.lParam);
+    }));
+}
+
+Meeting::Meeting(const HostWindow* parent, int widthPx, int heightPx)
+{
+    inbox.reset();
+    screen = zr.Init(parent ? parent->hwnd() : nullptr, inbox.notify());
+    REQUIRE(screen != nullptr);
+    moveTo(widthPx, heightPx);
+    CHECK_EQUAL(zr.JoinMeetingFinish(screen, true), 1);
+}
+
+Meeting::~Meeting()
+{
+    inbox.reset();
+    if (screen)
+        zr.Release(screen);
+}
+
+void* Meeting::join(int number, const std::string& name)
+{
+    void* const play = zr.AddPerson(screen, text("u" + std::to_string(number)), text(name), number,
+                                    0, hostValue(number));
+    REQUIRE(play != nullptr);
+    CHECK_EQUAL(zr.Preview(screen, play, true), 1);
+    return play;
+}
+
+void Meeting::moveTo(int widthPx, int heightPx)
+{
+    tagRECT area = rectOf({0, 0, widthPx, heightPx});
+    CHECK_EQUAL(zr.MoveWindow(screen, &area, 0), 1);
+}
+
+bool Meeting::changeMode(int mode)
+{
+    CHECK_EQUAL(zr.ChangeLayout(screen, static_cast<eLayoutType>(mode), {}), 1);
+    return pumpUntil([&] { return zr.GetCurMode(screen) == mode; });
+}
