@@ -33,26 +33,32 @@ public:
     bool showsPicture() const override { return visible; }
     void setSpeaking(const QString& names) override { speaking = names; }
     int toolId() const override { return 1; }
-    void moveTool(QPoint topLeft) override
-    {
-        position = topLeft;
-        ++moves;
-    }
+    void moveTool(QPoint) override { ++moves; }
     QSize toolSize() const override { return {272, 225}; }
     void playFrame(const void*, const VantrelRTCVideoFrameQT&) override {}
 
     tagPersonInfo* bound = nullptr;
     bool visible = false;
-    QPoint position;
     QString speaking;
     int moves = 0;
 };
 
-/// A gallery of 1280 x 720 that has joined. Whatever changes it also runs what is scheduled.
+/// Has a gallery of 1280 x 720 join a meeting. @param onScreen really painted; for most tests that
+/// would only take time
+inline void open(QDlgScreen& gallery, bool onScreen = false)
+{
+    gallery.resize(1280, 720);
+    gallery.setAttribute(Qt::WA_DontShowOnScreen, !onScreen);
+    gallery.setUpdatesEnabled(onScreen);
+    gallery.show();
+    QVERIFY(!onScreen || QTest::qWaitForWindowExposed(&gallery));
+    gallery.setJoinMeetingFinish(true);
+}
+
+/// A gallery that has joined. Whatever changes it also runs what is scheduled.
 class Meeting
 {
 public:
-    /// @param onScreen really painted; for most tests that would only take time
     explicit Meeting(bool onScreen = false)
     {
         hub().registerUICallback(&host);
@@ -64,12 +70,7 @@ public:
         gallery->setPageClock([this] { return nowMs += stepMs; });
         QObject::connect(&hub(), &QZRScreenConfig::notifyDisplayOrder, gallery.get(),
                          [this] { ++orders; });
-        gallery->resize(1280, 720);
-        gallery->setAttribute(Qt::WA_DontShowOnScreen, !onScreen);
-        gallery->setUpdatesEnabled(onScreen);
-        gallery->show();
-        QVERIFY(!onScreen || QTest::qWaitForWindowExposed(gallery.get()));
-        gallery->setJoinMeetingFinish(true);
+        open(*gallery, onScreen);
     }
     ~Meeting()
     {
@@ -107,13 +108,18 @@ public:
     void setMode(int mode) { act(&QDlgScreen::onMeetingMode, mode); }
     void remove(const QString& id) { act(&QDlgScreen::DelPerson, (*this)[id]); }
     void reLayout() { act(&QDlgScreen::reLayout); }
-    bool play(tagPersonInfo* person, quint32 width = 64, quint32 height = 36)
+    VantrelRTCVideoFrameQT frame(quint32 width = 64, quint32 height = 36) const
     {
         VantrelRTCVideoFrameQT frame{};
         frame.pData = picture.data();
         frame.width = width;
         frame.height = height;
-        const bool taken = gallery->playFrame(person, &frame);
+        return frame;
+    }
+    bool play(tagPersonInfo* person, quint32 width = 64, quint32 height = 36)
+    {
+        const VantrelRTCVideoFrameQT delivered = frame(width, height);
+        const bool taken = gallery->playFrame(person, &delivered);
         settle();
         return taken;
     }
@@ -211,16 +217,15 @@ private:
         const QString first = words.value(0);
         const bool on = words.value(words.size() - 1) != "off";
         const int number = first.toInt();
+        const int value = words.value(1).toInt(); // of a setting, or a join time
         tagPersonInfo* person = (*this)[first];
         const std::map<QString, std::function<void()>> deeds{
             {"people", [&] { addMany(number); }},
-            {"add", [&] { add(first, words.value(1).toInt(), words.value(2)); }},
+            {"add", [&] { add(first, value, words.value(2)); }},
             {"remove",
-             [&] { std::for_each(words.begin(), words.end(), [&](auto& id) { remove(id); }); }},
-            {"remove-first",
              [&] {
-                 for (int i = 0; i < number; ++i)
-                     gallery->DelPerson((*this)[QStringLiteral("u%1").arg(i)]);
+                 for (const QString& id : words)
+                     gallery->DelPerson((*this)[id]);
                  settle();
              }},
             {"width",
@@ -241,7 +246,8 @@ private:
             {"stream", [&] { act(&G::setPreview, person, on); }},
             {"frames",
              [&] {
-                 std::for_each(words.begin(), words.end(), [&](auto& id) { play((*this)[id]); });
+                 for (const QString& id : words)
+                     play((*this)[id]);
              }},
             {"mute", [&] { act(&G::setMute, person, on); }},
             {"pin", [&] { act(&G::setLockLookPerson, person, on); }},
@@ -265,6 +271,12 @@ private:
             {"hide", [&] { act(&G::onSetHideSmallWnd, on); }},
             {"minimise", [&] { act(&G::showSmallWndWhenRestore, !on); }},
             {"float", [&] { act(&G::OnPopSelfShareWnd, on, on); }},
+            {"put-away",
+             [&] {
+                 on ? emit zrtest::hub().modSignalHideSpeakTool(false)
+                    : emit zrtest::hub().modSignalShowSpeakTool(false);
+                 settle();
+             }},
             {"elapse", [&] { elapse(number); }},
             {"poll",
              [&] {
@@ -272,29 +284,19 @@ private:
                  settings().pollingPeriodS = number;
                  act(&G::onOpenLayoutPoll);
              }},
+            {"set follow", [&] { settings().layoutFollow = value; }},
+            {"set nine", [&] { settings().support9EqualCut = value; }},
+            {"set control", [&] { settings().openLayoutCtrl = value; }},
+            {"set share-seat", [&] { settings().shareIdx = value; }},
+            {"set speaker-seat", [&] { settings().speakerIdx = value; }},
+            {"set activation", [&] { settings().voiceActivation = value; }},
+            {"set polling", [&] { settings().pollingOpen = value; }},
+            {"set filter", [&] { settings().noVideoFilter = value; }},
         };
-        const auto found = deeds.find(deed);
+        const auto found = deeds.find(deed == "set" ? "set " + first : deed);
         if (found != deeds.end())
             found->second();
-        return found != deeds.end() || (deed == "set" && set(first, words.value(1).toInt()));
-    }
-    bool set(const QString& name, int value)
-    {
-        ScreenSettings& s = settings();
-        const std::map<QString, std::function<void()>> setters{
-            {"follow", [&] { s.layoutFollow = value; }},
-            {"nine", [&] { s.support9EqualCut = value; }},
-            {"control", [&] { s.openLayoutCtrl = value; }},
-            {"share-seat", [&] { s.shareIdx = value; }},
-            {"speaker-seat", [&] { s.speakerIdx = value; }},
-            {"activation", [&] { s.voiceActivation = value; }},
-            {"polling", [&] { s.pollingOpen = value; }},
-            {"filter", [&] { s.noVideoFilter = value; }},
-        };
-        const auto found = setters.find(name);
-        if (found != setters.end())
-            found->second();
-        return found != setters.end();
+        return found != deeds.end();
     }
     /// The ids of what the host was told since the last question, but for who is visible.
     QString news()
@@ -327,6 +329,7 @@ private:
             {"seen", [&] { return places().keys().join(' '); }},
             {"focus", [&] { return focus ? focus->userID : QString(); }},
             {"tool", [&] { return tool->visible ? tool->bound->userID : QString(); }},
+            {"placed", [&] { return QString::number(std::exchange(tool->moves, 0)); }},
             {"says", [&] { return tool->speaking; }},
             {"small",
              [&] {
@@ -335,6 +338,16 @@ private:
              }},
             {"speaking", [&] { return idsOf([](auto* p) { return p->bSpeaking; }); }},
             {"pinned", [&] { return idsOf([](auto* p) { return p->bAllLook || p->bLockLook; }); }},
+            {"controls", // of pages, that are shown
+             [&] {
+                 int count = 0;
+                 for (const QObject* child : gallery->children()) {
+                     const auto* widget = qobject_cast<const QWidget*>(child);
+                     count +=
+                         widget && widget->isVisible() && !qobject_cast<const CPlayWidget*>(child);
+                 }
+                 return QString::number(count);
+             }},
             {"page", [&] { return QString::number(gallery->page()); }},
             {"pages", [&] { return QString::number(gallery->pageCount()); }},
             {"paused", [&] { return settings().pauseShare ? "yes" : "no"; }},
@@ -343,11 +356,11 @@ private:
             {"whole", [&] { return places()[about] == gallery->rect() ? "yes" : "no"; }},
             {"timers",
              [&] {
-                 const auto timers = running();
-                 return QString::number(
-                     std::count_if(timers.begin(), timers.end(), [&](const auto& timer) {
-                         return about.isEmpty() || timer.interval == about.toInt();
-                     }));
+                 QStringList intervals;
+                 for (const auto& timer : running())
+                     intervals += QString::number(timer.interval);
+                 return QString::number(about.isEmpty() ? intervals.size()
+                                                        : intervals.count(about));
              }},
             {"orders", [&] { return QString::number(std::exchange(orders, 0)); }},
             {"hidden", [&] { return QString::number(host.count(ZRMSG_VIDEO_HIDDEN)); }},

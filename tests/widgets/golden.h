@@ -38,7 +38,10 @@ namespace zrtest {
     font.setStyleStrategy(
         static_cast<QFont::StyleStrategy>(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
     QApplication::setFont(font);
-    return QFontDatabase().families().contains(family);
+    const bool found = QFontDatabase().families().contains(family);
+    if (!found)
+        qWarning("the package fonts-noto-cjk is not installed");
+    return found;
 }
 
 /// Each pixel becomes the mean of the nine around it: a glyph whose edges were smoothed another way

@@ -98,22 +98,34 @@ private:
     const std::set<QEvent::Type> m_types;
 };
 
-/// A press of the left button, a move in so many steps with the button held, and the release, all
-/// at points of the widget. `press` may also be the second one of a double click.
+/// What the left button does, or the mouse with that button held, at a point of the widget.
+inline void useMouse(QWidget& target, QEvent::Type what, const QPoint& at)
+{
+    const auto button = what == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    const auto held = what == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(what, at, target.mapToGlobal(at), button, held, {});
+    QCoreApplication::sendEvent(&target, &event);
+}
+
+/// A press, a move in so many steps, and the release. `press` may also be the second one of a
+/// double click.
 inline void drag(QWidget& target, const QPoint& from, const QPoint& to, int steps = 1,
                  QEvent::Type press = QEvent::MouseButtonPress)
 {
-    const auto send = [&](QEvent::Type type, const QPoint& at, Qt::MouseButton button,
-                          Qt::MouseButtons held) {
-        QMouseEvent event(type, at, target.mapToGlobal(at), button, held, {});
-        QCoreApplication::sendEvent(&target, &event);
-    };
-    send(press, from, Qt::LeftButton, Qt::LeftButton);
+    useMouse(target, press, from);
     for (int i = 1; i <= steps; ++i) {
         QTest::qWait(steps > 1 ? 10 : 0);
-        send(QEvent::MouseMove, from + (to - from) * i / steps, Qt::NoButton, Qt::LeftButton);
+        useMouse(target, QEvent::MouseMove, from + (to - from) * i / steps);
     }
-    send(QEvent::MouseButtonRelease, to, Qt::LeftButton, {});
+    useMouse(target, QEvent::MouseButtonRelease, to);
+}
+
+/// @param angle in eighths of a degree; 120 is a notch, away from the user
+inline void turnWheel(QWidget& target, const QPoint& at, int angle)
+{
+    QWheelEvent event(at, target.mapToGlobal(at), {}, {0, angle}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&target, &event);
 }
 
 } // namespace zrtest

@@ -196,9 +196,7 @@ private slots:
     {
         Meeting m;
         tagPersonInfo* person = m.addMany(7)[0];
-        VantrelRTCVideoFrameQT frame{};
-        frame.pData = m.picture.data();
-        frame.width = frame.height = 8;
+        const VantrelRTCVideoFrameQT frame = m.frame();
         const auto isRunning = [&] { return person->iStreamStatus == kStreamRunning; };
         const auto pictureBelongsToTheStream = [&](const char* open, const char* close) {
             ZR_TELL(m, open);

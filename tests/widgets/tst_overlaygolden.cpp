@@ -214,10 +214,7 @@ class TestOverlayGolden : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        QVERIFY2(zrtest::useGoldenFont(), "the package fonts-noto-cjk is not installed");
-    }
+    void initTestCase() { QVERIFY(zrtest::useGoldenFont()); }
 
     void looksAsItShould()
     {

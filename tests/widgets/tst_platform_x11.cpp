@@ -55,7 +55,7 @@ private:
             if (event->response_type == XCB_MAP_REQUEST)
                 frame(reinterpret_cast<xcb_map_request_event_t*>(event.get())->window);
             else if (event->response_type == (XCB_UNMAP_NOTIFY | 0x80)) // as ICCCM wants it sent
-                release(reinterpret_cast<xcb_unmap_notify_event_t*>(event.get())->window);
+                moveTo(root, reinterpret_cast<xcb_unmap_notify_event_t*>(event.get())->window, 0);
         }
     }
     void frame(xcb_window_t client)
@@ -63,19 +63,15 @@ private:
         const xcb_window_t frame = xcb_generate_id(c);
         xcb_create_window(c, XCB_COPY_FROM_PARENT, frame, root, 10, 10, 300, 300, 0,
                           XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-        xcb_reparent_window(c, client, frame, 5, 20);
         xcb_map_window(c, frame);
-        xcb_map_window(c, client);
-        setState(client, 1);
+        moveTo(frame, client, 1);
     }
-    void release(xcb_window_t client)
+    void moveTo(xcb_window_t parent, xcb_window_t client, quint32 isNormal)
     {
-        xcb_reparent_window(c, client, root, 10, 10);
-        setState(client, 0);
-    }
-    void setState(xcb_window_t client, quint32 value)
-    {
-        const quint32 state[] = {value, 0};
+        xcb_reparent_window(c, client, parent, 5, 20);
+        if (isNormal)
+            xcb_map_window(c, client);
+        const quint32 state[] = {isNormal, 0};
         xcb_change_property(c, XCB_PROP_MODE_REPLACE, client, wmState, wmState, 32, 2, state);
         xcb_flush(c);
     }

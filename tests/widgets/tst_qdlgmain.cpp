@@ -77,12 +77,11 @@ private slots:
     {
         auto second = std::make_unique<QDlgMain>(nullptr);
         QCOMPARE(hub().m_pDlgScreen, second->gallery());
-        second.reset();
+        auto third = std::make_unique<QDlgMain>(nullptr);
+        second.reset(); // takes only itself off
+        QCOMPARE(hub().m_pDlgScreen, third->gallery());
+        third.reset();
         QCOMPARE(hub().m_pDlgScreen, m_dialog->gallery());
-        second = std::make_unique<QDlgMain>(nullptr);
-        // The one that goes takes only itself off.
-        m_dialog.reset();
-        QCOMPARE(hub().m_pDlgScreen, second->gallery());
     }
 
 private:

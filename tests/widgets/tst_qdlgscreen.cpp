@@ -92,10 +92,7 @@ private slots:
     {
         Meeting m;
         QDlgScreen other(nullptr);
-        other.setAttribute(Qt::WA_DontShowOnScreen);
-        other.resize(1280, 720);
-        other.show();
-        other.setJoinMeetingFinish(true);
+        zrtest::open(other);
         for (const char* id : {"b0", "b1"})
             other.AddPerson(id, id, 0, 0, nullptr);
         ZR_TELL(m, "people 3; double u1; shown: u1");

@@ -37,7 +37,7 @@ class TestSubtitlePanel : public QObject
 private slots:
     void initTestCase()
     {
-        QVERIFY2(zrtest::useGoldenFont(), "the package fonts-noto-cjk is not installed");
+        QVERIFY(zrtest::useGoldenFont());
         s_nextHandler = qInstallMessageHandler(countHeights);
     }
     void init()
@@ -346,22 +346,8 @@ private:
         return result;
     }
     double endPosition() { return list().size().height() - view().contentHeight(); }
-    /// What the left button does.
-    void hand(QEvent::Type what, const QPoint& at)
-    {
-        QMouseEvent event(what, at, viewport()->mapToGlobal(at),
-                          what == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
-                          what == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton,
-                          Qt::NoModifier);
-        QApplication::sendEvent(viewport(), &event);
-    }
-    void wheel(int notches)
-    {
-        const QPoint at(50, 250);
-        QWheelEvent event(at, viewport()->mapToGlobal(at), {}, {0, notches * 120}, Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(viewport(), &event);
-    }
+    void hand(QEvent::Type what, const QPoint& at) { zrtest::useMouse(*viewport(), what, at); }
+    void wheel(int notches) { zrtest::turnWheel(*viewport(), {50, 250}, notches * 120); }
     /// Presses and moves in steps of 16 ms.
     void stroke(const QPoint& from, const QPoint& by)
     {

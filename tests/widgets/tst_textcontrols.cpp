@@ -66,10 +66,7 @@ class TestTextControls : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        QVERIFY2(zrtest::useGoldenFont(), "the package fonts-noto-cjk is not installed");
-    }
+    void initTestCase() { QVERIFY(zrtest::useGoldenFont()); }
     void cleanup() { QZRScreenConfig::destroyInstance(); }
 
     // --- The line edit ------------------------------------------------------------------------
@@ -181,23 +178,17 @@ private slots:
             before = box.bar.value();
         }
         QVERIFY(!box.textEdit()->textCursor().hasSelection());
-    }
-
-    void isScrolledByItsBar()
-    {
-        Box box;
+        // The page must not go on under a mouse that drags the bar's handle, of 50 pixels.
         box.scroller.scrollTo({0, 400}, 2000);
-        QTRY_VERIFY(box.bar.value() > 0);
-        // Its handle has the height of 50 pixels; the page must not go on under it.
         QEvent enter(QEvent::Enter);
         QCoreApplication::sendEvent(&box.bar, &enter);
         QCOMPARE(box.scroller.state(), QScroller::Inactive);
         box.bar.setValue(0);
         zrtest::drag(box.bar, {4, 20}, {4, 110}, 15);
-        QVERIFY(box.bar.value() > box.bar.maximum() / 3);
+        before = box.bar.value();
+        QVERIFY(before > box.bar.maximum() / 3);
         QEvent leave(QEvent::Leave);
         QCoreApplication::sendEvent(&box.bar, &leave);
-        const int before = box.bar.value();
         zrtest::drag(box.page, {100, 30}, {100, 180}, 15);
         QTRY_VERIFY(box.bar.value() < before);
     }

@@ -59,10 +59,7 @@ struct Stage
         auto ownedTool = std::make_unique<CDlgSpeakTool>();
         tool = ownedTool.get();
         m->setSpeakTool(std::move(ownedTool));
-        second.resize(1280, 720);
-        second.setAttribute(Qt::WA_DontShowOnScreen);
-        second.show();
-        second.setJoinMeetingFinish(true);
+        zrtest::open(second);
         for (QDlgScreen* gallery : {m.gallery.get(), &second})
             gallery->AddPerson(id, "Ann", 0, 0, nullptr);
         m->OnPopSelfShareWnd(true, false);
@@ -90,10 +87,7 @@ struct Stage
     }
     void play(quint32 width, quint32 height)
     {
-        VantrelRTCVideoFrameQT frame{};
-        frame.pData = m.picture.data();
-        frame.width = width;
-        frame.height = height;
+        const VantrelRTCVideoFrameQT frame = m.frame(width, height);
         for (QDlgScreen* gallery : {m.gallery.get(), &second})
             QVERIFY(gallery->playFrame(gallery->findPerson(id), &frame));
         QVERIFY(ext.playFrame(frame));
