@@ -353,6 +353,7 @@ private:
             {"paused", [&] { return settings().pauseShare ? "yes" : "no"; }},
             {"grade", [&] { return QString::number(person->iStreamType); }},
             {"name", [&] { return person->userName; }},
+            {"changed", [&] { return person->bPrePreview ? "yes" : "no"; }},
             {"whole", [&] { return places()[about] == gallery->rect() ? "yes" : "no"; }},
             {"timers",
              [&] {

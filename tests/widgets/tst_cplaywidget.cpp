@@ -96,7 +96,7 @@ private slots:
     {
         showTile({480, 300});
         for (const auto& [width, height] :
-             {std::pair(641U, 361U), {642, 480}, {7, 5}, {174, 100}, {8, 1}, {16, 3}, {9, 400}}) {
+             {std::pair(641U, 361U), {640, 400}, {7, 5}, {174, 100}, {8, 1}, {16, 3}, {9, 400}}) {
             const unsigned middle = height / 2;
             play(Picture(width, height,
                          [middle](unsigned, unsigned y) { return y < middle ? kRed : kBlue; }));
@@ -119,6 +119,7 @@ private slots:
             if (image.rect().contains(out))
                 COMPARE_COLOR(image.pixelColor(out), Qt::black);
             QCOMPARE(bars.contains(out + QPointF(0.5, 0.5)), image.rect().contains(out));
+            QCOMPARE(bars.isEmpty(), view.size() == image.size());
             for (const QPoint& corner : {view.topLeft(), view.bottomRight()})
                 QVERIFY(!bars.contains(corner + QPointF(0.5, 0.5)));
         }
@@ -217,6 +218,7 @@ private slots:
         // The same when another participant is bound while the tile is showing.
         const auto other = makePerson(QStringLiteral("bob"));
         m_tile->SetPersonInfo(other.get(), false);
+        QVERIFY(m_tile->IsBufferBlank()); // nothing of the former one is left
         play(kGreen);
         QVERIFY(!m_tile->playInfo()->isPictureVisible());
         QTRY_VERIFY(m_tile->playInfo()->isPictureVisible());
@@ -235,6 +237,18 @@ private slots:
         waitForPaints();
         QCOMPARE(m_tile->paints, paints + 1);
         COMPARE_MIDDLE(kGreen);
+    }
+
+    void pausedShareIsNotDrawn()
+    {
+        m_person->userID = QStringLiteral("sharescreen_7");
+        showRed();
+        for (const bool paused : {true, false}) {
+            hub().settings.pauseShare = paused;
+            emit hub().sigRefreshPlayDlg();
+            waitForPaints();
+            COMPARE_MIDDLE(paused ? kBlack : kRed);
+        }
     }
 
     void localVideoIsConfirmedAfter69Pictures()

@@ -135,6 +135,13 @@ const std::pair<const char*, const char*> kStories[] = {
      "people 3; pin u1; mode 11; pin u1 off; mode: 11; mode 8; menu u1; pin u1 off; mode: 11;"
      "set follow 1; mode 8; menu u1; pin-for-all u1 off; mode: 1"},
 
+    {"a report that has changed the preview is remembered",
+     "add anna; stream anna off; changed anna: no; stream anna; changed anna: yes; stream anna;"
+     "changed anna: yes"},
+    {"who is to be told at once does not wait for who is to be told later",
+     "people 2; stream u1; places u0; mode 14; elapse 1000; hidden: 1; places u1; seen: u1;"
+     "stream u1; timers 0: 0; stream u1 off; timers 0: 1"},
+
     // --- Grades; the host is asked with the next frame ---
     {"a burst of arrangements costs nothing, nor one that comes back to where it was",
      "people 3; stream u0; stream u1; stream u2; mode 6; mode 1; mode 2; mode 14; mode 6; mode 1;"
