@@ -63,6 +63,13 @@ ZR_CASE(settle, everyStepComesToRest)
              CHECK(engine.visible() == first);
          },
          6},
+        // Those on pages that nobody has seen must not come to this one in turn.
+        {"pages that are skipped",
+         [&] {
+             turnPage(-1);
+             CHECK(meeting.changeMode(eLayoutGrid16));
+         },
+         2},
         {"mode", [&] { CHECK(meeting.changeMode(eLayoutGrid4)); }, 4},
         {"leave", [&] { engine.leave(2); }, 4},
         {"polling",

@@ -4,97 +4,22 @@
 #include "testsupport.h"
 
 #include "cplaywidget.h"
+#include "qdlgnovideo.h"
 #include "qdlgscreen.h"
-#include "qzrscreenconfig.h"
 #include "speaktool.h"
 
 #include <QAbstractEventDispatcher>
 #include <QtTest>
 
-#include <algorithm>
 #include <functional>
 #include <map>
 #include <memory>
 #include <vector>
 
-/// A test of stories (Meeting::tell): a row for each of `table`.
-#define ZR_STORIES(table)                                                                          \
-    void stories_data()                                                                            \
-    {                                                                                              \
-        QTest::addColumn<QString>("story");                                                        \
-        for (const auto& [name, story] : (table))                                                  \
-            QTest::newRow(name) << QString(story);                                                 \
-    }                                                                                              \
-    void stories()                                                                                 \
-    {                                                                                              \
-        QFETCH(QString, story);                                                                    \
-        QCOMPARE(zrtest::Meeting().tell(story), QString());                                        \
-    }
+/// Plays a story of steps (Meeting::tell) that must hold.
+#define ZR_TELL(meeting, story) QCOMPARE((meeting).tell(story), QString())
 
 namespace zrtest {
-
-/// Keeps the lines that are logged while it lives. One at a time; GUI thread.
-class LogLines
-{
-public:
-    LogLines()
-    {
-        s_lines.clear();
-        m_before = qInstallMessageHandler(
-            [](QtMsgType, const QMessageLogContext&, const QString& line) { s_lines += line; });
-    }
-    ~LogLines() { qInstallMessageHandler(m_before); }
-    LogLines(const LogLines&) = delete;
-    LogLines& operator=(const LogLines&) = delete;
-    int count(const char* text) const { return s_lines.filter(QLatin1String(text)).size(); }
-
-private:
-    static inline QStringList s_lines;
-    QtMessageHandler m_before;
-};
-
-/// Records what a host is told, and lets a test act like a host from inside a message.
-class HostDouble : public CAbsUIMsgCallback
-{
-public:
-    struct Message
-    {
-        unsigned long id;
-        unsigned long long wParam;
-        long long lParam;
-        tagPersonInfo* person() const { return reinterpret_cast<tagPersonInfo*>(wParam); }
-    };
-
-    bool UIMsgNotify(unsigned long id, unsigned long long wParam, long long lParam) override
-    {
-        messages.push_back({id, wParam, lParam});
-        if (onMessage)
-            onMessage(Message(messages.back()));
-        return true;
-    }
-    int count(unsigned long id, const tagPersonInfo* person = nullptr) const
-    {
-        return static_cast<int>(
-            std::count_if(messages.begin(), messages.end(), [&](const Message& m) {
-                return m.id == id && (!person || m.person() == person);
-            }));
-    }
-    /// The ids since the last call; without the messages that say who is visible.
-    QList<int> news()
-    {
-        QList<int> ids;
-        for (const Message& message : messages) {
-            if (message.id < ZRMSG_PERSON_REMOVED || message.id == ZRMSG_MORE_MENU_CLOSED
-                || message.id == ZRMSG_GALLERY_CLICK)
-                ids.append(static_cast<int>(message.id));
-        }
-        messages.clear();
-        return ids;
-    }
-
-    std::vector<Message> messages;
-    std::function<void(const Message&)> onMessage;
-};
 
 /// A tool that only remembers what the gallery did with it.
 class ToolDouble : public SpeakTool
@@ -108,30 +33,32 @@ public:
     bool showsPicture() const override { return visible; }
     void setSpeaking(const QString& names) override { speaking = names; }
     int toolId() const override { return 1; }
-    void moveTool(QPoint topLeft) override
-    {
-        position = topLeft;
-        ++moves;
-    }
+    void moveTool(QPoint) override { ++moves; }
     QSize toolSize() const override { return {272, 225}; }
-    void playFrame(const void* person, const VantrelRTCVideoFrameQT&) override
-    {
-        frames += person == bound;
-    }
+    void playFrame(const void*, const VantrelRTCVideoFrameQT&) override {}
 
     tagPersonInfo* bound = nullptr;
     bool visible = false;
-    QPoint position;
     QString speaking;
     int moves = 0;
-    int frames = 0;
 };
 
-/// A gallery of 1280 x 720 that has joined. Whatever changes it also runs what is scheduled.
+/// Has a gallery of 1280 x 720 join a meeting. @param onScreen really painted; for most tests that
+/// would only take time
+inline void open(QDlgScreen& gallery, bool onScreen = false)
+{
+    gallery.resize(1280, 720);
+    gallery.setAttribute(Qt::WA_DontShowOnScreen, !onScreen);
+    gallery.setUpdatesEnabled(onScreen);
+    gallery.show();
+    QVERIFY(!onScreen || QTest::qWaitForWindowExposed(&gallery));
+    gallery.setJoinMeetingFinish(true);
+}
+
+/// A gallery that has joined. Whatever changes it also runs what is scheduled.
 class Meeting
 {
 public:
-    /// @param onScreen really painted; for most tests that would only take time
     explicit Meeting(bool onScreen = false)
     {
         hub().registerUICallback(&host);
@@ -143,12 +70,7 @@ public:
         gallery->setPageClock([this] { return nowMs += stepMs; });
         QObject::connect(&hub(), &QZRScreenConfig::notifyDisplayOrder, gallery.get(),
                          [this] { ++orders; });
-        gallery->resize(1280, 720);
-        gallery->setAttribute(Qt::WA_DontShowOnScreen, !onScreen);
-        gallery->setUpdatesEnabled(onScreen);
-        gallery->show();
-        QVERIFY(!onScreen || QTest::qWaitForWindowExposed(gallery.get()));
-        gallery->setJoinMeetingFinish(true);
+        open(*gallery, onScreen);
     }
     ~Meeting()
     {
@@ -159,7 +81,6 @@ public:
     Meeting(const Meeting&) = delete;
     Meeting& operator=(const Meeting&) = delete;
 
-    QZRScreenConfig& hub() const { return *QZRScreenConfig::getInstance(); }
     ScreenSettings& settings() const { return hub().settings; }
     QDlgScreen* operator->() const { return gallery.get(); }
     tagPersonInfo* operator[](const QString& id) const { return gallery->findPerson(id); }
@@ -185,62 +106,34 @@ public:
         return persons;
     }
     void setMode(int mode) { act(&QDlgScreen::onMeetingMode, mode); }
-    void click(const QString& id) { act(&QDlgScreen::onPlayWidgetLBtnClick, tile(id)); }
     void remove(const QString& id) { act(&QDlgScreen::DelPerson, (*this)[id]); }
     void reLayout() { act(&QDlgScreen::reLayout); }
-    bool play(tagPersonInfo* person, quint32 width = 64, quint32 height = 36)
+    VantrelRTCVideoFrameQT frame(quint32 width = 64, quint32 height = 36) const
     {
         VantrelRTCVideoFrameQT frame{};
         frame.pData = picture.data();
         frame.width = width;
         frame.height = height;
-        const bool taken = gallery->playFrame(person, &frame);
+        return frame;
+    }
+    bool play(tagPersonInfo* person, quint32 width = 64, quint32 height = 36)
+    {
+        const VantrelRTCVideoFrameQT delivered = frame(width, height);
+        const bool taken = gallery->playFrame(person, &delivered);
         settle();
         return taken;
-    }
-    QList<int> timers() const
-    {
-        QList<int> intervals;
-        for (const auto& timer : running())
-            intervals.append(timer.interval);
-        return intervals;
     }
     /// The gallery's timers of this interval fire; nobody waits for them.
     void elapse(int intervalMs)
     {
         nowMs += intervalMs;
         for (const auto& timer : running()) {
-            if (timer.interval == intervalMs)
-                fire(timer.timerId);
+            if (timer.interval != intervalMs)
+                continue;
+            QTimerEvent event(timer.timerId);
+            QCoreApplication::sendEvent(gallery.get(), &event);
+            settle();
         }
-    }
-    /// Has the test do something when so much time has passed.
-    void later(qint64 delayMs, std::function<void()> deed)
-    {
-        m_agenda.emplace(nowMs + delayMs, std::move(deed));
-    }
-    /// Time passes, in which the gallery's timers fire and what is to be done later is done, each
-    /// when it is due. Nobody waits for it.
-    void pass(qint64 timeMs)
-    {
-        const qint64 endMs = nowMs + timeMs;
-        for (;;) {
-            const auto timer = nextTimer();
-            const bool deedFirst =
-                !m_agenda.empty() && (timer.second == 0 || m_agenda.begin()->first <= timer.first);
-            const qint64 dueMs = deedFirst ? m_agenda.begin()->first : timer.first;
-            if ((!deedFirst && timer.second == 0) || dueMs > endMs)
-                break;
-            nowMs = std::max(nowMs, dueMs);
-            if (deedFirst) {
-                m_agenda.extract(m_agenda.begin()).mapped()();
-                settle();
-            } else {
-                m_mapTimerDue.erase(timer.second);
-                fire(timer.second);
-            }
-        }
-        nowMs = endMs;
     }
 
     /// Plays a story of steps with ';' between them. A step is a deed, "click u1", or a question
@@ -263,8 +156,7 @@ public:
     }
 
     // --- What is to be seen ---
-    int mode() const { return hub().curScreenMode(); }
-    bool sees(const QString& id) const { return gallery->isPersonVisible(id); }
+    int mode() const { return zrtest::hub().curScreenMode(); }
     CPlayWidget* tile(const QString& id) const
     {
         const tagPersonInfo* person = (*this)[id];
@@ -319,54 +211,21 @@ public:
     std::vector<uchar> picture = std::vector<uchar>(std::size_t(1280) * 720 * 2, 90);
 
 private:
-    void fire(int timerId)
-    {
-        QTimerEvent event(timerId);
-        QCoreApplication::sendEvent(gallery.get(), &event);
-        settle();
-    }
-    /// When a timer fires next, and which; 0 without one.
-    std::pair<qint64, int> nextTimer()
-    {
-        std::map<int, qint64> due;
-        std::pair<qint64, int> next{0, 0};
-        for (const auto& timer : running()) {
-            const auto known = m_mapTimerDue.find(timer.timerId);
-            const qint64 dueMs =
-                known == m_mapTimerDue.end() ? nowMs + timer.interval : known->second;
-            due.emplace(timer.timerId, dueMs);
-            if (next.second == 0 || dueMs < next.first)
-                next = {dueMs, timer.timerId};
-        }
-        m_mapTimerDue = std::move(due);
-        return next;
-    }
-
-    std::map<int, qint64> m_mapTimerDue;
-    std::multimap<qint64, std::function<void()>> m_agenda;
-
     bool perform(const QString& deed, const QStringList& words)
     {
         using G = QDlgScreen;
         const QString first = words.value(0);
         const bool on = words.value(words.size() - 1) != "off";
         const int number = first.toInt();
+        const int value = words.value(1).toInt(); // of a setting, or a join time
         tagPersonInfo* person = (*this)[first];
-        bool known = false;
-        const auto set = [&](const char* name, auto& setting, int value) {
-            if (first == name)
-                setting = value;
-            known = known || first == name;
-        };
         const std::map<QString, std::function<void()>> deeds{
             {"people", [&] { addMany(number); }},
-            {"add", [&] { add(first, words.value(1).toInt(), words.value(2)); }},
+            {"add", [&] { add(first, value, words.value(2)); }},
             {"remove",
-             [&] { std::for_each(words.begin(), words.end(), [&](auto& id) { remove(id); }); }},
-            {"remove-first",
              [&] {
-                 for (int i = 0; i < number; ++i)
-                     gallery->DelPerson((*this)[QStringLiteral("u%1").arg(i)]);
+                 for (const QString& id : words)
+                     gallery->DelPerson((*this)[id]);
                  settle();
              }},
             {"width",
@@ -375,7 +234,7 @@ private:
                  gallery->resize(number, 400);
              }},
             {"mode", [&] { setMode(number); }},
-            {"click", [&] { click(first); }},
+            {"click", [&] { act(&G::onPlayWidgetLBtnClick, tile(first)); }},
             {"double", [&] { act(&G::onLeftBtnDBClick, tile(first)); }},
             {"focus", [&] { act(&G::onModFocusByUserID, first, false); }},
             {"suggest", [&] { act(&G::onModFocusByUserID, first, true); }},
@@ -385,11 +244,16 @@ private:
             {"host", [&] { act(&G::updatePersonInfo, person, false, 1, QString(), 0); }},
             {"rename", [&] { act(&G::updatePersonInfo, person, false, 0, words.value(1), 0); }},
             {"stream", [&] { act(&G::setPreview, person, on); }},
+            {"frames",
+             [&] {
+                 for (const QString& id : words)
+                     play((*this)[id]);
+             }},
             {"mute", [&] { act(&G::setMute, person, on); }},
             {"pin", [&] { act(&G::setLockLookPerson, person, on); }},
             {"pin-for-all", [&] { act(&G::setAllLook, person, on); }},
             {"menu", [&] { act(&G::onClickMore, person, 0); }},
-            {"sponsor", [&] { hub().setShareSponsor(first); }},
+            {"sponsor", [&] { zrtest::hub().setShareSponsor(first); }},
             {"next", [&] { act(&G::pageNext, first == "wrap"); }},
             {"back", [&] { act(&G::pagePre); }},
             {"after", [&] { stepMs = number; }}, // of the page turns that follow
@@ -407,6 +271,12 @@ private:
             {"hide", [&] { act(&G::onSetHideSmallWnd, on); }},
             {"minimise", [&] { act(&G::showSmallWndWhenRestore, !on); }},
             {"float", [&] { act(&G::OnPopSelfShareWnd, on, on); }},
+            {"put-away",
+             [&] {
+                 on ? emit zrtest::hub().modSignalHideSpeakTool(false)
+                    : emit zrtest::hub().modSignalShowSpeakTool(false);
+                 settle();
+             }},
             {"elapse", [&] { elapse(number); }},
             {"poll",
              [&] {
@@ -414,24 +284,31 @@ private:
                  settings().pollingPeriodS = number;
                  act(&G::onOpenLayoutPoll);
              }},
-            {"set",
-             [&] {
-                 const int value = words.value(1).toInt();
-                 set("follow", settings().layoutFollow, value);
-                 set("nine", settings().support9EqualCut, value);
-                 set("control", settings().openLayoutCtrl, value);
-                 set("share-seat", settings().shareIdx, value);
-                 set("speaker-seat", settings().speakerIdx, value);
-                 set("activation", settings().voiceActivation, value);
-                 set("polling", settings().pollingOpen, value);
-                 set("filter", settings().noVideoFilter, value);
-                 QVERIFY2(known, qPrintable("no such setting: " + first));
-             }},
+            {"set follow", [&] { settings().layoutFollow = value; }},
+            {"set nine", [&] { settings().support9EqualCut = value; }},
+            {"set control", [&] { settings().openLayoutCtrl = value; }},
+            {"set share-seat", [&] { settings().shareIdx = value; }},
+            {"set speaker-seat", [&] { settings().speakerIdx = value; }},
+            {"set activation", [&] { settings().voiceActivation = value; }},
+            {"set polling", [&] { settings().pollingOpen = value; }},
+            {"set filter", [&] { settings().noVideoFilter = value; }},
         };
-        const auto found = deeds.find(deed);
+        const auto found = deeds.find(deed == "set" ? "set " + first : deed);
         if (found != deeds.end())
             found->second();
         return found != deeds.end();
+    }
+    /// The ids of what the host was told since the last question, but for who is visible.
+    QString news()
+    {
+        QStringList ids;
+        for (const HostDouble::Message& message : host.messages) {
+            if (message.id < ZRMSG_PERSON_REMOVED || message.id == ZRMSG_MORE_MENU_CLOSED
+                || message.id == ZRMSG_GALLERY_CLICK)
+                ids.append(QString::number(message.id));
+        }
+        host.messages.clear();
+        return ids.join(' ');
     }
     QString ask(const QString& question, const QString& about)
     {
@@ -452,6 +329,8 @@ private:
             {"seen", [&] { return places().keys().join(' '); }},
             {"focus", [&] { return focus ? focus->userID : QString(); }},
             {"tool", [&] { return tool->visible ? tool->bound->userID : QString(); }},
+            {"placed", [&] { return QString::number(std::exchange(tool->moves, 0)); }},
+            {"says", [&] { return tool->speaking; }},
             {"small",
              [&] {
                  return idsOf(
@@ -459,22 +338,35 @@ private:
              }},
             {"speaking", [&] { return idsOf([](auto* p) { return p->bSpeaking; }); }},
             {"pinned", [&] { return idsOf([](auto* p) { return p->bAllLook || p->bLockLook; }); }},
+            {"controls", // of pages, that are shown
+             [&] {
+                 int count = 0;
+                 for (const QObject* child : gallery->children()) {
+                     const auto* widget = qobject_cast<const QWidget*>(child);
+                     count +=
+                         widget && widget->isVisible() && !qobject_cast<const CPlayWidget*>(child);
+                 }
+                 return QString::number(count);
+             }},
             {"page", [&] { return QString::number(gallery->page()); }},
             {"pages", [&] { return QString::number(gallery->pageCount()); }},
             {"paused", [&] { return settings().pauseShare ? "yes" : "no"; }},
             {"grade", [&] { return QString::number(person->iStreamType); }},
             {"name", [&] { return person->userName; }},
+            {"changed", [&] { return person->bPrePreview ? "yes" : "no"; }},
             {"whole", [&] { return places()[about] == gallery->rect() ? "yes" : "no"; }},
-            {"timers", [&] { return QString::number(timers().count(about.toInt())); }},
+            {"timers",
+             [&] {
+                 QStringList intervals;
+                 for (const auto& timer : running())
+                     intervals += QString::number(timer.interval);
+                 return QString::number(about.isEmpty() ? intervals.size()
+                                                        : intervals.count(about));
+             }},
             {"orders", [&] { return QString::number(std::exchange(orders, 0)); }},
             {"hidden", [&] { return QString::number(host.count(ZRMSG_VIDEO_HIDDEN)); }},
-            {"news",
-             [&] {
-                 QStringList ids;
-                 for (const int id : host.news())
-                     ids.append(QString::number(id));
-                 return ids.join(' ');
-             }},
+            {"placeholder", [&] { return gallery->findChild<QDlgNoVideo*>() ? "yes" : "no"; }},
+            {"news", [&] { return news(); }},
         };
         const auto found = answers.find(question);
         return found == answers.end() ? "no such question" : found->second();
@@ -490,5 +382,18 @@ private:
         return QAbstractEventDispatcher::instance()->registeredTimers(gallery.get());
     }
 };
+
+/// Tells each story in a meeting of its own. @return what went wrong
+template<std::size_t count>
+QString faultsOf(const std::pair<const char*, const char*> (&stories)[count])
+{
+    QStringList faults;
+    for (const auto& [name, story] : stories) {
+        const QString fault = Meeting().tell(story);
+        if (!fault.isEmpty())
+            faults += name + (": " + fault);
+    }
+    return faults.join('\n');
+}
 
 } // namespace zrtest

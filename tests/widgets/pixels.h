@@ -82,7 +82,6 @@ public:
     Picture& operator=(const Picture&) = delete;
 
     const VantrelRTCVideoFrameQT& frame() const { return m_frame; }
-    const std::vector<uint8_t>& bytes() const { return m_bytes; }
 
 private:
     std::vector<uint8_t> m_bytes;

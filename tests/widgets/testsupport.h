@@ -1,11 +1,15 @@
 // Shared by the widget tests.
 #pragma once
 
+#include "qzrscreenconfig.h"
+
 #include <QApplication>
 #include <QtTest>
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
+#include <memory>
 #include <set>
 #include <utility>
 #include <vector>
@@ -27,28 +31,59 @@ template<typename TestObject>
 int runWidgetTest(int argc, char** argv)
 {
     QCoreApplication::setAttribute(Qt::AA_DisableHighDpiScaling);
-    QApplication application(argc, argv);
-    // Debug lines count as well, and QtTest stops printing after 2000.
-    std::vector<char*> arguments;
-    // QtTest refuses options that it does not know; this one is for the goldens.
-    std::copy_if(argv, argv + argc, std::back_inserter(arguments),
-                 [](const char* argument) { return qstrcmp(argument, "--update") != 0; });
-    char option[] = "-maxwarnings";
-    char unlimited[] = "0";
-    arguments.push_back(option);
-    arguments.push_back(unlimited);
+    const QApplication application(argc, argv);
+    QStringList arguments = QCoreApplication::arguments();
+    arguments << "-maxwarnings"
+              << "0"; // debug lines count, and QtTest stops printing after 2000
     TestObject test;
-    return QTest::qExec(&test, static_cast<int>(arguments.size()), arguments.data());
+    return QTest::qExec(&test, arguments);
 }
 
-/// Counts the events of some types that reach an object.
+inline QZRScreenConfig& hub()
+{
+    return *QZRScreenConfig::getInstance();
+}
+
+/// Records what a host is told, and lets a test act like a host from inside a message.
+class HostDouble : public CAbsUIMsgCallback
+{
+public:
+    struct Message
+    {
+        unsigned long id;
+        unsigned long long wParam;
+        long long lParam;
+        tagPersonInfo* person() const { return reinterpret_cast<tagPersonInfo*>(wParam); }
+    };
+
+    bool UIMsgNotify(unsigned long id, unsigned long long wParam, long long lParam) override
+    {
+        messages.push_back({id, wParam, lParam});
+        if (onMessage)
+            onMessage(Message(messages.back()));
+        return true;
+    }
+    int count(unsigned long id, const tagPersonInfo* person = nullptr) const
+    {
+        return static_cast<int>(
+            std::count_if(messages.begin(), messages.end(), [&](const Message& m) {
+                return m.id == id && (!person || m.person() == person);
+            }));
+    }
+
+    std::vector<Message> messages;
+    std::function<void(const Message&)> onMessage;
+};
+
+/// Counts the events of some types that reach objects.
 class EventWatch : public QObject
 {
 public:
-    EventWatch(QObject* watched, std::set<QEvent::Type> types)
+    EventWatch(const QObjectList& watched, std::set<QEvent::Type> types)
         : m_types(std::move(types))
     {
-        watched->installEventFilter(this);
+        for (QObject* object : watched)
+            object->installEventFilter(this);
     }
     int count = 0;
 
@@ -63,14 +98,34 @@ private:
     const std::set<QEvent::Type> m_types;
 };
 
-/// A press, a move with the button down, and the release, all at points of the widget.
-inline void pressAndMove(QWidget* target, const QPoint& from, const QPoint& to)
+/// What the left button does, or the mouse with that button held, at a point of the widget.
+inline void useMouse(QWidget& target, QEvent::Type what, const QPoint& at)
 {
-    QTest::mousePress(target, Qt::LeftButton, {}, from);
-    QMouseEvent move(QEvent::MouseMove, to, target->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
-                     Qt::NoModifier);
-    QCoreApplication::sendEvent(target, &move);
-    QTest::mouseRelease(target, Qt::LeftButton, {}, to);
+    const auto button = what == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    const auto held = what == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(what, at, target.mapToGlobal(at), button, held, {});
+    QCoreApplication::sendEvent(&target, &event);
+}
+
+/// A press, a move in so many steps, and the release. `press` may also be the second one of a
+/// double click.
+inline void drag(QWidget& target, const QPoint& from, const QPoint& to, int steps = 1,
+                 QEvent::Type press = QEvent::MouseButtonPress)
+{
+    useMouse(target, press, from);
+    for (int i = 1; i <= steps; ++i) {
+        QTest::qWait(steps > 1 ? 10 : 0);
+        useMouse(target, QEvent::MouseMove, from + (to - from) * i / steps);
+    }
+    useMouse(target, QEvent::MouseButtonRelease, to);
+}
+
+/// @param angle in eighths of a degree; 120 is a notch, away from the user
+inline void turnWheel(QWidget& target, const QPoint& at, int angle)
+{
+    QWheelEvent event(at, target.mapToGlobal(at), {}, {0, angle}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&target, &event);
 }
 
 } // namespace zrtest

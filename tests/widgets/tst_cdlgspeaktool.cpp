@@ -12,6 +12,7 @@
 #include <atomic>
 #include <thread>
 
+using zrtest::hub;
 using zrtest::Meeting;
 
 class TestSpeakTool : public QObject
@@ -20,18 +21,177 @@ class TestSpeakTool : public QObject
 
 private slots:
     void initTestCase() { QVERIFY(zrtest::useGoldenFont()); }
-    void init();
+    void init()
+    {
+        m = std::make_unique<Meeting>();
+        auto tool = std::make_unique<CDlgSpeakTool>();
+        m_pTool = tool.get();
+        connect(m_pTool, &CDlgSpeakTool::pictureShownChanged, m->gallery.get(),
+                &QDlgScreen::scheduleLayout);
+        m->gallery->setSpeakTool(std::move(tool));
+    }
     void cleanup() { m.reset(); }
-    void looksAsDrawn_data();
-    void looksAsDrawn();
-    void isDraggedByTheLeftButton();
-    void clicksAreNoDrags();
-    void hostMovesIt();
-    void compactFormClosesTheStream();
-    void personsComeAndGo();
-    void gateWaitsForFramesUnderWay();
+
+    void looksWithVideo() { looks("video", 2, "Alice Johnson, <b>Bob Smith</b>, 李娜, 陈思远"); }
+    void looksWithAvatar() { looks("avatar", 2, {}); }
+    void looksCompact() { looks("compact", 1, "王小明"); }
+
+    void isDraggedByTheLeftButton()
+    {
+        enterToolMode(2);
+        const QPoint start(300, 200);
+        const struct
+        {
+            Qt::MouseButton pressed, released; ///< the latter before the move
+            QPoint by, end;
+        } rows[] = {
+            {Qt::LeftButton, Qt::NoButton, {40, 70}, {340, 270}},
+            {Qt::RightButton, Qt::NoButton, {40, 70}, start},
+            {Qt::LeftButton, Qt::RightButton, {-9, 0}, {291, 200}},
+            {Qt::LeftButton, Qt::LeftButton, {9, 0}, start},
+            {Qt::LeftButton, Qt::NoButton, {-900, -900}, {0, 0}}, // past the edge
+        };
+        const QPoint at(330, 210);
+        for (const auto& row : rows) {
+            m_pTool->moveTool(start);
+            mouse(QTest::MousePress, at, row.pressed);
+            if (row.released != Qt::NoButton)
+                mouse(QTest::MouseRelease, at, row.released);
+            mouse(QTest::MouseMove, at + row.by, Qt::NoButton);
+            QCOMPARE(m_pTool->pos(), row.end);
+            mouse(QTest::MouseRelease, m_pTool->pos() + QPoint(30, 10), row.pressed);
+        }
+        // A press on a button is the button's, also when it is let go outside.
+        const QPoint onButton = button(1)->mapToGlobal(QPoint(5, 5));
+        mouse(QTest::MousePress, onButton);
+        mouse(QTest::MouseMove, onButton + QPoint(-60, 100), Qt::NoButton);
+        mouse(QTest::MouseRelease, onButton + QPoint(-60, 100));
+        QVERIFY(m_pTool->pos() == QPoint(0, 0) && m_pTool->mode() == 2);
+        // Nobody tells a hidden tool that the button was released.
+        mouse(QTest::MousePress, onButton + QPoint(-60, 0));
+        m_pTool->hideTool();
+        m_pTool->showTool();
+        mouse(QTest::MouseMove, onButton, Qt::NoButton);
+        QCOMPARE(m_pTool->pos(), QPoint(0, 0));
+    }
+
+    void clicksAreNoDrags()
+    {
+        ZR_TELL(*m, "people 3; add sharescreen_u9"); // beside a share somebody else follows
+        QVERIFY(QTest::qWaitForWindowExposed(m_pTool));
+        tagPersonInfo* next = m_pTool->boundPerson();
+        int clicks = 0;
+        connect(m_pTool, &CDlgSpeakTool::pictureClicked, this, [&clicks] { ++clicks; });
+        const QPoint before = m_pTool->pos();
+        const QPoint at = m_pTool->video()->mapToGlobal(QPoint(90, 40));
+        const QPoint there(-40, 0);
+        for (const int holdMs : {0, 350}) { // a tile takes a press for a click after 300 ms
+            mouse(QTest::MousePress, at);
+            QTest::qWait(holdMs);
+            QCOMPARE(clicks, 0);
+            mouse(QTest::MouseRelease, at);
+            QTRY_COMPARE(clicks, 1);
+            mouse(QTest::MousePress, at);
+            QTest::qWait(holdMs);
+            mouse(QTest::MouseMove, at + there, Qt::NoButton);
+            QCOMPARE(m_pTool->pos(), before + there);
+            if (holdMs > 0) { // the participant leaves in the middle of it
+                m->remove(next->userID);
+                QVERIFY(m_pTool->boundPerson() && m_pTool->boundPerson() != next);
+            }
+            mouse(QTest::MouseMove, at, Qt::NoButton);
+            QCOMPARE(m_pTool->pos(), before);
+            mouse(QTest::MouseRelease, at);
+            QTest::qWait(350);
+            QCOMPARE(std::exchange(clicks, 0), 1);
+        }
+    }
+
+    void hostMovesIt()
+    {
+        // At first it stands in the corner, also in a mode that never places it.
+        ZR_TELL(*m, "people 2; float");
+        const QRect dialog(m->gallery->mapToGlobal(QPoint(0, 0)), m->gallery->size());
+        QCOMPARE(m_pTool->pos(), zr::speakToolPosition(dialog, m_pTool->size(), 24));
+        m_pTool->place(300, 200);
+        m_pTool->onClickedMode1();
+        emit hub().modSignalmousePressSpeakTool();
+        for (const QPoint& offset : {QPoint(10, 10), QPoint(50, -20)}) {
+            emit hub().modSignalMoveSpeakTool(offset);
+            QCOMPARE(m_pTool->geometry(), QRect(QPoint(300, 200) + offset, QSize(272, 72)));
+        }
+        // The whole tool stays in view, also when it grows at the lower edge.
+        const QRect screen = m_pTool->screen()->availableGeometry();
+        emit hub().modSignalMoveSpeakTool(QPoint(0, 9000));
+        QCOMPARE(m_pTool->geometry().bottom(), screen.bottom());
+        m_pTool->onClickedMode2();
+        QCOMPARE(m_pTool->geometry().bottom(), screen.bottom());
+    }
+
+    void compactFormClosesTheStream()
+    {
+        tagPersonInfo* next = enterToolMode(3);
+        QVERIFY(m->host.count(ZRMSG_VIDEO_SHOWN, next) > 0);
+        m->host.messages.clear();
+        ZR_TELL(*m, "stream " + next->userID);
+        QTest::mouseClick(button(1), Qt::LeftButton);
+        m->settle();
+        m->elapse(1000);
+        QCOMPARE(m->host.count(ZRMSG_VIDEO_HIDDEN, next), 1);
+        // Hidden and shown again it is still compact, with the second button lit.
+        ZR_TELL(*m, "stream " + next->userID + " off; hide; hide off");
+        QVERIFY(m_pTool->boundPerson() == next && m_pTool->height() == 72);
+        QVERIFY(button(2)->styleSheet().contains(":/pic4k/mode2_on.png"));
+        QCOMPARE(m->host.count(ZRMSG_VIDEO_SHOWN, next), 0);
+        QTest::mouseClick(button(2), Qt::LeftButton);
+        QCOMPARE(m->host.count(ZRMSG_VIDEO_SHOWN, next), 1);
+    }
+
+    void gateWaitsForFramesUnderWay()
+    {
+        FrameGate gate;
+        const int keys[2] = {};
+        std::atomic<bool> inside{false};
+        std::atomic<bool> left{false};
+        gate.open(&keys[0]);
+        std::thread media([&] {
+            gate.pass(&keys[0], [&] {
+                inside = true;
+                std::this_thread::sleep_for(std::chrono::milliseconds(30));
+                left = true;
+            });
+        });
+        while (!inside)
+            std::this_thread::yield();
+        gate.shut();
+        const bool waited = left;
+        media.join();
+        QVERIFY(waited && !gate.pass(&keys[0], [] {}));
+        gate.open(&keys[1]);
+        QVERIFY(!gate.pass(&keys[0], [] {}) && gate.pass(&keys[1], [] {}));
+    }
 
 private:
+    void looks(const QByteArray& name, int mode, const QString& speaking)
+    {
+        tagPersonInfo* next = enterToolMode(2);
+        m->gallery->updatePersonInfo(next, false, 1, QStringLiteral("李娜"), 2);
+        m->gallery->setPreview(next, !speaking.isEmpty());
+        m->gallery->setMute(next, false);
+        m->gallery->UpdateUserNetStatus(next->userID, 2, false, 2);
+        QTest::mouseClick(button(mode), Qt::LeftButton);
+        const zrtest::Picture frame(320, 180, [](unsigned x, unsigned y) {
+            return zrtest::Yuv{int(60 + x / 3), int(100 + y / 4), 120};
+        });
+        for (int i = 0; next->bPreview && i < 2; ++i) {
+            QTest::qWait(200 * i); // the change mark's delay
+            QVERIFY(m->gallery->playFrame(next, &frame.frame()));
+        }
+        m->settle();
+        m_pTool->setSpeaking(speaking); // nobody is: the gallery's next arrangement takes it away
+        QTest::qWait(50);
+        ZR_COMPARE_GOLDEN(m_pTool->grab(), "speaktool_" + name + (hub().is4K() ? "_4k" : ""));
+    }
     QPushButton* button(int mode) const
     {
         return m_pTool->findChild<QPushButton*>(QStringLiteral("pB_Mode%1").arg(mode));
@@ -54,217 +214,6 @@ private:
     std::unique_ptr<Meeting> m;
     CDlgSpeakTool* m_pTool = nullptr; ///< the gallery's
 };
-
-void TestSpeakTool::init()
-{
-    m = std::make_unique<Meeting>();
-    auto tool = std::make_unique<CDlgSpeakTool>();
-    m_pTool = tool.get();
-    connect(m_pTool, &CDlgSpeakTool::pictureShownChanged, m->gallery.get(),
-            &QDlgScreen::scheduleLayout);
-    m->gallery->setSpeakTool(std::move(tool));
-}
-
-void TestSpeakTool::looksAsDrawn_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<QString>("speaking");
-    QTest::newRow("video") << 2 << "Alice Johnson, <b>Bob Smith</b>, 李娜, 陈思远";
-    QTest::newRow("avatar") << 2 << QString();
-    QTest::newRow("compact") << 1 << "王小明";
-}
-
-void TestSpeakTool::looksAsDrawn()
-{
-    QFETCH(int, mode);
-    QFETCH(QString, speaking);
-    tagPersonInfo* next = enterToolMode(2);
-    m->gallery->updatePersonInfo(next, false, 1, QStringLiteral("李娜"), 2);
-    m->gallery->setPreview(next, !speaking.isEmpty());
-    m->gallery->setMute(next, false);
-    m->gallery->UpdateUserNetStatus(next->userID, 2, false, 2);
-    QTest::mouseClick(button(mode), Qt::LeftButton);
-    const zrtest::Picture frame(320, 180, [](unsigned x, unsigned y) {
-        return zrtest::Yuv{int(60 + x / 3), int(100 + y / 4), 120};
-    });
-    for (int i = 0; next->bPreview && i < 2; ++i) {
-        QTest::qWait(200 * i); // the change mark's delay
-        QVERIFY(m->gallery->playFrame(next, &frame.frame()));
-    }
-    m->settle();
-    m_pTool->setSpeaking(speaking); // nobody is: the gallery's next arrangement takes it away
-    QTest::qWait(50);
-    const QByteArray name = QByteArray("speaktool_") + QTest::currentDataTag();
-    ZR_COMPARE_GOLDEN(m_pTool->grab(), m->hub().is4K() ? name + "_4k" : name);
-}
-
-void TestSpeakTool::isDraggedByTheLeftButton()
-{
-    enterToolMode(2);
-    struct Row
-    {
-        Qt::MouseButton pressed;
-        Qt::MouseButton released; // before the move
-        QPoint by;
-        QPoint end;
-    };
-    const QPoint start(300, 200);
-    const Row rows[] = {
-        {Qt::LeftButton, Qt::NoButton, {40, 70}, {340, 270}},
-        {Qt::RightButton, Qt::NoButton, {40, 70}, start},
-        {Qt::LeftButton, Qt::RightButton, {-9, 0}, {291, 200}},
-        {Qt::LeftButton, Qt::LeftButton, {9, 0}, start},
-        {Qt::LeftButton, Qt::NoButton, {-900, -900}, {0, 0}}, // past the edge
-    };
-    const QPoint at(330, 210);
-    for (const Row& row : rows) {
-        m_pTool->moveTool(start);
-        mouse(QTest::MousePress, at, row.pressed);
-        if (row.released != Qt::NoButton)
-            mouse(QTest::MouseRelease, at, row.released);
-        mouse(QTest::MouseMove, at + row.by, Qt::NoButton);
-        QCOMPARE(m_pTool->pos(), row.end);
-        mouse(QTest::MouseRelease, m_pTool->pos() + QPoint(30, 10), row.pressed);
-    }
-    // A press on a button is the button's, also when it is let go outside.
-    const QPoint onButton = button(1)->mapToGlobal(QPoint(5, 5));
-    mouse(QTest::MousePress, onButton);
-    mouse(QTest::MouseMove, onButton + QPoint(-60, 100), Qt::NoButton);
-    mouse(QTest::MouseRelease, onButton + QPoint(-60, 100));
-    QVERIFY(m_pTool->pos() == QPoint(0, 0) && m_pTool->mode() == 2);
-    // Nobody tells a hidden tool that the button was released.
-    mouse(QTest::MousePress, onButton + QPoint(-60, 0));
-    m_pTool->hideTool();
-    m_pTool->showTool();
-    mouse(QTest::MouseMove, onButton, Qt::NoButton);
-    QCOMPARE(m_pTool->pos(), QPoint(0, 0));
-}
-
-void TestSpeakTool::clicksAreNoDrags()
-{
-    m->addMany(3);
-    m->add("sharescreen_u9"); // beside a share somebody else follows in the tool
-    m->settle();
-    QVERIFY(QTest::qWaitForWindowExposed(m_pTool));
-    tagPersonInfo* next = m_pTool->boundPerson();
-    int clicks = 0;
-    connect(m_pTool, &CDlgSpeakTool::pictureClicked, this, [&clicks] { ++clicks; });
-    const QPoint before = m_pTool->pos();
-    const QPoint at = m_pTool->video()->mapToGlobal(QPoint(90, 40));
-    const QPoint there(-40, 0);
-    for (const int holdMs : {0, 350}) { // a tile takes a press for a click after 300 ms
-        mouse(QTest::MousePress, at);
-        QTest::qWait(holdMs);
-        QCOMPARE(clicks, 0);
-        mouse(QTest::MouseRelease, at);
-        QTRY_COMPARE(clicks, 1);
-        mouse(QTest::MousePress, at);
-        QTest::qWait(holdMs);
-        mouse(QTest::MouseMove, at + there, Qt::NoButton);
-        QCOMPARE(m_pTool->pos(), before + there);
-        if (holdMs > 0) { // the participant leaves in the middle of it
-            m->gallery->DelPerson(next);
-            m->settle();
-            QVERIFY(m_pTool->boundPerson() && m_pTool->boundPerson() != next);
-        }
-        mouse(QTest::MouseMove, at, Qt::NoButton);
-        QCOMPARE(m_pTool->pos(), before);
-        mouse(QTest::MouseRelease, at);
-        QTest::qWait(350);
-        QCOMPARE(std::exchange(clicks, 0), 1);
-    }
-}
-
-void TestSpeakTool::hostMovesIt()
-{
-    // At first it stands in the corner, also in a mode that never places it.
-    m->addMany(2);
-    m->gallery->OnPopSelfShareWnd(true, false);
-    const QRect dialog(m->gallery->mapToGlobal(QPoint(0, 0)), m->gallery->size());
-    QCOMPARE(m_pTool->pos(), zr::speakToolPosition(dialog, m_pTool->size(), 24));
-
-    m_pTool->place(300, 200);
-    m_pTool->onClickedMode1();
-    emit m->hub().modSignalmousePressSpeakTool();
-    for (const QPoint& offset : {QPoint(10, 10), QPoint(50, -20)}) {
-        emit m->hub().modSignalMoveSpeakTool(offset);
-        QCOMPARE(m_pTool->geometry(), QRect(QPoint(300, 200) + offset, QSize(272, 72)));
-    }
-    // The whole tool stays in view, also when it grows at the lower edge.
-    const QRect screen = m_pTool->screen()->availableGeometry();
-    emit m->hub().modSignalMoveSpeakTool(QPoint(0, 9000));
-    QCOMPARE(m_pTool->geometry().bottom(), screen.bottom());
-    m_pTool->onClickedMode2();
-    QCOMPARE(m_pTool->geometry().bottom(), screen.bottom());
-}
-
-void TestSpeakTool::compactFormClosesTheStream()
-{
-    tagPersonInfo* next = enterToolMode(3);
-    QVERIFY(m->host.count(ZRMSG_VIDEO_SHOWN, next) > 0);
-    m->host.messages.clear();
-    m->gallery->setPreview(next, true);
-    QTest::mouseClick(button(1), Qt::LeftButton);
-    m->settle();
-    m->elapse(1000);
-    QCOMPARE(m->host.count(ZRMSG_VIDEO_HIDDEN, next), 1);
-    m->gallery->setPreview(next, false);
-    // Hidden and shown again it is still compact, with the second button lit.
-    m->gallery->onSetHideSmallWnd(true);
-    m->settle();
-    m->gallery->onSetHideSmallWnd(false);
-    m->settle();
-    QVERIFY(m_pTool->boundPerson() == next && m_pTool->height() == 72);
-    QVERIFY(button(2)->styleSheet().contains(":/pic4k/mode2_on.png"));
-    QCOMPARE(m->host.count(ZRMSG_VIDEO_SHOWN, next), 0);
-    QTest::mouseClick(button(2), Qt::LeftButton);
-    QCOMPARE(m->host.count(ZRMSG_VIDEO_SHOWN, next), 1);
-    m->settle();
-    QVERIFY(m->gallery->isPersonVisible(next->userID));
-}
-
-void TestSpeakTool::personsComeAndGo()
-{
-    // The host deletes everybody whom the tool is about to show.
-    const auto all = m->addMany(4);
-    m->gallery->setFocusPerson(all[0], eLayoutSingle);
-    m->settle();
-    m->elapse(1000);
-    m->host.onMessage = [this, &all](const zrtest::HostDouble::Message& message) {
-        auto* person = reinterpret_cast<tagPersonInfo*>(message.wParam);
-        if (message.id == ZRMSG_VIDEO_SHOWN && person != all[0])
-            m->gallery->DelPerson(person);
-    };
-    m->gallery->setMeetingMode(eLayoutSpeakerTool);
-    for (int i = 0; i < 6; ++i)
-        m->settle();
-    QVERIFY(!m_pTool->isVisible() && !m_pTool->boundPerson());
-    QCOMPARE(m_pTool->video()->GetPersonInfo(), nullptr);
-}
-
-void TestSpeakTool::gateWaitsForFramesUnderWay()
-{
-    FrameGate gate;
-    const int keys[2] = {};
-    std::atomic<bool> inside{false};
-    std::atomic<bool> left{false};
-    gate.open(&keys[0]);
-    std::thread media([&] {
-        gate.pass(&keys[0], [&] {
-            inside = true;
-            std::this_thread::sleep_for(std::chrono::milliseconds(30));
-            left = true;
-        });
-    });
-    while (!inside)
-        std::this_thread::yield();
-    gate.shut();
-    const bool waited = left;
-    media.join();
-    QVERIFY(waited && !gate.pass(&keys[0], [] {}));
-    gate.open(&keys[1]);
-    QVERIFY(!gate.pass(&keys[0], [] {}) && gate.pass(&keys[1], [] {}));
-}
 
 ZR_WIDGET_TEST_MAIN(TestSpeakTool)
 #include "tst_cdlgspeaktool.moc"

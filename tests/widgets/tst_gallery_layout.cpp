@@ -1,13 +1,14 @@
 // The gallery: its arrangements, the order of the participants, and their pages. The rules have
 // tests of their own; here is what the gallery makes of their answers.
 #include "gallerytest.h"
+#include "golden.h"
 
-#include "layoutgeometry.h"
-#include "qdlgnovideo.h"
 #include "qdlgpagemark.h"
 #include "qmypagectrl.h"
 #include "qmypagescroll.h"
+#include "qmyscrollbar.h"
 
+using zrtest::hub;
 using zrtest::Meeting;
 
 namespace {
@@ -21,6 +22,9 @@ const std::pair<const char*, const char*> kStories[] = {
     {"the speaker has the dialog where the tool has the next one",
      "people 3; mode 4; focus u2; shown: u2; whole u2: yes; grade u2: 4; tool: u0; grade u0: 2;"
      "mode 5; shown: u2; whole u2: yes"},
+    {"a mode that there is not shows nobody",
+     "people 8; mode 99; shown: ; mode -1; shown: ; mode 0; shown: ; mode 3; pages: 0;"
+     "shown: u0 u1 u2 u3 u4 u5 u6 u7; set nine 1; mode 1; shown: u0 u1 u2 u3 u4 u5 u6 u7"},
     {"a dialog that is hardly visible is left alone",
      "people 3; width 49; mode 13; mute u2 off; orders: 2; shown: u0 u1 u2; grade u0: 3;"
      "elapse 1000; orders: 0; width 50; grade u0: 2; seen: u0 u1 u2"},
@@ -38,7 +42,27 @@ const std::pair<const char*, const char*> kStories[] = {
      "set follow 1; people 3; add sharescreen_1; mode 12; focus u1; order keep; focus: u1; order;"
      "focus: ; set follow 0; order; focus: sharescreen_1; mode: 12; focus u1; order; focus: u1"},
 
+    {"the host gives places, once for each, and the next ones replace them",
+     "people 4; places u1; places u3 nobody u2 u3; shown: u3 u2 u0 u1"},
+    {"who has no picture is filtered; a placeholder stands where nobody is left",
+     "people 4; self u0; stream u2; set filter 1; layout; shown: u0 u2; add sharescreen_1; mode 1;"
+     "shown: sharescreen_1 u0 u2; remove sharescreen_1; focus u3; mode 6; seen: u0 u2 u3;"
+     "placeholder: no; remove u0 u2 u3; shown: ; placeholder: yes; stream u1; shown: u1;"
+     "placeholder: no"},
+
+    // --- The speaker tool ---
+    {"beside a share it stays when somebody else has left, otherwise not",
+     "people 4; focus u2; mode 4; tool: u0; remove u0; mode: 1; tool: ; add sharescreen_1;"
+     "tool: u2; remove u2; mode: 4; tool: u1; mode 11; tool: "},
+
+    {"it stays where it was dragged, unless it was away",
+     "people 4; mode 4; tool: u1; placed: 1; layout; placed: 0; put-away; tool: ; small: ;"
+     "put-away off; tool: u1; small: u1; placed: 1; mode 1; mode 4; placed: 1; mode 1; tool: "},
+
     // --- Pages ---
+    {"two arrows and the marks show where there are pages",
+     "people 6; controls: 0; people 7; controls: 3; mode 3; controls: 0; mode 4; controls: 0;"
+     "mode 99; controls: 0; mode 11; controls: 3; exit; controls: 0"},
     {"pages are turned 400 ms apart",
      "people 14; back; shown: u0 u1 u2 u3 u4 u5; after 399; next; page: 0; after 1; next;"
      "shown: u6 u7 u8 u9 u10 u11; after 300; back; page: 1; after 400; next; shown: u12 u13;"
@@ -48,12 +72,15 @@ const std::pair<const char*, const char*> kStories[] = {
     {"a mode without pages keeps the page for later, whatever turns there",
      "people 14; next; next; double u12; pages: 0; next; next wrap; back; double u12; page: 2;"
      "shown: u12 u13; mode 14; back; mode 11; page: 2"},
-    {"many leave a gallery", "people 20; next; next; next; page: 3; remove-first 17; page: 0;"
-                             "seen: u17 u18 u19; remove u17 u18 u19; mode: 1"},
-    {"many leave a strip", "people 20; mode 8; next; next; next; page: 3; remove-first 17;"
-                           "page: 0; seen: u17 u18 u19; remove u17 u18 u19; mode: 1"},
-    {"many leave a pair", "people 20; mode 9; next; next; page: 2; remove-first 17; page: 0;"
-                          "seen: u17 u18 u19; remove u17 u18 u19; mode: 1"},
+    {"many leave a gallery",
+     "people 14; next; next; page: 2; remove u0 u1 u2 u3 u4 u5 u6 u7 u8 u9 u10; page: 0;"
+     "seen: u11 u12 u13; remove u11 u12 u13; mode: 1"},
+    {"many leave a strip",
+     "people 14; mode 8; next; next; page: 2; remove u0 u1 u2 u3 u4 u5 u6 u7 u8 u9 u10; page: 0;"
+     "seen: u11 u12 u13; remove u11 u12 u13; mode: 1"},
+    {"many leave a pair",
+     "people 14; mode 9; next; page: 1; remove u0 u1 u2 u3 u4 u5 u6 u7 u8 u9 u10; page: 0;"
+     "seen: u11 u12 u13; remove u11 u12 u13; mode: 1"},
 
     // --- Polling ---
     {"pages turn by themselves",
@@ -73,63 +100,6 @@ const std::pair<const char*, const char*> kStories[] = {
      "people 7; poll 2147483647; timers 2147483000: 1; poll -3; timers 1000: 3"},
 };
 
-constexpr int kNineCut = 109; ///< stands for mode 1 with nine tiles a page
-
-/// The rule of each mode that needs no more than a list.
-const std::map<int, std::vector<zr::TilePlacement> (*)(const zr::LayoutInput&)> kRules{
-    {1, zr::equalCutPlacements},
-    {2, zr::sixCutPlacements},
-    {3, zr::eightCutPlacements},
-    {6, zr::speakerPlacements},
-    {7, zr::speakerPlacements},
-    {8, zr::speakerPlacements},
-    {9, zr::speaker4Placements},
-    {kNineCut, zr::nineCutPlacements},
-    {11, zr::fixedGridPlacements},
-    {12, zr::fixedGridPlacements},
-    {13, zr::fixedGridPlacements},
-    {14, [](const zr::LayoutInput& input) {
-         return std::vector<zr::TilePlacement>{zr::aloneCentred(input.area, 0)};
-     }}};
-
-/// Where u0, u1 and so on belong.
-QMap<QString, QRect> expectedPlaces(int mode, int count)
-{
-    zr::LayoutInput input{{1280, 720}, count, 0, mode == kNineCut ? int(eLayoutEqualCut) : mode};
-    input.speaker = 0;
-    QMap<QString, QRect> places;
-    const auto rule = kRules.find(mode);
-    if (rule == kRules.end() || count == 0)
-        return places;
-    for (const zr::TilePlacement& tile : rule->second(input)) {
-        if (!tile.rect.isEmpty())
-            places[QStringLiteral("u%1").arg(tile.index)] = tile.rect;
-    }
-    return places;
-}
-
-/// Counts what happens to the gallery's widgets.
-class EventCounter : public QObject
-{
-public:
-    explicit EventCounter(QWidget* gallery)
-    {
-        gallery->installEventFilter(this);
-        for (QWidget* child : gallery->findChildren<QWidget*>())
-            child->installEventFilter(this);
-    }
-    int events = 0;
-
-protected:
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        const auto type = event->type();
-        events += type == QEvent::Move || type == QEvent::Resize || type == QEvent::Show
-                  || type == QEvent::Hide || type == QEvent::Paint;
-        return false;
-    }
-};
-
 } // namespace
 
 class TestGalleryLayout : public QObject
@@ -137,187 +107,123 @@ class TestGalleryLayout : public QObject
     Q_OBJECT
 
 private slots:
-    ZR_STORIES(kStories)
-    void everyModeShowsItsArrangement();
-    void unchangedArrangementsTouchNothing();
-    void hostGivesPlaces();
-    void filtersWhoHasNoPicture();
-    void turnsPagesByHand();
-    void showsPageControls();
-    void speakerToolShowsTheNextSpeaker();
-};
+    void stories() { QCOMPARE(zrtest::faultsOf(kStories), QString()); }
 
-// --- Arrangements -----------------------------------------------------------------------------
-
-void TestGalleryLayout::everyModeShowsItsArrangement()
-{
-    Meeting m;
-    for (const int count : {0, 1, 2, 20}) {
-        m.addMany(count);
-        for (const int mode : {-1, 0, 1, 2, 3, 6, 7, 8, 9, kNineCut, 11, 12, 13, 14, 15, 1000}) {
-            m.settings().support9EqualCut = mode == kNineCut;
-            const zrtest::LogLines log;
-            m.setMode(mode == kNineCut ? int(eLayoutEqualCut) : mode);
-            // A strip's tiles are counted without the speakers.
-            if (count == 20 && mode >= 6 && mode <= 9)
-                QVERIFY(log.count("person i: 0 ") == 1 && log.count("person i: 6 ") == 0);
-            QVERIFY2(m.places() == expectedPlaces(mode, count),
-                     qPrintable(QString("mode %1, %2 people").arg(mode).arg(count)));
+    void unchangedArrangementsTouchNothing()
+    {
+        Meeting m(true);
+        m.addMany(21); // one more makes no new page
+        for (const int mode : {1, 2, 4, 9}) {
+            m.setMode(mode);
+            QTest::qWait(200); // the tiles' own start
+            QObjectList widgets{m.gallery.get()};
+            for (QWidget* child : m->findChildren<QWidget*>())
+                widgets += child;
+            const zrtest::EventWatch watch(
+                widgets, {QEvent::Move, QEvent::Resize, QEvent::Show, QEvent::Hide, QEvent::Paint});
+            ZR_TELL(m, "layout; order; add late 1000");
+            m->updatePersonInfo(m["u19"], false, 0, QString("Name %1").arg(mode), 0);
+            QTest::qWait(50);
+            QCOMPARE(watch.count, 0);
+            m.remove("late");
         }
     }
-}
 
-void TestGalleryLayout::unchangedArrangementsTouchNothing()
-{
-    Meeting m(true);
-    m.addMany(21); // one more makes no new page
-    for (const int mode : {1, 2, 4, 9}) {
-        m.setMode(mode);
-        QTest::qWait(200); // the tiles' own start
-        const EventCounter counter(m.gallery.get());
-        m.reLayout();
-        m->onDisplayOrder(false);
-        m->updatePersonInfo(m["u19"], false, 0, QString("Name %1").arg(mode), 0);
-        m.add(QString("behind the page %1").arg(mode), 1000);
-        QTest::qWait(50);
-        QCOMPARE(counter.events, 0);
-        m.remove(QString("behind the page %1").arg(mode));
+    void turnsPagesByHand()
+    {
+        Meeting m;
+        m.addMany(14);
+        QDlgScreen* gallery = m.gallery.get();
+        for (const auto& [angle, page] :
+             {std::pair(-60, 0), {-60, 1}, {120, 0}}) { // two half steps
+            zrtest::turnWheel(*gallery, {5, 5}, angle);
+            QCOMPARE(gallery->page(), page);
+        }
+        for (const auto& [key, page] : {std::pair(Qt::Key_PageDown, 1),
+                                        {Qt::Key_Right, 2},
+                                        {Qt::Key_Right, 2},
+                                        {Qt::Key_A, 2},
+                                        {Qt::Key_PageUp, 1},
+                                        {Qt::Key_Left, 0}}) {
+            QTest::keyClick(gallery, key);
+            QCOMPARE(gallery->page(), page);
+        }
+        auto arrows = gallery->findChildren<QMyPageCtrl*>();
+        QCOMPARE(arrows.size(), 2);
+        if (arrows[0]->x() > arrows[1]->x())
+            arrows.swapItemsAt(0, 1);
+        for (const auto& [arrow, page] : {std::pair(1, 1), {1, 2}, {1, 0}, {1, 1}, {0, 0}}) {
+            QTest::mouseClick(arrows[arrow], Qt::RightButton);
+            QTest::mouseClick(arrows[arrow], Qt::LeftButton); // from the last one on to the first
+            QCOMPARE(gallery->page(), page);
+        }
+        emit hub().clickPageCtl(nullptr); // another gallery's
+        QCOMPARE(gallery->page(), 0);
     }
-}
 
-void TestGalleryLayout::hostGivesPlaces()
-{
-    Meeting m;
-    QCOMPARE(m.tell("people 4; places u1"), QString()); // the next one replaces it
-    m->SetCustomizeSorting({{-4, "u3"}, {3, "nobody"}, {5, "u2"}, {9, "u3"}});
-    m.settle();
-    QCOMPARE(m.shown(), QString("u3 u2 u0 u1"));
-    QVERIFY(m->IsPersonInCustomizeSort(m["u2"]) && !m->IsPersonInCustomizeSort(m["u1"]));
-    QVERIFY(!m->IsPersonInCustomizeSort(nullptr));
-}
-
-void TestGalleryLayout::filtersWhoHasNoPicture()
-{
-    Meeting m;
-    // Whom the host makes the speaker is shown, with a picture or without.
-    QCOMPARE(m.tell("people 4; self u0; stream u2; set filter 1; layout; shown: u0 u2;"
-                    "add sharescreen_1; mode 1; shown: sharescreen_1 u0 u2; remove sharescreen_1;"
-                    "focus u3; mode 6; seen: u0 u2 u3"),
-             QString());
-    // Where nobody is left, a placeholder takes the whole dialog for as long.
-    QVERIFY(!m->findChild<QDlgNoVideo*>());
-    QCOMPARE(m.tell("remove u0 u2 u3; shown: "), QString());
-    const auto* placeholder = m->findChild<QDlgNoVideo*>();
-    QVERIFY(placeholder && placeholder->isVisible());
-    QCOMPARE(placeholder->geometry(), m->rect());
-    QCOMPARE(m.tell("stream u1; shown: u1"), QString());
-    QVERIFY(!m->findChild<QDlgNoVideo*>());
-}
-
-// --- Pages ------------------------------------------------------------------------------------
-
-void TestGalleryLayout::turnsPagesByHand()
-{
-    Meeting m;
-    m.addMany(14);
-    QDlgScreen* gallery = m.gallery.get();
-    const auto wheel = [gallery](int angle) {
-        QWheelEvent event(QPointF(5, 5), gallery->mapToGlobal(QPoint(5, 5)), QPoint(),
-                          QPoint(0, angle), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(gallery, &event);
-        return gallery->page();
-    };
-    QCOMPARE(wheel(-60), 0); // a touchpad's half step
-    QCOMPARE(wheel(-60), 1);
-    QCOMPARE(wheel(120), 0);
-    const std::pair<Qt::Key, int> keys[] = {{Qt::Key_PageDown, 1}, {Qt::Key_Right, 2},
-                                            {Qt::Key_Right, 2},    {Qt::Key_A, 2},
-                                            {Qt::Key_PageUp, 1},   {Qt::Key_Left, 0}};
-    for (const auto& [pressed, page] : keys) {
-        QTest::keyClick(gallery, pressed);
-        QCOMPARE(gallery->page(), page);
+    void pageControlsLieAboveTheTiles()
+    {
+        Meeting m;
+        const auto controls = m->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+        ZR_TELL(m, "people 7; mode 11; next; seen: u4 u5 u6");
+        // That of the latest participant as well.
+        bool controlSeen = false;
+        for (QObject* child : m->children()) {
+            const auto* tile = qobject_cast<CPlayWidget*>(child);
+            QVERIFY(!(tile && tile->isShowing() && controlSeen));
+            controlSeen = controlSeen || controls.contains(qobject_cast<QWidget*>(child));
+        }
+        m->resize(800, 500);
+        const auto arrows = m->findChildren<QMyPageCtrl*>();
+        const auto [left, right] = std::minmax({arrows[0]->x(), arrows[1]->x()});
+        QCOMPARE(left, 24);
+        QCOMPARE(right + arrows[1]->width(), 800 - 24);
+        QCOMPARE(arrows[0]->y(), (500 - arrows[0]->height()) / 2);
+        // Where the marks have no room, a bar takes their place.
+        const auto* bar = m->findChild<QMyPageScroll*>();
+        QVERIFY(!bar->isVisible());
+        m.addMany(90);
+        QVERIFY(bar->isVisible() && !m->findChild<QDlgPageMark*>()->isVisible());
+        const int top = bar->y();
+        QVERIFY(m->pageNext(false) && bar->y() > top);
     }
-    auto arrows = gallery->findChildren<QMyPageCtrl*>();
-    QCOMPARE(arrows.size(), 2);
-    if (arrows[0]->x() > arrows[1]->x())
-        arrows.swapItemsAt(0, 1);
-    for (const int page : {1, 2, 0}) { // from the last one on to the first
-        QTest::mouseClick(arrows[1], Qt::LeftButton);
-        QCOMPARE(gallery->page(), page);
-    }
-    m->pageNext(false);
-    QTest::mouseClick(arrows[0], Qt::LeftButton);
-    QCOMPARE(gallery->page(), 0);
-    emit m.hub().clickPageCtl(nullptr); // another gallery's
-    QCOMPARE(gallery->page(), 0);
-}
 
-void TestGalleryLayout::showsPageControls()
-{
-    Meeting m;
-    const auto controls = m->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
-    const auto visible = [&controls] {
-        return std::count_if(controls.begin(), controls.end(),
-                             [](const QWidget* control) { return control->isVisible(); });
-    };
-    m.addMany(6);
-    QCOMPARE(visible(), 0);
-    m.addMany(7);
-    QCOMPARE(visible(), 3); // two arrows and the marks
-    for (const int mode : {3, 4, 12, 14, 99}) {
-        m.setMode(mode);
-        QCOMPARE(visible(), 0);
+    void pageWidgetsLookAsTheirGolden()
+    {
+        QWidget gallery;
+        gallery.setPalette(QPalette(QColor(200, 0, 200))); // stands for the tiles
+        gallery.resize(600, 400);
+        gallery.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&gallery));
+        QDlgPageMark marks[4]{QDlgPageMark(&gallery), QDlgPageMark(&gallery),
+                              QDlgPageMark(&gallery), QDlgPageMark(&gallery)};
+        // No page, a single one, the last one, and one that is gone.
+        const std::pair<int, int> pages[] = {{0, 0}, {0, 1}, {2, 3}, {3, 3}};
+        for (int i = 0; i < 4; ++i) {
+            marks[i].move(40 * i, 0);
+            marks[i].setPages(pages[i].first, pages[i].second);
+            marks[i].show();
+        }
+        QDlgNoVideo noVideo[2]{QDlgNoVideo(&gallery), QDlgNoVideo(&gallery)};
+        const QSize camera = QImage(":/pic/nocamera.png").size();
+        noVideo[0].setGeometry(QRect({160, 0}, camera + QSize(41, 30)));
+        noVideo[1].setGeometry(450, 0, camera.width() / 2, 200);     // cut
+        QVERIFY(!gallery.childAt(5, 5) && !gallery.childAt(165, 5)); // clicks go to what is below
+        QMyPageCtrl next(&gallery);
+        next.setImage(QImage(":/pic/pageNext.png"));
+        next.setGeometry(QRect({160, 250}, next.sizeHint()));
+        next.show();
+        QMyPageScroll bar(&gallery);
+        bar.setBarHeight(120);
+        bar.move(580, 0);
+        bar.show();
+        QMyScrollbar scrollbar(&gallery);
+        scrollbar.setGeometry(560, 0, scrollbar.sizeHint().width(), 200);
+        scrollbar.setRange(0, 10000); // the handle keeps a size that can be caught
+        scrollbar.show();
+        ZR_COMPARE_GOLDEN(gallery.grab(), "page_widgets");
     }
-    m.setMode(eLayoutGrid4);
-    QCOMPARE(visible(), 3);
-    // Above the tiles, that of the latest participant as well.
-    QVERIFY(m->pageNext(false) && m.sees("u6"));
-    bool controlSeen = false;
-    for (QObject* child : m->children()) {
-        const auto* tile = qobject_cast<CPlayWidget*>(child);
-        QVERIFY(!(tile && tile->isShowing() && controlSeen));
-        controlSeen = controlSeen || controls.contains(qobject_cast<QWidget*>(child));
-    }
-    m->resize(800, 500);
-    const auto arrows = m->findChildren<QMyPageCtrl*>();
-    const auto [left, right] = std::minmax({arrows[0]->x(), arrows[1]->x()});
-    QCOMPARE(left, 24);
-    QCOMPARE(right + arrows[1]->width(), 800 - 24);
-    QCOMPARE(arrows[0]->y(), (500 - arrows[0]->height()) / 2);
-    // Where the marks have no room, a bar takes their place.
-    const auto* bar = m->findChild<QMyPageScroll*>();
-    QVERIFY(!bar->isVisible());
-    m.addMany(90);
-    QVERIFY(bar->isVisible() && !m->findChild<QDlgPageMark*>()->isVisible());
-    const int top = bar->y();
-    QVERIFY(m->pageNext(false));
-    QVERIFY(bar->y() > top);
-    m->ProcessExitMeeting();
-    QCOMPARE(visible(), 0);
-}
-
-void TestGalleryLayout::speakerToolShowsTheNextSpeaker()
-{
-    Meeting m;
-    QCOMPARE(m.tell("people 4; focus u2; mode 4; tool: u0"), QString());
-    QCOMPARE(m.tool->position, m->mapToGlobal(QPoint(1280 - 272 - 24, 24)));
-    QCOMPARE(m.host.count(ZRMSG_VIDEO_SHOWN, m["u0"]), 1);
-    QVERIFY(m.sees("u0"));
-    const int moves = m.tool->moves;
-    m.reLayout();
-    QCOMPARE(m.tool->moves, moves); // it stays where the user has dragged it
-    emit m.hub().modSignalHideSpeakTool(false);
-    QVERIFY(!m.sees("u0") && !m.tool->visible);
-    emit m.hub().modSignalShowSpeakTool(false);
-    QVERIFY(m.sees("u0") && m.tool->visible && m.tool->moves == moves + 1);
-    QCOMPARE(m.tell("mode 1; mode 4; tool: u0"), QString());
-    QCOMPARE(m.tool->moves, moves + 2);
-    // Beside a share it stays when somebody else has left, otherwise not.
-    QCOMPARE(m.tell("remove u0; mode: 1; tool: ; add sharescreen_1; tool: u2; remove u2; mode: 4;"
-                    "tool: u1; mode 11; tool: "),
-             QString());
-    QVERIFY(!m.tool->bound);
-}
+};
 
 ZR_WIDGET_TEST_MAIN(TestGalleryLayout)
 #include "tst_gallery_layout.moc"

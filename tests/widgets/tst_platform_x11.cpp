@@ -64,7 +64,7 @@ private:
             if (event->response_type == XCB_MAP_REQUEST)
                 frame(reinterpret_cast<xcb_map_request_event_t*>(event.get())->window);
             else if (event->response_type == (XCB_UNMAP_NOTIFY | 0x80)) // as ICCCM wants it sent
-                release(reinterpret_cast<xcb_unmap_notify_event_t*>(event.get())->window);
+                moveTo(root, reinterpret_cast<xcb_unmap_notify_event_t*>(event.get())->window, 0);
         }
     }
     void frame(xcb_window_t client)
@@ -72,19 +72,15 @@ private:
         const xcb_window_t frame = xcb_generate_id(c);
         xcb_create_window(c, XCB_COPY_FROM_PARENT, frame, root, 10, 10, 300, 300, 0,
                           XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-        xcb_reparent_window(c, client, frame, 5, 20);
         xcb_map_window(c, frame);
-        xcb_map_window(c, client);
-        setState(client, 1);
+        moveTo(frame, client, 1);
     }
-    void release(xcb_window_t client)
+    void moveTo(xcb_window_t parent, xcb_window_t client, quint32 isNormal)
     {
-        xcb_reparent_window(c, client, root, 10, 10);
-        setState(client, 0);
-    }
-    void setState(xcb_window_t client, quint32 value)
-    {
-        const quint32 state[] = {value, 0};
+        xcb_reparent_window(c, client, parent, 5, 20);
+        if (isNormal)
+            xcb_map_window(c, client);
+        const quint32 state[] = {isNormal, 0};
         xcb_change_property(c, XCB_PROP_MODE_REPLACE, client, wmState, wmState, 32, 2, state);
         xcb_flush(c);
     }
@@ -95,117 +91,6 @@ private:
     std::atomic<bool> m_stop{false};
     std::thread m_thread;
 };
-
-} // namespace
-
-class TestPlatformX11 : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void probingChangesNothingAndCostsLittle();
-    void leavesTheWindowManagerForGood();
-    void refusesWhatTheServerRefuses();
-    void aChildHasNoBorder();
-    void priorityIsRaisedAsFarAsAllowed();
-    void createsTheApplication();
-};
-
-void TestPlatformX11::probingChangesNothingAndCostsLittle()
-{
-    const PatchyMemory memory;
-    errno = ENOENT;
-    QVERIFY(!platform::isReadable(memory.begin + memory.page, 1));
-    QCOMPARE(errno, ENOENT);
-
-    // A long range is probed at its ends only: the cost of a frame does not grow with its size.
-    constexpr std::size_t kLong = 1048576;
-    constexpr std::size_t kEveryPage = 65536;
-    char* const block = static_cast<char*>(
-        mmap(nullptr, kLong, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
-    mprotect(block + kEveryPage - memory.page, memory.page, PROT_NONE);
-    QVERIFY(!platform::isReadable(block, kEveryPage));
-    QVERIFY(platform::isReadable(block, kEveryPage + 1));
-    QVERIFY(platform::isReadable(block, kLong));
-    munmap(block, kLong);
-}
-
-// A screen that was at the top level vanished from its new parent a moment later.
-void TestPlatformX11::leavesTheWindowManagerForGood()
-{
-    const QuietHostWindow window; // before there is a manager to frame it
-    const WindowManager manager;
-    for (const int settleMs : {0, 200}) {
-        Dialog dialog;
-        dialog.show();
-        QTest::qWait(settleMs);
-        for (int round = 0; round < 2; ++round) {
-            QVERIFY(platform::setParentWindow(dialog.id(), window));
-            QTest::qWait(150);
-            QCOMPARE(nativehost::parentOf(dialog.id()), NativeWindow(window));
-            QVERIFY(nativehost::isViewable(dialog.id()));
-            for (int i = 0; i < 2; ++i) // the second time it is there already
-                QVERIFY(platform::setParentWindow(dialog.id(), 0));
-            QTest::qWait(settleMs);
-        }
-        QTRY_VERIFY(nativehost::isViewable(dialog.id()));
-        QVERIFY(nativehost::parentOf(dialog.id()) != nativehost::desktop()); // it has a frame
-    }
-}
-
-void TestPlatformX11::refusesWhatTheServerRefuses()
-{
-    const QuietHostWindow window;
-    Dialog dialog;
-    QVERIFY(dialog.showIn(window));
-    const NativeWindow ownChild = nativehost::makeWindow({0, 0, 10, 10}, dialog.id());
-    const NativeWindow tooLarge = NativeWindow{0x700000000} + window;
-    for (const NativeWindow bad : {tooLarge, dialog.id(), ownChild}) {
-        QVERIFY(!platform::setParentWindow(dialog.id(), bad));
-        QCOMPARE(nativehost::parentOf(dialog.id()), NativeWindow(window));
-    }
-    QVERIFY(!platform::setParentWindow(tooLarge, window));
-    platform::setChildStyle(tooLarge);
-    platform::placeWindow(tooLarge, QRect(0, 0, 10, 10));
-    QCoreApplication::processEvents(); // an error that came late would be reported here
-}
-
-void TestPlatformX11::aChildHasNoBorder()
-{
-    Dialog dialog;
-    xcb_connection_t* const c = QX11Info::connection();
-    const xcb_window_t id = static_cast<xcb_window_t>(dialog.id());
-    const quint32 borderPx = 3;
-    xcb_configure_window(c, id, XCB_CONFIG_WINDOW_BORDER_WIDTH, &borderPx);
-    platform::setChildStyle(id);
-    QCOMPARE(int(owned(xcb_get_geometry_reply(c, xcb_get_geometry(c, id), nullptr))->border_width),
-             0);
-}
-
-void TestPlatformX11::priorityIsRaisedAsFarAsAllowed()
-{
-    // On a thread of its own: the raise is for good.
-    platform::PriorityChange first{};
-    platform::PriorityChange second{};
-    int actual = 99;
-    std::thread([&] {
-        first = platform::setThreadPriorityTimeCritical();
-        second = platform::setThreadPriorityTimeCritical();
-        actual = getpriority(PRIO_PROCESS, static_cast<id_t>(gettid()));
-    }).join();
-    const int own = getpriority(PRIO_PROCESS, 0);
-    QCOMPARE(first.before, own); // nobody else's has changed
-    QVERIFY(first.after <= first.before);
-    QCOMPARE(first.after, actual);
-    QCOMPARE(first.ok, first.after <= -10);
-    QCOMPARE(second.before, first.after);
-    QCOMPARE(second.after, first.after);
-    QCOMPARE(second.ok, first.ok);
-    if (geteuid() == 0)
-        QCOMPARE(first.after, std::min(own, -10));
-}
-
-namespace {
 
 constexpr char kCreateOption[] = "--create-application";
 
@@ -223,36 +108,135 @@ int createAndReport()
 
 } // namespace
 
-void TestPlatformX11::createsTheApplication()
+class TestPlatformX11 : public QObject
 {
-    const char* const kClosed = ":9999";
-    const QByteArray here = qgetenv("DISPLAY");
-    struct Row
+    Q_OBJECT
+
+private slots:
+    void probingChangesNothingAndCostsLittle()
     {
-        const char *display, *variable, *expected; ///< an empty one is not set
-    };
-    for (const Row& row : {Row{here, "", "xcb"}, Row{"", "", "offscreen"},
-                           Row{kClosed, "", "offscreen"}, Row{here, "minimal", "minimal"},
-                           Row{kClosed, "xcb", "offscreen"}, Row{here, "nowhere", "offscreen"}}) {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        const auto setOrRemove = [&environment](const char* name, const char* value) {
-            environment.remove(QLatin1String(name));
-            if (*value != '\0')
-                environment.insert(QLatin1String(name), QLatin1String(value));
-        };
-        setOrRemove("DISPLAY", row.display);
-        setOrRemove("QT_QPA_PLATFORM", row.variable);
-        setOrRemove("LC_ALL", "C.UTF-8");
-        QProcess process;
-        process.setProcessEnvironment(environment);
-        process.start(QCoreApplication::applicationFilePath(), {QLatin1String(kCreateOption)});
-        QVERIFY(process.waitForFinished());
-        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(process.readAllStandardOutput().simplified(),
-                 QByteArray(row.expected) + " kept C C.UTF-8");
-        QCOMPARE(process.exitCode(), 0);
+        const PatchyMemory memory;
+        errno = ENOENT;
+        QVERIFY(!platform::isReadable(memory.begin + memory.page, 1));
+        QCOMPARE(errno, ENOENT);
+
+        // A long range is probed at its ends only: the cost of a frame does not grow with its size.
+        constexpr std::size_t kLong = 1048576;
+        constexpr std::size_t kEveryPage = 65536;
+        char* const block = static_cast<char*>(
+            mmap(nullptr, kLong, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+        mprotect(block + kEveryPage - memory.page, memory.page, PROT_NONE);
+        QVERIFY(!platform::isReadable(block, kEveryPage));
+        QVERIFY(platform::isReadable(block, kEveryPage + 1));
+        QVERIFY(platform::isReadable(block, kLong));
+        munmap(block, kLong);
     }
-}
+
+    // A screen that was at the top level vanished from its new parent a moment later.
+    void leavesTheWindowManagerForGood()
+    {
+        const QuietHostWindow window; // before there is a manager to frame it
+        const WindowManager manager;
+        for (const int settleMs : {0, 200}) {
+            Dialog dialog;
+            dialog.show();
+            QTest::qWait(settleMs);
+            for (int round = 0; round < 2; ++round) {
+                QVERIFY(platform::setParentWindow(dialog.id(), window));
+                QTest::qWait(150);
+                QCOMPARE(nativehost::parentOf(dialog.id()), NativeWindow(window));
+                QVERIFY(nativehost::isViewable(dialog.id()));
+                for (int i = 0; i < 2; ++i) // the second time it is there already
+                    QVERIFY(platform::setParentWindow(dialog.id(), 0));
+                QTest::qWait(settleMs);
+            }
+            QTRY_VERIFY(nativehost::isViewable(dialog.id()));
+            QVERIFY(nativehost::parentOf(dialog.id()) != nativehost::desktop()); // it has a frame
+        }
+    }
+
+    void refusesWhatTheServerRefuses()
+    {
+        const QuietHostWindow window;
+        Dialog dialog;
+        QVERIFY(dialog.showIn(window));
+        const NativeWindow ownChild = nativehost::makeWindow({0, 0, 10, 10}, dialog.id());
+        const NativeWindow tooLarge = NativeWindow{0x700000000} + window;
+        for (const NativeWindow bad : {tooLarge, dialog.id(), ownChild}) {
+            QVERIFY(!platform::setParentWindow(dialog.id(), bad));
+            QCOMPARE(nativehost::parentOf(dialog.id()), NativeWindow(window));
+        }
+        QVERIFY(!platform::setParentWindow(tooLarge, window));
+        platform::setChildStyle(tooLarge);
+        platform::placeWindow(tooLarge, QRect(0, 0, 10, 10));
+        QCoreApplication::processEvents(); // an error that came late would be reported here
+    }
+
+    void aChildHasNoBorder()
+    {
+        Dialog dialog;
+        xcb_connection_t* const c = QX11Info::connection();
+        const xcb_window_t id = xid(dialog.id());
+        const quint32 borderPx = 3;
+        xcb_configure_window(c, id, XCB_CONFIG_WINDOW_BORDER_WIDTH, &borderPx);
+        platform::setChildStyle(id);
+        QCOMPARE(
+            int(owned(xcb_get_geometry_reply(c, xcb_get_geometry(c, id), nullptr))->border_width),
+            0);
+    }
+
+    void priorityIsRaisedAsFarAsAllowed()
+    {
+        // On a thread of its own: the raise is for good.
+        platform::PriorityChange first{};
+        platform::PriorityChange second{};
+        int actual = 99;
+        std::thread([&] {
+            first = platform::setThreadPriorityTimeCritical();
+            second = platform::setThreadPriorityTimeCritical();
+            actual = getpriority(PRIO_PROCESS, static_cast<id_t>(gettid()));
+        }).join();
+        const int own = getpriority(PRIO_PROCESS, 0);
+        QCOMPARE(first.before, own); // nobody else's has changed
+        QVERIFY(first.after <= first.before && first.ok == (first.after <= -10));
+        QVERIFY(geteuid() != 0 || first.after == std::min(own, -10));
+        for (const int later : {actual, second.before, second.after})
+            QCOMPARE(later, first.after);
+    }
+
+    void createsTheApplication()
+    {
+        const char* const kClosed = ":9999";
+        const QByteArray here = qgetenv("DISPLAY");
+        const struct
+        {
+            const char *display, *variable, *expected; ///< an empty one is not set
+        } rows[] = {
+            {here, "", "xcb"},
+            {"", "", "offscreen"},
+            {kClosed, "", "offscreen"},
+            {here, "minimal", "minimal"},
+            {kClosed, "xcb", "offscreen"},
+            {here, "nowhere", "offscreen"},
+        };
+        for (const auto& row : rows) {
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            for (const auto& [name, value] : {std::pair("DISPLAY", row.display),
+                                              {"QT_QPA_PLATFORM", row.variable},
+                                              {"LC_ALL", "C.UTF-8"}}) {
+                environment.remove(name);
+                if (*value != '\0')
+                    environment.insert(name, value);
+            }
+            QProcess process;
+            process.setProcessEnvironment(environment);
+            process.start(QCoreApplication::applicationFilePath(), {QLatin1String(kCreateOption)});
+            QVERIFY(process.waitForFinished());
+            QCOMPARE(process.readAllStandardOutput().simplified(),
+                     QByteArray(row.expected) + " kept C C.UTF-8");
+        }
+    }
+};
 
 int main(int argc, char** argv)
 {

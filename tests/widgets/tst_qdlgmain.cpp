@@ -2,15 +2,10 @@
 #include "testsupport.h"
 
 #include "qdlgmain.h"
-#include "qdlgplaywnd.h"
 #include "qdlgscreen.h"
 #include "qdlgsubtitle2.h"
-#include "qzrscreenconfig.h"
 
-#include <QSignalSpy>
-#include <QtTest>
-
-#include <memory>
+using zrtest::hub;
 
 class TestFrameDialog : public QObject
 {
@@ -29,95 +24,69 @@ private slots:
         QZRScreenConfig::destroyInstance();
     }
 
-    void sharesItsRoom();
-    void cannotBeClosed();
-    void keysReachTheGallery();
-    void publishesItsGallery();
-    void playWindowReportsLeftDoubleClicks();
-
-private:
-    QZRScreenConfig& hub() { return *QZRScreenConfig::getInstance(); }
-    QWidget* panel() { return m_dialog->findChild<QDlgSubtitle2*>(); }
-
-    std::unique_ptr<QDlgMain> m_dialog;
-};
-
-void TestFrameDialog::sharesItsRoom()
-{
-    const QSize size(1003, 600);
-    m_dialog->resize(size);
-    const struct
+    void sharesItsRoom()
     {
-        bool open;
-        int mode;
-        int panelWidth; // 0 hides it
-    } rows[] = {{false, 1, 0},   {true, 1, 200}, {true, 6, 0},
-                {true, 11, 200}, {true, 10, 0},  {false, 11, 0}};
-    bool open = false;
-    for (const auto& row : rows) {
-        // The mode alone shows and hides it as well.
-        if (std::exchange(open, row.open) != row.open) {
-            hub().setSubtitleOpen(row.open);
-            m_dialog->showSubtitlePanel(row.open);
-        }
-        hub().setCurScreenMode(row.mode);
-        for (int pass = 0; pass < 2; ++pass) {
-            const int galleryWidth = 1003 - row.panelWidth;
-            QTRY_COMPARE(m_dialog->gallery()->geometry(), QRect(0, 0, galleryWidth, 600));
-            QCOMPARE(panel()->isVisible(), row.panelWidth > 0);
-            if (row.panelWidth > 0)
-                QCOMPARE(panel()->geometry(), QRect(galleryWidth, 0, row.panelWidth, 600));
-            // A resize comes to the same.
+        const auto* panel = m_dialog->findChild<QDlgSubtitle2*>();
+        const QSize size(1003, 600);
+        const struct
+        {
+            bool open;
+            int mode;
+            int panelWidth; // 0 hides it
+        } rows[] = {{false, 1, 0},   {true, 1, 200}, {true, 4, 0},    {true, 3, 200}, {true, 9, 0},
+                    {true, 11, 200}, {true, 10, 0},  {true, 14, 200}, {false, 11, 0}};
+        bool open = false;
+        for (const auto& row : rows) {
+            // The mode alone shows and hides it as well.
+            if (std::exchange(open, row.open) != row.open) {
+                hub().setSubtitleOpen(row.open);
+                m_dialog->showSubtitlePanel(row.open);
+            }
+            hub().setCurScreenMode(row.mode);
             m_dialog->resize(size + QSize(100, 100));
             m_dialog->resize(size);
+            const int galleryWidth = 1003 - row.panelWidth;
+            QTRY_COMPARE(m_dialog->gallery()->geometry(), QRect(0, 0, galleryWidth, 600));
+            QCOMPARE(panel->isVisible(), row.panelWidth > 0);
+            if (row.panelWidth > 0)
+                QCOMPARE(panel->geometry(), QRect(galleryWidth, 0, row.panelWidth, 600));
         }
     }
-}
 
-void TestFrameDialog::cannotBeClosed()
-{
-    for (QWidget* widget :
-         {static_cast<QWidget*>(m_dialog.get()), static_cast<QWidget*>(m_dialog->gallery())}) {
-        QTest::keyClick(widget, Qt::Key_Escape);
-        QVERIFY(!widget->close());
-        QVERIFY(m_dialog->isVisible() && m_dialog->gallery()->isVisible());
+    void cannotBeClosed()
+    {
+        for (QWidget* widget :
+             {static_cast<QWidget*>(m_dialog.get()), static_cast<QWidget*>(m_dialog->gallery())}) {
+            QTest::keyClick(widget, Qt::Key_Escape);
+            QVERIFY(!widget->close() && m_dialog->isVisible() && widget->isVisible());
+        }
     }
-}
 
-void TestFrameDialog::keysReachTheGallery()
-{
-    QDlgScreen* gallery = m_dialog->gallery();
-    for (int i = 0; i < 7; ++i)
-        gallery->AddPerson(QString::number(i), "name", i, 0, nullptr);
-    gallery->setJoinMeetingFinish(true);
-    QCoreApplication::sendPostedEvents();
-    QTest::keyClick(m_dialog->windowHandle(), Qt::Key_PageDown); // nobody has clicked anywhere
-    QCOMPARE(gallery->page(), 1);
-}
+    void keysReachTheGallery()
+    {
+        QDlgScreen* gallery = m_dialog->gallery();
+        for (int i = 0; i < 7; ++i)
+            gallery->AddPerson(QString::number(i), "name", i, 0, nullptr);
+        gallery->setJoinMeetingFinish(true);
+        QCoreApplication::sendPostedEvents();
+        QTest::keyClick(m_dialog->windowHandle(), Qt::Key_PageDown); // nobody has clicked anywhere
+        QCOMPARE(gallery->page(), 1);
+    }
 
-void TestFrameDialog::publishesItsGallery()
-{
-    auto second = std::make_unique<QDlgMain>(nullptr);
-    QCOMPARE(hub().m_pDlgScreen, second->gallery());
-    second.reset();
-    QCOMPARE(hub().m_pDlgScreen, m_dialog->gallery());
-    second = std::make_unique<QDlgMain>(nullptr);
-    // The one that goes takes only itself off.
-    m_dialog.reset();
-    QCOMPARE(hub().m_pDlgScreen, second->gallery());
-    second.reset();
-    QVERIFY(!hub().m_pDlgScreen);
-}
+    void publishesItsGallery()
+    {
+        auto second = std::make_unique<QDlgMain>(nullptr);
+        QCOMPARE(hub().m_pDlgScreen, second->gallery());
+        auto third = std::make_unique<QDlgMain>(nullptr);
+        second.reset(); // takes only itself off
+        QCOMPARE(hub().m_pDlgScreen, third->gallery());
+        third.reset();
+        QCOMPARE(hub().m_pDlgScreen, m_dialog->gallery());
+    }
 
-void TestFrameDialog::playWindowReportsLeftDoubleClicks()
-{
-    QDlgPlayWnd window;
-    QSignalSpy clicked(&window, &QDlgPlayWnd::mouseLeftDBClick);
-    QTest::mouseDClick(&window, Qt::RightButton);
-    QCOMPARE(clicked.size(), 0);
-    QTest::mouseDClick(&window, Qt::LeftButton);
-    QCOMPARE(clicked.size(), 1);
-}
+private:
+    std::unique_ptr<QDlgMain> m_dialog;
+};
 
 ZR_WIDGET_TEST_MAIN(TestFrameDialog)
 #include "tst_qdlgmain.moc"

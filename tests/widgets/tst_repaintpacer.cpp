@@ -1,12 +1,7 @@
+// The repaint pacer: tiles whose pictures come out of step are painted together.
 #include "testsupport.h"
 
 #include "repaintpacer.h"
-
-#include <QPointer>
-#include <QtTest>
-
-#include <memory>
-#include <utility>
 
 namespace {
 
@@ -20,6 +15,8 @@ protected:
     void paintEvent(QPaintEvent*) override { ++paints; }
 };
 
+constexpr int kLongWaitMs = 60000; ///< no test waits for this deadline
+
 } // namespace
 
 class TestRepaintPacer : public QObject
@@ -27,130 +24,79 @@ class TestRepaintPacer : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
+    void init()
+    {
+        m_window = std::make_unique<QWidget>();
+        m_window->resize(300, 100);
+        for (int i = 0; i < 2; ++i) {
+            m_widgets[i] = new CountingWidget(m_window.get());
+            m_widgets[i]->setGeometry(100 * i, 0, 90, 90);
+        }
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        QTest::qWait(50);
+    }
     void cleanup() { m_window.reset(); }
 
-    void tilesOutOfStepArePaintedTogether();
-    void missingTileIsWaitedForUntilTheDeadline();
-    void hiddenAndDestroyedWidgetsDropOut();
-    void sharedPacerLivesWithItsUsers();
-
-private:
-    CountingWidget* add(int x);
-    /// Asks for a repaint and lets it happen. @return paints of both since the last call
-    QPair<int, int> request(RepaintPacer& pacer, CountingWidget* widget);
-    /// Makes a round of both, so that the next one expects them, and lets only the second ask.
-    void leaveSecondWaiting(RepaintPacer& pacer);
-
-    static constexpr int kLongWaitMs = 60000; ///< no test waits for this deadline
-    std::unique_ptr<QWidget> m_window;
-    CountingWidget* m_first = nullptr;
-    CountingWidget* m_second = nullptr;
-};
-
-void TestRepaintPacer::init()
-{
-    m_window = std::make_unique<QWidget>();
-    m_window->resize(300, 100);
-    m_first = add(0);
-    m_second = add(100);
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    QTest::qWait(50);
-    m_first->paints = m_second->paints = 0;
-}
-
-CountingWidget* TestRepaintPacer::add(int x)
-{
-    auto* widget = new CountingWidget(m_window.get());
-    widget->setGeometry(x, 0, 90, 90);
-    return widget;
-}
-
-QPair<int, int> TestRepaintPacer::request(RepaintPacer& pacer, CountingWidget* widget)
-{
-    m_first->paints = m_second->paints = 0;
-    pacer.requestUpdate(widget);
-    QCoreApplication::processEvents();
-    return {m_first->paints, m_second->paints};
-}
-
-void TestRepaintPacer::leaveSecondWaiting(RepaintPacer& pacer)
-{
-    request(pacer, m_first); // nobody was there before: at once
-    request(pacer, m_second);
-    QCOMPARE(request(pacer, m_first), qMakePair(1, 1));
-    QVERIFY(pacer.isIdle());
-    QCOMPARE(request(pacer, m_second), qMakePair(0, 0));
-}
-
-void TestRepaintPacer::tilesOutOfStepArePaintedTogether()
-{
-    RepaintPacer pacer(kLongWaitMs);
-    for (int i = 0; i < 5; ++i) { // a lone tile is never held back
-        QCOMPARE(request(pacer, m_first), qMakePair(1, 0));
+    void tilesOutOfStepArePaintedTogether()
+    {
+        RepaintPacer pacer(kLongWaitMs);
+        // A lone tile is never held back, and a second picture of the same tile ends a round.
+        QCOMPARE(play(pacer, "0>10 0>10 0>10 1>00 0>11 1>00 0>11 1>00 1>01"), QString());
         QVERIFY(pacer.isIdle());
     }
-    leaveSecondWaiting(pacer);
-    for (int i = 0; i < 5; ++i) {
-        QCOMPARE(request(pacer, m_first), qMakePair(1, 1));
-        QCOMPARE(request(pacer, m_second), qMakePair(0, 0));
+
+    void missingTileIsWaitedForUntilTheDeadline()
+    {
+        RepaintPacer pacer(30);
+        QCOMPARE(play(pacer, "0>10 1>00 0>11 1>00"), QString());
+        QTRY_COMPARE_WITH_TIMEOUT(m_widgets[1]->paints, 1, 1000);
+        QVERIFY(pacer.isIdle());
+        QCOMPARE(play(pacer, "1>01"), QString()); // the other one is not expected any more
+        RepaintPacer quiet(kLongWaitMs);
+        QCOMPARE(play(quiet, "0>10 1>00 0>11"), QString());
+        QTest::qWait(RepaintPacer::kQuietMs + 20); // after which nobody is expected
+        QCOMPARE(play(quiet, "1>01"), QString());
     }
-    // A second picture of the same tile ends the round.
-    QCOMPARE(request(pacer, m_second), qMakePair(0, 1));
-}
 
-void TestRepaintPacer::missingTileIsWaitedForUntilTheDeadline()
-{
-    RepaintPacer pacer(30);
-    leaveSecondWaiting(pacer);
-    QTRY_COMPARE_WITH_TIMEOUT(m_second->paints, 1, 1000);
-    QVERIFY(pacer.isIdle());
-    // The first is not expected any more, and after a quiet time nobody is.
-    QCOMPARE(request(pacer, m_second), qMakePair(0, 1));
-    RepaintPacer quiet(kLongWaitMs);
-    leaveSecondWaiting(quiet);
-    QCOMPARE(request(quiet, m_first), qMakePair(1, 1));
-    QTest::qWait(RepaintPacer::kQuietMs + 20);
-    QCOMPARE(request(quiet, m_second), qMakePair(0, 1));
-}
+    void hiddenAndDestroyedWidgetsDropOut()
+    {
+        RepaintPacer waiting(kLongWaitMs);
+        QCOMPARE(play(waiting, "0>10 1>00 0>11 1>00"), QString());
+        m_widgets[1]->hide();
+        QCOMPARE(play(waiting, "0>10 1>00"), QString());
+        QVERIFY(waiting.isIdle());
+        // The same for one that is waited for, and one that has gone.
+        for (const bool destroyed : {false, true}) {
+            m_widgets[1]->show();
+            QTest::qWait(20);
+            RepaintPacer awaited(kLongWaitMs);
+            QCOMPARE(play(awaited, "0>10 1>00 0>11 1>00 0>11"), QString());
+            m_widgets[1]->hide();
+            if (destroyed)
+                delete std::exchange(m_widgets[1], new CountingWidget(m_window.get()));
+            QCOMPARE(play(awaited, "0>10"), QString());
+        }
+    }
 
-void TestRepaintPacer::hiddenAndDestroyedWidgetsDropOut()
-{
-    RepaintPacer waiting(kLongWaitMs);
-    leaveSecondWaiting(waiting);
-    m_second->hide();
-    QCOMPARE(request(waiting, m_first), qMakePair(1, 0));
-    QCOMPARE(request(waiting, m_second), qMakePair(0, 0));
-    QVERIFY(waiting.isIdle());
-    m_second->show();
+private:
+    /// Has one widget after the other ask for a repaint, and lets it happen: "1>01" is the second,
+    /// after which the second is painted. @return the first step that goes otherwise
+    QString play(RepaintPacer& pacer, const QString& script)
+    {
+        for (const QString& step : script.split(' ')) {
+            m_widgets[0]->paints = m_widgets[1]->paints = 0;
+            pacer.requestUpdate(m_widgets[step[0] == '1' ? 1 : 0]);
+            QCoreApplication::processEvents();
+            if (step.mid(2) != QString("%1%2").arg(m_widgets[0]->paints).arg(m_widgets[1]->paints))
+                return step;
+        }
+        return {};
+    }
 
-    // The same for one that is waited for.
-    RepaintPacer awaited(kLongWaitMs);
-    leaveSecondWaiting(awaited);
-    QCOMPARE(request(awaited, m_first), qMakePair(1, 1));
-    m_second->hide();
-    QCOMPARE(request(awaited, m_first), qMakePair(1, 0));
-    m_second->show();
-
-    RepaintPacer bereft(kLongWaitMs);
-    leaveSecondWaiting(bereft);
-    QCOMPARE(request(bereft, m_first), qMakePair(1, 1));
-    const std::unique_ptr<CountingWidget> third(add(200));
-    delete std::exchange(m_second, third.get());
-    QCOMPARE(request(bereft, m_first), qMakePair(1, 0));
-}
-
-void TestRepaintPacer::sharedPacerLivesWithItsUsers()
-{
-    std::shared_ptr<RepaintPacer> pacer = RepaintPacer::shared();
-    QCOMPARE(RepaintPacer::shared(), pacer);
-    const QPointer<RepaintPacer> alive(pacer.get());
-    pacer->requestUpdate(m_first);
-    pacer.reset();
-    QVERIFY(!alive);
-    QVERIFY(RepaintPacer::shared()->isIdle());
-}
+    std::unique_ptr<QWidget> m_window;
+    CountingWidget* m_widgets[2]{};
+};
 
 ZR_WIDGET_TEST_MAIN(TestRepaintPacer)
 #include "tst_repaintpacer.moc"

@@ -12,6 +12,7 @@
 #include "subtitlelist.h"
 
 using zr::OverlayPart;
+using zrtest::hub;
 using zrtest::Meeting;
 
 namespace {
@@ -46,6 +47,9 @@ QString difference(const QMap<QString, QString>& before, const QMap<QString, QSt
     return parts.join("; ");
 }
 
+using G = QDlgScreen;
+using E = QDlgExtScreen;
+
 /// Ann in two galleries, in the first one's speaker tool and on an extended screen.
 struct Stage
 {
@@ -55,10 +59,7 @@ struct Stage
         auto ownedTool = std::make_unique<CDlgSpeakTool>();
         tool = ownedTool.get();
         m->setSpeakTool(std::move(ownedTool));
-        second.resize(1280, 720);
-        second.setAttribute(Qt::WA_DontShowOnScreen);
-        second.show();
-        second.setJoinMeetingFinish(true);
+        zrtest::open(second);
         for (QDlgScreen* gallery : {m.gallery.get(), &second})
             gallery->AddPerson(id, "Ann", 0, 0, nullptr);
         m->OnPopSelfShareWnd(true, false);
@@ -66,41 +67,43 @@ struct Stage
         ext.resize(480, 270);
         ext.show();
         ext.updatePersonInfo(this, id, false, 0, "Ann", 0);
-        inGalleries([](QDlgScreen& gallery, tagPersonInfo* ann) { gallery.setPreview(ann, true); });
-        ext.setPreview(true);
+        everywhere(&G::setPreview, &E::setPreview, true);
         for (CPlayWidget* tile : tiles())
             tile->delayResetChangeTag(); // nobody waits for it
         play(64, 36);
     }
-    void inGalleries(const std::function<void(QDlgScreen&, tagPersonInfo*)>& act)
+    /// The same of Ann in both galleries, and on the extended screen.
+    template<typename Result, typename Value>
+    void inGalleries(Result (G::*call)(void*, Value), Value value)
     {
         for (QDlgScreen* gallery : {m.gallery.get(), &second})
-            act(*gallery, gallery->findPerson(id));
+            (gallery->*call)(gallery->findPerson(id), value);
+    }
+    template<typename Result, typename Value>
+    void everywhere(Result (G::*call)(void*, Value), void (E::*extCall)(Value), Value value)
+    {
+        inGalleries(call, value);
+        (ext.*extCall)(value);
     }
     void play(quint32 width, quint32 height)
     {
-        VantrelRTCVideoFrameQT frame{};
-        frame.pData = m.picture.data();
-        frame.width = width;
-        frame.height = height;
-        inGalleries([&](QDlgScreen& gallery, tagPersonInfo* ann) {
-            QVERIFY(gallery.playFrame(ann, &frame));
-        });
+        const VantrelRTCVideoFrameQT frame = m.frame(width, height);
+        for (QDlgScreen* gallery : {m.gallery.get(), &second})
+            QVERIFY(gallery->playFrame(gallery->findPerson(id), &frame));
         QVERIFY(ext.playFrame(frame));
     }
     /// The same everywhere: self, role, name and colour.
     void tell(bool self, int role, const QString& name, int color)
     {
-        inGalleries([&](QDlgScreen& gallery, tagPersonInfo* ann) {
-            gallery.updatePersonInfo(ann, self, role, name, color);
-        });
+        for (QDlgScreen* gallery : {m.gallery.get(), &second})
+            gallery->updatePersonInfo(gallery->findPerson(id), self, role, name, color);
         ext.updatePersonInfo(this, id, self, role, name, color);
     }
-    void setSwitches(void (*change)(zr::OverlaySwitches&))
+    void change(void (*apply)(zr::OverlaySwitches&))
     {
-        zr::OverlaySwitches switches = m.hub().overlaySwitches();
-        change(switches);
-        m.hub().setOverlaySwitches(switches);
+        zr::OverlaySwitches switches = hub().overlaySwitches();
+        apply(switches);
+        hub().setOverlaySwitches(switches);
     }
     std::vector<CPlayWidget*> tiles()
     {
@@ -114,9 +117,6 @@ struct Stage
     QDlgExtScreen ext;
 };
 
-using G = QDlgScreen;
-using P = tagPersonInfo*;
-
 struct Row
 {
     const char* what;
@@ -129,85 +129,70 @@ struct Row
 const Row kRows[] = {
     {"name", [](Stage& s) { s.tell(false, 0, "Bob", 0); }, "name 0 Bob"},
     {"role", [](Stage& s) { s.tell(false, 1, "Bob", 0); }, "badge 1 主持人"},
-    {"mute",
-     [](Stage& s) {
-         s.inGalleries([](G& g, P p) { g.setMute(p, false); });
-         s.ext.setMute(false);
-     },
-     "audio 1"},
+    {"mute", [](Stage& s) { s.everywhere(&G::setMute, &E::setMute, false); }, "audio 1"},
     {"volume",
      [](Stage& s) {
-         s.inGalleries([](G& g, P p) { g.onModVolume(p, 60); });
+         s.inGalleries(&G::onModVolume, 60);
          s.ext.setVolume(s.id, 60);
      },
      "audio 5"},
-    {"hand", [](Stage& s) { s.inGalleries([](G& g, P p) { g.onModPersonHandup(p, true); }); },
-     "hand 0", "123"},
-    {"all hands",
-     [](Stage& s) { s.setSwitches([](auto& switches) { switches.allHands = false; }); }, "-hand",
-     "123"},
-    {"hand lowered",
-     [](Stage& s) { s.inGalleries([](G& g, P p) { g.onModPersonHandup(p, false); }); }, ""},
-    {"speaking", [](Stage& s) { s.inGalleries([](G& g, P) { g.OnSetVoiceActivateUser("ann"); }); },
+    {"hand", [](Stage& s) { s.inGalleries(&G::onModPersonHandup, true); }, "hand 0", "123"},
+    {"all hands", [](Stage& s) { s.change([](auto& switches) { switches.allHands = false; }); },
+     "-hand", "123"},
+    {"hand lowered", [](Stage& s) { s.inGalleries(&G::onModPersonHandup, false); }, ""},
+    {"speaking",
+     [](Stage& s) {
+         s.m->OnSetVoiceActivateUser("ann");
+         s.second.OnSetVoiceActivateUser("ann");
+     },
      "border 1", "12"},
     {"highlight",
-     [](Stage& s) { s.setSwitches([](auto& switches) { switches.speakingHighlight = false; }); },
+     [](Stage& s) { s.change([](auto& switches) { switches.speakingHighlight = false; }); },
      "-border", "12"},
-    {"look for all",
-     [](Stage& s) {
-         s.inGalleries([](G& g, P p) { g.setAllLook(p, true); });
-         s.ext.setAllLook(true);
-     },
+    {"look for all", [](Stage& s) { s.everywhere(&G::setAllLook, &E::setAllLook, true); },
      "look 1 全员看TA"},
     {"look",
      [](Stage& s) {
-         s.inGalleries([](G& g, P p) {
-             g.setLockLookPerson(p, true);
-             g.setAllLook(p, false);
-         });
-         s.ext.setLockLook(true);
-         s.ext.setAllLook(false);
+         s.inGalleries(&G::setLockLookPerson, true);
+         s.everywhere(&G::setAllLook, &E::setAllLook, false);
          s.ext.setLockLook(true);
      },
      "look 2 锁定看TA"},
-    {"mode", [](Stage& s) { s.m.hub().setCurScreenMode(eLayoutSpeaker4); }, "-look", "123"},
+    {"mode", [](Stage&) { hub().setCurScreenMode(eLayoutSpeaker4); }, "-look", "123"},
     {"network",
      [](Stage& s) {
-         s.inGalleries([&s](G& g, P) { g.UpdateUserNetStatus(s.id, 1, true, 2); });
+         for (QDlgScreen* gallery : {s.m.gallery.get(), &s.second})
+             gallery->UpdateUserNetStatus(s.id, 1, true, 2);
          s.ext.UpdateUserNetStatus(s.id, 1, true, 2);
      },
      "network 2; spinner 0"},
     {"self", [](Stage& s) { s.tell(true, 1, "Bob", 0); }, "name 0 Bob(我); -network; -spinner"},
-    {"hand, one's own",
-     [](Stage& s) { s.inGalleries([](G& g, P p) { g.onModPersonHandup(p, true); }); }, "hand 0",
-     "123"},
+    {"own hand", [](Stage& s) { s.inGalleries(&G::onModPersonHandup, true); }, "hand 0", "123"},
     {"size shown",
-     [](Stage& s) { s.setSwitches([](auto& switches) { switches.showResolution = true; }); },
+     [](Stage& s) { s.change([](auto& switches) { switches.showResolution = true; }); },
      "size 0 64*36"},
     {"image size", [](Stage& s) { s.play(640, 360); }, "size 0 640*360"},
     {"words",
-     [](Stage& s) {
-         s.m.hub().setSubtitleOpen(true);
-         s.m.hub().AddOneSubtitle(1, 3, "Bob", "hello");
+     [](Stage&) {
+         hub().setSubtitleOpen(true);
+         hub().AddOneSubtitle(1, 3, "Bob", "hello");
      },
      "bubble 3 hello"},
-    {"words cleared", [](Stage& s) { s.m.hub().clearSubtitles(); }, "-bubble"},
-    {"preview",
-     [](Stage& s) {
-         s.inGalleries([](G& g, P p) { g.setPreview(p, false); });
-         s.ext.setPreview(false);
-     },
+    {"words cleared", [](Stage&) { hub().clearSubtitles(); }, "-bubble"},
+    {"preview", [](Stage& s) { s.everywhere(&G::setPreview, &E::setPreview, false); },
      "cover 1; avatar 0 BO"},
     {"colour", [](Stage& s) { s.tell(true, 1, "Bob", 2); }, "avatar 2 BO"},
     {"stream",
      [](Stage& s) {
-         s.inGalleries([](G& g, P p) { g.setPreview(p, true); });
-         s.ext.setPreview(true);
+         s.everywhere(&G::setPreview, &E::setPreview, true);
          s.play(640, 360);
      },
      "cover 0; -avatar"},
     {"reported hidden",
-     [](Stage& s) { s.inGalleries([&s](G&, P p) { s.m.hub().setPersonShown(p, false); }); },
+     [](Stage& s) {
+         for (QDlgScreen* gallery : {s.m.gallery.get(), &s.second})
+             hub().setPersonShown(gallery->findPerson(s.id), false);
+     },
      "cover 1; avatar 2 BO", "123"},
 };
 
@@ -218,131 +203,119 @@ class TestTileState : public QObject
     Q_OBJECT
 
 private slots:
-    void everyInputShowsEverywhere();
-    void sharesFollowToo();
-    void gradeMakesElementsSmall();
-    void sizesFollowThePrimaryScreen();
-};
-
-void TestTileState::everyInputShowsEverywhere()
-{
-    Stage s;
-    const auto tiles = s.tiles();
-    QVERIFY(s.tool->boundPerson() == s.m["ann"] && shown(tiles[2]).contains("border"));
-    QStringList faults;
-    for (const Row& row : kRows) {
-        std::vector<QMap<QString, QString>> before;
-        std::transform(tiles.begin(), tiles.end(), std::back_inserter(before), shown);
-        row.change(s);
-        for (std::size_t i = 0; i < tiles.size(); ++i) {
-            const bool here = QByteArray(row.where).contains(char('1' + i));
-            const QString seen = difference(before[i], shown(tiles[i]));
-            if (seen != (here ? row.expected : ""))
-                faults += QStringLiteral("%1, place %2: %3").arg(row.what).arg(i + 1).arg(seen);
+    void everyInputShowsEverywhere()
+    {
+        Stage s;
+        const auto tiles = s.tiles();
+        QVERIFY(s.tool->boundPerson() == s.m["ann"] && shown(tiles[2]).contains("border"));
+        QStringList faults;
+        for (const Row& row : kRows) {
+            std::vector<QMap<QString, QString>> before;
+            std::transform(tiles.begin(), tiles.end(), std::back_inserter(before), shown);
+            row.change(s);
+            for (std::size_t i = 0; i < tiles.size(); ++i) {
+                const bool here = QByteArray(row.where).contains(char('1' + i));
+                const QString seen = difference(before[i], shown(tiles[i]));
+                if (seen != (here ? row.expected : ""))
+                    faults += QStringLiteral("%1, place %2: %3").arg(row.what).arg(i + 1).arg(seen);
+            }
         }
+        QCOMPARE(faults.join("\n"), QString());
     }
-    QCOMPARE(faults.join("\n"), QString());
-}
 
-void TestTileState::sharesFollowToo()
-{
-    Stage s("sharescreen_u1");
-    const auto gallery = s.m.gallery.get();
-    const std::vector<CPlayWidget*> tiles{s.tiles()[0], s.tiles()[1], s.ext.tile()};
-    const auto allShow = [&tiles](const char* part, const QString& text) {
-        return std::all_of(tiles.begin(), tiles.end(), [&](const CPlayWidget* tile) {
-            return shown(tile).value(part).section(' ', 1) == text;
-        });
-    };
-    tagPersonInfo* sharer = gallery->AddPerson("u1", "Eve", 0, 0, nullptr);
-    s.second.AddPerson("u1", "Eve", 0, 0, nullptr);
-    s.m.settle();
-    QVERIFY(allShow("caption", "Eve发起的共享")); // also where the host has said "Ann"
-    gallery->updatePersonInfo(sharer, false, 0, "Zoe", 0);
-    s.m.settle();
-    QCOMPARE(shown(s.ext.tile())["caption"], QString("0 Zoe发起的共享"));
-    s.second.updatePersonInfo(s.second.findPerson("u1"), false, 0, "Zoe", 0);
-    s.m.settle();
-    zr::WatermarkInfo mark;
-    mark.enabled = true;
-    mark.name = "me";
-    QZRScreenConfig::setWatermarkInfo(mark);
-    emit s.m.hub().sigRefreshPlayDlg();
-    QVERIFY(allShow("watermark", "me"));
-    QZRScreenConfig::setWatermarkInfo({});
-    s.m.settings().pauseShare = true;
-    emit s.m.hub().sigRefreshPlayDlg();
-    QVERIFY(allShow("paused", "Zoe 暂停了屏幕共享"));
-    // The tile follows its overlay: no picture comes through before the pause is over.
-    const auto uploads = [&s] {
-        s.play(64, 36);
-        (void)s.ext.tile()->grabFramebuffer();
-        return s.ext.tile()->uploadCount();
-    };
-    const quint64 paused = uploads();
-    QCOMPARE(uploads(), paused);
-    s.m.settings().pauseShare = false;
-    emit s.m.hub().sigRefreshPlayDlg();
-    QVERIFY(uploads() > paused);
-    s.m.hub().setCurScreenMode(eLayoutEqualCut); // the mode before: nothing else changes with them
-    for (QDlgScreen* screen : {gallery, &s.second})
-        screen->DelPerson(screen->findPerson(s.id));
-    QCOMPARE(shown(s.ext.tile())["caption"], QString("0 Ann发起的共享"));
-}
+    void sharesFollowToo()
+    {
+        Stage s("sharescreen_u1");
+        const auto gallery = s.m.gallery.get();
+        const std::vector<CPlayWidget*> tiles{s.tiles()[0], s.tiles()[1], s.ext.tile()};
+        const auto allShow = [&tiles](const char* part, const QString& text) {
+            return std::all_of(tiles.begin(), tiles.end(), [&](const CPlayWidget* tile) {
+                return shown(tile).value(part).section(' ', 1) == text;
+            });
+        };
+        tagPersonInfo* sharer = gallery->AddPerson("u1", "Eve", 0, 0, nullptr);
+        s.second.AddPerson("u1", "Eve", 0, 0, nullptr);
+        s.m.settle();
+        QVERIFY(allShow("caption", "Eve发起的共享")); // also where the host has said "Ann"
+        gallery->updatePersonInfo(sharer, false, 0, "Zoe", 0);
+        s.m.settle();
+        QCOMPARE(shown(s.ext.tile())["caption"], QString("0 Zoe发起的共享"));
+        s.second.updatePersonInfo(s.second.findPerson("u1"), false, 0, "Zoe", 0);
+        s.m.settle();
+        zr::WatermarkInfo mark;
+        mark.enabled = true;
+        mark.name = "me";
+        QZRScreenConfig::setWatermarkInfo(mark);
+        emit hub().sigRefreshPlayDlg();
+        QVERIFY(allShow("watermark", "me"));
+        QZRScreenConfig::setWatermarkInfo({});
+        s.m.settings().pauseShare = true;
+        emit hub().sigRefreshPlayDlg();
+        QVERIFY(allShow("paused", "Zoe 暂停了屏幕共享"));
+        // The tile follows its overlay: no picture comes through before the pause is over.
+        const auto uploads = [&s] {
+            s.play(64, 36);
+            (void)s.ext.tile()->grabFramebuffer();
+            return s.ext.tile()->uploadCount();
+        };
+        const quint64 paused = uploads();
+        QCOMPARE(uploads(), paused);
+        s.m.settings().pauseShare = false;
+        emit hub().sigRefreshPlayDlg();
+        QVERIFY(uploads() > paused);
+        hub().setCurScreenMode(eLayoutEqualCut); // the mode before: nothing else changes with them
+        for (QDlgScreen* screen : {gallery, &s.second})
+            screen->DelPerson(screen->findPerson(s.id));
+        QCOMPARE(shown(s.ext.tile())["caption"], QString("0 Ann发起的共享"));
+    }
 
-void TestTileState::gradeMakesElementsSmall()
-{
-    Meeting m;
-    tagPersonInfo* ann = m.addMany(1)[0];
-    const auto isSmall = [ann] { return ann->pWidget->playInfo()->overlayLayout().bSmall; };
-    QVERIFY(!isSmall());
-    m->setPersonStreamType(ann, zr::kGradeGrid);
-    QVERIFY(isSmall());
-    m->setPersonDefStreamType(ann);
-    QVERIFY(!isSmall());
-}
+    void gradeMakesElementsSmall()
+    {
+        Meeting m;
+        tagPersonInfo* ann = m.addMany(1)[0];
+        const auto isSmall = [ann] { return ann->pWidget->playInfo()->overlayLayout().bSmall; };
+        QVERIFY(!isSmall());
+        m->setPersonStreamType(ann, zr::kGradeGrid);
+        QVERIFY(isSmall());
+        m->setPersonDefStreamType(ann);
+        QVERIFY(!isSmall());
+    }
 
-void TestTileState::sizesFollowThePrimaryScreen()
-{
-    Stage s;
-    s.m.addMany(20);
-    const auto tiles = s.tiles();
-    const auto arrows = s.m->findChildren<QMyPageCtrl*>();
-    auto* marks = s.m->findChild<QDlgPageMark*>();
-    const auto* bar = s.m->findChild<QMyPageScroll*>();
-    QDlgSubtitle2 panel(nullptr);
-    panel.resize(400, 600);
-    panel.showPanel();
-    s.m.hub().AddOneSubtitle(1, 0, "Ann", "hello");
-    /// Heights that are to double, and what of the microphone is painted.
-    const auto measure = [&] {
-        QList<int> sizes{bar->width(), s.tool->height(), arrows[0]->height(),
-                         arrows[0]->sizeHint().width(), arrows[1]->width()};
-        for (const CPlayWidget* tile : tiles) {
-            const QRect audio = tile->playInfo()->overlayLayout().at(OverlayPart::Audio).rect;
-            QImage image(tile->size(), QImage::Format_ARGB32_Premultiplied);
-            image.fill(Qt::black);
-            tile->playInfo()->render(&image, {}, {}, {});
-            bool painted = false;
-            for (int x = audio.left(); x <= audio.right(); ++x)
-                painted = painted || qGray(image.pixel(x, audio.center().y())) > 100;
-            sizes.push_back(painted ? audio.height() : 0);
-        }
-        return sizes;
-    };
-    const QList<int> ordinary = measure();
-    const int room = marks->capacity();
-    const int sentence = panel.list()->viewObject()->contentHeight();
-    s.m.hub().setScreenWidth(3840);
-    QList<int> doubled;
-    for (const int size : ordinary)
-        doubled.push_back(2 * size);
-    QCOMPARE(measure(), doubled);
-    QVERIFY(room > marks->capacity() && ordinary.back() > 0);
-    QTRY_VERIFY(panel.list()->viewObject()->contentHeight() > sentence * 3 / 2);
-    s.m.hub().setScreenWidth(1920);
-    QCOMPARE(measure(), ordinary);
-}
+    void sizesFollowThePrimaryScreen()
+    {
+        Stage s;
+        s.m.addMany(20);
+        const auto tiles = s.tiles();
+        const auto arrows = s.m->findChildren<QMyPageCtrl*>();
+        auto* marks = s.m->findChild<QDlgPageMark*>();
+        const auto* bar = s.m->findChild<QMyPageScroll*>();
+        QDlgSubtitle2 panel(nullptr);
+        panel.resize(400, 600);
+        panel.showPanel();
+        hub().AddOneSubtitle(1, 0, "Ann", "hello");
+        // Lengths that are to double.
+        const auto measure = [&] {
+            QList<int> sizes{bar->width(), s.tool->height(), arrows[0]->height(),
+                             arrows[0]->sizeHint().width(), arrows[1]->width()};
+            for (const CPlayWidget* tile : tiles) {
+                sizes += tile->playInfo()->overlayLayout().at(OverlayPart::Audio).rect.height();
+            }
+            return sizes;
+        };
+        const QList<int> ordinary = measure();
+        const int room = marks->capacity();
+        const int sentence = panel.list()->viewObject()->contentHeight();
+        hub().setScreenWidth(3840);
+        QList<int> doubled;
+        for (const int size : ordinary)
+            doubled.push_back(2 * size);
+        QCOMPARE(measure(), doubled);
+        QVERIFY(room > marks->capacity() && ordinary.back() > 0);
+        QTRY_VERIFY(panel.list()->viewObject()->contentHeight() > sentence * 3 / 2);
+        hub().setScreenWidth(1920);
+        QCOMPARE(measure(), ordinary);
+    }
+};
 
 ZR_WIDGET_TEST_MAIN(TestTileState)
 #include "tst_tilestate.moc"
