@@ -176,7 +176,7 @@ private slots:
     {
         Dialog dialog;
         xcb_connection_t* const c = QX11Info::connection();
-        const xcb_window_t id = xid(dialog.id());
+        const xcb_window_t id = static_cast<xcb_window_t>(dialog.id());
         const quint32 borderPx = 3;
         xcb_configure_window(c, id, XCB_CONFIG_WINDOW_BORDER_WIDTH, &borderPx);
         platform::setChildStyle(id);
