@@ -41,7 +41,7 @@ sources() { git ls-files '*.cpp' '*.h'; }
 
 # tidy FOLDERS [CHECKS]: generated code is left out.
 tidy() {
-  run-clang-tidy -quiet -p build/linux -j "$jobs" -header-filter="^$PWD/(zrscreenmod|host|tests|bench)/" \
+  run-clang-tidy -quiet -p build/linux -j "$jobs" -header-filter="^$PWD/(zrscreenmodc?|host|tests|bench)/" \
     ${2:+"-checks=$2"} "^$PWD/($1)/.*\.cpp$" >build/tidy.log 2>&1 \
     || { sed 's/\x1b\[[0-9;]*m//g' build/tidy.log | grep -E '(warning|error):' | sort -u; return 1; }
 }
@@ -59,7 +59,7 @@ lint() {
   [ -z "$missing" ] || { echo "docs/architecture.md does not name$missing"; return 1; }
   build linux # clang-tidy needs the compile commands and the generated headers
   say "Running clang-tidy"
-  tidy 'zrscreenmod|host'
+  tidy 'zrscreenmodc?|host'
   # The analyzer takes half of the time; neither it nor speed nor huge sizes matter in tests.
   tidy 'tests|bench' '-clang-analyzer-*,-performance-*,-bugprone-implicit-widening-*'
 }

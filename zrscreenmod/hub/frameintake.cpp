@@ -16,6 +16,7 @@ bool FrameIntake::accept(const VantrelRTCVideoFrameQT& frame, const QString& use
         m_badLogged.store(false, std::memory_order_relaxed);
         return true;
     }
+    m_refused.fetch_add(1);
     if (!m_badLogged.exchange(true))
         qDebug() << "playFrame refused, userID:" << userId
                  << ",pData:" << static_cast<const void*>(frame.pData) << ",width:" << frame.width

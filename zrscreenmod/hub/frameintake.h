@@ -23,6 +23,12 @@ public:
     /// Frames that were taken so far.
     [[nodiscard]] quint64 taken() const { return m_taken; }
 
+    /// Frames that were refused so far.
+    [[nodiscard]] quint64 refused() const { return m_refused; }
+    /// A picture of the participant was uploaded to be painted.
+    void notePainted() { m_painted.fetch_add(1); }
+    [[nodiscard]] quint64 painted() const { return m_painted; }
+
     /// Whether the GUI thread is to hear of a frame that has been copied. One that falls behind
     /// finds one notice of each size in its queue, not one for each frame.
     [[nodiscard]] bool isNoticeDue(const VantrelRTCVideoFrameQT& frame);
@@ -31,6 +37,8 @@ public:
 
 private:
     std::atomic<quint64> m_taken{0};
+    std::atomic<quint64> m_refused{0};
+    std::atomic<quint64> m_painted{0};
     std::atomic<quint64> m_pendingSize{0}; ///< both sides of the frame whose notice waits
     std::atomic<bool> m_badLogged{false};  ///< a refused frame was logged, no good one since
 };

@@ -71,8 +71,12 @@ struct tagPersonInfo
     qint64 hideDueMs = -1; ///< when the tile is to be reported hidden; -1 while it is visible
     zr::NetStatus net;
     FrameIntake frames;
-    quint64 framesBefore = 0; ///< of `frames`, those of a stream that is or was to be closed
-    int iSentStreamType = 0;  ///< the grade that the host was asked for; 0 once the stream closes
+    quint64 framesBefore = 0;  ///< of `frames`, those of a stream that is or was to be closed
+    quint64 framesSampled = 0; ///< of `frames`, those of before the last second; see Statistics
+    int iFramesPerS = 0;       ///< in the last second, while somebody asks
+    int iTimesShown = 0;       ///< reports to the host that the tile is shown, and hidden
+    int iTimesHidden = 0;
+    int iSentStreamType = 0; ///< the grade that the host was asked for; 0 once the stream closes
     std::atomic<int> iVolume{0}; ///< 0 to 100, as last reported; any thread
     PinCount pins;               ///< calls at work on the record; see PersonPin
     bool bShare = false;         ///< the id names a shared screen; fixed at creation

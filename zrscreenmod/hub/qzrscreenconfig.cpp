@@ -5,6 +5,7 @@
 #include "meetingmode.h"
 #include "platform.h"
 #include "screenscale.h"
+#include "statistics.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -98,6 +99,11 @@ QZRScreenConfig::QZRScreenConfig()
     getImgPrefix();
     readVersionFile();
     watchScreens();
+    m_pStatistics = Statistics::makeIfAsked(this);
+    if (m_pStatistics && m_pStatistics->isOverlayWanted()) {
+        m_overlaySwitches.showResolution = m_overlaySwitches.showStream = true;
+        connect(m_pStatistics, &Statistics::sampled, this, &QZRScreenConfig::sigRefreshPlayDlg);
+    }
 }
 
 QZRScreenConfig::~QZRScreenConfig() = default;
@@ -254,6 +260,7 @@ void QZRScreenConfig::setPersonShown(tagPersonInfo* person, bool bShown)
     else
         person->camera.tellHidden(nowMs());
     emit participantChanged(person);
+    ++(bShown ? person->iTimesShown : person->iTimesHidden);
     broadcast(bShown ? ZRMSG_VIDEO_SHOWN : ZRMSG_VIDEO_HIDDEN, person);
 }
 

@@ -25,6 +25,7 @@
 
 class QDlgScreen;
 class QWidget;
+class Statistics;
 
 /// The switches that the host sets. Each is a value of its own that any thread may read or write.
 struct ScreenSettings
@@ -265,6 +266,7 @@ private:
     zr::OverlaySwitches m_overlaySwitches;
 
     std::function<qint64()> m_clock;
+    Statistics* m_pStatistics = nullptr; ///< child; null unless the environment asks
 
     std::vector<QDlgScreen*> m_vecGallery; ///< in the order of their creation
 

@@ -35,7 +35,7 @@ bool takesLogFile(const QString& folder)
 QString chooseLogFolder()
 {
     const QStringList folders = logFolders();
-    const QString folder = firstWritableFolder(folders);
+    QString folder = firstWritableFolder(folders);
     if (!folder.isEmpty())
         return folder;
     std::fprintf(stderr, "ZRScreenMod: no log can be written in %s\n",

@@ -402,11 +402,12 @@ void Builder::buildBubble()
 void Builder::buildResolution()
 {
     OverlayElement& resolution = at(OverlayPart::Resolution);
-    const QSize size = scaled(kResolution).boundedTo(m_metrics.tile);
+    resolution.fontPx = baseFontPx();
+    const QSize text(width(m_in.resolution, resolution.fontPx) + 2 * scaled(kGap), 0);
+    const QSize size = scaled(kResolution).expandedTo(text).boundedTo(m_metrics.tile);
     resolution.rect = QRect(QPoint(std::max(0, m_width - size.width() - scaled(kGap)), 0), size);
     resolution.textRect = resolution.rect;
     resolution.text = m_in.resolution;
-    resolution.fontPx = baseFontPx();
 }
 
 void Builder::buildShare()

@@ -77,6 +77,11 @@ OverlayState overlayState(const TilePerson& person, const TileSettings& settings
     if (switches.showResolution && !person.video.isEmpty())
         state.resolution =
             QStringLiteral("%1*%2").arg(person.video.width()).arg(person.video.height());
+    if (switches.showStream)
+        state.resolution += QStringLiteral(" %1 fps, grade %2, %3")
+                                .arg(person.iFramesPerS)
+                                .arg(person.iGrade)
+                                .arg(QLatin1String(person.bPreview ? "open" : "closed"));
     state.bubble = view.bubble;
     state.iBubbleColor = view.iBubbleColor;
     return state;

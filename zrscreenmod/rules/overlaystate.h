@@ -38,6 +38,7 @@ struct OverlaySwitches
     int lookOwner = 0;             ///< 1: look marks keep their place, but are not painted
     bool hiddenVideo = true;       ///< a picture of a tile reported hidden counts as still loading
     bool showResolution = false;   ///< the size of the picture, for developers
+    bool showStream = false;       ///< and behind it the frames a second, grade and state
 };
 
 /// What an overlay depends on of its participant.
@@ -57,7 +58,8 @@ struct TilePerson
     int iColor = 0;
     int iGrade = 0;  ///< of the stream, see TilePlacement
     int iVolume = 0; ///< 0 to 100
-    QSize video;     ///< the picture's; empty before the first
+    int iFramesPerS = 0;
+    QSize video; ///< the picture's; empty before the first
     NetStatus net;
     QString name;
 };

@@ -4,9 +4,11 @@
 #include "qdlgplayinfo.h"
 #include "qzrscreenconfig.h"
 #include "repaintpacer.h"
+#include "statistics.h"
 
 #include <QCursor>
 #include <QDebug>
+#include <QElapsedTimer>
 #include <QMouseEvent>
 #include <QPointer>
 
@@ -56,6 +58,8 @@ CPlayWidget::CPlayWidget(QWidget* parent, bool bOverlayMode)
     connect(m_pClickTimer, &QTimer::timeout, this, &CPlayWidget::mouseClick);
     connect(m_pChangeTimer, &QTimer::timeout, this, &CPlayWidget::delayResetChangeTag);
     connect(m_pPlayInfo.get(), &QDlgPlayInfo::stateChanged, this, &CPlayWidget::followState);
+    if (Statistics* const statistics = Statistics::active())
+        connect(this, &QOpenGLWidget::frameSwapped, statistics, &Statistics::noteSwap);
     if (bOverlayMode)
         m_pPlayInfo->setPlace(zr::TilePlace::SpeakTool);
     setGeometry(0, 0, 1, 1);
@@ -309,6 +313,19 @@ void CPlayWidget::resizeGL(int w, int h)
 }
 
 void CPlayWidget::paintGL()
+{
+    QElapsedTimer timer;
+    timer.start();
+    const quint64 uploads = m_renderer.uploadCount();
+    paintPicture();
+    if (tagPersonInfo* const person = GetPersonInfo();
+        person && m_renderer.uploadCount() != uploads)
+        person->frames.notePainted();
+    if (Statistics* const statistics = Statistics::active())
+        statistics->notePaint(timer.nsecsElapsed());
+}
+
+void CPlayWidget::paintPicture()
 {
     glClearColor(0, 0, 0, 1);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);

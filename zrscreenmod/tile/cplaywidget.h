@@ -121,6 +121,8 @@ protected:
     void paintGL() override;
 
 private:
+    void paintPicture();
+
     /// What is left to do for a new size once the lock is released: logging and signals.
     struct SizeChange
     {

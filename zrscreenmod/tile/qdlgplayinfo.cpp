@@ -145,6 +145,7 @@ zr::TilePerson QDlgPlayInfo::tilePerson() const
     person.iColor = m_pPerson->iRoleExtra;
     person.iGrade = m_pPerson->iStreamType;
     person.iVolume = m_pPerson->iVolume;
+    person.iFramesPerS = m_pPerson->iFramesPerS;
     person.video = {m_pPerson->iVideoWidth, m_pPerson->iVideoHeight};
     person.net = m_pPerson->net;
     // The gallery knows who shares; what the host says of an extended screen is second to that.
