@@ -9,7 +9,6 @@
 #include <QColor>
 
 #include <memory>
-#include <optional>
 #include <utility>
 
 using boundary::guarded;
@@ -165,13 +164,21 @@ int ZR_CALL ZRCtrl_QLineEdit_GetText(void* h, char* buf, int& len)
             qDebug() << "unreadable length refused";
             return kInvalid;
         }
-        const auto read = [](const QMyLineEdit& edit) { return edit.text().toUtf8(); };
-        const auto text = boundary::ask(g_lineEdits, h, std::optional<QByteArray>(), read);
-        if (!text)
+        struct Answer
+        {
+            bool bAnswered = false;
+            QByteArray text;
+        };
+        const auto read = [](const QMyLineEdit& edit) {
+            return Answer{true, edit.text().toUtf8()};
+        };
+        const Answer answer = boundary::ask(g_lineEdits, h, Answer(), read);
+        if (!answer.bAnswered)
             return kInvalid;
-        const int size = text->size();
+        const int size = answer.text.size();
         const auto needed = static_cast<std::size_t>(size) + 1;
-        const bool copied = size < len && platform::copyToHost(buf, text->constData(), needed);
+        const bool copied =
+            size < len && platform::copyToHost(buf, answer.text.constData(), needed);
         const int written = copied ? size : 0;
         if (!platform::copyToHost(&len, &written, sizeof len)) {
             qDebug() << "read-only length refused";
