@@ -63,6 +63,10 @@ void keepModuleLoaded();
 /// Whether windows can go into one another here: not where the module draws off screen. GUI thread.
 [[nodiscard]] bool canEmbed();
 
+/// Whether a window at the top level is where it was placed when the call has returned: on X11 a
+/// window manager decides, some time later.
+[[nodiscard]] bool placesAtOnce();
+
 /// Gives a window the style of a plain child that clips its own children: no frame, no border.
 /// GUI thread.
 void setChildStyle(NativeWindow window);

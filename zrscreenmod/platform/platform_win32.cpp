@@ -126,6 +126,11 @@ bool canEmbed()
     return true;
 }
 
+bool placesAtOnce()
+{
+    return true;
+}
+
 void setChildStyle(NativeWindow window)
 {
     const HWND hwnd = toHwnd(window);

@@ -388,6 +388,11 @@ bool canEmbed()
     return connection() != nullptr;
 }
 
+bool placesAtOnce()
+{
+    return false;
+}
+
 void setChildStyle(NativeWindow window)
 {
     xcb_connection_t* const c = connection();

@@ -58,9 +58,9 @@ QRect rectOnScreen(const QWidget& widget)
     const QWidget* const top = widget.window();
     const QWindow* const window = top->windowHandle();
     const QPoint place = widget.mapTo(top, QPoint());
-    // The system knows where a window of the host's is; where Qt's own one goes, Qt knows first.
-    const bool embedded = window && window->handle() && window->parent();
-    return {embedded ? window->mapToGlobal(place) : top->geometry().topLeft() + place,
+    // The system knows where a window of the host's is; where Qt's own one goes, Qt may know first.
+    const bool systemKnows = window && window->handle() && (window->parent() || placesAtOnce());
+    return {systemKnows ? window->mapToGlobal(place) : top->geometry().topLeft() + place,
             widget.size()};
 }
 
