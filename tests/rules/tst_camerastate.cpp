@@ -130,6 +130,7 @@ private slots:
             {"h.p.-s.+........", true, -1},
             {"h.p.-s.-", false, -1},
             {"-p", false, -1},
+            {"s.-h.+", true, 3}, // what was told before it was switched off has its answer
             {"s.p", false, -1},
         };
         for (const auto& [events, on, tellAgainS] : rows) {

@@ -17,7 +17,7 @@ namespace {
 
 const QDate kToday(2026, 3, 2);
 const QString kFirstFile = QStringLiteral("zrscreenLog20260302.txt");
-const QString kSecondFile = QStringLiteral("zrscreenLog20260302-120000.txt"); ///< of a full one
+const QString kSecondFile = QStringLiteral("zrscreenLog20260302-090500.txt"); ///< of a full one
 
 std::atomic<int> g_passedOn{0};
 QSemaphore g_standing;
@@ -45,7 +45,7 @@ private slots:
     void init()
     {
         m_folder = std::make_unique<QTemporaryDir>();
-        m_now = QDateTime(kToday, QTime(12, 0));
+        m_now = QDateTime(kToday, QTime(9, 5));
         m_handlerBefore = qInstallMessageHandler(countingHandler);
         g_passedOn = 0;
     }
