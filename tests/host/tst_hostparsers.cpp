@@ -1,11 +1,13 @@
 // Options, sources, words, scenarios, streams of pictures: what the host reads.
-#include "hosttest.h"
+#include "host_error.h"
 #include "media_source.h"
 #include "messages.h"
 #include "options.h"
 #include "scenario.h"
 #include "y4m_reader.h"
 #include "zrscreenmod/zrscreenmod.h"
+
+#include <QtTest>
 
 #include <algorithm>
 #include <cstring>
@@ -14,33 +16,48 @@ using namespace zrhost;
 
 namespace {
 
-/// Bytes in memory, handed out in small pieces as a pipe does.
-class MemoryBytes : public ByteSource
+/// What is given, and what `make` is to turn it into. "! text" stands for a HostError with this
+/// text in it.
+template<typename Make>
+void compareRows(const std::vector<std::pair<std::string, QString>>& rows, Make make)
 {
-public:
-    MemoryBytes(std::string bytes, bool canRewind = false)
-        : m_bytes(std::move(bytes))
-        , m_canRewind(canRewind)
+    for (const auto& [given, expected] : rows) {
+        QString got;
+        try {
+            got = make(given);
+        } catch (const HostError& error) {
+            got = QStringLiteral("! ") + error.what();
+        }
+        const bool refused = expected.startsWith("! ") && got.startsWith("! ");
+        QVERIFY2(refused ? got.contains(expected.mid(2)) : got == expected,
+                 qPrintable(QString::fromStdString(given) + " became '" + got + "' and not '"
+                            + expected + "'"));
+    }
+}
+
+/// Bytes in memory, handed out in small pieces as a pipe does.
+struct MemoryBytes : ByteSource
+{
+    explicit MemoryBytes(std::string allBytes, bool loops = false)
+        : bytes(std::move(allBytes))
+        , canRewind(loops)
     {
     }
     std::size_t read(std::uint8_t* to, std::size_t size) override
     {
-        constexpr std::size_t kPiece = 7;
-        const std::size_t count = std::min({size, kPiece, m_bytes.size() - m_at});
-        std::memcpy(to, m_bytes.data() + m_at, count);
-        m_at += count;
+        const std::size_t count = std::min({size, std::size_t(7), bytes.size() - at});
+        std::memcpy(to, bytes.data() + at, count);
+        at += count;
         return count;
     }
     bool rewind() override
     {
-        m_at = 0;
-        return m_canRewind;
+        at = 0;
+        return canRewind;
     }
-
-private:
-    std::string m_bytes;
-    std::size_t m_at = 0;
-    bool m_canRewind;
+    const std::string bytes;
+    const bool canRewind;
+    std::size_t at = 0;
 };
 
 std::string frame(const std::string& header, std::size_t bytes, char value)
@@ -52,14 +69,14 @@ std::string frame(const std::string& header, std::size_t bytes, char value)
 QString readAll(PictureSource& source, int atMost)
 {
     QString seen;
-    const QString failure = failureOf([&] {
+    try {
         Picture picture;
         while (seen.size() < atMost && source.next(picture))
             seen += QLatin1Char(char(picture.data[0]));
-        if (seen.size() < atMost)
-            seen += QLatin1Char('.');
-    });
-    return failure.isEmpty() ? seen : seen + QLatin1Char('!') + failure;
+    } catch (const HostError& error) {
+        return seen + "! " + error.what();
+    }
+    return seen.size() < atMost ? seen + '.' : seen;
 }
 
 } // namespace
@@ -69,235 +86,194 @@ class TestHostParsers : public QObject
     Q_OBJECT
 
 private slots:
-    void wordsAreSplit();
-    void linesAreCollected();
-    void sourcesAreParsed();
-    void optionsAreParsed();
-    void optionsAreCountedAndRefused();
-    void scenarioTimes();
-    void wrongScenariosAreRefused();
-    void messagesAreDescribed();
-    void headers();
-    void streams();
-};
-
-void TestHostParsers::wordsAreSplit()
-{
-    compareRows({{" a\t b  c\r", "a|b|c"},
-                 {"   ", ""},
-                 {"a b # c", "a|b"},
-                 {"a b#c", "a|b#c"},
-                 {"name \"Ann \\\"A\\\" \\\\ 李\" x", "name|Ann \"A\" \\ 李|x"},
-                 {"\"# a\"", "# a"},
-                 {"a \"\" b", "a||b"},
-                 {"a \"b", "! a quote is not closed"},
-                 {"\"a\\", "! a quote is not closed"}},
-                [](const std::string& line) {
-                    QStringList words;
-                    for (const std::string& word : splitWords(line))
-                        words << QString::fromStdString(word);
-                    return words.join(QLatin1Char('|'));
-                });
-}
-
-void TestHostParsers::linesAreCollected()
-{
-    LineBuffer buffer;
-    QVERIFY(buffer.add("mute al").empty());
-    QCOMPARE(buffer.add("ice on\r\n\nquit"), (std::vector<std::string>{"mute alice on", ""}));
-    QCOMPARE(buffer.takeRest(), std::string("quit"));
-    QCOMPARE(buffer.takeRest(), std::string());
-    // Input without line ends must not fill the memory.
-    for (int i = 0; i < 10; ++i)
-        QVERIFY(buffer.add(std::string(1000, 'x')).empty());
-    QCOMPARE(buffer.takeRest().size(), LineBuffer::kMaxLineBytes);
-}
-
-void TestHostParsers::sourcesAreParsed()
-{
-    compareRows({{"synthetic", "synthetic 0x0 0"},
-                 {"none", "none 0x0 0"},
-                 {"synthetic@16384x1/12.5", "synthetic 16384x1 12.5"},
-                 {"y4m/10:C:/a@b/c.y4m", "y4m:C:/a@b/c.y4m 0x0 10"},
-                 {"y4m:talk 1.y4m", "y4m:talk 1.y4m 0x0 0"},
-                 {"film:a.mp4", "! unknown kind 'film'"},
-                 {"", "! unknown kind ''"},
-                 {"y4m:", "! no file given"},
-                 {"synthetic:a", "! takes no file"},
-                 {"y4m@2x2:a", "! has the size of its file"},
-                 {"synthetic@16385x1", "! '16385' is not a whole number"},
-                 {"synthetic@640", "! '640' is not a size"},
-                 {"synthetic@640x36O", "! '36O' is not"},
-                 {"synthetic/0", "! '0' is not a number"},
-                 {"synthetic/nan", "! 'nan' is not a number"}},
-                [](const std::string& text) {
-                    const SourceSpec spec = SourceSpec::parse(text);
-                    return QStringLiteral("%1 %2x%3 %4")
-                        .arg(QString::fromStdString(spec.toText()))
-                        .arg(spec.size.width)
-                        .arg(spec.size.height)
-                        .arg(spec.fps);
-                });
-}
-
-void TestHostParsers::optionsAreParsed()
-{
-    const Options options = parseOptions(
-        splitWords("--participants 3 --names=Ann,李娜 --source 2=y4m/15:a=b.y4m --source none "
-                   "--mode 12 --size 800x600 --duration 1.25 --interactive --mode 7"));
-    QCOMPARE(options.nameOf(2), std::string("李娜"));
-    QCOMPARE(options.nameOf(3), std::string("Participant 3"));
-    QCOMPARE(options.sourceOf(2).file, std::string("a=b.y4m"));
-    QCOMPARE(int(options.sourceOf(1).kind), int(SourceKind::None));
-    QCOMPARE(options.mode, 7); // the last one counts
-    QCOMPARE(options.windowSize.height, 600);
-    QCOMPARE(options.durationMs, 1250);
-    QVERIFY(options.interactive && !options.headless && !options.help);
-}
-
-void TestHostParsers::optionsAreCountedAndRefused()
-{
-    compareRows({{"", "4"},
-                 {"--scenario a", "0"},
-                 {"--names a,b --scenario a", "2"},
-                 {"--names a,b --source 3=none", "3"},
-                 {"--source none", "4"},
-                 {"--names a,b --participants 1", "1"},
-                 {"--participants 0", "0"},
-                 {"--colour red", "! unknown option '--colour'"},
-                 {"hello", "! 'hello' is not an option"},
-                 {"--mode", "! --mode needs a value"},
-                 {"--headless=1", "! --headless takes no value"},
-                 {"--mode 15", "! --mode: '15' is not"},
-                 {"--mode 0", "! --mode: '0' is not"},
-                 {"--participants 4x", "! --participants: '4x' is not"},
-                 {"--seed 99999999999999999999", "! --seed: "},
-                 {"--duration -1", "! --duration: '-1' is not"},
-                 {"--size 1280", "! --size: '1280' is not a size"},
-                 {"--participants 2 --source 3=none", "! participant 3 of 2"},
-                 {"--source 0=none", "! --source: '0' is not"},
-                 {"--headless --screenshot a.png", "! needs a window"}},
-                [](const std::string& line) {
-                    return QString::number(parseOptions(splitWords(line)).participantCount());
-                });
-}
-
-void TestHostParsers::scenarioTimes()
-{
-    const std::vector<ScenarioStep> steps = parseScenario("\xEF\xBB\xBF# opening\r\n"
-                                                          "at 1.5 add alice\r\n"
-                                                          "mute alice on   # the same time\n"
-                                                          "+0.25 preview alice on\n"
-                                                          "wait 2\n"
-                                                          "\n"
-                                                          "call ZRScreen_GetCurMode\n"
-                                                          "0.5 add bob none \"Bob 李\"\n"
-                                                          "+0 quit",
-                                                          "test");
-    QStringList got;
-    for (const ScenarioStep& step : steps)
-        got << QStringLiteral("%1:%2:%3")
-                   .arg(step.timeMs)
-                   .arg(step.line)
-                   .arg(QString::fromStdString(step.command.command->name));
-    QCOMPARE(got, (QStringList{"500:8:add", "500:9:quit", "1500:2:add", "1500:3:mute",
-                               "1750:4:preview", "3750:7:call"}));
-    QCOMPARE(steps[0].command.arguments.text(2), std::string("Bob 李"));
-}
-
-void TestHostParsers::wrongScenariosAreRefused()
-{
-    compareRows(
-        {{"1 add a\n2 dance a", "! t:2: unknown command 'dance'"},
-         {"mute a", "! t:1: too few arguments: mute WHO on|off"},
-         {"quit now", "! t:1: too many arguments: quit"},
-         {"mute a maybe", "! 'maybe' is not 'on' or 'off'"},
-         {"ext hide", "! 'hide' is none of show, close"},
-         {"add a film:x", "! unknown kind 'film'"},
-         {"call ZRScreen_Dance", "! there is no export 'ZRScreen_Dance'"},
-         {"call ZRScreen_SetMute a", "! write ZRScreen_SetMute WHO on|off"},
-         {"call ZRScreenDate_Init main", "! write NAME=ZRScreenDate_Init none|main|second"},
-         {"call x=ZRScreen_GetCurMode", "! write ZRScreen_GetCurMode"},
-         {"resize 10", "! '10' is not a size"},
-         {"at add a", "! no time after 'at'"},
-         {"1,5 add a", "! time: '1,5' is not"},
-         {"+1", "! no command after the time"},
-         {"name a \"b", "! a quote is not closed"}},
-        [](const std::string& text) { return QString::number(parseScenario(text, "t").size()); });
-}
-
-void TestHostParsers::messagesAreDescribed()
-{
-    const struct
+    void wordsAreSplit()
     {
-        unsigned long message;
-        unsigned long long wParam;
-        long long lParam;
-        const char* text;
-    } rows[] = {
-        {ZRMSG_VIDEO_SHOWN, 0x1f, 7, "message ZRMSG_VIDEO_SHOWN person=0x1f hostValue=alice"},
-        {ZRMSG_CLICK_MORE, -5ULL, 8, "message ZRMSG_CLICK_MORE right=-5 hostValue=8"},
-        {3, 0x1f, 7, "stream request grade=3 for alice"},
-        {ZRMSG_FOCUS_STREAM, reinterpret_cast<uintptr_t>("bob"), 1,
-         "message ZRMSG_FOCUS_STREAM userId=bob focus=new"},
-        {17, 2, 3, "message 17 wParam=0x2 lParam=3"},
-    };
-    const auto nameOf = [](long long value) { return std::string(value == 7 ? "alice" : ""); };
-    for (const auto& row : rows)
-        QCOMPARE(describeMessage(row.message, row.wParam, row.lParam, nameOf),
-                 std::string(row.text));
-}
+        compareRows({{" a\t b  c\r", "a|b|c"},
+                     {"a b # c", "a|b"},
+                     {"a b#c", "a|b#c"},
+                     {"name \"Ann \\\"A\\\" \\\\ 李\" x", "name|Ann \"A\" \\ 李|x"},
+                     {"\"# a\"", "# a"},
+                     {"a \"\" b", "a||b"},
+                     {"\"a\\", "! a quote is not closed"}},
+                    [](const std::string& line) {
+                        QStringList words;
+                        for (const std::string& word : splitWords(line))
+                            words << QString::fromStdString(word);
+                        return words.join('|');
+                    });
 
-void TestHostParsers::headers()
-{
-    compareRows({{"YUV4MPEG2 W320 H240 F30000:1001 Ip A1:1 C420jpeg XA=\"b", "320x240 29.97"},
-                 {"YUV4MPEG2 F10:1 H2 W3", "3x2 10"},
-                 {"YUV4MPEG2 W2 H2", "2x2 25"},
-                 {"YUV4MPEG2 W2 H2 F0:0", "2x2 25"},
-                 {"YUV4MPEG W2 H2", "! not a YUV4MPEG2 stream"},
-                 {"YUV4MPEG2 H2", "! without a width"},
-                 {"YUV4MPEG2 W0 H2", "! width: '0' is not"},
-                 {"YUV4MPEG2 W2 H16385", "! height: '16385' is not"},
-                 {"YUV4MPEG2 W2x H2", "! width: '2x' is not"},
-                 {"YUV4MPEG2 W2 H2 F25", "! is not a ratio"},
-                 {"YUV4MPEG2 W2 H2 C420p10", "! chroma '420p10' is not supported"},
-                 {"YUV4MPEG2 W2 H2 C422", "! chroma '422' is not supported"}},
-                [](const std::string& line) {
-                    const Y4mHeader header = Y4mHeader::parse(line);
-                    return QStringLiteral("%1x%2 ").arg(header.width).arg(header.height)
-                           + QString::number(header.fps, 'g', 4);
-                });
-}
+        LineBuffer buffer;
+        QVERIFY(buffer.add("mute al").empty());
+        QCOMPARE(buffer.add("ice on\r\n\nquit"), (std::vector<std::string>{"mute alice on", ""}));
+        QCOMPARE(buffer.takeRest(), std::string("quit"));
+        QCOMPARE(buffer.takeRest(), std::string());
+        // Input without line ends must not fill the memory.
+        for (int i = 0; i < 10; ++i)
+            QVERIFY(buffer.add(std::string(1000, 'x')).empty());
+        QCOMPARE(buffer.takeRest().size(), LineBuffer::kMaxLineBytes);
+    }
 
-void TestHostParsers::streams()
-{
-    // 3 x 3 pixels: 9 bytes of luma, 2 x 2 for each chroma plane.
-    constexpr std::size_t kOddBytes = 9 + 4 + 4;
-    const std::string head = "YUV4MPEG2 W3 H3 F25:1\n";
-    const std::string first = head + frame("FRAME", kOddBytes, 'a');
-    compareRows({{first + frame("FRAME Ip XY", kOddBytes, 'b'), "ab."},
-                 {head, "!the stream has no frames"},
-                 {first + frame("FRAME", 16, 'b'), "a!truncated frame 2: 16 of 17 bytes"},
-                 {first + "FRA", "a!truncated YUV4MPEG2 header"},
-                 {first + "a" + frame("FRAME", kOddBytes, 'b'), "a!no FRAME header before frame 2"},
-                 {head + frame("FRAMES", kOddBytes, 'a'), "!no FRAME header before frame 1"},
-                 // What is not a stream at all is said before the first picture is asked for.
-                 {"", "! the stream is empty"},
-                 {"\x89PNG.....", "! not a YUV4MPEG2 stream"},
-                 {"YUV4MPEG2 W2 H2", "! truncated YUV4MPEG2 header"},
-                 {"YUV4MPEG2 " + std::string(5000, 'X'), "! YUV4MPEG2 header line without an end"}},
-                [](const std::string& bytes) {
-                    Y4mSource source(std::make_unique<MemoryBytes>(bytes), 0);
-                    return readAll(source, 10);
-                });
+    void sourcesAreParsed()
+    {
+        compareRows({{"synthetic", "synthetic 0x0 0"},
+                     {"synthetic@16384x1/12.5", "synthetic 16384x1 12.5"},
+                     {"y4m/10:C:/a@b/c.y4m", "y4m:C:/a@b/c.y4m 0x0 10"},
+                     {"film:a.mp4", "! unknown kind 'film'"},
+                     {"y4m:", "! no file given"},
+                     {"synthetic:a", "! takes no file"},
+                     {"y4m@2x2:a", "! has the size of its file"},
+                     {"synthetic@16385x1", "! '16385' is not a whole number"},
+                     {"synthetic/0", "! '0' is not a number"},
+                     {"synthetic/nan", "! 'nan' is not a number"}},
+                    [](const std::string& text) {
+                        const SourceSpec spec = SourceSpec::parse(text);
+                        return QStringLiteral("%1 %2x%3 %4")
+                            .arg(QString::fromStdString(spec.toText()))
+                            .arg(spec.size.width)
+                            .arg(spec.size.height)
+                            .arg(spec.fps);
+                    });
+    }
 
-    const std::string two =
-        "YUV4MPEG2 W2 H2 F50:1\n" + frame("FRAME", 6, 'a') + frame("FRAME", 6, 'b');
-    Y4mSource looped(std::make_unique<MemoryBytes>(two, true), 0);
-    QCOMPARE(readAll(looped, 5), QStringLiteral("ababa"));
-    QCOMPARE(looped.fps(), 50.0);
-    QCOMPARE(Y4mSource(std::make_unique<MemoryBytes>(two), 12.5).fps(), 12.5);
-}
+    void optionsAreParsed()
+    {
+        const Options options = parseOptions(
+            splitWords("--participants 3 --names=Ann,李娜 --source 2=y4m/15:a=b.y4m --source none "
+                       "--mode 12 --size 800x600 --duration 1.25 --interactive --mode 7"));
+        QCOMPARE(options.nameOf(2), std::string("李娜"));
+        QCOMPARE(options.nameOf(3), std::string("Participant 3"));
+        QCOMPARE(options.sourceOf(2).file, std::string("a=b.y4m"));
+        QCOMPARE(int(options.sourceOf(1).kind), int(SourceKind::None));
+        QCOMPARE(options.mode, 7); // the last one counts
+        QCOMPARE(options.windowSize.height, 600);
+        QCOMPARE(options.durationMs, 1250);
+        QVERIFY(options.interactive && !options.headless && !options.help);
+    }
+
+    void participantsAreCounted()
+    {
+        compareRows({{"", "4"},
+                     {"--scenario a", "0"},
+                     {"--names a,b --scenario a", "2"},
+                     {"--names a,b --source 3=none", "3"},
+                     {"--names a,b --participants 1", "1"},
+                     {"--participants 0", "0"},
+                     {"hello", "! 'hello' is not an option"},
+                     {"--mode", "! --mode needs a value"},
+                     {"--headless=1", "! --headless takes no value"},
+                     {"--mode 15", "! --mode: '15' is not"},
+                     {"--seed 99999999999999999999", "! --seed: "},
+                     {"--participants 2 --source 3=none", "! participant 3 of 2"},
+                     {"--source 0=none", "! --source: '0' is not"},
+                     {"--headless --screenshot a.png", "! needs a window"}},
+                    [](const std::string& line) {
+                        return QString::number(parseOptions(splitWords(line)).participantCount());
+                    });
+    }
+
+    void scenarios()
+    {
+        const std::vector<ScenarioStep> steps = parseScenario("\xEF\xBB\xBF# opening\r\n"
+                                                              "at 1.5 add alice\r\n"
+                                                              "mute alice on   # the same time\n"
+                                                              "+0.25 preview alice on\n"
+                                                              "wait 2\n"
+                                                              "\n"
+                                                              "call ZRScreen_GetCurMode\n"
+                                                              "0.5 add bob none \"Bob 李\"\n"
+                                                              "+0 quit",
+                                                              "test");
+        QStringList got;
+        for (const ScenarioStep& step : steps)
+            got << QStringLiteral("%1:%2:%3")
+                       .arg(step.timeMs)
+                       .arg(step.line)
+                       .arg(QString::fromStdString(step.command.command->name));
+        QCOMPARE(got, (QStringList{"500:8:add", "500:9:quit", "1500:2:add", "1500:3:mute",
+                                   "1750:4:preview", "3750:7:call"}));
+        QCOMPARE(steps[0].command.arguments.text(2), std::string("Bob 李"));
+
+        compareRows(
+            {{"1 add a\n2 dance a", "! t:2: unknown command 'dance'"},
+             {"mute a", "! t:1: too few arguments: mute WHO on|off"},
+             {"quit now", "! t:1: too many arguments: quit"},
+             {"mute a maybe", "! 'maybe' is not 'on' or 'off'"},
+             {"ext hide", "! 'hide' is none of show, close"},
+             {"call ZRScreen_Dance", "! there is no export 'ZRScreen_Dance'"},
+             {"call ZRScreen_SetMute a", "! write ZRScreen_SetMute WHO on|off"},
+             {"call ZRScreenDate_Init main", "! write NAME=ZRScreenDate_Init none|main|second"},
+             {"at add a", "! no time after 'at'"},
+             {"1,5 add a", "! time: '1,5' is not"},
+             {"+1", "! no command after the time"}},
+            [](const std::string& text) {
+                return QString::number(parseScenario(text, "t").size());
+            });
+    }
+
+    void messagesAreDescribed()
+    {
+        const std::tuple<unsigned long, unsigned long long, long long, const char*> rows[] = {
+            {ZRMSG_VIDEO_SHOWN, 0x1f, 7, "message ZRMSG_VIDEO_SHOWN person=0x1f hostValue=alice"},
+            {ZRMSG_CLICK_MORE, -5ULL, 8, "message ZRMSG_CLICK_MORE right=-5 hostValue=8"},
+            {3, 0x1f, 7, "stream request grade=3 for alice"},
+            {ZRMSG_FOCUS_STREAM, reinterpret_cast<uintptr_t>("bob"), 1,
+             "message ZRMSG_FOCUS_STREAM userId=bob focus=new"},
+            {17, 2, 3, "message 17 wParam=0x2 lParam=3"},
+        };
+        const auto nameOf = [](long long value) { return std::string(value == 7 ? "alice" : ""); };
+        for (const auto& [message, wParam, lParam, text] : rows)
+            QCOMPARE(describeMessage(message, wParam, lParam, nameOf), std::string(text));
+    }
+
+    void headers()
+    {
+        compareRows({{"YUV4MPEG2 W320 H240 F30000:1001 Ip A1:1 C420jpeg XA=\"b", "320x240 29.97"},
+                     {"YUV4MPEG2 F10:1 H2 W3", "3x2 10"},
+                     {"YUV4MPEG2 W2 H2", "2x2 25"},
+                     {"YUV4MPEG2 W2 H2 F0:0", "2x2 25"},
+                     {"YUV4MPEG W2 H2", "! not a YUV4MPEG2 stream"},
+                     {"YUV4MPEG2 H2", "! without a width"},
+                     {"YUV4MPEG2 W0 H2", "! width: '0' is not"},
+                     {"YUV4MPEG2 W2 H2 F25", "! is not a ratio"},
+                     {"YUV4MPEG2 W2 H2 C420p10", "! chroma '420p10' is not supported"}},
+                    [](const std::string& line) {
+                        const Y4mHeader header = Y4mHeader::parse(line);
+                        return QStringLiteral("%1x%2 ").arg(header.width).arg(header.height)
+                               + QString::number(header.fps, 'g', 4);
+                    });
+    }
+
+    void streams()
+    {
+        // 3 x 3 pixels: 9 bytes of luma, 2 x 2 for each chroma plane.
+        constexpr std::size_t kOddBytes = 9 + 4 + 4;
+        const std::string head = "YUV4MPEG2 W3 H3 F25:1\n";
+        const std::string first = head + frame("FRAME", kOddBytes, 'a');
+        compareRows(
+            {{first + frame("FRAME Ip XY", kOddBytes, 'b'), "ab."},
+             {head, "! the stream has no frames"},
+             {first + frame("FRAME", 16, 'b'), "a! truncated frame 2: 16 of 17 bytes"},
+             {first + "FRA", "a! truncated YUV4MPEG2 header"},
+             {first + "a" + frame("FRAME", kOddBytes, 'b'), "a! no FRAME header before frame 2"},
+             {head + frame("FRAMES", kOddBytes, 'a'), "! no FRAME header before frame 1"},
+             // What is not a stream at all is said before the first picture is asked for.
+             {"", "! the stream is empty"},
+             {"\x89PNG.....", "! not a YUV4MPEG2 stream"},
+             {"YUV4MPEG2 W2 H2", "! truncated YUV4MPEG2 header"},
+             {"YUV4MPEG2 " + std::string(5000, 'X'), "! YUV4MPEG2 header line without an end"}},
+            [](const std::string& bytes) {
+                Y4mSource source(std::make_unique<MemoryBytes>(bytes), 0);
+                return readAll(source, 10);
+            });
+
+        const std::string two =
+            "YUV4MPEG2 W2 H2 F50:1\n" + frame("FRAME", 6, 'a') + frame("FRAME", 6, 'b');
+        Y4mSource looped(std::make_unique<MemoryBytes>(two, true), 0);
+        QCOMPARE(readAll(looped, 5), QStringLiteral("ababa"));
+        QCOMPARE(looped.fps(), 50.0);
+        QCOMPARE(Y4mSource(std::make_unique<MemoryBytes>(two), 12.5).fps(), 12.5);
+    }
+};
 
 QTEST_APPLESS_MAIN(TestHostParsers)
 #include "tst_hostparsers.moc"

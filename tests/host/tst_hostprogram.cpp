@@ -13,33 +13,7 @@ struct Result
     QString errors;
 };
 
-} // namespace
-
-class TestHostProgram : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    // Without one, Qt complains before the module takes its messages.
-    void initTestCase() { qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_folder.path())); }
-    void failures();
-    void aRun();
-    void requestsEndTheRun();
-
-private:
-    static Result run(const QStringList& arguments, const QByteArray& input = {});
-    QString write(const char* name, const QByteArray& bytes) const
-    {
-        QFile file(m_folder.filePath(QLatin1String(name)));
-        return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size()
-                   ? file.fileName()
-                   : QString();
-    }
-
-    QTemporaryDir m_folder;
-};
-
-Result TestHostProgram::run(const QStringList& arguments, const QByteArray& input)
+Result run(const QStringList& arguments, const QByteArray& input = {})
 {
     QProcess process;
     process.start(QStringLiteral(ZRHOST_PROGRAM), arguments);
@@ -60,37 +34,42 @@ Result TestHostProgram::run(const QStringList& arguments, const QByteArray& inpu
     return result;
 }
 
-void TestHostProgram::failures()
-{
-    const QString cut = write("cut.y4m", "YUV4MPEG2 W2 H2 F50:1\nFRAME\nabcdefFRAME\nab");
-    const QString absent = write("absent.txt", "0 mute alice on\n");
-    const struct
-    {
-        QStringList arguments;
-        QByteArray input;
-        int status;
-        const char* line; // part of the one line on the error output
-    } rows[] = {
-        {{"--colour"}, {}, 2, "unknown option '--colour'"},
-        {{"--headless", "--library", "/none.so"}, {}, 1, "cannot load the library '/none.so'"},
-        {{"--headless", "--source", "1=y4m:" + cut}, {}, 1, "truncated frame 2: 2 of 6 bytes"},
-        {{"--headless", "--scenario", absent}, {}, 1, "there is no participant 'alice'"},
-        {{"--headless", "--interactive"}, "dance\n", 1, "unknown command 'dance'"},
-    };
-    for (const auto& row : rows) {
-        const Result result = run(row.arguments, row.input);
-        QVERIFY2(result.errors.contains(row.line), qPrintable(result.errors));
-        QCOMPARE(result.errors.count(QLatin1Char('\n')), 1);
-        QVERIFY(result.errors.startsWith(QLatin1String("zrhost: ")));
-        QCOMPARE(result.status, row.status);
-    }
-}
+} // namespace
 
-/// Each kind of argument that a call can have reaches the module as what it is.
-void TestHostProgram::aRun()
+class TestHostProgram : public QObject
 {
-    const QString video = write("good.y4m", "YUV4MPEG2 W2 H2 F50:1\nFRAME\nabcdef");
-    const QString scenario = write("run.txt", "0.1 add carol y4m:" + video.toUtf8() + R"( 李娜
+    Q_OBJECT
+
+private slots:
+    // Without one, Qt complains before the module takes its messages.
+    void initTestCase() { qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_folder.path())); }
+
+    void failures()
+    {
+        const QString cut = write("cut.y4m", "YUV4MPEG2 W2 H2 F50:1\nFRAME\nabcdefFRAME\nab");
+        const QString absent = write("absent.txt", "0 mute alice on\n");
+        // Arguments, input, exit status, part of the one line on the error output.
+        const std::tuple<QStringList, QByteArray, int, const char*> rows[] = {
+            {{"--colour"}, {}, 2, "unknown option '--colour'"},
+            {{"--headless", "--library", "/none.so"}, {}, 1, "cannot load the library '/none.so'"},
+            {{"--headless", "--source", "1=y4m:" + cut}, {}, 1, "truncated frame 2: 2 of 6 bytes"},
+            {{"--headless", "--scenario", absent}, {}, 1, "there is no participant 'alice'"},
+            {{"--headless", "--interactive"}, "dance\n", 1, "unknown command 'dance'"},
+        };
+        for (const auto& [arguments, input, status, line] : rows) {
+            const Result result = run(arguments, input);
+            QVERIFY2(result.errors.contains(line), qPrintable(result.errors));
+            QCOMPARE(result.errors.count(QLatin1Char('\n')), 1);
+            QVERIFY(result.errors.startsWith(QLatin1String("zrhost: ")));
+            QCOMPARE(result.status, status);
+        }
+    }
+
+    /// Each kind of argument that a call can have reaches the module as what it is.
+    void aRun()
+    {
+        const QString video = write("good.y4m", "YUV4MPEG2 W2 H2 F50:1\nFRAME\nabcdef");
+        const QString scenario = write("run.txt", "0.1 add carol y4m:" + video.toUtf8() + R"( 李娜
         +1 call ZRScreen_GetCurMode
         mute carol on
         call ZRScreen_IsPersonVisible carol
@@ -110,49 +89,58 @@ void TestHostProgram::aRun()
         call ZRScreen_DelPerson erin
         mode 14
         +0.3 quit)");
-    const Result result = run({"--headless", "--follow-streams", "--mode", "12", "--names",
-                               "Ann,Bob", "--scenario", scenario});
-    QCOMPARE(result.errors, QString());
-    QCOMPARE(result.status, 0);
-    for (const char* const line :
-         {"ZRScreen_GetCurMode = 12", "ZRScreen_IsPersonVisible = 1", "ZRScreen_SetPersonInfo = 1",
-          "ZRScreen_PlayFrame = 1", "ZRScreen_MoveWindow = 1", "ZRScreen_ChangeLayout = 1",
-          "ZRScreen_GetShareWgtPos = 0 0 -1 -1", "ZRScreen_AddSentence = 1",
-          "ZRCtrl_QLineEdit_GetText = 8 \"会议 5\"", "ZRScreen_DelPerson = 1",
-          "message ZRMSG_SCREEN_MODE mode=14"})
-        QVERIFY2(result.output.contains(QString::fromUtf8(line) + '\n'), line);
-    for (const char* const line :
-         {"message ZRMSG_VIDEO_SHOWN person=0x[0-9a-f]+ hostValue=carol\n",
-          "message ZRMSG_PERSON_INFO_UPDATED play=0x[0-9a-f]+ hostValue=77\n",
-          "carol: [1-9]\\d* frames delivered, 0 refused\n"})
-        QVERIFY2(QRegularExpression(line).match(result.output).hasMatch(),
-                 qPrintable(result.output));
-}
+        const Result result = run({"--headless", "--follow-streams", "--mode", "12", "--names",
+                                   "Ann,Bob", "--scenario", scenario});
+        QCOMPARE(result.errors, QString());
+        QCOMPARE(result.status, 0);
+        for (const char* const line :
+             {"ZRScreen_GetCurMode = 12", "ZRScreen_IsPersonVisible = 1",
+              "ZRScreen_SetPersonInfo = 1", "ZRScreen_PlayFrame = 1", "ZRScreen_MoveWindow = 1",
+              "ZRScreen_ChangeLayout = 1", "ZRScreen_GetShareWgtPos = 0 0 -1 -1",
+              "ZRScreen_AddSentence = 1", "ZRCtrl_QLineEdit_GetText = 8 \"会议 5\"",
+              "ZRScreen_DelPerson = 1", "message ZRMSG_SCREEN_MODE mode=14"})
+            QVERIFY2(result.output.contains(QString::fromUtf8(line) + '\n'), line);
+        for (const char* const line :
+             {"message ZRMSG_VIDEO_SHOWN person=0x[0-9a-f]+ hostValue=carol\n",
+              "message ZRMSG_PERSON_INFO_UPDATED play=0x[0-9a-f]+ hostValue=77\n",
+              "carol: [1-9]\\d* frames delivered, 0 refused\n"})
+            QVERIFY2(QRegularExpression(line).match(result.output).hasMatch(),
+                     qPrintable(result.output));
+    }
 
-/// Typed, and by the system.
-void TestHostProgram::requestsEndTheRun()
-{
-    const Result typed =
-        run({"--headless", "--interactive"}, "# hello\nwait 0.2\ncall ZRScreen_GetCurMode\nquit");
-    QCOMPARE(typed.errors, QString());
-    QVERIFY(typed.output.contains("ZRScreen_GetCurMode = 1\n"));
-    QCOMPARE(typed.status, 0);
+    void requestsEndTheRun()
+    {
+        const Result typed = run({"--headless", "--interactive"}, "wait 0.2\nquit");
+        QCOMPARE(typed.errors, QString());
+        QCOMPARE(typed.status, 0);
 
-    // With a pipe that nobody writes to.
-    const QString pipe = m_folder.filePath(QStringLiteral("pipe"));
-    if (QProcess::execute(QStringLiteral("mkfifo"), {pipe}) != 0)
-        QSKIP("there are no named files for pipes here");
-    QProcess process;
-    process.start(QStringLiteral(ZRHOST_PROGRAM), {"--headless", "--source", "1=y4m:" + pipe});
-    QByteArray output;
-    QTRY_VERIFY((output += process.readAllStandardOutput()).contains("ZRMSG_VIDEO_SHOWN"));
-    process.terminate();
-    QVERIFY(process.waitForFinished(10000));
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 0);
-    output += process.readAllStandardOutput();
-    QVERIFY2(output.contains("frames delivered"), output.constData());
-}
+        // The system's, with a pipe that nobody writes to.
+        const QString pipe = m_folder.filePath(QStringLiteral("pipe"));
+        if (QProcess::execute(QStringLiteral("mkfifo"), {pipe}) != 0)
+            QSKIP("there are no named files for pipes here");
+        QProcess process;
+        process.start(QStringLiteral(ZRHOST_PROGRAM), {"--headless", "--source", "1=y4m:" + pipe});
+        QByteArray output;
+        QTRY_VERIFY((output += process.readAllStandardOutput()).contains("ZRMSG_VIDEO_SHOWN"));
+        process.terminate();
+        QVERIFY(process.waitForFinished(10000));
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), 0);
+        output += process.readAllStandardOutput();
+        QVERIFY2(output.contains("frames delivered"), output.constData());
+    }
+
+private:
+    QString write(const char* name, const QByteArray& bytes) const
+    {
+        QFile file(m_folder.filePath(QLatin1String(name)));
+        return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size()
+                   ? file.fileName()
+                   : QString();
+    }
+
+    QTemporaryDir m_folder;
+};
 
 QTEST_GUILESS_MAIN(TestHostProgram)
 #include "tst_hostprogram.moc"

@@ -95,133 +95,112 @@ private:
     std::multimap<qint64, bool> m_answers; ///< by when they are due: the messages
 };
 
-/// Digits of a number in base 3 choose from three values.
-int digit(int number, int place)
-{
-    for (; place > 0; --place)
-        number /= 3;
-    return number % 3;
-}
-
 } // namespace
 
-class TestCameraState : public QObject
+class tst_CameraState : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void singleReports();
-    void everyHost();
+    void singleReports()
+    {
+        // 's', 'h' and 'g': told shown, hidden and a grade, 'p': presumed on, '+' and '-': reported
+        // open and closed, '.': a second. Then whether it is on, and the second since the beginning
+        // in which the host is told again.
+        const std::tuple<const char*, bool, int> rows[] = {
+            {"", false, -1},
+            {"+", true, -1},
+            {"+h.-.-", false, -1},         // one report more than it was asked for
+            {"+h..s.-", true, -1},         // a late answer: the next one will be "open"
+            {"+h.s.+..-", true, 4},        // out of step; or switched off
+            {"+h.s.-........", false, -1}, // nothing more came: it was no answer
+            {"+h.s.-.......h.-", true, -1},
+            {"+h.s.-........h.-", false, -1},
+            {"+h.s.........-", false, -1}, // too late for an answer
+            {"h.+", true, 2},              // switched on, seen by nobody
+            {"s.h.+", true, 9},            // a late answer, to be followed by another
+            {"s.+g.-.......", true, 6},    // closed for another grade
+            {"s.+g.-........", false, 6},
+            {"s.+g.-.+.-", false, -1},
+            {"h.s.+g.-", true, 7}, // maybe it is opened again unasked
+            {"s.+g........-", false, -1},
+            {"h.p.-", true, -1}, // nothing is known yet
+            {"h.p.-s.......", true, -1},
+            {"h.p.-s........", false, -1},
+            {"h.p.-s.+........", true, -1},
+            {"h.p.-s.-", false, -1},
+            {"-p", false, -1},
+            {"s.-h.+", true, 3}, // what was told before it was switched off has its answer
+            {"s.p", false, -1},
+        };
+        for (const auto& [events, on, tellAgainS] : rows) {
+            CameraState camera;
+            qint64 nowMs = 0;
+            for (const char event : QByteArray(events)) {
+                if (event == '.')
+                    nowMs += 1000;
+                else if (event == 's')
+                    camera.tellShown(nowMs);
+                else if (event == 'h')
+                    camera.tellHidden(nowMs);
+                else if (event == 'p')
+                    camera.presumeOn();
+                else if (event == 'g')
+                    camera.tellGrade(nowMs);
+                else
+                    camera.report(event == '+', nowMs);
+            }
+            QVERIFY2(camera.isOn(nowMs) == on, events);
+            QVERIFY2(camera.tellAgainMs() == (tellAgainS < 0 ? -1 : tellAgainS * 1000), events);
+        }
+    }
+
+    void everyHost()
+    {
+        constexpr qint64 kGapsMs[] = {1000, 2500, 9000};
+        constexpr qint64 kDelaysMs[] = {0, 1500, 5000};
+        constexpr int kTells = 4;
+        constexpr int kThreeTo[kTells] = {1, 3, 9, 27};
+        constexpr int kCourses = 81; // three gaps or delays at each of four places
+        int failures = 0;
+        for (const Kind kind :
+             {Kind::InTurn, Kind::OutOfStep, Kind::OnlyChanges, Kind::NeverHidden}) {
+            for (int course = 0; course < kCourses * kCourses * 2 * (kTells + 1); ++course) {
+                const int gaps = course % kCourses;
+                const int delays = course / kCourses % kCourses;
+                const bool bReportsFirst = course / kCourses / kCourses % 2 != 0;
+                const int offAfter = course / kCourses / kCourses / 2;
+                Story story(kind, bReportsFirst);
+                for (int i = 0; i < kTells; ++i) {
+                    const bool bShown = (i + kTells) % 2 != 0; // the last one is "shown"
+                    story.tell(bShown, kDelaysMs[delays / kThreeTo[i] % 3]);
+                    story.pass(200);
+                    if (offAfter == i)
+                        story.switchOff();
+                    story.pass(kGapsMs[gaps / kThreeTo[i] % 3] - 200);
+                }
+                story.pass(30000);
+                const bool isRegular = kind == Kind::InTurn || kind == Kind::OnlyChanges;
+                const bool answersAll = kind == Kind::InTurn || kind == Kind::OutOfStep;
+                // At rest the host has done what it was told last, and no answer is open any more.
+                bool right = !story.lost && story.isOpen() == (offAfter >= kTells);
+                if (offAfter >= kTells) {
+                    right = right && story.isOn();
+                    right = right && (!isRegular || story.tells == kTells);
+                    story.switchOff(); // which nothing but the camera can be the cause of
+                    right = right && !story.isOn();
+                } else if (answersAll || (story.saysOff && offAfter == kTells - 1)) {
+                    right = right && !story.isOn();
+                }
+                if (!right && ++failures < 10)
+                    qWarning() << "host" << int(kind) << "gaps" << gaps << "delays" << delays
+                               << bReportsFirst << "off after" << offAfter << "tells" << story.tells
+                               << "on" << story.isOn() << "open" << story.isOpen() << story.lost;
+            }
+        }
+        QCOMPARE(failures, 0);
+    }
 };
 
-void TestCameraState::singleReports()
-{
-    // 's', 'h' and 'g': told shown, hidden and a grade, 'p': presumed on, '+' and '-': reported
-    // open and closed, '.': a second
-    const struct
-    {
-        const char* events;
-        bool on;
-        int tellAgainS; ///< since the beginning; -1 for never
-    } rows[] = {
-        {"", false, -1},
-        {"-", false, -1},
-        {"+", true, -1},
-        {"+-", false, -1},
-        {"s.+.-", false, -1},    // switched off
-        {"+h.-", true, -1},      // closed as it was told
-        {"+h.-.-", false, -1},   // one report more than it was asked for
-        {"+h..s.-", true, -1},   // a late answer: the next one will be "open"
-        {"+h..s.-.+", true, -1}, //
-        {"+h..s.-.+.-", false, -1},
-        {"+h.s.+..-", true, 4}, // out of step; or switched off
-        {"+h.s.+..-.-", false, -1},
-        {"+h.s.-........", false, -1}, // nothing more came: it was no answer
-        {"+h.s.-.......h.-", true, -1},
-        {"+h.s.-........h.-", false, -1},
-        {"+h.s.........-", false, -1}, // too late for an answer
-        {"h.+", true, 2},              // switched on, seen by nobody
-        {"s.h.+", true, 9},            // a late answer, to be followed by another
-        {"s.h.+.-", true, -1},
-        {"s.+g.-.......", true, 6}, // closed for another grade
-        {"s.+g.-........", false, 6},
-        {"s.+g.-.+.-", false, -1},
-        {"h.s.+g.-", true, 7}, // maybe it is opened again unasked
-        {"s.+g........-", false, -1},
-        {"h.p.-", true, -1}, // nothing is known yet
-        {"h.p.-s.......", true, -1},
-        {"h.p.-s........", false, -1},
-        {"h.p.-s.+........", true, -1},
-        {"h.p.-s.-", false, -1},
-        {"-p", false, -1},
-        {"s.p", false, -1},
-    };
-    for (const auto& row : rows) {
-        CameraState camera;
-        qint64 nowMs = 0;
-        for (const char* event = row.events; *event; ++event) {
-            if (*event == '.')
-                nowMs += 1000;
-            else if (*event == 's')
-                camera.tellShown(nowMs);
-            else if (*event == 'h')
-                camera.tellHidden(nowMs);
-            else if (*event == 'p')
-                camera.presumeOn();
-            else if (*event == 'g')
-                camera.tellGrade(nowMs);
-            else
-                camera.report(*event == '+', nowMs);
-        }
-        QVERIFY2(camera.isOn(nowMs) == row.on, row.events);
-        QVERIFY2(camera.tellAgainMs() == (row.tellAgainS < 0 ? -1 : row.tellAgainS * 1000),
-                 row.events);
-    }
-}
-
-void TestCameraState::everyHost()
-{
-    constexpr qint64 kGapsMs[] = {1000, 2500, 9000};
-    constexpr qint64 kDelaysMs[] = {0, 1500, 5000};
-    constexpr int kTells = 4;
-    constexpr int kCourses = 81; // three gaps or delays at each of four places
-    int failures = 0;
-    for (const Kind kind : {Kind::InTurn, Kind::OutOfStep, Kind::OnlyChanges, Kind::NeverHidden}) {
-        for (int course = 0; course < kCourses * kCourses * 2 * (kTells + 1); ++course) {
-            const int gaps = course % kCourses;
-            const int delays = course / kCourses % kCourses;
-            const bool bReportsFirst = course / kCourses / kCourses % 2 != 0;
-            const int offAfter = course / kCourses / kCourses / 2;
-            Story story(kind, bReportsFirst);
-            for (int i = 0; i < kTells; ++i) {
-                const bool bShown = (i + kTells) % 2 != 0; // the last one is "shown"
-                story.tell(bShown, kDelaysMs[digit(delays, i)]);
-                story.pass(200);
-                if (offAfter == i)
-                    story.switchOff();
-                story.pass(kGapsMs[digit(gaps, i)] - 200);
-            }
-            story.pass(30000);
-            const bool isRegular = kind == Kind::InTurn || kind == Kind::OnlyChanges;
-            const bool answersAll = kind == Kind::InTurn || kind == Kind::OutOfStep;
-            // At rest the host has done what it was told last, and no answer is open any more.
-            bool right = !story.lost && story.isOpen() == (offAfter >= kTells);
-            if (offAfter >= kTells) {
-                right = right && story.isOn();
-                right = right && (!isRegular || story.tells == kTells);
-                story.switchOff(); // which nothing but the camera can be the cause of
-                right = right && !story.isOn();
-            } else if (answersAll || (story.saysOff && offAfter == kTells - 1)) {
-                right = right && !story.isOn();
-            }
-            if (!right && ++failures < 10)
-                qWarning() << "host" << int(kind) << "gaps" << gaps << "delays" << delays
-                           << bReportsFirst << "off after" << offAfter << "tells" << story.tells
-                           << "on" << story.isOn() << "open" << story.isOpen() << story.lost;
-        }
-    }
-    QCOMPARE(failures, 0);
-}
-
-QTEST_APPLESS_MAIN(TestCameraState)
+QTEST_APPLESS_MAIN(tst_CameraState)
 #include "tst_camerastate.moc"

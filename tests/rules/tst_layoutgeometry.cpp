@@ -1,7 +1,8 @@
+// Where tiles and windows stand, on which page, and how pages are turned.
 #include "layoutgeometry.h"
-
 #include "meetingmode.h"
 #include "paging.h"
+#include "screenplace.h"
 
 #include <QRandomGenerator>
 #include <QtTest>
@@ -13,32 +14,28 @@ namespace {
 
 using Tiles = std::vector<zr::TilePlacement>;
 
-/// Stands for the adaptive gallery's mode with up to nine tiles on a page.
-constexpr int kNine = 109;
-
-/// The arrangement of a mode; the speaker tool's has a test of its own.
-Tiles place(int mode, zr::LayoutInput input)
+/// Each arrangement; the speaker tool's has a test of its own.
+const struct Mode
 {
-    input.mode = mode == kNine ? int(eLayoutEqualCut) : mode;
-    switch (mode) {
-    case eLayoutEqualCut:
-        return zr::equalCutPlacements(input);
-    case kNine:
-        return zr::nineCutPlacements(input);
-    case eLayout6Cut:
-        return zr::sixCutPlacements(input);
-    case eLayout8Cut:
-        return zr::eightCutPlacements(input);
-    case eLayoutSpeakerRight:
-    case eLayoutSpeakerBottom:
-    case eLayoutSpeakerTop:
-        return zr::speakerPlacements(input);
-    case eLayoutSpeaker4:
-        return zr::speaker4Placements(input);
-    default:
-        return zr::fixedGridPlacements(input);
-    }
-}
+    QString name;
+    int mode;
+    Tiles (*place)(const zr::LayoutInput&);
+    int tilesPerPage; ///< 0 where everybody is on one page
+    int largeTiles;   ///< beside the paged ones
+} kModes[] = {
+    {"gallery6", eLayoutEqualCut, &zr::equalCutPlacements, 6, 0},
+    {"gallery9", eLayoutEqualCut, &zr::nineCutPlacements, 9, 0},
+    {"cut6", eLayout6Cut, &zr::sixCutPlacements, 6, 0},
+    {"cut8", eLayout8Cut, &zr::eightCutPlacements, 0, 0},
+    {"right", eLayoutSpeakerRight, &zr::speakerPlacements, 6, 1},
+    {"below", eLayoutSpeakerBottom, &zr::speakerPlacements, 6, 1},
+    {"top", eLayoutSpeakerTop, &zr::speakerPlacements, 6, 1},
+    {"pair", eLayoutSpeaker4, &zr::speaker4Placements, 6, 2},
+    {"grid2", eLayoutGrid4, &zr::fixedGridPlacements, 4, 0},
+    {"grid3", eLayoutGrid9, &zr::fixedGridPlacements, 9, 0},
+    {"grid4", eLayoutGrid16, &zr::fixedGridPlacements, 16, 0},
+    {"share", eLayoutShare, &zr::fixedGridPlacements, 0, 0}, // which has none
+};
 
 /// Grade, first index and size of tiles that are alike and follow each other, then their corners:
 /// "4: #2 1070x721 +0+0; 2: #7 211x118 +1071+1 +1071+121".
@@ -62,18 +59,14 @@ QString text(const Tiles& tiles)
     return all;
 }
 
-constexpr QSize kTall(1000, 700);
-
 /// Arrangements, number by number: mode, dialog, participants and what else is to be said of them,
 /// then the tiles.
 const char kArrangements[] = R"(
 // The adaptive galleries are alike up to six.
 gallery6 1280x720 2 = 4: #0 639x359 +0+180 +641+180
-gallery6 1281x720 2 = 4: #0 639x359 +0+180 +641+180
 gallery9 1280x720 3 = 3: #0 639x359 +0+0 +641+0 +320+361
 gallery6 1280x720 5 = 3: #0 425x239 +0+120 +427+120 +854+120 +214+361 +641+361
 gallery9 1280x720 6 = 3: #0 425x239 +0+120 +427+120 +854+120 +0+361 +427+361 +854+361
-gallery6 1000x700 1 = 4: #0 1000x562 +0+69
 gallery9 1600x400 2 = 4: #0 711x400 +88+0 +801+0
 gallery9 1600x400 5 = 3: #0 353x199 +268+0 +623+0 +978+0 +446+201 +801+201
 // A further page keeps the grid of the first.
@@ -84,7 +77,6 @@ gallery9 1600x400 8 = 3: #0 234x132 +447+1 +683+1 +919+1 +447+135 +683+135 +919+
 gallery9 1280x720 17 page 1 = 3: #9 425x239 +0+0 +427+0 +854+0 +0+241 +427+241 +854+241 +0+482 +427+482
 // One large tile and those around it; who has no tile has an empty rectangle.
 cut6 1280x720 7 = 4: #0 851x478 +1+1; 2: #1 424x238 +854+1 +854+241 +1+481 +427+481 +854+481; 2: #6 0x0 +0+0
-cut6 1601x401 10 page 1 = 4: #6 472x265 +445+1; 2: #7 235x131 +919+1 +919+134 +445+268
 cut6 1000x700 1 = 4: #0 1000x562 +0+69
 cut6 1000x700 1 polling = 4: #0 664x372 +1+70
 cut8 1280x720 9 = 4: #0 958x538 +1+1; 2: #1 318x178 +961+1 +961+181 +961+361 +1+541 +321+541 +641+541 +961+541; 2: #8 0x0 +0+0
@@ -94,21 +86,17 @@ right 1280x720 9 page 1 speaker 2 = 4: #2 1070x721 +0+0; 2: #7 211x118 +1071+1 +
 right 1280x720 2 speaker 0 = 4: #0 1070x721 +0+0; 2: #1 211x118 +1071+301
 right 1600x400 7 speaker 6 = 4: #6 712x401 +0+0; 2: #0 115x65 +713+0 +713+67 +713+134 +713+201 +713+268 +713+335
 below 1280x720 7 speaker 0 = 4: #0 1281x600 +0+0; 2: #1 211x118 +2+601 +215+601 +428+601 +641+601 +854+601 +1067+601
-below 1000x700 4 speaker 0 = 4: #0 1001x563 +0+0; 2: #1 164x92 +252+584 +418+584 +584+584
 top 1280x720 3 speaker 0 = 4: #0 1281x601 +0+120; 2: #1 211x118 +428+1 +641+1
 below 1000x700 2 =
 // An index outside the list.
 below 1000x700 2 speaker 2 polling = 2: #0 164x92 +335+584 +501+584
 // One pixel is between the two, not two: the right edge of the first is inclusive.
 pair 1280x720 9 page 1 speaker 3 second 1 = 4: #3 639x359 +0+120; 4: #1 639x359 +640+120; 2: #8 211x120 +2+600
-pair 1000x700 5 speaker 3 second 1 = 4: #3 499x280 +0+151; 4: #1 499x280 +500+151; 2: #0 165x92 +250+583; 2: #2 165x92 +417+583; 2: #4 165x92 +584+583
 pair 1000x700 3 speaker 0 = 4: #0 499x280 +0+151 +500+151; 2: #2 165x92 +417+583
 // The speaker is no second one.
 pair 1600x400 5 speaker 4 second 4 = 4: #4 472x266 +327+33; 4: #0 472x266 +800+33; 2: #1 117x66 +622+333 +741+333 +860+333
-pair 1000x700 1 speaker 0 = 4: #0 1000x562 +0+69
 pair 1000x700 2 polling = 2: #0 165x92 +334+583 +501+583
 grid2 1280x720 4 = 3: #0 639x359 +0+0 +640+0 +0+360 +640+360
-grid3 1000x700 5 = 2: #0 332x186 +1+70 +334+70 +667+70 +1+257 +334+257
 grid4 1000x700 22 page 1 = 2: #16 249x140 +0+68 +250+68 +500+68 +750+68 +0+209 +250+209
 share 1280x720 3 =
 )";
@@ -145,11 +133,11 @@ const char* pageFault(const Tiles& page, const zr::LayoutInput& input)
 /// Checks all pages of a list, and one before and after it. Who is on a page outside the list is on
 /// every page, and everybody else on exactly one.
 /// @return what is wrong; null when nothing is. `input.page` is where.
-const char* listFault(int mode, zr::LayoutInput& input)
+const char* listFault(const Mode& mode, zr::LayoutInput& input)
 {
     std::vector<int> pagesOf(static_cast<std::size_t>(input.count), 0);
     for (input.page = -1; input.page <= input.count; ++input.page) {
-        const Tiles page = place(mode, input);
+        const Tiles page = mode.place(input);
         if (const char* fault = pageFault(page, input))
             return fault;
         for (const auto& [index, rect, grade] : page)
@@ -157,10 +145,10 @@ const char* listFault(int mode, zr::LayoutInput& input)
     }
     // A dialog that is hardly visible need not have room for everybody.
     const bool roomy = input.area.width() >= zr::kMinLayoutWidthPx && input.area.height() >= 50;
-    const bool isShown = !zr::isSpeakerMode(mode) || input.speaker >= 0 || input.polling;
+    const bool isShown = !zr::isSpeakerMode(mode.mode) || input.speaker >= 0 || input.polling;
     for (int index = 0; index < input.count; ++index) {
         const int pages = pagesOf[static_cast<std::size_t>(index)];
-        const bool hasTile = isShown && (mode != eLayout8Cut || index < 8);
+        const bool hasTile = isShown && (mode.mode != eLayout8Cut || index < 8);
         if (pages > 1 && pages < input.count + 2)
             return "somebody is on some pages";
         if (pages > 0 ? !hasTile : hasTile && roomy)
@@ -176,132 +164,230 @@ class tst_LayoutGeometry : public QObject
     Q_OBJECT
 
 private slots:
-    void fit();
-    void rectangles();
-    void speakerTool();
-    void invariantsHoldForGeneratedDialogs();
-    void hostileInput();
-    void gradesOfGrids();
-};
-
-void tst_LayoutGeometry::fit()
-{
-    const struct
+    void fit()
     {
-        QSize size, fitted;
-        QPoint centred;
-    } rows[] = {
-        {{655, 360}, {655, 360}, {0, 0}}, // the widest whose quotients are equal
-        {{656, 360}, {640, 360}, {8, 0}}, {{640, 368}, {640, 368}, {0, 0}},    // the tallest
-        {{640, 369}, {640, 360}, {0, 4}}, {{1600, 400}, {711, 400}, {444, 0}}, // truncates
-        {{0, 90}, {0, 0}, {0, 45}},       {{-7, -3}, {0, 0}, {0, 0}},
-    };
-    for (const auto& row : rows)
-        QCOMPARE(text({zr::aloneCentred(row.size, 3)}),
-                 text({{3, QRect(row.centred, row.fitted), zr::kGradeLarge}}));
-}
-
-void tst_LayoutGeometry::rectangles()
-{
-    const QStringList modes{"",      "gallery6", "cut6", "cut8",  "",      "",      "right",
-                            "below", "top",      "pair", "share", "grid2", "grid3", "grid4"};
-    for (const QString& line : QString(kArrangements).split('\n', Qt::SkipEmptyParts)) {
-        if (line.startsWith("//"))
-            continue;
-        const QStringList words = line.section(" =", 0, 0).split(' ');
-        const QStringList sides = words[1].split('x');
-        zr::LayoutInput input{{sides[0].toInt(), sides[1].toInt()}, words[2].toInt()};
-        input.page = std::max(numberAfter("page", words), 0);
-        input.speaker = numberAfter("speaker", words);
-        input.secondSpeaker = numberAfter("second", words);
-        input.polling = words.contains("polling");
-        const int mode = words[0] == "gallery9" ? kNine : modes.indexOf(words[0]);
-        QCOMPARE(words[0] + ": " + text(place(mode, input)),
-                 words[0] + ": " + line.section(" =", 1).trimmed());
+        const std::tuple<QSize, QSize, QPoint> rows[] = {
+            {{655, 360}, {655, 360}, {0, 0}}, // the widest whose quotients are equal
+            {{656, 360}, {640, 360}, {8, 0}}, {{640, 368}, {640, 368}, {0, 0}},    // the tallest
+            {{640, 369}, {640, 360}, {0, 4}}, {{1600, 400}, {711, 400}, {444, 0}}, // truncates
+            {{0, 90}, {0, 0}, {0, 45}},       {{-7, -3}, {0, 0}, {0, 0}},
+        };
+        for (const auto& [size, fitted, corner] : rows)
+            QCOMPARE(text({zr::aloneCentred(size, 3)}),
+                     text({{3, QRect(corner, fitted), zr::kGradeLarge}}));
     }
-}
 
-void tst_LayoutGeometry::speakerTool()
-{
-    const std::pair<QSize, QRect> areas[] = {
-        {{1280, 720}, {2, 2, 1276, 716}},
-        {kTall, {2, 70, 996, 560}},
-        {{101, 101}, {2, 23, 97, 54}},
-        {{100, 720}, {-908, -178, 1916, 1076}}, // the screen's
-        {{720, 100}, {-598, -488, 1916, 1076}},
-    };
-    for (const auto& [dialog, area] : areas)
-        QCOMPARE(zr::speakerToolArea(dialog, {1920, 1080}), area);
-    QVERIFY(zr::speakerToolArea({INT_MIN, 0}, {-1, INT_MIN}).isEmpty());
-
-    const auto tool = [](QSize dialog, int count, int speaker) {
-        return text(zr::speakerToolPlacements({dialog, count, 0, 4, false, speaker},
-                                              zr::speakerToolArea(dialog, {1920, 1080})));
-    };
-    QCOMPARE(tool(kTall, 1, 0), QString("4: #0 996x560 +2+70"));
-    QCOMPARE(tool(kTall, 2, 1), QString("4: #1 1000x700 +0+0"));
-    QCOMPARE(tool({100, 720}, 1, 0), QString("4: #0 100x720 +0+0")); // no picture is cut off
-    QVERIFY(tool(kTall, 3, 3).isEmpty() && tool(kTall, 3, -1).isEmpty());
-}
-
-void tst_LayoutGeometry::invariantsHoldForGeneratedDialogs()
-{
-    for (const int mode : {1, 2, 3, 6, 7, 8, 9, 11, 12, 13, kNine}) {
-        QRandomGenerator random(20210);
-        for (int dialog = 0; dialog < 50; ++dialog) {
-            // Small dialogs, where truncation shows most, are as frequent as large ones.
-            const int limit = 1 << random.bounded(3, 14);
-            const QSize area(random.bounded(1, limit), random.bounded(1, limit));
-            for (int count = 0; count <= 20; count += random.bounded(1, 3)) {
-                zr::LayoutInput input{area, count, 0, mode, random.bounded(4) == 0};
-                if (count > 0 && random.bounded(8) > 0)
-                    input.speaker = random.bounded(count);
-                if (count > 0 && random.bounded(2) > 0)
-                    input.secondSpeaker = random.bounded(count);
-                const char* fault = listFault(mode, input);
-                QString what;
-                QDebug(&what) << "mode" << mode << area << "participants" << count << "speakers"
-                              << input.speaker << input.secondSpeaker << "page" << input.page
-                              << fault;
-                QVERIFY2(!fault, qPrintable(what));
-            }
+    void rectangles()
+    {
+        for (const QString& line : QString(kArrangements).split('\n', Qt::SkipEmptyParts)) {
+            if (line.startsWith("//"))
+                continue;
+            const QStringList words = line.section(" =", 0, 0).split(' ');
+            const QStringList sides = words[1].split('x');
+            zr::LayoutInput input{{sides[0].toInt(), sides[1].toInt()}, words[2].toInt()};
+            input.page = std::max(numberAfter("page", words), 0);
+            input.speaker = numberAfter("speaker", words);
+            input.secondSpeaker = numberAfter("second", words);
+            input.polling = words.contains("polling");
+            const auto* const mode =
+                std::find_if(std::begin(kModes), std::end(kModes),
+                             [&words](const Mode& one) { return one.name == words[0]; });
+            QVERIFY2(mode != std::end(kModes), qPrintable(line));
+            input.mode = mode->mode;
+            QCOMPARE(mode->name + ": " + text(mode->place(input)),
+                     mode->name + ": " + line.section(" =", 1).trimmed());
         }
+        // Mode, participants, page, grade; those of the other modes are in the table above.
+        const int grades[][4] = {{1, 20, 0, 3}, {1, 7, 1, 3}, {1, 1, 1, 3},
+                                 {2, 1, 0, 3},  {3, 8, 0, 3}, {-1, 1, 0, 2}};
+        for (const auto& [mode, count, page, grade] : grades)
+            QCOMPARE(zr::gridStreamType(mode, count, page), grade);
     }
-}
 
-void tst_LayoutGeometry::hostileInput()
-{
-    for (const int mode : {-1, 2, 3, 6, 7, 8, 9, 11, 13, kNine}) {
-        // The cuts list everybody: their memory follows the list, which is a real one.
-        const int most = mode == eLayout6Cut || mode == eLayout8Cut ? 100 : INT_MAX;
-        for (const int count : {INT_MIN, -1, 0, 1, 9, most}) {
-            for (const QSize& area : {QSize(0, 0), QSize(3, 1), QSize(INT_MIN, INT_MAX),
-                                      QSize(INT_MAX, INT_MAX), QSize(INT_MAX, 1)}) {
-                for (const int page : {INT_MIN, 0, (INT_MAX - 1) / 6, INT_MAX}) {
-                    for (const int speaker : {INT_MIN, -1, 0, 8, INT_MAX}) {
-                        const zr::LayoutInput input{area,        count,   page, mode,
-                                                    speaker < 0, speaker, 8};
-                        for (const auto& tile : place(mode, input)) {
-                            QVERIFY(tile.index >= 0 && tile.index < count);
-                            QVERIFY(tile.rect.isEmpty() || tile.rect.right() <= zr::kMaxSidePx + 2);
-                        }
-                        QVERIFY(zr::speakerToolPlacements(input, {}).size() <= 1);
-                    }
+    void speakerTool()
+    {
+        const QSize tall(1000, 700);
+        const std::pair<QSize, QRect> areas[] = {
+            {{1280, 720}, {2, 2, 1276, 716}},
+            {tall, {2, 70, 996, 560}},
+            {{101, 101}, {2, 23, 97, 54}},
+            {{100, 720}, {-908, -178, 1916, 1076}}, // the screen's
+            {{720, 100}, {-598, -488, 1916, 1076}},
+        };
+        for (const auto& [dialog, area] : areas)
+            QCOMPARE(zr::speakerToolArea(dialog, {1920, 1080}), area);
+        QVERIFY(zr::speakerToolArea({INT_MIN, 0}, {-1, INT_MIN}).isEmpty());
+
+        const std::tuple<QSize, int, int, const char*> rows[] = {
+            // dialog, participants, the speaker's index, the tile
+            {tall, 1, 0, "4: #0 996x560 +2+70"},
+            {tall, 2, 1, "4: #1 1000x700 +0+0"},
+            {{100, 720}, 1, 0, "4: #0 100x720 +0+0"}, // no picture is cut off
+            {tall, 3, 3, ""},
+            {tall, 3, -1, ""},
+        };
+        for (const auto& [dialog, count, speaker, tile] : rows)
+            QCOMPARE(text(zr::speakerToolPlacements({dialog, count, 0, 4, false, speaker},
+                                                    zr::speakerToolArea(dialog, {1920, 1080}))),
+                     QString(tile));
+    }
+
+    void invariantsHoldForGeneratedDialogs()
+    {
+        for (const Mode& mode : kModes) {
+            if (mode.mode == eLayoutShare)
+                continue;
+            QRandomGenerator random(20210);
+            for (int dialog = 0; dialog < 50; ++dialog) {
+                // Small dialogs, where truncation shows most, are as frequent as large ones.
+                const int limit = 1 << random.bounded(3, 14);
+                const QSize area(random.bounded(1, limit), random.bounded(1, limit));
+                for (int count = 0; count <= 20; count += random.bounded(1, 3)) {
+                    zr::LayoutInput input{area, count, 0, mode.mode, random.bounded(4) == 0};
+                    if (count > 0 && random.bounded(8) > 0)
+                        input.speaker = random.bounded(count);
+                    if (count > 0 && random.bounded(2) > 0)
+                        input.secondSpeaker = random.bounded(count);
+                    const char* fault = listFault(mode, input);
+                    QString what;
+                    QDebug(&what) << mode.name << area << "participants" << count << "speakers"
+                                  << input.speaker << input.secondSpeaker << "page" << input.page
+                                  << fault;
+                    QVERIFY2(!fault, qPrintable(what));
                 }
             }
         }
     }
-    QCOMPARE(zr::nineCutPlacements({{640, 360}, INT_MAX, (INT_MAX - 1) / 9}).size(), 1U);
-}
 
-void tst_LayoutGeometry::gradesOfGrids()
-{
-    // Mode, participants, page, grade; those of the other modes are in the table above.
-    const int rows[][4] = {{1, 20, 0, 3}, {1, 7, 1, 3}, {1, 1, 1, 3},
-                           {2, 1, 0, 3},  {3, 8, 0, 3}, {-1, 1, 0, 2}};
-    for (const auto& [mode, count, page, grade] : rows)
-        QCOMPARE(zr::gridStreamType(mode, count, page), grade);
-}
+    void hostileInput()
+    {
+        QRandomGenerator random(7);
+        const auto pick = [&random](std::initializer_list<int> values) {
+            return values.begin()[random.bounded(static_cast<int>(values.size()))];
+        };
+        for (const Mode& mode : kModes) {
+            // The cuts list everybody: their memory follows the list, which is a real one.
+            const bool isCut = mode.mode == eLayout6Cut || mode.mode == eLayout8Cut;
+            for (int i = 0; i < 1000; ++i) {
+                const QSize area(pick({0, 3, INT_MIN, INT_MAX}), pick({0, 1, INT_MIN, INT_MAX}));
+                const int count = pick({INT_MIN, -1, 0, 1, 9, isCut ? 100 : INT_MAX});
+                const int page = pick({INT_MIN, 0, (INT_MAX - 1) / 6, INT_MAX});
+                const int speaker = pick({INT_MIN, -1, 0, 8, INT_MAX});
+                const zr::LayoutInput input{area, count, page, mode.mode, speaker < 0, speaker, 8};
+                for (const auto& tile : mode.place(input)) {
+                    QVERIFY(tile.index >= 0 && tile.index < count);
+                    QVERIFY(tile.rect.isEmpty() || tile.rect.right() <= zr::kMaxSidePx + 2);
+                }
+                QVERIFY(zr::speakerToolPlacements(input, {}).size() <= 1);
+            }
+        }
+        QCOMPARE(zr::nineCutPlacements({{640, 360}, INT_MAX, (INT_MAX - 1) / 9}).size(), 1U);
+    }
+
+    void tilesOfModes()
+    {
+        for (const Mode& mode : kModes) {
+            QCOMPARE(zr::tilesPerPage(mode.mode, mode.name != "gallery6"), mode.tilesPerPage);
+            QCOMPARE(zr::largeTiles(mode.mode), mode.largeTiles);
+        }
+    }
+
+    void pages()
+    {
+        // Participants, tiles on a page, pages; a page and where it is clamped to.
+        const int rows[][5] = {{0, 6, 0, 3, 0},        {-4, 6, 0, -2, 0},
+                               {6, 6, 1, 1, 0},        {7, 6, 2, 1, 1},
+                               {30, 9, 4, INT_MIN, 0}, {5, 0, 0, 1, 0},
+                               {1, 6, 1, 0, 0},        {INT_MAX, 1, INT_MAX, INT_MAX, INT_MAX - 1}};
+        for (const auto& [count, tilesPerPage, pages, page, clamped] : rows) {
+            QCOMPARE(zr::pageCount(count, tilesPerPage), pages);
+            QCOMPARE(zr::clampPage(page, count, tilesPerPage), clamped);
+        }
+    }
+
+    void besideSpeakers()
+    {
+        // Mode, page, who is left after a removal, page to show.
+        const int removals[][4] = {{6, 1, 7, 0},                // the page is empty now
+                                   {7, 1, 8, 1},  {8, 0, 1, 0}, // the speaker alone
+                                   {9, 2, 14, 1}, {1, 1, 7, 1}, {8, INT_MAX, INT_MIN, INT_MAX}};
+        for (const auto& [mode, page, remaining, shown] : removals)
+            QCOMPARE(zr::pageAfterRemoval(mode, page, remaining), shown);
+        // Page, participants, the speaker's index, page to show: six beside the speaker fill one
+        // page; without a speaker in the list the seventh has a page.
+        const int rows[][4] = {
+            {1, 7, 0, 0}, {1, 7, 6, 0}, {1, 7, -1, 1}, {1, 7, 7, 1}, {-3, INT_MIN, -1, 0}};
+        for (const auto& [page, count, speaker, clamped] : rows)
+            QCOMPARE(zr::clampPageAroundSpeaker(page, count, speaker), clamped);
+    }
+
+    void turning()
+    {
+        // Page, pages, the next one, the next one with wrap, the one before. Without pages it is
+        // kept for later.
+        const int rows[][5] = {{1, 3, 2, 2, 0},      {2, 3, 2, 0, 1}, {2, 0, 2, 2, 2},
+                               {7, 2, 1, 0, 1},      {0, 2, 1, 1, 0}, {0, 1, 0, 0, 0},
+                               {INT_MIN, 3, 0, 0, 0}};
+        for (const auto& [page, pages, next, wrapped, before] : rows) {
+            QCOMPARE(zr::previousPage(page, pages), before);
+            QCOMPARE(zr::nextPage(page, pages, false), next);
+            QCOMPARE(zr::nextPage(page, pages, true), wrapped);
+        }
+        // Polling: ticks, pages, page.
+        const int polls[][3] = {{2, 3, 2}, {7, 3, 1}, {7, 0, 0}, {-1, 3, 0}};
+        for (const auto& [ticks, pages, page] : polls)
+            QCOMPARE(zr::pollPage(ticks, pages), page);
+        QCOMPARE(zr::pollPeriodMs(0), 1000);
+        QCOMPARE(zr::pollPeriodMs(INT_MAX), 2147483000);
+
+        zr::PageTurnGate gate;
+        QVERIFY(gate.accept(50)); // the first one always, though the clock has just started
+        QVERIFY(!gate.accept(449));
+        QVERIFY(gate.accept(450)); // counted from the last accepted one, not from the refused
+        QVERIFY(!gate.accept(849));
+    }
+
+    void bar()
+    {
+        // Page, pages, length of the track, where the bar begins, and how long it is.
+        const int rows[][5] = {{3, 5, 350, 210, 70}, {999, 1000, 350, 326, 24},
+                               {7, 3, 90, 60, 30},   {-1, 3, 90, 0, 30},
+                               {0, 0, 90, 0, 90},    {1, 2, 10, 0, 10},
+                               {0, 3, -5, 0, 0},     {INT_MAX, INT_MAX, INT_MAX, INT_MAX - 24, 24}};
+        for (const auto& [page, pages, track, top, height] : rows) {
+            const zr::PageBar bar = zr::pageBar(page, pages, track);
+            QCOMPARE(bar.topPx, top);
+            QCOMPARE(bar.heightPx, height);
+        }
+    }
+
+    void windowsAreBroughtIntoView()
+    {
+        const QRect left(0, 0, 1920, 1040); // a bar below
+        const QRect right(1920, 200, 1280, 800);
+        const struct
+        {
+            const char* name;
+            std::vector<QRect> screens;
+            QPoint wanted, expected;
+            QSize window{272, 225};
+        } rows[] = {
+            {"past right and below", {left}, {1649, 2000}, {1648, 815}},
+            {"past left and above", {left}, {-50, -1}, {0, 0}},
+            {"across two screens", {left, right}, {1800, 400}, {1800, 400}},
+            {"across, above one of them", {left, right}, {1850, 100}, {1920, 200}},
+            {"mostly on the taller one", {left, right}, {1700, 50}, {1648, 50}},
+            {"the nearest of two", {left, right}, {5000, 5000}, {2928, 775}},
+            {"beside them, nearer above", {left, {-500, 1400, 1900, 800}}, {500, 1100}, {500, 815}},
+            {"above both, nearer by both axes", {right, left}, {2000, -300}, {1648, 0}},
+            {"no screen", {}, {-5000, 7}, {-5000, 7}},
+            {"larger than the screen", {right}, {7, 900}, right.topLeft(), {4000, 4000}},
+        };
+        for (const auto& row : rows)
+            QVERIFY2(zr::visiblePlace({row.wanted, row.window}, row.screens) == row.expected,
+                     row.name);
+    }
+};
 
 QTEST_APPLESS_MAIN(tst_LayoutGeometry)
 #include "tst_layoutgeometry.moc"
