@@ -41,7 +41,7 @@ ZR_CASE(lifetime, loadsUsesAndUnloadsRepeatedly)
     for (int round = 0; round < 3; ++round)
         useOnce(&window);
     CHECK(pumpUntil([&] { return window.childCount() == 0; }));
-    CHECK(native::threadCount() <= threadsAfterFirst);
+    CHECK(pumpUntil([&] { return native::threadCount() <= threadsAfterFirst; }));
 }
 
 ZR_CASE(lifetime, unloadsWithScreensNotReleasedAndCallsQueued)

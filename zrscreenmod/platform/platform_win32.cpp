@@ -101,7 +101,7 @@ bool setParentWindow(NativeWindow child, NativeWindow parent, const QPoint& at)
     const HWND childHwnd = toHwnd(child);
     const HWND parentHwnd = toHwnd(parent);
     if (!IsWindow(childHwnd) || (parentHwnd && !IsWindow(parentHwnd))) {
-        qDebug() << "IsWindow failed";
+        qDebug() << "no window:" << childHwnd << parentHwnd; // the caller says what has failed
         return false;
     }
     RECT before{};
@@ -114,7 +114,7 @@ bool setParentWindow(NativeWindow child, NativeWindow parent, const QPoint& at)
         SetParent(childHwnd, parentHwnd);
     const HWND wanted = parentHwnd ? parentHwnd : GetDesktopWindow();
     if (GetAncestor(childHwnd, GA_PARENT) != wanted) {
-        qDebug() << "GetAncestor == parent failed, error:" << GetLastError();
+        qDebug() << "GetAncestor is another parent, error:" << GetLastError();
         return false;
     }
     placeWindow(child, {at, QSize(before.right - before.left, before.bottom - before.top)});
