@@ -99,6 +99,7 @@ ZR_CASE(threads, othersCallWhileTheGuiWorksAndReleases)
             for (Picture* const picture : {&small, &large}) {
                 for (int i = 0; i < 16; ++i)
                     zr.PlayFrame(screen, play, &picture->frame);
+                std::this_thread::sleep_for(std::chrono::milliseconds(2));
             }
         };
         const std::function<void()> calls[] = {
