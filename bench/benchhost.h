@@ -5,7 +5,7 @@
 #pragma once
 
 #include "hostwindow.h"
-#include "picture.h"
+#include "pictures.h"
 #include "zrscreenmod.h"
 
 #include <chrono>

@@ -72,6 +72,7 @@ struct Argument
     Kind kind = Kind::Nothing;
     Encoding encoding = Encoding::None;
     Use use = Use::Read;
+    bool byValue = false;  ///< a text as a std::string, which is never null
     bool required = false; ///< null is refused; elsewhere it is empty, none or no handle
     /// Numbers that mean something; 1 and 0 of a flag.
     long long least = LLONG_MIN;
@@ -137,7 +138,7 @@ constexpr bool isQuietWhenNull(const Argument& argument)
     X(ZRScreen, LockLook, posted, done, (screen, play, flag))                                      \
     X(ZRScreen, AllLook, posted, done, (screen, play, flag))                                       \
     X(ZRScreen, SetActivateUser, posted, done, (screen, local(userId)))                            \
-    X(ZRScreen, SetCurrentSpeakingPerson, posted, done, (screen, utf8(userId)))                    \
+    X(ZRScreen, SetCurrentSpeakingPerson, posted, done, (screen, byValue(userId)))                 \
     X(ZRScreen, SetVoiceActivate, any, alwaysDone, (ignored(screen), flag))                        \
     X(ZRScreen, SetSupport9EqualCut, any, done, (screen, flag))                                    \
     X(ZRScreen, SetSupport16EqualCut, any, done, (screen, flag))                                   \
@@ -149,7 +150,7 @@ constexpr bool isQuietWhenNull(const Argument& argument)
     X(ZRScreen, ShowSmallWnd, gui, done, (screen, flag, flag))                                     \
     X(ZRScreen, GetSmallWndID, gui, numeric, (screen))                                             \
     X(ZRScreen, IsPersonVisibleInSmallWnd, gui, numeric, (screen, local(userId)))                  \
-    X(ZRScreen, SetShareSponsor, posted, done, (screen, utf8(userId)))                             \
+    X(ZRScreen, SetShareSponsor, posted, done, (screen, byValue(userId)))                          \
     X(ZRScreen, PopSelfShareWnd, gui, done, (screen, flag, flag))                                  \
     X(ZRScreen, SetIsCloseWhiteBoard, posted, done, (screen))                                      \
     X(ZRScreen, GetShareWgtPos, gui, rect(-1), (screen))                                           \
@@ -260,6 +261,11 @@ constexpr Argument local(Argument argument)
     argument.encoding = Encoding::Local8Bit;
     return argument;
 }
+constexpr Argument byValue(Argument argument)
+{
+    argument.byValue = true;
+    return utf8(argument);
+}
 constexpr Argument range(long long least, long long most)
 {
     Argument argument = of(Kind::Number);
@@ -356,8 +362,8 @@ constexpr bool canBe(const Argument& argument)
         return std::is_same_v<T, ZRNotify>;
     case Kind::UserId:
     case Kind::Text:
-        return isText<T> ? argument.encoding != Encoding::None
-                         : std::is_same_v<T, std::string> && argument.encoding == Encoding::Utf8;
+        return argument.byValue ? std::is_same_v<T, std::string>
+                                : isText<T> && argument.encoding != Encoding::None;
     case Kind::Rectangle:
         return std::is_same_v<T, tagRECT*>;
     case Kind::Point:

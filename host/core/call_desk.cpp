@@ -1,5 +1,6 @@
 #include "call_desk.h"
 
+#include "export_call.h"
 #include "host_error.h"
 #include "host_platform.h"
 #include "native_rect.h"
@@ -9,7 +10,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <limits>
-#include <type_traits>
 #include <utility>
 
 namespace zrhost {
@@ -20,94 +20,19 @@ using zr::Kind;
 
 Session* g_dateSession = nullptr;
 
-/// One argument, with what it points to while the call runs.
-struct Value
+/// An answer that is no handle.
+std::string wordsOf(const zr::Export& row, const Answer& answer, const std::vector<Value>& values)
 {
-    Kind kind = Kind::Nothing;
-    void* handle = nullptr; ///< also a window and a host value
-    ZRNotify notify = nullptr;
-    std::string text; ///< also a buffer
-    tagRECT rect{};
-    tagPOINT point{};
-    std::map<int, std::string> order;
-    __WTMark_Info watermark{};
-    Picture picture;
-    VantrelRTCVideoFrameQT frame{};
-    long long number = 0;
-    int length = 0;
-};
-
-template<typename T>
-T as(Value& value)
-{
-    if constexpr (std::is_same_v<T, void*> || std::is_same_v<T, HWND>) {
-        return static_cast<T>(value.kind == Kind::Picture ? &value.frame : value.handle);
-    } else if constexpr (std::is_same_v<T, ZRNotify>) {
-        return value.notify;
-    } else if constexpr (zr::table::isText<T>) {
-        return value.text.data();
-    } else if constexpr (std::is_same_v<T, std::string>) {
-        return value.text;
-    } else if constexpr (std::is_same_v<T, tagRECT*>) {
-        return &value.rect;
-    } else if constexpr (std::is_same_v<T, tagPOINT*>) {
-        return &value.point;
-    } else if constexpr (std::is_same_v<T, const std::map<int, std::string>&>) {
-        return value.order;
-    } else if constexpr (std::is_same_v<T, const __WTMark_Info&>) {
-        return value.watermark;
-    } else if constexpr (std::is_same_v<T, int&>) {
-        return value.length;
-    } else {
-        return static_cast<T>(value.number);
+    const ZRRect& r = answer.rect;
+    std::string words = row.answer.kind == Kind::Rectangle
+                            ? std::to_string(r.left) + ' ' + std::to_string(r.top) + ' '
+                                  + std::to_string(r.right) + ' ' + std::to_string(r.bottom)
+                            : std::to_string(answer.number);
+    for (std::size_t i = 0; i < row.argumentCount; ++i) {
+        if (row.arguments[i].kind == Kind::Buffer)
+            words += " \"" + values[i].text.substr(0, values[i].text.find('\0')) + '"';
     }
-}
-
-/// An answer in words; a handle is kept aside.
-struct Answer
-{
-    std::string text;
-    void* handle = nullptr;
-};
-
-template<typename Result, typename... Arguments, std::size_t... at>
-Answer invoke(Result(ZR_CALL* function)(Arguments...), [[maybe_unused]] std::vector<Value>& values,
-              std::index_sequence<at...>)
-{
-    Answer answer;
-    if constexpr (std::is_void_v<Result>) {
-        function(as<Arguments>(values[at])...);
-    } else {
-        const Result result = function(as<Arguments>(values[at])...);
-        if constexpr (std::is_same_v<Result, void*>)
-            answer.handle = result;
-        else if constexpr (std::is_same_v<Result, ZRRect>)
-            answer.text = std::to_string(result.left) + ' ' + std::to_string(result.top) + ' '
-                          + std::to_string(result.right) + ' ' + std::to_string(result.bottom);
-        else
-            answer.text = std::to_string(result);
-    }
-    for (const Value& value : values) {
-        if (value.kind == Kind::Buffer)
-            answer.text += " \"" + value.text.substr(0, value.text.find('\0')) + '"';
-    }
-    return answer;
-}
-
-template<typename Result, typename... Arguments>
-Answer invoke(Result(ZR_CALL* function)(Arguments...), std::vector<Value>& values)
-{
-    return invoke(function, values, std::index_sequence_for<Arguments...>());
-}
-
-Answer invoke(const zr::Exports& exports, const zr::Export& row, std::vector<Value>& values)
-{
-    Answer answer;
-    exports.forEach([&](const zr::Export& candidate, auto function) {
-        if (&candidate == &row)
-            answer = invoke(function, values);
-    });
-    return answer;
+    return words;
 }
 
 /// How an argument is written; empty for one that the host adds by itself.
@@ -210,13 +135,12 @@ public:
     Value read(const zr::Argument& argument)
     {
         Value value;
-        value.kind = argument.kind;
         const bool typed = !usageOf(argument).empty();
         const std::string word = typed ? m_words.at(m_at++) : std::string();
         if (isHandle(argument.kind))
             value.handle = m_desk.handle(argument.kind, word);
         else if (!typed)
-            fill(value);
+            fill(argument, value);
         else
             parse(argument, word, value);
         return value;
@@ -224,13 +148,13 @@ public:
 
 private:
     /// What the host adds by itself.
-    void fill(Value& value) const
+    void fill(const zr::Argument& argument, Value& value) const
     {
         constexpr int kBufferBytes = 4096;
-        if (value.kind == Kind::Buffer)
+        if (argument.kind == Kind::Buffer)
             value.text.resize(kBufferBytes);
         value.length = kBufferBytes;
-        if (value.kind == Kind::Notify)
+        if (argument.kind == Kind::Notify)
             value.notify = m_row.answer.kind == Kind::DatePicker ? &CallDesk::onDate
                            : m_row.answer.kind == Kind::Ext      ? &ExtDesk::notify
                                                                  : &Session::notify;
@@ -334,14 +258,8 @@ CallDesk::CallDesk(Session& session)
 
 CallDesk::~CallDesk()
 {
-    for (const auto& [name, named] : m_named) {
-        m_session.exports().forEach([kept = named](const zr::Export& row, auto function) {
-            if constexpr (std::is_same_v<decltype(function), decltype(&::ZRScreen_Release)>) {
-                if (row.arguments[0].kind == kept.kind && row.arguments[0].use == zr::Use::Ends)
-                    function(kept.handle);
-            }
-        });
-    }
+    for (const auto& [name, named] : m_named)
+        releaseHandle(m_session.exports(), named.kind, named.handle);
     g_dateSession = nullptr;
 }
 
@@ -369,11 +287,11 @@ void CallDesk::call(const std::vector<std::string>& words)
         if (row->arguments[i].use == zr::Use::Ends && words.size() > 1)
             m_named.erase(words[1]);
     }
-    const Answer answer = invoke(m_session.exports(), *row, values);
+    const Answer answer = callExport(m_session.exports(), *row, values);
     if (isHandle(row->answer.kind))
         keep(name, row->answer.kind, answer.handle);
-    else if (!answer.text.empty())
-        m_session.stage().print(std::string(row->name) + " = " + answer.text);
+    else if (row->answer.kind != Kind::Nothing)
+        m_session.stage().print(std::string(row->name) + " = " + wordsOf(*row, answer, values));
 }
 
 std::string CallDesk::help()

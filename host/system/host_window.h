@@ -1,23 +1,13 @@
 // The host's native windows. One implementation per system: window_x11.cpp and window_win32.cpp.
 #pragma once
 
-#include "stage.h"
+#include "desktop.h"
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace zrhost {
-
-/// What a window shows: 8-bit RGB, rows without padding.
-struct RgbImage
-{
-    int width = 0;
-    int height = 0;
-    std::vector<std::uint8_t> data;
-};
 
 /// A top-level window. GUI thread; its functions are called from the event loop.
 class HostWindow

@@ -1,13 +1,14 @@
 #include "host_keyboard.h"
 #include "wide_text.h"
 
+#include <cctype>
 #include <windows.h>
 
 namespace zrhost {
 
 namespace {
 
-void press(WORD key, WORD unit, DWORD flags)
+void send(WORD key, WORD unit, DWORD flags)
 {
     INPUT input{};
     input.type = INPUT_KEYBOARD;
@@ -15,8 +16,12 @@ void press(WORD key, WORD unit, DWORD flags)
     input.ki.wScan = unit;
     input.ki.dwFlags = flags;
     SendInput(1, &input, sizeof input);
-    input.ki.dwFlags = flags | KEYEVENTF_KEYUP;
-    SendInput(1, &input, sizeof input);
+}
+
+void press(WORD key, WORD unit, DWORD flags)
+{
+    send(key, unit, flags);
+    send(key, unit, flags | KEYEVENTF_KEYUP);
 }
 
 } // namespace
@@ -31,6 +36,13 @@ void pressKey(Key key)
 {
     constexpr WORD kKeys[] = {VK_TAB, VK_RETURN, VK_ESCAPE, VK_BACK};
     press(kKeys[static_cast<int>(key)], 0, 0);
+}
+
+void pressWithControl(char letter)
+{
+    send(VK_CONTROL, 0, 0);
+    press(static_cast<WORD>(std::toupper(static_cast<unsigned char>(letter))), 0, 0);
+    send(VK_CONTROL, 0, KEYEVENTF_KEYUP);
 }
 
 } // namespace zrhost

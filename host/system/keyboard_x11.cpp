@@ -27,20 +27,23 @@ public:
     Keyboard(const Keyboard&) = delete;
     Keyboard& operator=(const Keyboard&) = delete;
 
+    /// @param modifier held meanwhile; without one the shift key, where the symbol needs it
     /// @return false when no key has this symbol
-    bool press(KeySym symbol)
+    bool press(KeySym symbol, KeySym modifier = NoSymbol)
     {
         const KeyCode code = XKeysymToKeycode(m_display, symbol);
         if (code == 0)
             return false;
-        const KeyCode shift = XKeysymToKeycode(m_display, XK_Shift_L);
-        const bool shifted = XkbKeycodeToKeysym(m_display, code, 0, 0) != symbol;
-        if (shifted)
-            XTestFakeKeyEvent(m_display, shift, True, CurrentTime);
+        if (modifier == NoSymbol && XkbKeycodeToKeysym(m_display, code, 0, 0) != symbol)
+            modifier = XK_Shift_L;
+        const KeyCode held =
+            modifier == NoSymbol ? KeyCode{0} : XKeysymToKeycode(m_display, modifier);
+        if (held != 0)
+            XTestFakeKeyEvent(m_display, held, True, CurrentTime);
         XTestFakeKeyEvent(m_display, code, True, CurrentTime);
         XTestFakeKeyEvent(m_display, code, False, CurrentTime);
-        if (shifted)
-            XTestFakeKeyEvent(m_display, shift, False, CurrentTime);
+        if (held != 0)
+            XTestFakeKeyEvent(m_display, held, False, CurrentTime);
         return true;
     }
 
@@ -65,6 +68,11 @@ void pressKey(Key key)
 {
     constexpr KeySym kSymbols[] = {XK_Tab, XK_Return, XK_Escape, XK_BackSpace};
     Keyboard().press(kSymbols[static_cast<int>(key)]);
+}
+
+void pressWithControl(char letter)
+{
+    Keyboard().press(static_cast<unsigned char>(letter), XK_Control_L);
 }
 
 } // namespace zrhost

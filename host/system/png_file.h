@@ -1,7 +1,7 @@
 // Writing PNG files. One implementation per system: png_file.cpp (libpng) and png_file_win32.cpp.
 #pragma once
 
-#include "host_window.h"
+#include "desktop.h"
 
 #include <string>
 

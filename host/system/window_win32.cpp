@@ -38,15 +38,6 @@ Size withFrame(Size inside, DWORD style)
     return {rect.right - rect.left, rect.bottom - rect.top};
 }
 
-void sendMouse(DWORD flags, int wheel = 0)
-{
-    INPUT input{};
-    input.type = INPUT_MOUSE;
-    input.mi.dwFlags = flags;
-    input.mi.mouseData = static_cast<DWORD>(wheel);
-    SendInput(1, &input, sizeof input);
-}
-
 class Win32Window : public HostWindow
 {
 public:
@@ -64,7 +55,7 @@ public:
     static LRESULT CALLBACK onMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
 private:
-    void pointAt(Point at) const;
+    [[nodiscard]] Point onScreen(Point at) const;
 
     HWND m_window = nullptr;
     Events m_events;
@@ -157,109 +148,28 @@ void Win32Window::raise()
     SetWindowPos(m_window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
 }
 
-void Win32Window::pointAt(Point at) const
+Point Win32Window::onScreen(Point at) const
 {
     POINT point{at.x, at.y};
     ClientToScreen(m_window, &point);
-    SetCursorPos(point.x, point.y);
+    return {point.x, point.y};
 }
 
 void Win32Window::click(Point at, int times)
 {
-    pointAt(at);
-    for (int i = 0; i < times; ++i) {
-        sendMouse(MOUSEEVENTF_LEFTDOWN);
-        sendMouse(MOUSEEVENTF_LEFTUP);
-    }
+    desktop::click(onScreen(at), times);
 }
 
 void Win32Window::turnWheel(Point at, int steps)
 {
-    pointAt(at);
-    sendMouse(MOUSEEVENTF_WHEEL, steps * WHEEL_DELTA);
-}
-
-/// A bitmap whose pixels are read as 4 bytes: blue, green, red, unused; rows from the top.
-class ScreenCopy
-{
-public:
-    explicit ScreenCopy(const RECT& area);
-    ~ScreenCopy();
-    ScreenCopy(const ScreenCopy&) = delete;
-    ScreenCopy& operator=(const ScreenCopy&) = delete;
-
-    /// Null when the screen could not be read.
-    [[nodiscard]] const std::uint8_t* pixels() const { return m_copied ? m_pixels : nullptr; }
-
-private:
-    HDC m_screen;
-    HDC m_memory;
-    HBITMAP m_bitmap = nullptr;
-    HGDIOBJ m_previous = nullptr;
-    const std::uint8_t* m_pixels = nullptr;
-    bool m_copied = false;
-};
-
-// From the screen: what OpenGL draws does not belong to the window's own device context.
-ScreenCopy::ScreenCopy(const RECT& area)
-    : m_screen(GetDC(nullptr))
-    , m_memory(CreateCompatibleDC(m_screen))
-{
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = area.right - area.left;
-    info.bmiHeader.biHeight = -(area.bottom - area.top);
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    info.bmiHeader.biCompression = BI_RGB;
-    void* bits = nullptr;
-    m_bitmap = CreateDIBSection(m_screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    if (!m_bitmap)
-        return;
-    m_pixels = static_cast<const std::uint8_t*>(bits);
-    m_previous = SelectObject(m_memory, m_bitmap);
-    m_copied = BitBlt(m_memory, 0, 0, area.right - area.left, area.bottom - area.top, m_screen,
-                      area.left, area.top, SRCCOPY | CAPTUREBLT)
-               != FALSE;
-    GdiFlush();
-}
-
-ScreenCopy::~ScreenCopy()
-{
-    if (m_bitmap) {
-        SelectObject(m_memory, m_previous);
-        DeleteObject(m_bitmap);
-    }
-    DeleteDC(m_memory);
-    ReleaseDC(nullptr, m_screen);
+    desktop::turnWheel(onScreen(at), steps);
 }
 
 RgbImage Win32Window::grab() const
 {
     if (!IsWindowVisible(m_window) || IsIconic(m_window))
         throw HostError("cannot grab the window: it is not visible");
-    RECT area{};
-    GetClientRect(m_window, &area);
-    MapWindowPoints(m_window, nullptr, reinterpret_cast<POINT*>(&area), 2);
-    const RECT screen{GetSystemMetrics(SM_XVIRTUALSCREEN), GetSystemMetrics(SM_YVIRTUALSCREEN),
-                      GetSystemMetrics(SM_XVIRTUALSCREEN) + GetSystemMetrics(SM_CXVIRTUALSCREEN),
-                      GetSystemMetrics(SM_YVIRTUALSCREEN) + GetSystemMetrics(SM_CYVIRTUALSCREEN)};
-    RECT visible{};
-    if (!IntersectRect(&visible, &area, &screen))
-        throw HostError("cannot grab the window: it lies off the screen");
-    const ScreenCopy copy(visible);
-    const std::uint8_t* const pixels = copy.pixels();
-    if (!pixels)
-        throw HostError("cannot grab the window");
-    RgbImage image{visible.right - visible.left, visible.bottom - visible.top, {}};
-    const std::size_t count =
-        static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height);
-    image.data.reserve(3 * count);
-    for (std::size_t i = 0; i < count; ++i) {
-        for (const std::size_t channel : {2U, 1U, 0U})
-            image.data.push_back(pixels[4 * i + channel]);
-    }
-    return image;
+    return desktop::grab(onScreen({0, 0}), size());
 }
 
 } // namespace

@@ -3,7 +3,6 @@
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <X11/extensions/XTest.h>
 
 #include <algorithm>
 #include <array>
@@ -62,7 +61,8 @@ public:
 
 private:
     void waitUntilMapped();
-    void press(Point at, unsigned button, int times);
+    /// A round trip: what has been asked of the server before is done.
+    [[nodiscard]] Point onScreen(Point at) const;
 
     X11Display& m_display;
     Window m_window = 0;
@@ -212,30 +212,24 @@ void X11Window::raise()
     XFlush(m_display.connection());
 }
 
-void X11Window::press(Point at, unsigned button, int times)
+Point X11Window::onScreen(Point at) const
 {
     Display* const connection = m_display.connection();
-    int x = 0;
-    int y = 0;
+    Point found;
     Window child = 0;
-    XTranslateCoordinates(connection, m_window, DefaultRootWindow(connection), at.x, at.y, &x, &y,
-                          &child);
-    XTestFakeMotionEvent(connection, -1, x, y, CurrentTime);
-    for (int i = 0; i < times; ++i) {
-        XTestFakeButtonEvent(connection, button, True, CurrentTime);
-        XTestFakeButtonEvent(connection, button, False, CurrentTime);
-    }
-    XFlush(connection);
+    XTranslateCoordinates(connection, m_window, DefaultRootWindow(connection), at.x, at.y, &found.x,
+                          &found.y, &child);
+    return found;
 }
 
 void X11Window::click(Point at, int times)
 {
-    press(at, Button1, times);
+    desktop::click(onScreen(at), times);
 }
 
 void X11Window::turnWheel(Point at, int steps)
 {
-    press(at, steps > 0 ? Button4 : Button5, std::abs(steps));
+    desktop::turnWheel(onScreen(at), steps);
 }
 
 void X11Window::onEvent(const XEvent& event)
@@ -254,52 +248,15 @@ void X11Window::onEvent(const XEvent& event)
     }
 }
 
-/// Moves a channel's bits, wherever the visual has them, to the range 0 to 255.
-std::uint8_t channel(unsigned long pixel, unsigned long mask)
-{
-    return static_cast<std::uint8_t>((pixel & mask) * 255 / mask);
-}
-
 RgbImage X11Window::grab() const
 {
     Display* const connection = m_display.connection();
-    XSync(connection, False);
     XWindowAttributes attributes{};
     if (!XGetWindowAttributes(connection, m_window, &attributes)
         || attributes.map_state != IsViewable)
         throw HostError("cannot grab the window: it is not visible");
-    // From the screen, with the module's windows that float above; the server refuses to read
-    // what lies off it.
-    int rootX = 0;
-    int rootY = 0;
-    Window child = 0;
-    XTranslateCoordinates(connection, m_window, attributes.root, 0, 0, &rootX, &rootY, &child);
-    const int left = std::max(0, -rootX);
-    const int top = std::max(0, -rootY);
-    const int right = std::min(attributes.width, WidthOfScreen(attributes.screen) - rootX);
-    const int bottom = std::min(attributes.height, HeightOfScreen(attributes.screen) - rootY);
-    XImage* const image = left < right && top < bottom
-                              ? XGetImage(connection, attributes.root, rootX + left, rootY + top,
-                                          static_cast<unsigned>(right - left),
-                                          static_cast<unsigned>(bottom - top), AllPlanes, ZPixmap)
-                              : nullptr;
-    if (!image || image->red_mask == 0 || image->green_mask == 0 || image->blue_mask == 0) {
-        if (image)
-            XDestroyImage(image);
-        throw HostError("cannot grab the window");
-    }
-    RgbImage result{right - left, bottom - top, {}};
-    result.data.reserve(static_cast<std::size_t>(result.width)
-                        * static_cast<std::size_t>(result.height) * 3);
-    for (int y = 0; y < result.height; ++y) {
-        for (int x = 0; x < result.width; ++x) {
-            const unsigned long pixel = XGetPixel(image, x, y);
-            for (const unsigned long mask : {image->red_mask, image->green_mask, image->blue_mask})
-                result.data.push_back(channel(pixel, mask));
-        }
-    }
-    XDestroyImage(image);
-    return result;
+    // With the module's windows that float above.
+    return desktop::grab(onScreen({0, 0}), {attributes.width, attributes.height});
 }
 
 } // namespace

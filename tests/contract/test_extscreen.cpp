@@ -1,6 +1,5 @@
 // The extended screen: one participant in a window of its own, with a gallery and without.
 #include "check.h"
-#include "desktop.h"
 #include "meeting.h"
 
 #include <memory>
@@ -38,7 +37,7 @@ struct ExtScreen
     }
     [[nodiscard]] bool isRed() const
     {
-        return isNear(window->grab().at(kWidthPx / 2, kHeightPx / 4), kRed.rgb(), 8);
+        return isNear(window->grab().at(kWidthPx / 2, kHeightPx / 4), kRed, 8);
     }
     /// Plays a red picture until it is seen, or is not any more.
     [[nodiscard]] bool comes(bool seen = true)
@@ -116,7 +115,7 @@ ZR_CASE(extscreen, clicksAndPreviewsPassBetweenItAndTheGallery)
     // A click here is one on the participant, for the gallery too.
     meeting.inbox.clear();
     ext.inbox.clear();
-    desktop::click(kLeftPx + kWidthPx / 2, kHeightPx / 2);
+    desktop::click({kLeftPx + kWidthPx / 2, kHeightPx / 2});
     CHECK(pumpUntil([&] { return meeting.inbox.count(ZRMSG_TILE_CLICK) == 1; }));
     CHECK(ext.inbox.count() == 1 && ext.inbox.count(ZRMSG_EXT_CLICK, 42) == 1);
     CHECK(ext.inbox.all()[0].wParam == reinterpret_cast<uintptr_t>(ext.handle));
@@ -157,7 +156,7 @@ ZR_CASE(extscreen, outlivesTheGalleryAndEndsInsideItsMessage)
         ext.api.Release(ext.handle);
         CHECK(ext.api.SetMute(ext.handle, 1) == 0);
     };
-    desktop::click(kLeftPx + kWidthPx / 2, kHeightPx / 2);
+    desktop::click({kLeftPx + kWidthPx / 2, kHeightPx / 2});
     CHECK(pumpUntil([&] { return ext.inbox.count(ZRMSG_EXT_CLICK) == 1; }));
     pump(100);
     // A host that destroys its window first, against the rules.

@@ -1,29 +1,44 @@
-// Loading, using and unloading the library, in every order that a host may do it.
+// Loading, using and unloading the library, in every order that a host may do it, and what the log
+// holds after each end. The cases of the log run in a folder of their own; check_log.cmake looks
+// for the lines afterwards.
 #include "check.h"
 #include "meeting.h"
 
 #include <cstdlib>
+#include <fstream>
 #include <future>
+#include <iterator>
 
 namespace {
 
-/// A whole meeting of two, up to the moment when both pictures are on the screen.
+/// A whole meeting of two, up to the moment when a picture is on the screen.
 void useOnce(const HostWindow* window)
 {
     Meeting meeting(window);
-    Picture picture(320, 180, kGreen);
     void* const ann = meeting.join(1);
-    void* const bob = meeting.join(2);
+    meeting.join(2);
     CHECK(pumpUntil([&] {
-        meeting.zr.PlayFrame(meeting.screen, ann, &picture.frame);
-        meeting.zr.PlayFrame(meeting.screen, bob, &picture.frame);
         return meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 1) > 0
                && meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 2) > 0;
     }));
-    CHECK(pumpUntil([&] { return !window || isNear(window->grab().at(300, 360), kGreen.rgb()); }));
+    CHECK(!window || meeting.shows(ann, kGreen, *window, {300, 360}));
     CHECK_EQUAL(meeting.zr.DelPerson(meeting.screen, ann, false), 1);
     pump(20);
     CHECK_EQUAL(meeting.zr.ExitMeeting(meeting.screen), 1);
+}
+
+constexpr int kLines = 300;
+
+/// Logs numbered lines, the last of them right before it returns.
+void logLines(Meeting& meeting, const std::string& mark)
+{
+    for (int i = 0; i < kLines; ++i) {
+        const std::string name = mark + "-" + std::to_string(i);
+        void* const play =
+            meeting.zr.AddPerson(meeting.screen, text("u"), text(name), 1, 0, nullptr);
+        REQUIRE(play != nullptr);
+        CHECK_EQUAL(meeting.zr.DelPerson(meeting.screen, play, false), 1);
+    }
 }
 
 } // namespace
@@ -117,11 +132,7 @@ ZR_CASE(lifetime, releasesOneOfTwoScreens)
     const int before = meeting.inbox.count();
     REQUIRE(meeting.changeMode(eLayoutGrid4));
     CHECK(second.count(ZRMSG_SCREEN_MODE) > 0);
-    Picture blue(640, 360, kBlue);
-    CHECK(pumpUntil([&] {
-        zr.PlayFrame(meeting.screen, bob, &blue.frame);
-        return isNear(right.grab().at(160, 60), kBlue.rgb());
-    }));
+    CHECK(meeting.shows(bob, kBlue, right, {160, 60}));
     CHECK_EQUAL(meeting.inbox.count(), before);
 }
 
@@ -174,4 +185,48 @@ ZR_CASE(exit_elsewhere, anotherThreadEndsTheProcess)
     }).detach();
     pump(20000);
     check::fail(__FILE__, __LINE__, "the process goes on");
+}
+
+ZR_CASE(log_unload, unloadsWithoutReleaseAndWith)
+{
+    for (int round = 0; round < 2; ++round) {
+        const HostWindow window(640, 360);
+        Meeting meeting(&window, 640, 360);
+        logLines(meeting, "unload-" + std::to_string(round));
+        if (round > 0)
+            meeting.zr.Release(meeting.screen);
+        meeting.screen = nullptr;
+        meeting.zr.unload();
+    }
+}
+
+ZR_CASE(log_exit, endsWithTheLibraryLoaded)
+{
+    static const auto* const window = new HostWindow(640, 360);
+    static auto* const meeting = new Meeting(window, 640, 360);
+    logLines(*meeting, "exit");
+    meeting->zr.leaveLoaded();
+    std::exit(0);
+}
+
+/// A host that only borrows an edit reads in the log what was wrong, while it still runs.
+ZR_CASE(log_controls, isWrittenWithoutAScreen)
+{
+    const Module module;
+    const zr::ControlExports& controls = module.exports.ZRCtrl;
+    tagRECT rect{0, 0, 100, 30};
+    void* const edit = controls.QLineEdit_Init(nullptr, &rect, "");
+    controls.QLineEdit_SetMaxLength(edit, -7);
+    const auto isWritten = [] {
+        std::string log;
+        for (const auto& file : std::filesystem::directory_iterator("log")) {
+            if (!file.is_regular_file())
+                continue;
+            std::ifstream stream(file.path(), std::ios::binary);
+            log.append(std::istreambuf_iterator<char>(stream), {});
+        }
+        return log.find("maximal length refused: -7") != std::string::npos;
+    };
+    CHECK(pumpUntil(isWritten));
+    controls.QLineEdit_Release(edit);
 }

@@ -6,13 +6,13 @@
 
 namespace {
 
-constexpr Yuv kColours[] = {kRed, kGreen, kBlue, kYellow, kMagenta};
+constexpr Rgb kColours[] = {kRed, kGreen, kBlue, kBlue, kRed};
 
 /// Whether a tile is filled with a colour to its edges and not a pixel further. Its bottom corners,
 /// where the name and the "more" button lie, are left out.
-bool isFilled(const Screenshot& shot, const Box& box, const Yuv& colour)
+bool isFilled(const Screenshot& shot, const Box& box, const Rgb& colour)
 {
-    const auto isAt = [&](int x, int y) { return isNear(shot.at(x, y), colour.rgb(), 8); };
+    const auto isAt = [&](int x, int y) { return isNear(shot.at(x, y), colour, 8); };
     const int right = box.x + box.w;
     const int bottom = box.y + box.h;
     const int midX = box.x + box.w / 2;
@@ -48,21 +48,9 @@ ZR_CASE(picture, tilesLieWhereTheyBelong)
 
     void* const share = zr.AddPerson(screen, text("sharescreen_u1"), nullptr, 3, 0, hostValue(3));
     CHECK_EQUAL(zr.Preview(screen, share, true), 1);
-    Picture picture(640, 360, kBlue);
     for (const bool paused : {false, true, false}) {
         CHECK(zr.SetPauseShareWindow(nullptr, paused) == 1); // the pause is no screen's own
-        CHECK(pumpUntil([&] {
-            zr.PlayFrame(screen, share, &picture.frame);
-            return isNear(window.grab().at(420, 200), kBlue.rgb(), 8) != paused;
-        }));
-    }
-    // The host asks without returning to its loop.
-    for (const Box& box : {Box{20, 30, 640, 360}, Box{40, 10, 800, 450}}) {
-        area = rectOf(box);
-        CHECK_EQUAL(zr.MoveWindow(screen, &area, 0), 1);
-        const ZRRect rect = zr.GetShareWgtPos(screen);
-        CHECK(rect.left == kX + box.x && rect.top == kY + box.y);
-        CHECK(rect.right == rect.left + box.w && rect.bottom == rect.top + box.h);
+        CHECK(meeting.shows(share, kBlue, window, {420, 200}, !paused));
     }
 }
 
@@ -87,12 +75,6 @@ ZR_CASE(picture, tilePaintsAgainInAnotherWindow)
         if (!home)
             continue;
         meeting.moveTo(640, 360);
-        Picture picture(640, 360, kColours[i]);
-        CHECK_ROW(pumpUntil([&] {
-                      meeting.zr.PlayFrame(meeting.screen, ann, &picture.frame);
-                      pump(20);
-                      return isNear(home->grab().at(320, 100), kColours[i].rgb());
-                  }),
-                  row);
+        CHECK_ROW(meeting.shows(ann, kColours[i], *home, {320, 100}), row);
     }
 }

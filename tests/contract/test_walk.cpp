@@ -1,19 +1,17 @@
 // A seeded random walk over the gallery's exports, with a faithful media engine, from outside and
 // from inside messages. ZR_WALK_STEPS and ZR_WALK_SEED change its length and its course.
 #include "check.h"
-#include "desktop.h"
 #include "mediaengine.h"
 
 #include <algorithm>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
-#include <deque>
 #include <iterator>
 #include <numeric>
 #include <random>
+#include <regex>
 #include <thread>
-#include <tuple>
 
 namespace {
 
@@ -76,16 +74,7 @@ public:
     std::string trace; ///< the steps since the last check
 
 private:
-    /// What arguments point to while a call runs.
-    struct Kept
-    {
-        std::deque<std::string> texts;
-        tagRECT area{};
-    };
-    template<typename T>
-    T anyValue(const zr::Argument& argument, Kept& kept);
-    template<typename Result, typename... Arguments>
-    void call(const zr::Export& row, Result(ZR_CALL* function)(Arguments...), bool elsewhere);
+    zrhost::Value anyValue(const zr::Argument& argument);
     void step();
     void checkBatch();
     void checkQuiet(long long at);
@@ -121,74 +110,46 @@ void Walk::leave(bool ofInterest)
         engine.leave(found->first);
 }
 
-/// What anyValue() makes.
-template<typename T>
-constexpr bool isPlain =
-    std::is_arithmetic_v<
-        T> || std::is_enum_v<T> || zr::table::isText<T> || std::is_same_v<T, void*> || std::is_same_v<T, std::string> || std::is_same_v<T, tagRECT*>;
-
-template<typename T>
-T Walk::anyValue(const zr::Argument& argument, Kept& kept)
+zrhost::Value Walk::anyValue(const zr::Argument& argument)
 {
-    if constexpr (std::is_same_v<T, void*>) {
-        if (argument.kind != zr::Kind::Play)
-            return screen;
-        const Stream* const stream = chance(95) ? anyone() : nullptr;
-        return stream ? stream->play : nullptr;
-    } else if constexpr (zr::table::isText<T>) {
-        return kept.texts.emplace_back(anyId()).data();
-    } else if constexpr (std::is_same_v<T, std::string>) {
-        return anyId();
-    } else if constexpr (std::is_same_v<T, tagRECT*>) {
-        kept.area = {pick(-10, 600), pick(-10, 600), pick(-10, 1300), pick(-10, 800)};
-        return &kept.area;
-    } else {
+    zrhost::Value value;
+    switch (argument.kind) {
+    case zr::Kind::Screen:
+        value.handle = screen;
+        break;
+    case zr::Kind::Play:
+        if (const Stream* const stream = chance(95) ? anyone() : nullptr)
+            value.handle = stream->play;
+        break;
+    case zr::Kind::UserId:
+    case zr::Kind::Text:
+        value.text = anyId();
+        break;
+    case zr::Kind::Rectangle:
+        value.rect = {pick(-10, 600), pick(-10, 600), pick(-10, 1300), pick(-10, 800)};
+        break;
+    case zr::Kind::Flag:
+        value.number = pick(0, 1);
+        break;
+    default:
+        REQUIRE(argument.kind == zr::Kind::Number); // others have a step of their own
         const bool ranged = argument.least > LLONG_MIN;
         const int least = ranged ? static_cast<int>(argument.least) : -2;
         const int most = ranged ? static_cast<int>(std::min(argument.most, 200LL)) : 5;
-        return static_cast<T>(argument.kind == zr::Kind::Flag ? pick(0, 1)
-                              : chance(90)                    ? pick(least, most)
-                                           : oneOf({least - 1, most + 1, INT_MIN, INT_MAX}));
+        value.number =
+            chance(90) ? pick(least, most) : oneOf({least - 1, most + 1, INT_MIN, INT_MAX});
     }
-}
-
-template<typename Result, typename... Arguments>
-void Walk::call(const zr::Export& row, Result(ZR_CALL* function)(Arguments...), bool elsewhere)
-{
-    if constexpr (!(isPlain<Arguments> && ...)) {
-        CHECK_ROW(false, row.name); // has a step of its own
-    } else {
-        [[maybe_unused]] Kept kept;
-        [[maybe_unused]] auto next = [at = row.arguments]() mutable -> const zr::Argument& {
-            return *at++;
-        };
-        // The braces keep the order, which a seed gives again.
-        const std::tuple<Arguments...> values{anyValue<Arguments>(next(), kept)...};
-        trace += " " + std::string(row.name);
-        if (elsewhere)
-            std::thread([&] { std::apply(function, values); }).join();
-        else
-            std::apply(function, values);
-    }
+    return value;
 }
 
 /// What is the host's side of a bargain is left to steps that keep it.
 bool hasOwnStep(const zr::Export& row)
 {
-    using zr::Kind;
-    for (std::size_t i = 0; i < row.argumentCount; ++i) {
-        const zr::Argument& argument = row.arguments[i];
-        if (argument.use == zr::Use::Ends || argument.kind == Kind::Picture
-            || argument.kind == Kind::Order || argument.kind == Kind::HostValue)
-            return true;
-    }
-    const std::string name = row.name;
-    for (const char* const own : {"SetParent", "MoveWindow", "ExitMeeting", "SetPersonInfo",
-                                  "Preview", "JoinMeetingFinish"}) {
-        if (name == std::string("ZRScreen_") + own)
-            return true;
-    }
-    return row.argumentCount == 0 || row.arguments[0].kind != Kind::Screen;
+    static const std::regex own("ZRScreen_(AddPerson|ChangeLayout|DelPerson|ExitMeeting|Init|"
+                                "JoinMeetingFinish|MoveWindow|PlayFrame|Preview|Release|SetParent|"
+                                "SetPersonInfo)");
+    return row.argumentCount == 0 || row.arguments[0].kind != zr::Kind::Screen
+           || std::regex_match(row.name, own);
 }
 
 void Walk::callAnything(bool elsewhere)
@@ -197,10 +158,15 @@ void Walk::callAnything(bool elsewhere)
     do
         chosen = zr::kExports + pick(0, static_cast<int>(std::size(zr::kExports)) - 1);
     while (hasOwnStep(*chosen) || (elsewhere && chosen->thread == zr::Thread::Gui));
-    zr.exports.forEach([&](const zr::Export& row, auto function) {
-        if (&row == chosen)
-            call(row, function, elsewhere);
-    });
+    std::vector<zrhost::Value> values;
+    for (std::size_t i = 0; i < chosen->argumentCount; ++i)
+        values.push_back(anyValue(chosen->arguments[i]));
+    trace += " " + std::string(chosen->name);
+    const auto call = [&] { (void)zrhost::callExport(zr.exports, *chosen, values); };
+    if (elsewhere)
+        std::thread(call).join();
+    else
+        call();
 }
 
 struct Step
@@ -263,11 +229,11 @@ const Step kStepTable[] = {
          const int x = w.pick(0, 1279);
          const int y = w.pick(0, 719);
          if (w.chance(40))
-             desktop::turnWheel(x, y, w.pick(-3, 3));
+             desktop::turnWheel({x, y}, w.pick(-3, 3));
          else
-             desktop::click(x, y);
+             desktop::click({x, y});
          if (w.chance(30))
-             desktop::click(x, y); // a double click
+             desktop::click({x, y}); // a double click
          if (w.chance(50))
              w.engine.run(10);
      }},
@@ -315,7 +281,7 @@ void Walk::checkQuiet(long long at)
     zr.JoinMeetingFinish(screen, true);
     meeting.moveTo(1280, 720);
     depth = 99; // the host is quiet too
-    desktop::moveTo(1900, 1000);
+    desktop::moveTo({1900, 1000});
     (void)engine.rest("after " + std::to_string(at) + " steps");
     depth = 0;
 }

@@ -2,7 +2,6 @@
 
 #include "check.h"
 
-#include <atomic>
 #include <cstdio>
 #include <fcntl.h>
 #include <fstream>
@@ -33,13 +32,9 @@ void pump(int timeMs)
 
 void runElsewhere(const std::function<void()>& body)
 {
-    std::atomic<bool> done{false};
-    std::thread worker([&] {
-        body();
-        done = true;
-    });
-    CHECK(pumpUntil([&] { return done.load(); }, 60000));
-    worker.join();
+    std::future<void> worker = std::async(std::launch::async, body);
+    CHECK(pumpUntil([&] { return hasEnded(worker); }, 60000));
+    worker.get();
     pump(50);
 }
 

@@ -1,4 +1,4 @@
-// What the tests need of their own process: its event loop and threads, loaded libraries, memory
+// What the tests need of their own process: its event loop and threads, what is loaded, memory
 // that cannot be read, and what goes to stderr.
 #pragma once
 
@@ -9,6 +9,7 @@
 #include <cstring>
 #include <filesystem>
 #include <functional>
+#include <future>
 #include <ios>
 #include <string>
 
@@ -20,6 +21,12 @@ void pump(int timeMs);
 /// Runs the event loop until `done` holds. @return false when it did not within the time
 [[nodiscard]] bool pumpUntil(const std::function<bool()>& done, int timeoutMs = 5000);
 
+/// Whether another thread has done its work.
+inline bool hasEnded(const std::future<void>& work)
+{
+    return work.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+}
+
 /// Runs `body` on another thread, while this one runs its event loop until that has ended and what
 /// it posted is done.
 void runElsewhere(const std::function<void()>& body);
@@ -29,23 +36,15 @@ namespace native {
 /// Lets the event loop of this thread do what is due. @return false when nothing was
 bool runEventLoopOnce();
 
-/// The library's file where nothing else is said.
-extern const char* const kLibraryFile;
-
-/// Loads a library as hosts do. @return null, and a failed check, when that is impossible
-void* loadLibrary(const char* path);
-void* findSymbol(void* library, const char* name);
-bool unloadLibrary(void* library);
 /// Whether a library is in the process, by its name without what the system adds.
 bool isLoaded(const std::string& name);
 
 /// Threads of this process.
 int threadCount();
 
-/// Memory in whole pages; closed it can neither be read nor written.
+/// Memory in whole pages, for good; closed it can neither be read nor written.
 std::size_t pageSize();
 void* makePages(std::size_t bytes);
-void freePages(void* pages, std::size_t bytes);
 bool protectPages(void* pages, std::size_t bytes, bool isOpen);
 
 } // namespace native
@@ -61,7 +60,6 @@ public:
         for (std::size_t i = 1; i < kPages; i += 2)
             open(i, false);
     }
-    ~PatchyMemory() { native::freePages(begin, kPages * page); }
     PatchyMemory(const PatchyMemory&) = delete;
     PatchyMemory& operator=(const PatchyMemory&) = delete;
     /// Lets a page be read and written, or not.

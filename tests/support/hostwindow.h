@@ -1,15 +1,11 @@
 // Windows of a native host: a stranger to the module and to Qt.
 #pragma once
 
-#include "picture.h"
-#include "zrscreenmod.h"
+#include "native_rect.h"
+#include "pictures.h"
 
-#ifdef _WIN32
-#    ifndef NOMINMAX
-#        define NOMINMAX
-#    endif
-#    include <windows.h> // tagRECT
-#endif
+/// What the user sees and does.
+namespace desktop = zrhost::desktop;
 
 /// An X11 window id, or the value of a HWND; 0 is none.
 using WindowId = unsigned long long;
@@ -30,7 +26,7 @@ inline tagRECT rectOf(const Box& box)
 
 namespace nativehost {
 
-/// @return a visible window; at the top level without a parent
+/// @return a visible window without a frame; at the top level without a parent
 WindowId makeWindow(const Box& box, WindowId parent = 0);
 void moveWindow(WindowId window, int x, int y);
 void destroyWindow(WindowId window);
@@ -61,7 +57,11 @@ public:
     operator WindowId() const { return m_id; }
     [[nodiscard]] HWND hwnd() const { return reinterpret_cast<HWND>(m_id); }
     /// What is seen in its place.
-    [[nodiscard]] Screenshot grab() const;
+    [[nodiscard]] Screenshot grab() const
+    {
+        const Box box = nativehost::geometryOf(m_id);
+        return {desktop::grab({box.x, box.y}, {box.w, box.h})};
+    }
     [[nodiscard]] int childCount() const { return nativehost::childCountOf(m_id); }
 
 private:

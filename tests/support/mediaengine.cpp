@@ -16,13 +16,13 @@ constexpr int kLookStepPx = 4;
 constexpr int kMinPoints = 600;
 constexpr int kColourTolerance = 8;
 
-/// Colours that are far from each other, and from the grey of everything else.
-Yuv colourOf(int number)
+/// Colours that are far from each other, from grey, and from each other behind a bar of the
+/// overlay.
+Rgb colourOf(int number)
 {
-    constexpr uint8_t kLuma[] = {80, 110, 140, 170};
-    constexpr uint8_t kChroma[] = {96, 112, 144, 160};
-    const int index = number % MediaEngine::kColours;
-    return {kLuma[index / 16], kChroma[index / 4 % 4], kChroma[index % 4]};
+    const int place = number % MediaEngine::kColours;
+    const int index = place + place / 20 + 1; // four levels of each channel, without the four greys
+    return {30 + index / 16 * 70, 30 + index / 4 % 4 * 70, 30 + index % 4 * 70};
 }
 
 bool isGrade(unsigned long id)
@@ -37,6 +37,18 @@ bool namesSomebody(unsigned long id)
         ZRMSG_CLICK_MORE,   ZRMSG_CLICK_HANDUP, ZRMSG_FOCUS_PERSON,       ZRMSG_PERSON_REMOVED,
         ZRMSG_VIDEO_HIDDEN, ZRMSG_VIDEO_SHOWN,  ZRMSG_PERSON_INFO_UPDATED};
     return isGrade(id) || std::count(std::begin(kOthers), std::end(kOthers), id) > 0;
+}
+
+/// The numbers of some. A question may send messages, which may change everything.
+template<typename Ask>
+std::set<int> numbersOf(std::map<int, Stream> streams, const Ask& ask)
+{
+    std::set<int> numbers;
+    for (auto& [number, stream] : streams) {
+        if (ask(stream))
+            numbers.insert(number);
+    }
+    return numbers;
 }
 
 } // namespace
@@ -149,38 +161,34 @@ void MediaEngine::apply(Stream& stream)
     CHECK_EQUAL(m_meeting.zr.Preview(m_meeting.screen, stream.play, stream.open), 1);
 }
 
-void MediaEngine::forEach(void (MediaEngine::*action)(Stream&))
+void MediaEngine::forEach(const std::function<void(Stream&)>& action)
 {
     // What is done for one may send messages, which may change everything.
-    std::vector<int> numbers;
-    for (const auto& [number, stream] : m_streams)
-        numbers.push_back(number);
-    for (const int number : numbers) {
+    for (const int number : numbersOf(m_streams, [](const Stream&) { return true; })) {
         const auto found = m_streams.find(number);
         if (found != m_streams.end() && found->second.play)
-            (this->*action)(found->second);
+            action(found->second);
     }
 }
 
-void MediaEngine::answer(Stream& stream)
+void MediaEngine::deliver()
 {
-    if (stream.answerAt <= Clock::now())
-        apply(stream);
-}
-
-void MediaEngine::playFrame(Stream& stream)
-{
-    Picture& picture = m_pictures.at(stream.number % kColours);
-    if (stream.open)
-        require(m_meeting.zr.PlayFrame(m_meeting.screen, stream.play, &picture.frame) == 1,
-                "a frame is refused:", stream);
+    forEach([this](Stream& stream) {
+        Picture& picture = m_pictures.at(stream.number % kColours);
+        if (stream.open)
+            require(m_meeting.zr.PlayFrame(m_meeting.screen, stream.play, &picture.frame) == 1,
+                    "a frame is refused:", stream);
+    });
 }
 
 bool MediaEngine::runUntil(const std::function<bool()>& done, int timeoutMs)
 {
     return pumpUntil(
         [&] {
-            forEach(&MediaEngine::answer);
+            forEach([this](Stream& stream) {
+                if (stream.answerAt <= Clock::now())
+                    apply(stream);
+            });
             if (Clock::now() >= m_nextFrame) {
                 m_nextFrame = Clock::now() + kFramePeriod;
                 deliver();
@@ -214,48 +222,31 @@ bool MediaEngine::rest(const std::string& where, std::chrono::milliseconds quiet
 
 std::set<int> MediaEngine::open() const
 {
-    std::set<int> numbers;
-    for (const auto& [number, stream] : m_streams) {
-        if (stream.open)
-            numbers.insert(number);
-    }
-    return numbers;
+    return numbersOf(m_streams, [](const Stream& stream) { return stream.open; });
 }
 
 std::set<int> MediaEngine::visible() const
 {
-    std::set<int> numbers;
-    const std::map<int, Stream> asked = m_streams; // a query may send messages
-    for (const auto& [number, stream] : asked) {
-        if (m_meeting.zr.IsPersonVisible(m_meeting.screen, text(stream.id)) == 1
-            || m_meeting.zr.IsPersonVisibleInSmallWnd(m_meeting.screen, text(stream.id)) == 1)
-            numbers.insert(number);
-    }
-    return numbers;
+    const auto isVisible = [this](const Stream& stream) {
+        return m_meeting.zr.IsPersonVisible(m_meeting.screen, text(stream.id)) == 1
+               || m_meeting.zr.IsPersonVisibleInSmallWnd(m_meeting.screen, text(stream.id)) == 1;
+    };
+    return numbersOf(m_streams, isVisible);
 }
 
-std::map<int, Seen> MediaEngine::look(const Screenshot& shot) const
+std::map<int, int> MediaEngine::look(const Screenshot& shot) const
 {
-    std::map<int, Seen> points; // sums for now
-    for (int y = 0; y < shot.heightPx; y += kLookStepPx) {
-        for (int x = 0; x < shot.widthPx; x += kLookStepPx) {
-            const auto found =
-                std::find_if(m_streams.begin(), m_streams.end(), [&](const auto& entry) {
-                    return isNear(shot.at(x, y), colourOf(entry.first).rgb(), kColourTolerance);
-                });
-            if (found == m_streams.end())
-                continue;
-            Seen& seen = points[found->first];
-            ++seen.areaPx;
-            seen.x += x;
-            seen.y += y;
+    std::map<int, int> points;
+    for (int y = 0; y < shot.height; y += kLookStepPx) {
+        for (int x = 0; x < shot.width; x += kLookStepPx) {
+            const Rgb seen = shot.at(x, y);
+            for (const auto& [number, stream] : m_streams) {
+                if (isNear(seen, colourOf(number), kColourTolerance))
+                    ++points[number];
+            }
         }
     }
-    std::map<int, Seen> result;
-    for (const auto& [number, sum] : points) {
-        if (sum.areaPx >= kMinPoints)
-            result[number] = {sum.areaPx * kLookStepPx * kLookStepPx, sum.x / sum.areaPx,
-                              sum.y / sum.areaPx};
-    }
-    return result;
+    for (auto at = points.begin(); at != points.end();)
+        at = at->second < kMinPoints ? points.erase(at) : std::next(at);
+    return points;
 }

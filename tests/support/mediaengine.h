@@ -31,14 +31,6 @@ struct Stream
     Clock::time_point answerAt;    ///< when `open` follows `wanted`
 };
 
-/// Where a participant's picture is in the window, from its colour.
-struct Seen
-{
-    int areaPx = 0;
-    int x = 0; ///< of the picture's middle
-    int y = 0;
-};
-
 /// The numbers, each with a blank before it.
 std::string listOf(const std::set<int>& numbers);
 
@@ -52,7 +44,7 @@ std::string listOf(const std::set<int>& numbers);
 class MediaEngine
 {
 public:
-    static constexpr int kColours = 64; ///< numbers that differ by less have different colours
+    static constexpr int kColours = 60; ///< numbers that differ by less have different colours
     static constexpr std::chrono::milliseconds kMoment{350};
     static constexpr std::chrono::milliseconds kRest{3000};
 
@@ -78,12 +70,12 @@ public:
     /// arrangement. @return false, and a failed check, when it does not come to that
     bool rest(const std::string& step, std::chrono::milliseconds quiet = kRest);
     /// Delivers one picture of every open stream.
-    void deliver() { forEach(&MediaEngine::playFrame); }
+    void deliver();
 
     /// Numbers of those whom the module calls visible, in the gallery or in the small window.
     [[nodiscard]] std::set<int> visible() const;
-    /// What can be seen of everybody's pictures in the window.
-    [[nodiscard]] std::map<int, Seen> look(const Screenshot& shot) const;
+    /// How many points of everybody's pictures can be seen in the window.
+    [[nodiscard]] std::map<int, int> look(const Screenshot& shot) const;
     /// Those whose streams are open.
     [[nodiscard]] std::set<int> open() const;
 
@@ -102,9 +94,7 @@ private:
     void require(bool holds, const std::string& what, const Stream& stream) const;
     /// Does what the last message has asked for.
     void apply(Stream& stream);
-    void answer(Stream& stream);
-    void playFrame(Stream& stream);
-    void forEach(void (MediaEngine::*action)(Stream&));
+    void forEach(const std::function<void(Stream&)>& action);
     bool runUntil(const std::function<bool()>& done, int timeoutMs);
 
     Meeting& m_meeting;

@@ -4,25 +4,9 @@
 
 #include <algorithm>
 
-Inbox& Inbox::first()
-{
-    static Inbox inbox([](unsigned long id, unsigned long long wParam, long long lParam) {
-        return first().receive(id, wParam, lParam);
-    });
-    return inbox;
-}
-
-Inbox& Inbox::second()
-{
-    static Inbox inbox([](unsigned long id, unsigned long long wParam, long long lParam) {
-        return second().receive(id, wParam, lParam);
-    });
-    return inbox;
-}
-
 int Inbox::receive(unsigned long id, unsigned long long wParam, long long lParam)
 {
-    const Message message{id, wParam, lParam, std::this_thread::get_id(), Clock::now()};
+    const Message message{id, wParam, lParam, std::this_thread::get_id()};
     {
         const std::lock_guard<std::mutex> lock(m_lock);
         m_messages.push_back(message);
@@ -76,9 +60,9 @@ Meeting::~Meeting()
         zr.Release(screen);
 }
 
-void* Meeting::join(int number, const std::string& name)
+void* Meeting::join(int number)
 {
-    void* const play = zr.AddPerson(screen, text("u" + std::to_string(number)), text(name), number,
+    void* const play = zr.AddPerson(screen, text("u" + std::to_string(number)), text("P"), number,
                                     0, hostValue(number));
     REQUIRE(play != nullptr);
     CHECK_EQUAL(zr.Preview(screen, play, true), 1);
@@ -89,6 +73,17 @@ void Meeting::moveTo(int widthPx, int heightPx)
 {
     tagRECT area = rectOf({0, 0, widthPx, heightPx});
     CHECK_EQUAL(zr.MoveWindow(screen, &area, 0), 1);
+}
+
+bool Meeting::shows(void* play, const Rgb& colour, const HostWindow& window, zrhost::Point at,
+                    bool seen)
+{
+    Picture picture(640, 360, colour);
+    return pumpUntil([&] {
+        (void)zr.PlayFrame(screen, play, &picture.frame);
+        pump(20);
+        return isNear(window.grab().at(at.x, at.y), colour, 8) == seen;
+    });
 }
 
 bool Meeting::changeMode(int mode)

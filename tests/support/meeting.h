@@ -4,7 +4,6 @@
 #include "hostprocess.h"
 #include "hostwindow.h"
 #include "module.h"
-#include "picture.h"
 
 #include <cstdint>
 #include <functional>
@@ -20,7 +19,6 @@ struct Message
     unsigned long long wParam;
     long long lParam;
     std::thread::id thread;
-    Clock::time_point at;
 };
 
 /// Receives the messages of one screen; the interface leaves no room for a context pointer, so
@@ -28,8 +26,8 @@ struct Message
 class Inbox
 {
 public:
-    static Inbox& first();
-    static Inbox& second();
+    static Inbox& first() { return inbox<1>(); }
+    static Inbox& second() { return inbox<2>(); }
 
     [[nodiscard]] ZRNotify notify() const { return m_notify; }
     /// Forgets the messages and the handler.
@@ -47,6 +45,14 @@ private:
     explicit Inbox(ZRNotify notify)
         : m_notify(notify)
     {
+    }
+    template<int number>
+    static Inbox& inbox()
+    {
+        static Inbox one([](unsigned long id, unsigned long long wParam, long long lParam) {
+            return inbox<number>().receive(id, wParam, lParam);
+        });
+        return one;
     }
     int receive(unsigned long id, unsigned long long wParam, long long lParam);
 
@@ -73,8 +79,11 @@ public:
 
     /// Adds a participant whose stream is open. The host value is `number`, the id "u<number>" and
     /// the join time `number` too. @return the play handle
-    void* join(int number, const std::string& name = "P");
+    void* join(int number);
     void moveTo(int widthPx, int heightPx);
+    /// Delivers pictures of a colour until it is seen at a point of the window, or is not any more.
+    [[nodiscard]] bool shows(void* play, const Rgb& colour, const HostWindow& window,
+                             zrhost::Point at, bool seen = true);
     /// Changes the mode and waits for the message that reports it.
     [[nodiscard]] bool changeMode(int mode);
 

@@ -1,16 +1,10 @@
 // The stage on X11.
 #include "check.h"
-#include "desktop.h"
 #include "hostprocess.h"
 #include "hostwindow.h"
 
 #include <X11/Xlib.h>
-#include <X11/Xutil.h>
-#include <X11/extensions/XTest.h>
-#include <X11/keysym.h>
 
-#include <cstdlib>
-#include <dlfcn.h>
 #include <fstream>
 #include <glib.h>
 #include <iterator>
@@ -35,12 +29,6 @@ void waitForServer()
     XSync(display(), False);
 }
 
-} // namespace
-
-// --- Windows ----------------------------------------------------------------------------------
-
-namespace {
-
 struct Family
 {
     Window parent = 0;
@@ -53,11 +41,9 @@ Family familyOf(WindowId window)
     Window root = 0;
     Window* children = nullptr;
     unsigned count = 0;
-    waitForServer();
     XQueryTree(display(), window, &root, &family.parent, &children, &count);
     family.children.assign(children, children + count);
-    if (children)
-        XFree(children);
+    XFree(children);
     return family;
 }
 
@@ -125,131 +111,11 @@ WindowId nativehost::desktop()
     return DefaultRootWindow(display());
 }
 
-Screenshot HostWindow::grab() const
-{
-    const Box box = nativehost::geometryOf(m_id); // it is at the top level
-    return desktop::grab(box.x, box.y, box.w, box.h);
-}
-
-// --- The user ---------------------------------------------------------------------------------
-
-namespace {
-
-constexpr unsigned kLeft = 1;
-constexpr unsigned kWheelAway = 4;
-constexpr unsigned kWheelTowards = 5;
-
-void pressButton(unsigned button)
-{
-    XTestFakeButtonEvent(display(), button, True, CurrentTime);
-    XTestFakeButtonEvent(display(), button, False, CurrentTime);
-    waitForServer();
-}
-
-void moveKey(KeySym symbol, bool down)
-{
-    const KeyCode code = XKeysymToKeycode(display(), symbol);
-    REQUIRE(code != 0);
-    XTestFakeKeyEvent(display(), code, down ? True : False, CurrentTime);
-    waitForServer();
-}
-
-/// The symbols of letters, digits and the blank are their characters.
-void pressKey(char character)
-{
-    const KeySym symbol = character == '\t' ? KeySym{XK_Tab} : static_cast<KeySym>(character);
-    moveKey(symbol, true);
-    moveKey(symbol, false);
-}
-
-} // namespace
-
-int desktop::widthPx()
-{
-    return DisplayWidth(display(), DefaultScreen(display()));
-}
-
-int desktop::heightPx()
-{
-    return DisplayHeight(display(), DefaultScreen(display()));
-}
-
-Screenshot desktop::grab(int left, int top, int widthPx, int heightPx)
-{
-    XImage* const image =
-        XGetImage(display(), nativehost::desktop(), left, top, static_cast<unsigned>(widthPx),
-                  static_cast<unsigned>(heightPx), AllPlanes, ZPixmap);
-    REQUIRE(image != nullptr);
-    Screenshot shot{widthPx, heightPx, {}};
-    for (int y = 0; y < heightPx; ++y) {
-        for (int x = 0; x < widthPx; ++x) {
-            const auto pixel = static_cast<int>(XGetPixel(image, x, y));
-            shot.pixels.push_back({pixel >> 16 & 0xFF, pixel >> 8 & 0xFF, pixel & 0xFF});
-        }
-    }
-    XDestroyImage(image);
-    return shot;
-}
-
-void desktop::moveTo(int x, int y)
-{
-    XTestFakeMotionEvent(display(), -1, x, y, CurrentTime);
-    waitForServer();
-}
-
-void desktop::click(int x, int y)
-{
-    moveTo(x, y);
-    pressButton(kLeft);
-}
-
-void desktop::turnWheel(int x, int y, int steps)
-{
-    moveTo(x, y);
-    for (int i = 0; i < std::abs(steps); ++i)
-        pressButton(steps > 0 ? kWheelAway : kWheelTowards);
-}
-
-void keyboard::type(const std::string& text)
-{
-    for (const char character : text)
-        pressKey(character);
-}
-
-void keyboard::pressWithControl(char letter)
-{
-    moveKey(XK_Control_L, true);
-    pressKey(letter);
-    moveKey(XK_Control_L, false);
-}
-
-// --- The process ------------------------------------------------------------------------------
-
 namespace native {
-
-const char* const kLibraryFile = "libZRScreenMod.so.0";
 
 bool runEventLoopOnce()
 {
     return g_main_context_iteration(nullptr, FALSE) != FALSE;
-}
-
-void* loadLibrary(const char* path)
-{
-    void* const library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
-    if (!library)
-        check::fail(__FILE__, __LINE__, dlerror());
-    return library;
-}
-
-void* findSymbol(void* library, const char* name)
-{
-    return dlsym(library, name);
-}
-
-bool unloadLibrary(void* library)
-{
-    return dlclose(library) == 0;
 }
 
 bool isLoaded(const std::string& name)
@@ -278,11 +144,6 @@ std::size_t pageSize()
 void* makePages(std::size_t bytes)
 {
     return mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-}
-
-void freePages(void* pages, std::size_t bytes)
-{
-    munmap(pages, bytes);
 }
 
 bool protectPages(void* pages, std::size_t bytes, bool isOpen)

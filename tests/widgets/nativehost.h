@@ -1,7 +1,6 @@
 // The stage as the tests of the platform use it: with Qt's types, and a dialog to put into it.
 #pragma once
 
-#include "desktop.h"
 #include "hostwindow.h"
 #include "platform.h"
 

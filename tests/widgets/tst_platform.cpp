@@ -120,7 +120,7 @@ private slots:
             QCOMPARE(nativehost::parentOf(dialog.id()), nativehost::desktop());
         }
         QCOMPARE(QSize(platform::screenWidthPx(), platform::screenHeightPx()),
-                 QSize(desktop::widthPx(), desktop::heightPx()));
+                 QSize(desktop::size().width, desktop::size().height));
     }
 
     void refusesWhatIsNoWindow()
