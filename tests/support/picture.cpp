@@ -40,3 +40,19 @@ Picture::Picture(uint32_t widthPx, uint32_t heightPx, const Yuv& colour)
     frame.width = widthPx;
     frame.height = heightPx;
 }
+
+Picture::Picture(uint32_t widthPx, uint32_t heightPx, const ColourAt& colourAt)
+    : Picture(widthPx, heightPx, kRed)
+{
+    auto next = m_bytes.begin();
+    for (uint32_t y = 0; y < heightPx; ++y) {
+        for (uint32_t x = 0; x < widthPx; ++x)
+            *next++ = colourAt(x, y).y;
+    }
+    for (uint8_t Yuv::*component : {&Yuv::u, &Yuv::v}) {
+        for (uint32_t y = 0; y < heightPx; y += 2) {
+            for (uint32_t x = 0; x < widthPx; x += 2)
+                *next++ = colourAt(x, y).*component;
+        }
+    }
+}

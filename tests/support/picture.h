@@ -4,6 +4,7 @@
 #include "zrscreenmod.h"
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 struct Rgb
@@ -43,11 +44,14 @@ constexpr Yuv kYellow{219, 16, 138};
 constexpr Yuv kMagenta{78, 214, 230};
 constexpr Yuv kCyan{188, 154, 16};
 
-/// An I420 picture of one colour, with the frame record that describes it.
+/// An I420 picture, with the frame record that describes it. Its memory is as long as its planes.
 class Picture
 {
 public:
-    Picture(uint32_t widthPx, uint32_t heightPx, const Yuv& colour);
+    using ColourAt = std::function<Yuv(uint32_t x, uint32_t y)>;
+
+    Picture(uint32_t widthPx, uint32_t heightPx, const Yuv& colour); ///< of one colour
+    Picture(uint32_t widthPx, uint32_t heightPx, const ColourAt& colourAt);
     Picture(Picture&&) = default;
     [[nodiscard]] const std::vector<uint8_t>& bytes() const { return m_bytes; }
     VantrelRTCVideoFrameQT frame{};

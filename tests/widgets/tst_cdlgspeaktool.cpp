@@ -1,7 +1,7 @@
 // The speaker tool, by itself and in a gallery.
 #include "gallerytest.h"
 #include "golden.h"
-#include "pixels.h"
+#include "picture.h"
 
 #include "cdlgspeaktool.h"
 #include "cplaywidgetextend.h"
@@ -180,12 +180,12 @@ private:
         m->gallery->setMute(next, false);
         m->gallery->UpdateUserNetStatus(next->userID, 2, false, 2);
         QTest::mouseClick(button(mode), Qt::LeftButton);
-        const zrtest::Picture frame(320, 180, [](unsigned x, unsigned y) {
-            return zrtest::Yuv{int(60 + x / 3), int(100 + y / 4), 120};
+        const Picture picture(320, 180, [](uint32_t x, uint32_t y) {
+            return Yuv{uint8_t(60 + x / 3), uint8_t(100 + y / 4), 120};
         });
         for (int i = 0; next->bPreview && i < 2; ++i) {
             QTest::qWait(200 * i); // the change mark's delay
-            QVERIFY(m->gallery->playFrame(next, &frame.frame()));
+            QVERIFY(m->gallery->playFrame(next, &picture.frame));
         }
         m->settle();
         m_pTool->setSpeaking(speaking); // nobody is: the gallery's next arrangement takes it away
