@@ -4,7 +4,6 @@
 #include "golden.h"
 
 #include "qdlgpagemark.h"
-#include "qmypagectrl.h"
 #include "qmypagescroll.h"
 #include "qmyscrollbar.h"
 
@@ -57,7 +56,7 @@ const std::pair<const char*, const char*> kStories[] = {
 
     {"it stays where it was dragged, unless it was away",
      "people 4; mode 4; tool: u1; placed: 1; layout; placed: 0; put-away; tool: ; small: ;"
-     "put-away off; tool: u1; small: u1; placed: 1; mode 1; mode 4; placed: 1; mode 1; tool: "},
+     "fetch; tool: u1; small: u1; placed: 1; mode 1; mode 4; placed: 1; mode 1; tool: "},
 
     // --- Pages ---
     {"two arrows and the marks show where there are pages",
@@ -67,6 +66,11 @@ const std::pair<const char*, const char*> kStories[] = {
      "people 14; back; shown: u0 u1 u2 u3 u4 u5; after 399; next; page: 0; after 1; next;"
      "shown: u6 u7 u8 u9 u10 u11; after 300; back; page: 1; after 400; next; shown: u12 u13;"
      "next; page: 2; next wrap; page: 0"},
+    {"by wheel, keys and arrows, from the last one on to the first by an arrow alone",
+     "people 14; wheel -60; page: 0; wheel -60; page: 1; wheel 120; page: 0; key PgDown; page: 1;"
+     "key Right; page: 2; key Right; page: 2; key A; page: 2; key PgUp; page: 1; key Left; page: 0;"
+     "arrow right; arrow right; page: 2; arrow right; page: 0; arrow right; page: 1; arrow left;"
+     "page: 0"},
     {"a strip's pages leave the speaker out",
      "people 14; mode 6; pages: 3; next; seen: u0 u10 u11 u12 u7 u8 u9"},
     {"a mode without pages keeps the page for later, whatever turns there",
@@ -114,51 +118,18 @@ private slots:
         Meeting m(true);
         m.addMany(21); // one more makes no new page
         for (const int mode : {1, 2, 4, 9}) {
-            m.setMode(mode);
+            ZR_TELL(m, QString("mode %1").arg(mode));
             QTest::qWait(200); // the tiles' own start
             QObjectList widgets{m.gallery.get()};
             for (QWidget* child : m->findChildren<QWidget*>())
                 widgets += child;
             const zrtest::EventWatch watch(
                 widgets, {QEvent::Move, QEvent::Resize, QEvent::Show, QEvent::Hide, QEvent::Paint});
-            ZR_TELL(m, "layout; order; add late 1000");
-            m->updatePersonInfo(m["u19"], false, 0, QString("Name %1").arg(mode), 0);
+            ZR_TELL(m, QString("layout; order; add late 1000; rename u19 Name%1").arg(mode));
             QTest::qWait(50);
             QCOMPARE(watch.count, 0);
-            m.remove("late");
+            ZR_TELL(m, "remove late");
         }
-    }
-
-    void turnsPagesByHand()
-    {
-        Meeting m;
-        m.addMany(14);
-        QDlgScreen* gallery = m.gallery.get();
-        for (const auto& [angle, page] :
-             {std::pair(-60, 0), {-60, 1}, {120, 0}}) { // two half steps
-            zrtest::turnWheel(*gallery, {5, 5}, angle);
-            QCOMPARE(gallery->page(), page);
-        }
-        for (const auto& [key, page] : {std::pair(Qt::Key_PageDown, 1),
-                                        {Qt::Key_Right, 2},
-                                        {Qt::Key_Right, 2},
-                                        {Qt::Key_A, 2},
-                                        {Qt::Key_PageUp, 1},
-                                        {Qt::Key_Left, 0}}) {
-            QTest::keyClick(gallery, key);
-            QCOMPARE(gallery->page(), page);
-        }
-        auto arrows = gallery->findChildren<QMyPageCtrl*>();
-        QCOMPARE(arrows.size(), 2);
-        if (arrows[0]->x() > arrows[1]->x())
-            arrows.swapItemsAt(0, 1);
-        for (const auto& [arrow, page] : {std::pair(1, 1), {1, 2}, {1, 0}, {1, 1}, {0, 0}}) {
-            QTest::mouseClick(arrows[arrow], Qt::RightButton);
-            QTest::mouseClick(arrows[arrow], Qt::LeftButton); // from the last one on to the first
-            QCOMPARE(gallery->page(), page);
-        }
-        emit hub().clickPageCtl(nullptr); // another gallery's
-        QCOMPARE(gallery->page(), 0);
     }
 
     void pageControlsLieAboveTheTiles()
@@ -166,6 +137,8 @@ private slots:
         Meeting m;
         const auto controls = m->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
         ZR_TELL(m, "people 7; mode 11; next; seen: u4 u5 u6");
+        emit hub().clickPageCtl(nullptr); // another gallery's
+        ZR_TELL(m, "page: 1");
         // That of the latest participant as well.
         bool controlSeen = false;
         for (QObject* child : m->children()) {
@@ -176,8 +149,7 @@ private slots:
         m->resize(800, 500);
         const auto arrows = m->findChildren<QMyPageCtrl*>();
         const auto [left, right] = std::minmax({arrows[0]->x(), arrows[1]->x()});
-        QCOMPARE(left, 24);
-        QCOMPARE(right + arrows[1]->width(), 800 - 24);
+        QVERIFY(left == 24 && right + arrows[1]->width() == 800 - 24);
         QCOMPARE(arrows[0]->y(), (500 - arrows[0]->height()) / 2);
         // Where the marks have no room, a bar takes their place.
         const auto* bar = m->findChild<QMyPageScroll*>();
@@ -195,19 +167,19 @@ private slots:
         gallery.resize(600, 400);
         gallery.show();
         QVERIFY(QTest::qWaitForWindowExposed(&gallery));
-        QDlgPageMark marks[4]{QDlgPageMark(&gallery), QDlgPageMark(&gallery),
-                              QDlgPageMark(&gallery), QDlgPageMark(&gallery)};
         // No page, a single one, the last one, and one that is gone.
         const std::pair<int, int> pages[] = {{0, 0}, {0, 1}, {2, 3}, {3, 3}};
         for (int i = 0; i < 4; ++i) {
-            marks[i].move(40 * i, 0);
-            marks[i].setPages(pages[i].first, pages[i].second);
-            marks[i].show();
+            auto* const mark = new QDlgPageMark(&gallery);
+            mark->move(40 * i, 0);
+            mark->setPages(pages[i].first, pages[i].second);
+            mark->show();
         }
-        QDlgNoVideo noVideo[2]{QDlgNoVideo(&gallery), QDlgNoVideo(&gallery)};
         const QSize camera = QImage(":/pic/nocamera.png").size();
-        noVideo[0].setGeometry(QRect({160, 0}, camera + QSize(41, 30)));
-        noVideo[1].setGeometry(450, 0, camera.width() / 2, 200);     // cut
+        QDlgNoVideo noVideo(&gallery);
+        QDlgNoVideo cut(&gallery);
+        noVideo.setGeometry(QRect({160, 0}, camera + QSize(41, 30)));
+        cut.setGeometry(450, 0, camera.width() / 2, 200);
         QVERIFY(!gallery.childAt(5, 5) && !gallery.childAt(165, 5)); // clicks go to what is below
         QMyPageCtrl next(&gallery);
         next.setImage(QImage(":/pic/pageNext.png"));
