@@ -1,12 +1,23 @@
-// The date and time picker: how it looks, what can be chosen, what the hosts are told.
+// The controls that hosts embed: the date picker, the line edit and the text box, how they look and
+// what they tell. What the keyboard does in a real window is tested with the library as a whole.
 #include "golden.h"
 #include "testsupport.h"
 
+#include "controlhandle.h"
+#include "qdlgtextedit.h"
+#include "qmylineedit.h"
+#include "qmytextedit.h"
 #include "selectdatetimewidget.h"
 
+#include <QContextMenuEvent>
 #include <QLabel>
+#include <QMenu>
+#include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
+#include <QScroller>
+#include <QValidator>
 
 #include <initializer_list>
 
@@ -17,9 +28,51 @@ QDateTime at(int y, int mo, int d, int h, int mi, int s = 0)
     return {QDate(y, mo, d), QTime(h, mi, s)};
 }
 
+/// An edit as a client styles and places it.
+struct Edit : QMyLineEdit
+{
+    Edit()
+    {
+        setStyleSheet("QLineEdit{background:#20242C;border:1px solid #3A3E46;border-radius:4px;"
+                      "color:#CDCDCD;padding:0 8px;selection-background-color:#5998FF;}"
+                      "#room{background:#ff0000}");
+        setGeometry(100, 100, 240, 36);
+    }
+    bool open()
+    {
+        show();
+        activateWindow();
+        return QTest::qWaitForWindowActive(this);
+    }
+};
+
+QString longText()
+{
+    QStringList lines;
+    for (int i = 1; i <= 60; ++i)
+        lines << QStringLiteral("第%1项 会议内容").arg(i);
+    return lines.join(QLatin1Char('\n'));
+}
+
+/// A text box on the screen, with more text than it shows.
+struct Box : QDlgTextEdit
+{
+    Box()
+        : QDlgTextEdit(QColor(32, 36, 44))
+    {
+        setGeometry(100, 100, 300, 200);
+        textEdit()->setText(longText());
+        show();
+        (void)QTest::qWaitForWindowExposed(this);
+    }
+    QWidget& page = *textEdit()->viewport();
+    QScrollBar& bar = *textEdit()->verticalScrollBar();
+    QScroller& scroller = *QScroller::scroller(&page);
+};
+
 } // namespace
 
-class TestSelectDateTimeWidget : public QObject
+class TestControls : public QObject
 {
     Q_OBJECT
 
@@ -39,7 +92,9 @@ private slots:
         QZRScreenConfig::destroyInstance();
     }
 
-    void looksLikeItsGoldens()
+    // --- The date picker ----------------------------------------------------------------------
+
+    void pickerLooksLikeItsGoldens()
     {
         const struct
         {
@@ -147,6 +202,141 @@ private slots:
         QVERIFY(m_widget->selection().day == 4 && !isLit("分钟"));
     }
 
+    // --- The line edit ------------------------------------------------------------------------
+
+    void echoesAsItsGoldens()
+    {
+        const std::pair<const char*, QLineEdit::EchoMode> rows[] = {
+            {"edit_normal", QLineEdit::Normal},
+            {"edit_none", QLineEdit::NoEcho},
+            {"edit_password", QLineEdit::Password},
+            {"edit_password_on_edit", QLineEdit::PasswordEchoOnEdit},
+            {"edit_placeholder", QLineEdit::Normal},
+        };
+        for (const auto& [name, mode] : rows) {
+            Edit edit;
+            edit.setPlaceholderText(QStringLiteral("请输入会议号"));
+            edit.setEchoMode(mode);
+            if (name != QByteArray("edit_placeholder"))
+                edit.setText(QStringLiteral("会议 Room 5"));
+            edit.setFocusPolicy(Qt::NoFocus); // no blinking cursor in the picture
+            QVERIFY(edit.open());
+            ZR_COMPARE_GOLDEN(edit.grab(), name);
+            edit.setObjectName("room"); // a sheet's rule for a name that comes later
+            QCOMPARE(edit.grab().toImage().pixelColor(5, 5), QColor(Qt::red));
+        }
+    }
+
+    /// The host hears of it before the edit has done anything, and may release the edit.
+    void hostHasTheLastWordInsideAMessage()
+    {
+        zrtest::HostDouble host;
+        zrtest::hub().registerUICallback(&host);
+        for (const bool byTab : {false, true}) {
+            const QPointer<Edit> edit(new Edit);
+            QVERIFY(edit->open());
+            g_lineEdits.insert(edit);
+            host.onMessage = [edit](const auto&) { g_lineEdits.release(edit); };
+            if (byTab)
+                QTest::keyClick(edit, Qt::Key_Tab);
+            else
+                QTest::mousePress(edit, Qt::LeftButton);
+            QVERIFY(!edit || (!edit->isVisible() && !g_lineEdits.contains(edit)));
+            QTRY_VERIFY(!edit);
+        }
+        zrtest::hub().unregisterUICallback(&host);
+    }
+
+    void replacesItsValidator()
+    {
+        Edit edit;
+        QVERIFY(edit.setInputPattern("[0-9]{0,3}"));
+        const QPointer<const QObject> first(edit.validator());
+        QVERIFY(!edit.setInputPattern("(") && first && edit.validator() == first);
+        QVERIFY(edit.setInputPattern("[a-z]*") && !first);
+    }
+
+    void menusSpeakChinese()
+    {
+        Edit edit;
+        QVERIFY(edit.open());
+        Box box;
+        QWidget* const places[] = {&edit, &box.page, &box.bar};
+        for (QWidget* place : places) {
+            QContextMenuEvent event(QContextMenuEvent::Mouse, {2, 10}, place->mapToGlobal({2, 10}));
+            QCoreApplication::sendEvent(place, &event);
+            const QPointer<QWidget> menu = QApplication::activePopupWidget();
+            QCOMPARE(!menu, place == &box.bar); // who drags has no use for one
+            if (!menu)
+                continue;
+            for (const QAction* entry : menu->actions())
+                QVERIFY(entry->isSeparator() || entry->text().at(0) >= QChar(0x2E80));
+            menu->close();
+            QTRY_VERIFY(!menu);
+        }
+    }
+
+    // --- The text box -------------------------------------------------------------------------
+
+    void textBoxLooksLikeItsGolden()
+    {
+        Box box;
+        box.bar.setValue(box.bar.maximum() / 3);
+        ZR_COMPARE_GOLDEN(box.grab(), "textbox_scrolled");
+        QTest::keyClick(&box, Qt::Key_Escape);
+        QVERIFY(!box.close() && box.isVisible());
+    }
+
+    void newTextStartsAtTheTop()
+    {
+        Box box;
+        box.scroller.scrollTo({0, box.bar.maximum() * 1.0}, 400);
+        QTRY_VERIFY(box.bar.value() > 0);
+        box.textEdit()->setText(longText() + longText());
+        QCOMPARE(box.bar.value(), 0);
+        QTest::qWait(500);
+        QCOMPARE(box.bar.value(), 0); // the animation has not gone on
+    }
+
+    void isScrolledByDraggingAgainAndAgain()
+    {
+        Box box;
+        int before = 0;
+        const auto pull = [&](QWidget& target, QPoint from, int toY, auto press) {
+            before = box.bar.value();
+            zrtest::drag(target, from, {from.x(), toY}, 15, press);
+        };
+        for (const auto press : {QEvent::MouseButtonPress, QEvent::MouseButtonDblClick}) {
+            pull(box.page, {100, 180}, 20, press);
+            QTRY_VERIFY(box.bar.value() > before + 50);
+            box.scroller.stop();
+        }
+        QVERIFY(!box.textEdit()->textCursor().hasSelection());
+        // The page must not go on under a mouse that drags the bar's handle, of 50 pixels.
+        box.scroller.scrollTo({0, 400}, 2000);
+        QEvent enter(QEvent::Enter);
+        QCoreApplication::sendEvent(&box.bar, &enter);
+        QCOMPARE(box.scroller.state(), QScroller::Inactive);
+        box.bar.setValue(0);
+        pull(box.bar, {4, 20}, 110, QEvent::MouseButtonPress);
+        QVERIFY(box.bar.value() > box.bar.maximum() / 3);
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(&box.bar, &leave);
+        pull(box.page, {100, 30}, 180, QEvent::MouseButtonPress);
+        QTRY_VERIFY(box.bar.value() < before);
+    }
+
+    void breaksAnEndlessWord()
+    {
+        Box box;
+        QElapsedTimer clock;
+        clock.start();
+        box.textEdit()->setText(QString(100000, QLatin1Char('W')));
+        box.grab();
+        QVERIFY2(clock.elapsed() < 5000, "Qt took its time to look for a place to break the word");
+        QVERIFY(box.bar.maximum() > 1000);
+    }
+
 private:
     void show(const zr::DateChoice& choice)
     {
@@ -205,5 +395,5 @@ private:
     std::unique_ptr<zrtest::HostDouble> m_host;
 };
 
-ZR_WIDGET_TEST_MAIN(TestSelectDateTimeWidget)
-#include "tst_selectdatetimewidget.moc"
+ZR_WIDGET_TEST_MAIN(TestControls)
+#include "tst_controls.moc"
