@@ -318,44 +318,49 @@ private slots:
 
     void spinnerRunsWhileTheNetworkIsBadAndItShows()
     {
-        // Without a picture there is nothing to wait on.
+        openOverlay();
+        const auto spins = [this] { return m_overlay->isSpinning(); };
+        const auto after = [this](qint64 elapsedMs) {
+            m_overlay->elapsedMs = elapsedMs;
+            m_overlay->onTimeUpdateLoading();
+            m_overlay->refresh();
+        };
         m_overlay->setPerson(m_person.get());
         m_overlay->UpdateNetStatus(1, true, 0);
-        QVERIFY(m_overlay->state().bFrozen && !m_overlay->isSpinning());
+        QVERIFY(m_overlay->state().bFrozen && !spins()); // without a picture nothing to wait on
         showPicture();
-        QVERIFY(m_overlay->isSpinning());
+        QVERIFY(spins());
         QTest::qWait(50);
         m_overlay->paints = 0;
         QTRY_VERIFY_WITH_TIMEOUT(m_overlay->paints >= 2, 1000);
-        m_window->hide();
-        QVERIFY(!m_overlay->isSpinning());
-        m_window->show();
-        QVERIFY(m_overlay->isSpinning());
-        tick(15000);
-        QVERIFY(m_overlay->isSpinning());
-        tick(15001);
-        QVERIFY(!m_overlay->isSpinning());
-        QVERIFY(!m_overlay->isPictureVisible()); // the avatar, for the rest of the spell
+        for (const bool visible : {false, true}) {
+            m_window->setVisible(visible);
+            QCOMPARE(spins(), visible);
+        }
+        after(15000);
+        QVERIFY(spins());
+        after(15001);
+        QVERIFY(!spins()
+                && !m_overlay->isPictureVisible()); // the avatar, for the rest of the spell
 
-        tagPersonInfo other; // whose network is as bad begins a spell of their own
-        other.bPreview = true;
-        other.iStreamStatus = kStreamRunning;
-        other.net = m_person->net;
-        m_overlay->setPerson(&other);
-        QVERIFY(m_overlay->isSpinning());
-        tick(0);
+        const auto other = makePerson("bob"); // whose network is as bad begins a spell of their own
+        other->net = m_person->net;
+        m_overlay->setPerson(other.get());
+        QVERIFY(spins());
+        after(0);
         m_overlay->setPerson(m_person.get());
-        tick(15001);
+        after(15001);
         QVERIFY(!m_overlay->isPictureVisible());
         m_window->hide(); // nor does the participant's next spell depend on who sees it
         m_person->net.report(1, false, 5);
         m_person->net.report(2, true, 1);
         m_window->show();
-        QVERIFY(m_overlay->isSpinning());
+        QVERIFY(spins());
     }
 
     void moreRectangleFollowsThePointer()
     {
+        openOverlay();
         showPicture();
         for (const QPoint& at : {QPoint(399, 299), QPoint(200, 150)}) {
             QCursor::setPos(m_overlay->mapToGlobal(at));
@@ -365,41 +370,46 @@ private slots:
 
     void onlyTheChangedRectangleIsRepainted()
     {
+        openOverlay();
         m_person->bMute = false;
         showPicture();
         QTest::qWait(50);
-        const auto repaints = [&](const std::function<void()>& change, const QRect& rect) {
-            m_overlay->paints = 0;
-            change();
-            m_overlay->refresh();
-            (void)QTest::qWaitFor([&] { return !rect.isEmpty() && m_overlay->paints > 0; },
-                                  rect.isEmpty() ? 100 : 2000); // volumes are gathered
-            return m_overlay->paints == (rect.isEmpty() ? 0 : 1)
-                   && (rect.isEmpty() || m_overlay->painted.boundingRect() == rect);
-        };
         const QRect audio = m_overlay->overlayLayout().at(OverlayPart::Audio).rect;
         QVERIFY(!audio.isEmpty());
-        QVERIFY(repaints([this] { m_person->iVolume = 9; }, {})); // the same level
-        QVERIFY(repaints([this] { m_person->iVolume = 10; }, audio));
-        QVERIFY(repaints([this] { m_person->bMute = true; }, audio));
-        QVERIFY(repaints([this] { m_person->iVolume = 90; }, {})); // muted
-        QVERIFY(repaints([this] { m_person->bHandUp = true; }, QRect(5, 5, 48, 48)));
-        const auto tellTheSameAgain = [this] {
-            for (int i = 0; i < 20; ++i) {
-                m_overlay->setLoading(false);
-                m_overlay->setVideoRect(QRect(0, 30, 400, 240));
-                m_overlay->UpdateNetStatus(1, false, 5);
-                m_overlay->setPerson(m_person.get());
-                m_overlay->setGeometry(m_overlay->geometry());
-                emit hub().sigRefreshPlayDlg();
-                QCoreApplication::processEvents();
-            }
+        const std::pair<std::function<void()>, QRect> rows[] = {
+            {[this] { m_person->iVolume = 9; }, {}}, // the same level
+            {[this] { m_person->iVolume = 10; }, audio},
+            {[this] { m_person->bMute = true; }, audio},
+            {[this] { m_person->iVolume = 90; }, {}}, // muted
+            {[this] { m_person->bHandUp = true; }, {5, 5, 48, 48}},
+            {[this] {
+                 for (int i = 0; i < 20; ++i) {
+                     m_overlay->setLoading(false);
+                     m_overlay->setVideoRect(QRect(0, 30, 400, 240));
+                     m_overlay->UpdateNetStatus(1, false, 5);
+                     m_overlay->setPerson(m_person.get());
+                     m_overlay->setGeometry(m_overlay->geometry());
+                     emit hub().sigRefreshPlayDlg();
+                     QCoreApplication::processEvents();
+                 }
+             },
+             {}},
         };
-        QVERIFY(repaints(tellTheSameAgain, {}));
+        for (const auto& [change, rect] : rows) {
+            m_overlay->paints = 0;
+            m_overlay->painted = {};
+            change();
+            m_overlay->refresh(); // volumes are gathered
+            (void)QTest::qWaitFor([this] { return m_overlay->paints > 0; },
+                                  rect.isEmpty() ? 100 : 2000);
+            QCOMPARE(m_overlay->paints, rect.isEmpty() ? 0 : 1);
+            QCOMPARE(m_overlay->painted.boundingRect(), rect);
+        }
     }
 
     void clicksOnControlsReachTheHub()
     {
+        openOverlay();
         m_person->bHandUp = m_person->bSelf = true;
         showPicture();
         QSignalSpy audio(&hub(), &QZRScreenConfig::notifyClickAudioCtrl);
@@ -411,6 +421,7 @@ private slots:
         const auto clicks = [&] { // on each control; @return how many were one
             for (QSignalSpy* spy : {&audio, &more, &hand})
                 spy->clear();
+            m_overlay->refresh();
             for (const QPoint& at : {microphone, QPoint(399, 299), QPoint(5, 5)})
                 QTest::mouseClick(m_overlay, Qt::LeftButton, {}, at);
             return audio.count() + more.count() + hand.count();
@@ -421,23 +432,20 @@ private slots:
         QCOMPARE(clicks(), 0);
         m_overlay->setPlace(zr::TilePlace::Gallery);
         m_person->bSelf = false;
-        m_overlay->refresh();
         QCOMPARE(clicks(), 2); // another's hand stays up
         m_person->bSelf = true;
-        m_overlay->refresh();
         const int passedOn = window.count;
         QCOMPARE(clicks(), 3);
         for (const QSignalSpy* spy : {&audio, &more, &hand})
             QCOMPARE(spy->at(0).at(0).value<void*>(), static_cast<void*>(m_person.get()));
         QCOMPARE(more.at(0).at(1).toInt(), m_overlay->mapToGlobal(QPoint(400 - 48, 0)).x());
-        // The second press of a double click is neither a click nor one on the tile.
+        // The second press of a double click is neither a click nor one on the tile, nor is a drag
+        // one; a shorter move is, also off the edge.
         QTest::mouseDClick(m_overlay, Qt::LeftButton, {}, microphone);
+        drag(*m_overlay, microphone, microphone + QPoint(6, 0));
         QCOMPARE(audio.count(), 1);
-        // A drag does not click; a shorter move does, also off the edge.
         const QPoint corner = m_overlay->overlayLayout().at(OverlayPart::Audio).rect.topLeft();
-        zrtest::drag(*m_overlay, microphone, microphone + QPoint(6, 0));
-        QCOMPARE(audio.count(), 1);
-        zrtest::drag(*m_overlay, corner, corner - QPoint(0, 5));
+        drag(*m_overlay, corner, corner - QPoint(0, 5));
         QCOMPARE(audio.count(), 2);
         // The press was on somebody else.
         QTest::mousePress(m_overlay, Qt::LeftButton, {}, microphone);
@@ -448,12 +456,12 @@ private slots:
         // What is no control's goes to the tile.
         QTest::mouseClick(m_overlay, Qt::RightButton, {}, microphone);
         QTest::mouseClick(m_overlay, Qt::LeftButton, {}, QPoint(200, 150));
-        QCOMPARE(audio.count(), 2);
-        QCOMPARE(window.count, passedOn + 2);
+        QVERIFY(audio.count() == 2 && window.count == passedOn + 2);
     }
 
     void ownSentenceShowsForAWhile()
     {
+        openOverlay();
         showPicture();
         const auto says = [this](int id, const char* name, const char* text) {
             hub().AddOneSubtitle(id, 0, name, text);
@@ -476,6 +484,7 @@ private slots:
 
     void tileIsAccessible()
     {
+        openOverlay();
         m_overlay->setPerson(m_person.get());
         const std::pair<QList<int>, std::function<void()>> changes[] = {
             {{QAccessible::DescriptionChanged}, [this] { m_person->bMute = false; }},
@@ -483,20 +492,16 @@ private slots:
             {{}, [this] { m_person->iVolume = 80; }},
         };
         for (const auto& [announced, change] : changes) {
-            m_overlay->announced.clear();
             change();
             m_overlay->refresh();
-            QCOMPARE(m_overlay->announced, announced);
+            QCOMPARE(std::exchange(m_overlay->announced, {}), announced);
         }
         hub().livePersons.insert(m_person.get());
-        auto tile = std::make_unique<CPlayWidget>(m_window.get(), false);
-        tile->setGeometry(0, 0, 400, 300);
-        tile->playInfo()->resize(400, 300);
-        tile->SetPersonInfo(m_person.get(), false);
-        tile->StartShow();
-        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(tile.get());
+        showTile({400, 300});
+        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(m_tile);
         QVERIFY(accessible && accessible->actionInterface() && accessible->childCount() == 0);
         QVERIFY(accessible->text(QAccessible::Description).contains(QStringLiteral("打开")));
+        QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Bob"));
         QAccessibleActionInterface* actions = accessible->actionInterface();
         QCOMPARE(actions->actionNames(), QStringList({"microphone", "more"}));
         const QSignalSpy audio(&hub(), &QZRScreenConfig::notifyClickAudioCtrl);
@@ -507,9 +512,8 @@ private slots:
         QCOMPARE(actions->actionNames(), QStringList());
         actions->doAction("microphone");
         QCOMPARE(audio.count(), 1);
-        QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Bob"));
         const QAccessible::Id id = QAccessible::uniqueId(accessible);
-        tile.reset();
+        m_window.reset();
         QVERIFY(!QAccessible::accessibleInterface(id));
     }
 
@@ -552,6 +556,7 @@ private:
         *m_person = {};
         m_person->userID = QStringLiteral("alice");
         m_person->userName = QStringLiteral("Alice");
+        m_tile->hide();
         m_window->resize(400, 300);
         m_overlay = new CountingOverlay(m_window.get());
         m_overlay->setGeometry(0, 0, 400, 300);
@@ -567,13 +572,6 @@ private:
         m_overlay->refresh();
         QVERIFY(m_overlay->isPictureVisible());
     }
-    void tick(qint64 elapsedMs)
-    {
-        m_overlay->elapsedMs = elapsedMs;
-        m_overlay->onTimeUpdateLoading();
-        m_overlay->refresh();
-    }
-
     std::unique_ptr<tagPersonInfo> m_person;
     std::unique_ptr<QWidget> m_window;
     CountingTile* m_tile = nullptr;       ///< child of the window
