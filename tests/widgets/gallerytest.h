@@ -83,7 +83,7 @@ public:
     Meeting(const Meeting&) = delete;
     Meeting& operator=(const Meeting&) = delete;
 
-    ScreenSettings& settings() const { return hub().settings; }
+    static ScreenSettings& settings() { return hub().settings; }
     QDlgScreen* operator->() const { return gallery.get(); }
     tagPersonInfo* operator[](const QString& id) const { return gallery->findPerson(id); }
     void settle() const { QCoreApplication::sendPostedEvents(); }
@@ -109,11 +109,7 @@ public:
     }
     VantrelRTCVideoFrameQT frame(quint32 width = 64, quint32 height = 36) const
     {
-        VantrelRTCVideoFrameQT frame{};
-        frame.pData = picture.data();
-        frame.width = width;
-        frame.height = height;
-        return frame;
+        return {{}, picture.data(), 0, width, height};
     }
     bool play(tagPersonInfo* person, quint32 width = 64, quint32 height = 36)
     {
@@ -179,26 +175,22 @@ public:
     /// The ids whose tiles are shown, row by row.
     QString shown() const
     {
-        std::map<std::pair<int, int>, QString> byPlace;
         const auto rects = places();
-        for (auto it = rects.begin(); it != rects.end(); ++it)
-            byPlace[{it->y(), it->x()}] = it.key();
-        QStringList ids;
-        for (const auto& [place, id] : byPlace)
-            ids.append(id);
+        QStringList ids = rects.keys();
+        std::sort(ids.begin(), ids.end(), [&](const QString& a, const QString& b) {
+            return std::pair(rects[a].y(), rects[a].x()) < std::pair(rects[b].y(), rects[b].x());
+        });
         return ids.join(' ');
     }
     /// The participant with the largest tile, of two the one on the left.
     QString speaker() const
     {
-        QString largest;
         const auto rects = places();
-        for (auto it = rects.begin(); it != rects.end(); ++it) {
-            const QRect best = rects.value(largest);
-            if (it->width() > best.width() || (it->width() == best.width() && it->x() < best.x()))
-                largest = it.key();
-        }
-        return largest;
+        const auto largest =
+            std::max_element(rects.begin(), rects.end(), [](const QRect& a, const QRect& b) {
+                return std::pair(a.width(), -a.x()) < std::pair(b.width(), -b.x());
+            });
+        return largest == rects.end() ? QString() : largest.key();
     }
 
     HostDouble host;
@@ -216,7 +208,7 @@ private:
         const QString first = words.value(0);
         const bool on = words.value(words.size() - 1) != "off";
         const int number = first.toInt();
-        const int value = words.value(1).toInt(); // of a setting, or a join time
+        const int value = words.value(1).toInt(); // of a setting, a join time, or a width
         tagPersonInfo* person = g.findPerson(first);
         const auto arrows = g.findChildren<QMyPageCtrl*>();
         const auto tellOf = [&](bool self, int role, const QString& name) {
@@ -247,6 +239,7 @@ private:
                  for (const QString& id : words)
                      play((*this)[id]);
              }},
+            {"picture", [&] { play(person, value, words.value(2).toUInt()); }}, // of this size
             {"mute", [&] { g.setMute(person, on); }},
             {"pin", [&] { g.setLockLookPerson(person, on); }},
             {"pin-for-all", [&] { g.setAllLook(person, on); }},
@@ -352,13 +345,12 @@ private:
             {"pinned", [&] { return idsOf([](auto* p) { return p->bAllLook || p->bLockLook; }); }},
             {"controls", // of pages, that are shown
              [&] {
-                 int count = 0;
-                 for (const QObject* child : gallery->children()) {
-                     const auto* widget = qobject_cast<const QWidget*>(child);
-                     count +=
-                         widget && widget->isVisible() && !qobject_cast<const CPlayWidget*>(child);
-                 }
-                 return QString::number(count);
+                 const auto children =
+                     gallery->findChildren<QWidget*>({}, Qt::FindDirectChildrenOnly);
+                 return QString::number(
+                     std::count_if(children.begin(), children.end(), [](auto* child) {
+                         return child->isVisible() && !qobject_cast<CPlayWidget*>(child);
+                     }));
              }},
             {"page", [&] { return QString::number(gallery->page()); }},
             {"pages", [&] { return QString::number(gallery->pageCount()); }},
@@ -377,6 +369,15 @@ private:
              }},
             {"orders", [&] { return QString::number(std::exchange(orders, 0)); }},
             {"hidden", [&] { return QString::number(host.count(ZRMSG_VIDEO_HIDDEN)); }},
+            {"share", // whether it was there, each time that its rectangle was told
+             [&] {
+                 QStringList told;
+                 for (const HostDouble::Message& message : host.messages) {
+                     if (message.id == ZRMSG_SHARE_RECT_CHANGED)
+                         told += message.wParam == 1 ? "yes" : "no";
+                 }
+                 return told.join(' ');
+             }},
             {"placeholder", [&] { return gallery->findChild<QDlgNoVideo*>() ? "yes" : "no"; }},
             {"news", [&] { return news(); }},
         };

@@ -265,31 +265,6 @@ private slots:
                      qPrintable(QString::number(cache.bytes())));
         }
     }
-
-    /// What a comparison forgives is smoothing: neither an icon that has moved nor a neighbour's,
-    /// nor one that is greyed.
-    void iconsAreToldApart()
-    {
-        const auto onTile = [](const QPixmap& icon, QPointF shift = {}, qreal opacity = 1) {
-            QImage image(60, 60, QImage::Format_RGB32);
-            image.fill(QColor(60, 64, 58));
-            QPainter painter(&image);
-            painter.setRenderHint(QPainter::SmoothPixmapTransform);
-            painter.setOpacity(opacity);
-            painter.drawPixmap(QPointF(6, 6) + shift, icon);
-            return image;
-        };
-        const OverlayImages images(QStringLiteral(":/pic/"), false);
-        for (int level = 0; level <= 7; ++level) {
-            const QPixmap icon = images.audio(level, true);
-            const QImage seen = onTile(icon);
-            QVERIFY(zrtest::looksLike(onTile(icon, {0.1, 0}), seen));
-            for (const QImage& other :
-                 {onTile(icon, {1, 0}), onTile(icon, {0, 1}), onTile(icon, {}, 0.5),
-                  seen.copy(0, 0, 60, 59), onTile(images.audio((level + 1) % 8, true))})
-                QVERIFY2(!zrtest::looksLike(other, seen), qPrintable(QString::number(level)));
-        }
-    }
 };
 
 ZR_WIDGET_TEST_MAIN(TestOverlayGolden)

@@ -5,6 +5,7 @@
 
 #include "cplaywidget.h"
 #include "qdlgplayinfo.h"
+#include "repaintpacer.h"
 
 #include <QAccessible>
 #include <QPaintEvent>
@@ -58,6 +59,50 @@ protected:
     qint64 spinnerElapsedMs() const override { return elapsedMs; }
     int bubbleMs() const override { return 300; }
     void announce(QAccessible::Event what) override { announced += what; }
+};
+
+constexpr int kLongWaitMs = 60000; ///< no test waits for this deadline
+
+class CountingWidget : public QWidget
+{
+public:
+    using QWidget::QWidget;
+    int paints = 0;
+
+protected:
+    void paintEvent(QPaintEvent*) override { ++paints; }
+};
+
+/// Two widgets that ask a pacer for their repaints.
+struct Pair
+{
+    Pair()
+    {
+        window.resize(300, 100);
+        for (int i = 0; i < 2; ++i) {
+            widgets[i] = new CountingWidget(&window);
+            widgets[i]->setGeometry(100 * i, 0, 90, 90);
+        }
+        window.show();
+        (void)QTest::qWaitForWindowExposed(&window);
+        QTest::qWait(50);
+    }
+    /// Has one widget after the other ask for a repaint, and lets it happen: "1>01" is the second,
+    /// after which the second is painted. @return the first step that goes otherwise
+    QString play(RepaintPacer& pacer, const QString& script)
+    {
+        for (const QString& step : script.split(' ')) {
+            widgets[0]->paints = widgets[1]->paints = 0;
+            pacer.requestUpdate(widgets[step[0] == '1' ? 1 : 0]);
+            QCoreApplication::processEvents();
+            if (step.mid(2) != QString("%1%2").arg(widgets[0]->paints).arg(widgets[1]->paints))
+                return step;
+        }
+        return {};
+    }
+
+    QWidget window;
+    CountingWidget* widgets[2]{};
 };
 
 /// Somebody whose video runs.
@@ -146,22 +191,6 @@ private slots:
             const bool barred = image.rect().contains(out);
             QVERIFY(!barred || isColour(image, out, kBlack));
             QVERIFY(isBar(out) == barred && !isBar(view.topLeft()) && !isBar(view.bottomRight()));
-        }
-    }
-
-    /// Another window has a context of its own, with textures of its own.
-    void keepsItsPictureInAnotherWindow()
-    {
-        showRed();
-        QWidget other;
-        other.resize(300, 300);
-        other.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&other));
-        for (QWidget* window : {&other, m_window.get()}) {
-            m_tile->setParent(window);
-            m_tile->show();
-            waitForPaints();
-            QVERIFY(shows(kRed));
         }
     }
 
@@ -268,6 +297,52 @@ private slots:
         QVERIFY(m_person->bLocalVideoConfirmed);
     }
 
+    // --- When several paint -------------------------------------------------------------------
+
+    void tilesOutOfStepArePaintedTogether()
+    {
+        Pair pair;
+        RepaintPacer pacer(kLongWaitMs);
+        // A lone tile is never held back, and a second picture of the same tile ends a round.
+        QCOMPARE(pair.play(pacer, "0>10 0>10 0>10 1>00 0>11 1>00 0>11 1>00 1>01"), QString());
+        QVERIFY(pacer.isIdle());
+    }
+
+    void missingTileIsWaitedForUntilTheDeadline()
+    {
+        Pair pair;
+        RepaintPacer pacer(30);
+        QCOMPARE(pair.play(pacer, "0>10 1>00 0>11 1>00"), QString());
+        QTRY_COMPARE_WITH_TIMEOUT(pair.widgets[1]->paints, 1, 1000);
+        QVERIFY(pacer.isIdle());
+        QCOMPARE(pair.play(pacer, "1>01"), QString()); // the other one is not expected any more
+        RepaintPacer quiet(kLongWaitMs);
+        QCOMPARE(pair.play(quiet, "0>10 1>00 0>11"), QString());
+        QTest::qWait(RepaintPacer::kQuietMs + 20); // after which nobody is expected
+        QCOMPARE(pair.play(quiet, "1>01"), QString());
+    }
+
+    void hiddenAndDestroyedWidgetsDropOut()
+    {
+        Pair pair;
+        RepaintPacer waiting(kLongWaitMs);
+        QCOMPARE(pair.play(waiting, "0>10 1>00 0>11 1>00"), QString());
+        pair.widgets[1]->hide();
+        QCOMPARE(pair.play(waiting, "0>10 1>00"), QString());
+        QVERIFY(waiting.isIdle());
+        // The same for one that is waited for, and one that has gone.
+        for (const bool destroyed : {false, true}) {
+            pair.widgets[1]->show();
+            QTest::qWait(20);
+            RepaintPacer awaited(kLongWaitMs);
+            QCOMPARE(pair.play(awaited, "0>10 1>00 0>11 1>00 0>11"), QString());
+            pair.widgets[1]->hide();
+            if (destroyed)
+                delete std::exchange(pair.widgets[1], new CountingWidget(&pair.window));
+            QCOMPARE(pair.play(awaited, "0>10"), QString());
+        }
+    }
+
     // --- The mouse ----------------------------------------------------------------------------
 
     void pressesBecomeClicks()
@@ -356,16 +431,6 @@ private slots:
         m_person->net.report(2, true, 1);
         m_window->show();
         QVERIFY(spins());
-    }
-
-    void moreRectangleFollowsThePointer()
-    {
-        openOverlay();
-        showPicture();
-        for (const QPoint& at : {QPoint(399, 299), QPoint(200, 150)}) {
-            QCursor::setPos(m_overlay->mapToGlobal(at));
-            QTRY_COMPARE(m_overlay->IsMouseOnBtnMore(), at.x() == 399);
-        }
     }
 
     void onlyTheChangedRectangleIsRepainted()
