@@ -55,12 +55,12 @@ private slots:
         };
         for (const auto& row : rows) {
             m_pTool->moveTool(start);
-            press(at, row.pressed);
+            mouse(QTest::MousePress, at, row.pressed);
             if (row.released != Qt::NoButton)
-                release(at, row.released);
+                mouse(QTest::MouseRelease, at, row.released);
             moveTo(at + row.by);
             QCOMPARE(m_pTool->pos(), row.end);
-            release(m_pTool->pos() + QPoint(30, 10), row.pressed);
+            mouse(QTest::MouseRelease, m_pTool->pos() + QPoint(30, 10), row.pressed);
         }
         // A press on a button is the button's, also when it is let go outside.
         const QPoint onButton = button(1)->mapToGlobal(QPoint(5, 5));
@@ -197,19 +197,13 @@ private:
         return m_pTool->findChild<QPushButton*>(QStringLiteral("pB_Mode%1").arg(mode));
     }
     // The mouse, at places of the screen.
-    void mouse(QTest::MouseAction act, const QPoint& at, Qt::MouseButton button) const
+    void mouse(QTest::MouseAction act, const QPoint& at, Qt::MouseButton button)
     {
         QTest::mouseEvent(act, m_pTool->windowHandle(), button, {}, at - m_pTool->pos());
     }
-    void press(const QPoint& at, Qt::MouseButton button = Qt::LeftButton) const
-    {
-        mouse(QTest::MousePress, at, button);
-    }
-    void release(const QPoint& at, Qt::MouseButton button = Qt::LeftButton) const
-    {
-        mouse(QTest::MouseRelease, at, button);
-    }
-    void moveTo(const QPoint& at) const { mouse(QTest::MouseMove, at, Qt::NoButton); }
+    void press(const QPoint& at) { mouse(QTest::MousePress, at, Qt::LeftButton); }
+    void release(const QPoint& at) { mouse(QTest::MouseRelease, at, Qt::LeftButton); }
+    void moveTo(const QPoint& at) { mouse(QTest::MouseMove, at, Qt::NoButton); }
     /// Mode 4 with u0 as the speaker; @return who is in the tool
     tagPersonInfo* enterToolMode(int persons)
     {

@@ -112,6 +112,7 @@ private slots:
     /// The switch leaves the watermark's record, and the record outlives the hub.
     void watermarkOutlivesTheHub()
     {
+        m_dialog.reset();
         QZRScreenConfig::setWatermarkInfo({true, 1, "张三", "13812345678", {}});
         for (const bool on : {false, true}) {
             QZRScreenConfig::setWatermarkEnabled(on);

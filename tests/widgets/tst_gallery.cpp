@@ -125,7 +125,6 @@ const std::pair<const char*, const char*> kStories[] = {
      "people 10; set activation 1; mode 9; focus u1; voice u9; speaker: u1;"
      "seen: u0 u1 u2 u3 u4 u5 u6 u9"},
     {"it comes into the tool", "people 10; mode 4; voice u9; speaker: u0; tool: u9"},
-    {"it leaves a gallery alone", "people 10; mode 3; voice u9; seen: u0 u1 u2 u3 u4 u5 u6 u7"},
     {"one's own moves nothing", "people 10; mode 7; self u0; voice u0; speaker: u1; focus u1; next;"
                                 "seen: u1 u7 u8 u9; voice u0; seen: u1 u7 u8 u9"},
     {"who speaks is marked",
@@ -155,7 +154,6 @@ const std::pair<const char*, const char*> kStories[] = {
     {"a pin beside a pair of speakers", "people 3; mode 9; pin u1; mode: 6; speaker: u1"},
     {"a pin on the speaker",
      "people 3; mode 7; focus u0; pin u0; mode: 6; pin-for-all u0; mode: 6"},
-    {"a pin where the host dictates", "people 3; mode 7; set follow 1; pin u1; mode: 1"},
     {"a pin ends, not from its menu, or from it",
      "people 3; pin u1; mode 11; pin u1 off; mode: 11; mode 8; menu u1; pin u1 off; mode: 11;"
      "set follow 1; mode 8; menu u1; pin-for-all u1 off; mode: 1"},
@@ -240,9 +238,6 @@ const std::pair<const char*, const char*> kStories[] = {
      "shown: u12 u13; mode 14; back; mode 11; page: 2"},
     {"many leave a gallery",
      "people 14; next; next; page: 2; remove u0 u1 u2 u3 u4 u5 u6 u7 u8 u9 u10; page: 0;"
-     "seen: u11 u12 u13; remove u11 u12 u13; mode: 1"},
-    {"many leave a strip",
-     "people 14; mode 8; next; next; page: 2; remove u0 u1 u2 u3 u4 u5 u6 u7 u8 u9 u10; page: 0;"
      "seen: u11 u12 u13; remove u11 u12 u13; mode: 1"},
     {"many leave a pair",
      "people 14; mode 9; next; page: 1; remove u0 u1 u2 u3 u4 u5 u6 u7 u8 u9 u10; page: 0;"
@@ -407,7 +402,7 @@ private slots:
         connect(&hub(), &QZRScreenConfig::playFrameUpdateUI, this,
                 [person] { QVERIFY(!person->pWidget->IsBufferBlank()); });
         for (const auto& [open, close] :
-             {std::pair("stream u0", "stream u0 off"), {"stream u0; back", "next; elapse 1000"}}) {
+             {std::pair("stream u0", "stream u0 off"), {"back", "next; elapse 1000"}}) {
             ZR_TELL(m, open);
             QVERIFY(!isRunning() && m.play(person) && isRunning());
             ZR_TELL(m, close); // the second host does not say what it closes
@@ -417,6 +412,7 @@ private slots:
             ZR_TELL(m, open);
             QVERIFY(!isRunning() && m.play(person) && isRunning());
             ZR_TELL(m, close);
+            ZR_TELL(m, "stream u0");
         }
     }
 

@@ -63,26 +63,14 @@ protected:
 
 constexpr int kLongWaitMs = 60000; ///< no test waits for this deadline
 
-class CountingWidget : public QWidget
-{
-public:
-    using QWidget::QWidget;
-    int paints = 0;
-
-protected:
-    void paintEvent(QPaintEvent*) override { ++paints; }
-};
-
 /// Two widgets that ask a pacer for their repaints.
 struct Pair
 {
     Pair()
     {
         window.resize(300, 100);
-        for (int i = 0; i < 2; ++i) {
-            widgets[i] = new CountingWidget(&window);
+        for (int i = 0; i < 2; ++i)
             widgets[i]->setGeometry(100 * i, 0, 90, 90);
-        }
         window.show();
         (void)QTest::qWaitForWindowExposed(&window);
         QTest::qWait(50);
@@ -92,17 +80,18 @@ struct Pair
     QString play(RepaintPacer& pacer, const QString& script)
     {
         for (const QString& step : script.split(' ')) {
-            widgets[0]->paints = widgets[1]->paints = 0;
+            paints[0].count = paints[1].count = 0;
             pacer.requestUpdate(widgets[step[0] == '1' ? 1 : 0]);
             QCoreApplication::processEvents();
-            if (step.mid(2) != QString("%1%2").arg(widgets[0]->paints).arg(widgets[1]->paints))
+            if (step.mid(2) != QString("%1%2").arg(paints[0].count).arg(paints[1].count))
                 return step;
         }
         return {};
     }
 
     QWidget window;
-    CountingWidget* widgets[2]{};
+    QWidget* widgets[2]{new QWidget(&window), new QWidget(&window)};
+    zrtest::EventWatch paints[2]{{{widgets[0]}, {QEvent::Paint}}, {{widgets[1]}, {QEvent::Paint}}};
 };
 
 /// Somebody whose video runs.
@@ -313,7 +302,7 @@ private slots:
         Pair pair;
         RepaintPacer pacer(30);
         QCOMPARE(pair.play(pacer, "0>10 1>00 0>11 1>00"), QString());
-        QTRY_COMPARE_WITH_TIMEOUT(pair.widgets[1]->paints, 1, 1000);
+        QTRY_COMPARE_WITH_TIMEOUT(pair.paints[1].count, 1, 1000);
         QVERIFY(pacer.isIdle());
         QCOMPARE(pair.play(pacer, "1>01"), QString()); // the other one is not expected any more
         RepaintPacer quiet(kLongWaitMs);
@@ -338,7 +327,7 @@ private slots:
             QCOMPARE(pair.play(awaited, "0>10 1>00 0>11 1>00 0>11"), QString());
             pair.widgets[1]->hide();
             if (destroyed)
-                delete std::exchange(pair.widgets[1], new CountingWidget(&pair.window));
+                delete std::exchange(pair.widgets[1], new QWidget(&pair.window));
             QCOMPARE(pair.play(awaited, "0>10"), QString());
         }
     }
