@@ -247,10 +247,7 @@ private:
             {"sponsor", [&] { zrtest::hub().setShareSponsor(first); }},
             {"next", [&] { g.pageNext(first == "wrap"); }},
             {"back", [&] { g.pagePre(); }},
-            {"wheel",
-             [&] {
-                 turnWheel(g, {5, 5}, number);
-             }}, // in eighths of a degree
+            {"wheel", [&] { turnWheel(g, QPoint(5, 5), number); }}, // in eighths of a degree
             {"key", [&] { QTest::keyClick(&g, Qt::Key(QKeySequence(first)[0])); }},
             {"arrow", // of its two buttons the left one alone turns a page
              [&] {

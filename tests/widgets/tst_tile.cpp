@@ -347,30 +347,24 @@ private slots:
         QCOMPARE(single.count(), 0);
         QTest::qWait(150);
         QCOMPARE(single.count(), 1);
-        const auto other = makePerson(QStringLiteral("bob"));
-        const std::function<void()> noClicks[] = {
-            [&] { drag(*target, kMiddle, kMiddle + QPoint(6, 0)); },
-            [&] { drag(*target, kMiddle, kMiddle + QPoint(0, -6)); },
-            // A click that waits goes with the participant it was on, and with the tile.
-            [&] {
-                QTest::mouseClick(target, Qt::LeftButton);
-                m_tile->SetPersonInfo(other.get(), false);
-            },
-            [&] {
-                QTest::mouseClick(target, Qt::LeftButton);
-                m_tile->HidePlay();
-                for (const QTimer* timer : m_tile->findChildren<QTimer*>())
-                    QVERIFY(!timer->isActive());
-                m_tile->SetPersonInfo(m_person.get(), false);
-                m_tile->ShowPlay();
-            },
-            [&] { QTest::mouseClick(target, Qt::RightButton); },
-            [&] { QTest::mouseDClick(target, Qt::MiddleButton); },
-        };
-        for (const auto& act : noClicks) {
-            act();
+        for (const QPoint& move : {QPoint(6, 0), QPoint(0, -6)}) {
+            drag(*target, kMiddle, kMiddle + move);
             QTest::qWait(400);
         }
+        // A click that waits goes with the participant it was on, and with the tile.
+        const auto other = makePerson(QStringLiteral("bob"));
+        QTest::mouseClick(target, Qt::LeftButton);
+        m_tile->SetPersonInfo(other.get(), false);
+        QTest::qWait(400);
+        QTest::mouseClick(target, Qt::LeftButton);
+        m_tile->HidePlay();
+        for (const QTimer* timer : m_tile->findChildren<QTimer*>())
+            QVERIFY(!timer->isActive());
+        m_tile->SetPersonInfo(m_person.get(), false);
+        m_tile->ShowPlay();
+        QTest::mouseClick(target, Qt::RightButton);
+        QTest::mouseDClick(target, Qt::MiddleButton);
+        QTest::qWait(400);
         QVERIFY(single.count() == 1 && twice.isEmpty());
         QTest::mouseClick(target, Qt::LeftButton);
         QTest::mouseDClick(target, Qt::LeftButton);
@@ -404,9 +398,7 @@ private slots:
         after(15000);
         QVERIFY(spins());
         after(15001);
-        QVERIFY(!spins()
-                && !m_overlay->isPictureVisible()); // the avatar, for the rest of the spell
-
+        QVERIFY(!spins() && !m_overlay->isPictureVisible()); // the avatar, to the spell's end
         const auto other = makePerson("bob"); // whose network is as bad begins a spell of their own
         other->net = m_person->net;
         m_overlay->setPerson(other.get());
@@ -607,7 +599,7 @@ private:
     /// An overlay without a tile, and nobody's video yet.
     void openOverlay()
     {
-        *m_person = {};
+        m_person = std::make_unique<tagPersonInfo>();
         m_person->userID = QStringLiteral("alice");
         m_person->userName = QStringLiteral("Alice");
         m_tile->hide();
