@@ -343,7 +343,7 @@ private:
             {"controls", // of pages, that are shown
              [&] {
                  const auto children =
-                     gallery->findChildren<QWidget*>({}, Qt::FindDirectChildrenOnly);
+                     gallery->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
                  return QString::number(
                      std::count_if(children.begin(), children.end(), [](auto* child) {
                          return child->isVisible() && !qobject_cast<CPlayWidget*>(child);

@@ -148,6 +148,7 @@ private slots:
         press({Qt::Key_Enter});
         click(dayButton(22));
         QVERIFY(isOKLit());
+        show({-1, -1, -1, -1, -1, -1});
         m_now = m_now.addSecs(60); // before a timer has come to it
         click(button("OK"));
         QVERIFY(m_host->messages.empty() && !isOKLit());

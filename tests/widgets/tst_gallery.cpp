@@ -66,7 +66,7 @@ const std::pair<const char*, const char*> kStories[] = {
     // --- Double clicks ---
     {"a double click maximises and comes back",
      "people 3; double u1; news: 8=5; mode: 10; shown: u1; double u1; mode: 1; shown: u0 u1 u2;"
-     "mode 12; news: ; double u1; news: 8=7; mode: 10; double u1; mode: 12; mode 7; news: ;"
+     "mode 12; news: 8=7; double u1; news: 8=7; mode: 10; double u1; mode: 12; mode 7; news: 8=7;"
      "double u0; news: 8=6; mode: 10; shown: u0"},
     {"beside the speaker it is a click", "people 3; mode 7; double u1; mode: 7; speaker: u1"},
     {"beside a share it is nothing",
