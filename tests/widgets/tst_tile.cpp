@@ -15,6 +15,7 @@
 
 using zr::OverlayPart;
 using zrtest::drag;
+using zrtest::hub;
 
 namespace {
 

@@ -65,7 +65,7 @@ struct Stage
         second.reLayout();
         ext.resize(480, 270);
         ext.show();
-        tell(false, 0, "Ann", 0);
+        ext.updatePersonInfo(this, id, false, 0, "Ann", 0);
         everywhere(&G::setPreview, &E::setPreview, true);
         for (CPlayWidget* tile : tiles())
             tile->delayResetChangeTag(); // nobody waits for it
