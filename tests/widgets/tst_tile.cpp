@@ -247,7 +247,7 @@ private slots:
         m_tile->PlayFrame(Picture(160, 90, kRed).frame);
         m_tile->onRender(false);
         QVERIFY(paints() == 0 && !isVisible());
-        QTRY_VERIFY(paints() > 0);
+        QTRY_VERIFY(m_tile->paints > 0);
         QVERIFY(isVisible() && shows(kRed));
         // The same when another participant is bound while the tile is showing.
         m_tile->SetPersonInfo(other.get(), false);
@@ -538,6 +538,7 @@ private slots:
             {{QAccessible::NameChanged}, [this] { m_person->userName = "Bob"; }},
             {{}, [this] { m_person->iVolume = 80; }},
         };
+        m_overlay->announced.clear();
         for (const auto& [announced, change] : changes) {
             change();
             m_overlay->refresh();
