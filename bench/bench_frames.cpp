@@ -27,7 +27,7 @@ public:
     {
         constexpr int kFrames = 8;
         for (int i = 0; i < kFrames; ++i)
-            m_frames.emplace_back(width, height, Yuv{static_cast<uint8_t>(40 + 20 * i), 128, 128});
+            m_frames.emplace_back(width, height, Rgb{40 + 20 * i, 128, 128});
     }
     Picture& next() { return m_frames[m_next++ % m_frames.size()]; }
 

@@ -25,7 +25,7 @@ void paintNineTiles(benchmark::State& state)
     const std::vector<void*> plays = meeting.addShown(kTiles);
     std::vector<Picture> frames;
     for (int number = 1; number <= kTiles; ++number) {
-        frames.emplace_back(640, 360, Yuv{static_cast<uint8_t>(20 * number), 128, 128});
+        frames.emplace_back(640, 360, Rgb{20 * number, 128, 128});
         meeting.play(plays[frames.size() - 1], frames.back());
     }
     const auto playAllOnce = [&](Clock::time_point start) {

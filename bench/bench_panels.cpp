@@ -205,7 +205,7 @@ void paintWatermark(benchmark::State& state)
     Meeting meeting(1920, 1080);
     std::string id = "sharescreen_1";
     std::string name;
-    Picture frame(1280, 720, {120, 128, 128});
+    Picture frame(1280, 720, Rgb{120, 128, 128});
     onGui([&] {
         void* play = ZRScreen_AddPerson(meeting.screen(), id.data(), name.data(), 1, 0, nullptr);
         ZRScreen_Preview(meeting.screen(), play, true);

@@ -102,7 +102,7 @@ void MediaEngine::leave(int number)
     CHECK_EQUAL(m_meeting.zr.DelPerson(m_meeting.screen, play, false), 1);
     require(!stream.open || stream.kind == Kind::Self || stream.removed,
             "removed without a message:", stream);
-    m_streams.erase(number);
+    m_left.push_back(m_streams.extract(number));
     m_changed = Clock::now();
 }
 

@@ -4,6 +4,7 @@
 
 #include "meeting.h"
 
+#include <list>
 #include <map>
 #include <set>
 
@@ -98,7 +99,9 @@ private:
     bool runUntil(const std::function<bool()>& done, int timeoutMs);
 
     Meeting& m_meeting;
-    std::map<int, Stream> m_streams;
+    using Streams = std::map<int, Stream>;
+    Streams m_streams;
+    std::list<Streams::node_type> m_left; ///< what is done for them may still be going on
     std::map<int, Picture> m_pictures;
     Clock::time_point m_changed = Clock::now(); ///< a message or an answer
     Clock::time_point m_nextFrame = m_changed;

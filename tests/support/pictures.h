@@ -7,7 +7,10 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <functional>
 #include <vector>
+
+using zrhost::Yuv;
 
 struct Rgb
 {
@@ -19,6 +22,11 @@ struct Rgb
 constexpr Rgb kRed{255, 0, 0};
 constexpr Rgb kGreen{0, 255, 0};
 constexpr Rgb kBlue{0, 0, 255};
+
+inline Yuv yuvOf(const Rgb& colour)
+{
+    return zrhost::toBt709(colour.r, colour.g, colour.b);
+}
 
 /// Whether two colours differ by at most `tolerance` in every channel.
 inline bool isNear(const Rgb& a, const Rgb& b, int tolerance = 6)
@@ -37,26 +45,36 @@ struct Screenshot : zrhost::RgbImage
     }
 };
 
-/// An I420 picture of one colour, with the frame record that describes it.
+/// An I420 picture, with the frame record that describes it. Its memory is as long as its planes.
 class Picture
 {
 public:
-    Picture(uint32_t widthPx, uint32_t heightPx, const Rgb& colour)
+    using ColourAt = std::function<Yuv(uint32_t x, uint32_t y)>;
+
+    Picture(uint32_t widthPx, uint32_t heightPx, const Rgb& colour) ///< of one colour
+        : Picture(widthPx, heightPx, [yuv = yuvOf(colour)](uint32_t, uint32_t) { return yuv; })
     {
-        const zrhost::Yuv yuv = zrhost::toBt709(colour.r, colour.g, colour.b);
-        const size_t luma = size_t{widthPx} * heightPx;
-        const size_t chroma = size_t{(widthPx + 1) / 2} * ((heightPx + 1) / 2);
-        m_bytes.resize(luma, yuv.y);
-        m_bytes.resize(luma + chroma, yuv.u);
-        m_bytes.resize(luma + 2 * chroma, yuv.v);
-        frame.pData = m_bytes.data();
+    }
+    Picture(uint32_t widthPx, uint32_t heightPx, const ColourAt& colourAt)
+    {
         frame.width = widthPx;
         frame.height = heightPx;
+        addPlane(1, &Yuv::y, colourAt);
+        addPlane(2, &Yuv::u, colourAt);
+        addPlane(2, &Yuv::v, colourAt);
+        frame.pData = m_bytes.data();
     }
     Picture(Picture&&) = default;
     [[nodiscard]] const std::vector<uint8_t>& bytes() const { return m_bytes; }
     VantrelRTCVideoFrameQT frame{};
 
 private:
+    void addPlane(uint32_t step, uint8_t Yuv::*component, const ColourAt& colourAt)
+    {
+        for (uint32_t y = 0; y < frame.height; y += step) {
+            for (uint32_t x = 0; x < frame.width; x += step)
+                m_bytes.push_back(colourAt(x, y).*component);
+        }
+    }
     std::vector<uint8_t> m_bytes;
 };

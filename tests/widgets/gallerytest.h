@@ -6,6 +6,7 @@
 #include "cplaywidget.h"
 #include "qdlgnovideo.h"
 #include "qdlgscreen.h"
+#include "qmypagectrl.h"
 #include "speaktool.h"
 
 #include <QAbstractEventDispatcher>
@@ -47,6 +48,7 @@ public:
 /// would only take time
 inline void open(QDlgScreen& gallery, bool onScreen = false)
 {
+    gallery.setMinimumSize(1, 1);
     gallery.resize(1280, 720);
     gallery.setAttribute(Qt::WA_DontShowOnScreen, !onScreen);
     gallery.setUpdatesEnabled(onScreen);
@@ -81,7 +83,7 @@ public:
     Meeting(const Meeting&) = delete;
     Meeting& operator=(const Meeting&) = delete;
 
-    ScreenSettings& settings() const { return hub().settings; }
+    static ScreenSettings& settings() { return hub().settings; }
     QDlgScreen* operator->() const { return gallery.get(); }
     tagPersonInfo* operator[](const QString& id) const { return gallery->findPerson(id); }
     void settle() const { QCoreApplication::sendPostedEvents(); }
@@ -105,16 +107,9 @@ public:
         settle();
         return persons;
     }
-    void setMode(int mode) { act(&QDlgScreen::onMeetingMode, mode); }
-    void remove(const QString& id) { act(&QDlgScreen::DelPerson, (*this)[id]); }
-    void reLayout() { act(&QDlgScreen::reLayout); }
     VantrelRTCVideoFrameQT frame(quint32 width = 64, quint32 height = 36) const
     {
-        VantrelRTCVideoFrameQT frame{};
-        frame.pData = picture.data();
-        frame.width = width;
-        frame.height = height;
-        return frame;
+        return {{}, picture.data(), 0, width, height};
     }
     bool play(tagPersonInfo* person, quint32 width = 64, quint32 height = 36)
     {
@@ -180,26 +175,22 @@ public:
     /// The ids whose tiles are shown, row by row.
     QString shown() const
     {
-        std::map<std::pair<int, int>, QString> byPlace;
         const auto rects = places();
-        for (auto it = rects.begin(); it != rects.end(); ++it)
-            byPlace[{it->y(), it->x()}] = it.key();
-        QStringList ids;
-        for (const auto& [place, id] : byPlace)
-            ids.append(id);
+        QStringList ids = rects.keys();
+        std::sort(ids.begin(), ids.end(), [&](const QString& a, const QString& b) {
+            return std::pair(rects[a].y(), rects[a].x()) < std::pair(rects[b].y(), rects[b].x());
+        });
         return ids.join(' ');
     }
     /// The participant with the largest tile, of two the one on the left.
     QString speaker() const
     {
-        QString largest;
         const auto rects = places();
-        for (auto it = rects.begin(); it != rects.end(); ++it) {
-            const QRect best = rects.value(largest);
-            if (it->width() > best.width() || (it->width() == best.width() && it->x() < best.x()))
-                largest = it.key();
-        }
-        return largest;
+        const auto largest =
+            std::max_element(rects.begin(), rects.end(), [](const QRect& a, const QRect& b) {
+                return std::pair(a.width(), -a.x()) < std::pair(b.width(), -b.x());
+            });
+        return largest == rects.end() ? QString() : largest.key();
     }
 
     HostDouble host;
@@ -213,76 +204,80 @@ public:
 private:
     bool perform(const QString& deed, const QStringList& words)
     {
-        using G = QDlgScreen;
+        QDlgScreen& g = *gallery;
         const QString first = words.value(0);
         const bool on = words.value(words.size() - 1) != "off";
         const int number = first.toInt();
-        const int value = words.value(1).toInt(); // of a setting, or a join time
-        tagPersonInfo* person = (*this)[first];
+        const int value = words.value(1).toInt(); // of a setting, a join time, or a width
+        tagPersonInfo* person = g.findPerson(first);
+        const auto arrows = g.findChildren<QMyPageCtrl*>();
+        const auto tellOf = [&](bool self, int role, const QString& name) {
+            g.updatePersonInfo(person, self, role, name, 0);
+        };
         const std::map<QString, std::function<void()>> deeds{
             {"people", [&] { addMany(number); }},
             {"add", [&] { add(first, value, words.value(2)); }},
             {"remove",
              [&] {
                  for (const QString& id : words)
-                     gallery->DelPerson((*this)[id]);
-                 settle();
+                     g.DelPerson(g.findPerson(id));
              }},
-            {"width",
-             [&] {
-                 gallery->setMinimumSize(1, 1);
-                 gallery->resize(number, 400);
-             }},
-            {"mode", [&] { setMode(number); }},
-            {"click", [&] { act(&G::onPlayWidgetLBtnClick, tile(first)); }},
-            {"double", [&] { act(&G::onLeftBtnDBClick, tile(first)); }},
-            {"focus", [&] { act(&G::onModFocusByUserID, first, false); }},
-            {"suggest", [&] { act(&G::onModFocusByUserID, first, true); }},
-            {"voice", [&] { act(&G::OnSetVoiceActivateUser, first); }},
-            {"speaking", [&] { act(&G::setCurrentSpeakingPerson, first); }},
-            {"self", [&] { act(&G::updatePersonInfo, person, on, 0, QString(), 0); }},
-            {"host", [&] { act(&G::updatePersonInfo, person, false, 1, QString(), 0); }},
-            {"rename", [&] { act(&G::updatePersonInfo, person, false, 0, words.value(1), 0); }},
-            {"stream", [&] { act(&G::setPreview, person, on); }},
+            {"width", [&] { g.resize(number, 400); }},
+            {"mode", [&] { g.onMeetingMode(number); }},
+            {"click", [&] { g.onPlayWidgetLBtnClick(tile(first)); }},
+            {"double", [&] { g.onLeftBtnDBClick(tile(first)); }},
+            {"focus", [&] { g.onModFocusByUserID(first, false); }},
+            {"suggest", [&] { g.onModFocusByUserID(first, true); }},
+            {"voice", [&] { g.OnSetVoiceActivateUser(first); }},
+            {"speaking", [&] { g.setCurrentSpeakingPerson(first); }},
+            {"self", [&] { tellOf(on, 0, {}); }},
+            {"host", [&] { tellOf(false, 1, {}); }},
+            {"rename", [&] { tellOf(false, 0, words.value(1)); }},
+            {"stream", [&] { g.setPreview(person, on); }},
             {"frames",
              [&] {
                  for (const QString& id : words)
                      play((*this)[id]);
              }},
-            {"mute", [&] { act(&G::setMute, person, on); }},
-            {"pin", [&] { act(&G::setLockLookPerson, person, on); }},
-            {"pin-for-all", [&] { act(&G::setAllLook, person, on); }},
-            {"menu", [&] { act(&G::onClickMore, person, 0); }},
+            {"picture", [&] { play(person, value, words.value(2).toUInt()); }}, // of this size
+            {"mute", [&] { g.setMute(person, on); }},
+            {"pin", [&] { g.setLockLookPerson(person, on); }},
+            {"pin-for-all", [&] { g.setAllLook(person, on); }},
+            {"menu", [&] { g.onClickMore(person, 0); }},
             {"sponsor", [&] { zrtest::hub().setShareSponsor(first); }},
-            {"next", [&] { act(&G::pageNext, first == "wrap"); }},
-            {"back", [&] { act(&G::pagePre); }},
+            {"next", [&] { g.pageNext(first == "wrap"); }},
+            {"back", [&] { g.pagePre(); }},
+            {"wheel", [&] { turnWheel(g, QPoint(5, 5), number); }}, // in eighths of a degree
+            {"key", [&] { QTest::keyClick(&g, Qt::Key(QKeySequence(first)[0])); }},
+            {"arrow", // of its two buttons the left one alone turns a page
+             [&] {
+                 const bool swapped = arrows[0]->x() > arrows[1]->x();
+                 for (const auto button : {Qt::RightButton, Qt::LeftButton})
+                     QTest::mouseClick(arrows[(first == "right") != swapped ? 1 : 0], button);
+             }},
             {"after", [&] { stepMs = number; }}, // of the page turns that follow
             {"places",
              [&] {
                  std::map<int, std::string> sorting;
                  for (const QString& id : words)
                      sorting.emplace(int(sorting.size()), id.toStdString());
-                 act(&G::SetCustomizeSorting, sorting);
+                 g.SetCustomizeSorting(sorting);
              }},
             {"pause", [&] { settings().pauseShare = on; }},
-            {"exit", [&] { act(&G::ProcessExitMeeting); }},
-            {"order", [&] { act(&G::onDisplayOrder, first == "keep"); }},
-            {"layout", [&] { reLayout(); }},
-            {"hide", [&] { act(&G::onSetHideSmallWnd, on); }},
-            {"minimise", [&] { act(&G::showSmallWndWhenRestore, !on); }},
-            {"float", [&] { act(&G::OnPopSelfShareWnd, on, on); }},
-            {"put-away",
-             [&] {
-                 on ? emit zrtest::hub().modSignalHideSpeakTool(false)
-                    : emit zrtest::hub().modSignalShowSpeakTool(false);
-                 settle();
-             }},
+            {"exit", [&] { g.ProcessExitMeeting(); }},
+            {"order", [&] { g.onDisplayOrder(first == "keep"); }},
+            {"layout", [&] { g.reLayout(); }},
+            {"hide", [&] { g.onSetHideSmallWnd(on); }},
+            {"minimise", [&] { g.showSmallWndWhenRestore(!on); }},
+            {"float", [&] { g.OnPopSelfShareWnd(on, on); }},
+            {"put-away", [&] { emit zrtest::hub().modSignalHideSpeakTool(false); }},
+            {"fetch", [&] { emit zrtest::hub().modSignalShowSpeakTool(false); }},
             {"elapse", [&] { elapse(number); }},
             {"poll",
              [&] {
                  settings().pollingOpen = on;
                  settings().pollingPeriodS = number;
-                 act(&G::onOpenLayoutPoll);
+                 g.onOpenLayoutPoll();
              }},
             {"set follow", [&] { settings().layoutFollow = value; }},
             {"set nine", [&] { settings().support9EqualCut = value; }},
@@ -294,21 +289,28 @@ private:
             {"set filter", [&] { settings().noVideoFilter = value; }},
         };
         const auto found = deeds.find(deed == "set" ? "set " + first : deed);
-        if (found != deeds.end())
-            found->second();
-        return found != deeds.end();
+        if (found == deeds.end())
+            return false;
+        found->second();
+        settle();
+        return true;
     }
-    /// The ids of what the host was told since the last question, but for who is visible.
+    /// What the host was told since the last question, but for who is visible: the numbers of the
+    /// messages, some with who or what they are about.
     QString news()
     {
-        QStringList ids;
-        for (const HostDouble::Message& message : host.messages) {
-            if (message.id < ZRMSG_PERSON_REMOVED || message.id == ZRMSG_MORE_MENU_CLOSED
-                || message.id == ZRMSG_GALLERY_CLICK)
-                ids.append(QString::number(message.id));
+        QStringList told;
+        for (const HostDouble::Message& message : std::exchange(host.messages, {})) {
+            if (message.id >= ZRMSG_PERSON_REMOVED && message.id != ZRMSG_MORE_MENU_CLOSED
+                && message.id != ZRMSG_GALLERY_CLICK)
+                continue;
+            told += QString::number(message.id) + message.streamOf;
+            if (message.id == ZRMSG_FOCUS_PERSON)
+                told.back() += "=" + message.person()->userID;
+            if (message.id == ZRMSG_DBLCLICK_LAYOUT)
+                told.back() += "=" + QString::number(message.wParam);
         }
-        host.messages.clear();
-        return ids.join(' ');
+        return told.join(' ');
     }
     QString ask(const QString& question, const QString& about)
     {
@@ -340,13 +342,12 @@ private:
             {"pinned", [&] { return idsOf([](auto* p) { return p->bAllLook || p->bLockLook; }); }},
             {"controls", // of pages, that are shown
              [&] {
-                 int count = 0;
-                 for (const QObject* child : gallery->children()) {
-                     const auto* widget = qobject_cast<const QWidget*>(child);
-                     count +=
-                         widget && widget->isVisible() && !qobject_cast<const CPlayWidget*>(child);
-                 }
-                 return QString::number(count);
+                 const auto children =
+                     gallery->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+                 return QString::number(
+                     std::count_if(children.begin(), children.end(), [](auto* child) {
+                         return child->isVisible() && !qobject_cast<CPlayWidget*>(child);
+                     }));
              }},
             {"page", [&] { return QString::number(gallery->page()); }},
             {"pages", [&] { return QString::number(gallery->pageCount()); }},
@@ -365,17 +366,20 @@ private:
              }},
             {"orders", [&] { return QString::number(std::exchange(orders, 0)); }},
             {"hidden", [&] { return QString::number(host.count(ZRMSG_VIDEO_HIDDEN)); }},
+            {"share", // whether it was there, each time that its rectangle was told
+             [&] {
+                 QStringList told;
+                 for (const HostDouble::Message& message : host.messages) {
+                     if (message.id == ZRMSG_SHARE_RECT_CHANGED)
+                         told += message.wParam == 1 ? "yes" : "no";
+                 }
+                 return told.join(' ');
+             }},
             {"placeholder", [&] { return gallery->findChild<QDlgNoVideo*>() ? "yes" : "no"; }},
             {"news", [&] { return news(); }},
         };
         const auto found = answers.find(question);
         return found == answers.end() ? "no such question" : found->second();
-    }
-    template<typename... Parameters, typename Result, typename... Arguments>
-    void act(Result (QDlgScreen::*slot)(Parameters...), Arguments... arguments)
-    {
-        (gallery.get()->*slot)(arguments...);
-        settle();
     }
     QList<QAbstractEventDispatcher::TimerInfo> running() const
     {

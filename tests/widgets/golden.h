@@ -97,9 +97,9 @@ inline QImage difference(const QImage& actual, const QImage& expected)
     const QImage expected = QImage(file).convertToFormat(QImage::Format_RGB32);
     const bool same = looksLike(actual, expected);
     QDir().mkpath(QStringLiteral(ZR_GOLDEN_FAILURES));
-    const std::pair<const char*, QImage> left[] = {
-        {"actual", actual}, {"expected", expected}, {"difference", difference(actual, expected)}};
-    for (const auto& [kind, image] : left) {
+    for (const auto& [kind, image] : {std::pair("actual", actual),
+                                      {"expected", expected},
+                                      {"difference", difference(actual, expected)}}) {
         const QString path = QStringLiteral(ZR_GOLDEN_FAILURES "/%1.%2.png").arg(name, kind);
         QFile::remove(path);
         if (!same && !image.isNull())

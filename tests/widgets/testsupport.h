@@ -53,12 +53,16 @@ public:
         unsigned long id;
         unsigned long long wParam;
         long long lParam;
+        QString streamOf; ///< "+u1" when the focus person's stream is u1's, "-u1" when no more
         tagPersonInfo* person() const { return reinterpret_cast<tagPersonInfo*>(wParam); }
     };
 
     bool UIMsgNotify(unsigned long id, unsigned long long wParam, long long lParam) override
     {
-        messages.push_back({id, wParam, lParam});
+        messages.push_back({id, wParam, lParam, {}});
+        if (id == ZRMSG_FOCUS_STREAM) // the text is valid during the call only
+            messages.back().streamOf =
+                (lParam != 0 ? '+' : '-') + QString(reinterpret_cast<const char*>(wParam));
         if (onMessage)
             onMessage(Message(messages.back()));
         return true;

@@ -1,7 +1,7 @@
 // The speaker tool, by itself and in a gallery.
 #include "gallerytest.h"
 #include "golden.h"
-#include "pixels.h"
+#include "pictures.h"
 
 #include "cdlgspeaktool.h"
 #include "cplaywidgetextend.h"
@@ -10,6 +10,7 @@
 #include <QScreen>
 
 #include <atomic>
+#include <future>
 #include <thread>
 
 using zrtest::hub;
@@ -40,6 +41,7 @@ private slots:
     {
         enterToolMode(2);
         const QPoint start(300, 200);
+        const QPoint at(330, 210);
         const struct
         {
             Qt::MouseButton pressed, released; ///< the latter before the move
@@ -51,27 +53,26 @@ private slots:
             {Qt::LeftButton, Qt::LeftButton, {9, 0}, start},
             {Qt::LeftButton, Qt::NoButton, {-900, -900}, {0, 0}}, // past the edge
         };
-        const QPoint at(330, 210);
         for (const auto& row : rows) {
             m_pTool->moveTool(start);
             mouse(QTest::MousePress, at, row.pressed);
             if (row.released != Qt::NoButton)
                 mouse(QTest::MouseRelease, at, row.released);
-            mouse(QTest::MouseMove, at + row.by, Qt::NoButton);
+            moveTo(at + row.by);
             QCOMPARE(m_pTool->pos(), row.end);
             mouse(QTest::MouseRelease, m_pTool->pos() + QPoint(30, 10), row.pressed);
         }
         // A press on a button is the button's, also when it is let go outside.
         const QPoint onButton = button(1)->mapToGlobal(QPoint(5, 5));
-        mouse(QTest::MousePress, onButton);
-        mouse(QTest::MouseMove, onButton + QPoint(-60, 100), Qt::NoButton);
-        mouse(QTest::MouseRelease, onButton + QPoint(-60, 100));
+        press(onButton);
+        moveTo(onButton + QPoint(-60, 100));
+        release(onButton + QPoint(-60, 100));
         QVERIFY(m_pTool->pos() == QPoint(0, 0) && m_pTool->mode() == 2);
         // Nobody tells a hidden tool that the button was released.
-        mouse(QTest::MousePress, onButton + QPoint(-60, 0));
+        press(onButton + QPoint(-60, 0));
         m_pTool->hideTool();
         m_pTool->showTool();
-        mouse(QTest::MouseMove, onButton, Qt::NoButton);
+        moveTo(onButton);
         QCOMPARE(m_pTool->pos(), QPoint(0, 0));
     }
 
@@ -86,22 +87,22 @@ private slots:
         const QPoint at = m_pTool->video()->mapToGlobal(QPoint(90, 40));
         const QPoint there(-40, 0);
         for (const int holdMs : {0, 350}) { // a tile takes a press for a click after 300 ms
-            mouse(QTest::MousePress, at);
+            press(at);
             QTest::qWait(holdMs);
             QCOMPARE(clicks, 0);
-            mouse(QTest::MouseRelease, at);
+            release(at);
             QTRY_COMPARE(clicks, 1);
-            mouse(QTest::MousePress, at);
+            press(at);
             QTest::qWait(holdMs);
-            mouse(QTest::MouseMove, at + there, Qt::NoButton);
+            moveTo(at + there);
             QCOMPARE(m_pTool->pos(), before + there);
             if (holdMs > 0) { // the participant leaves in the middle of it
-                m->remove(next->userID);
+                ZR_TELL(*m, "remove " + next->userID);
                 QVERIFY(m_pTool->boundPerson() && m_pTool->boundPerson() != next);
             }
-            mouse(QTest::MouseMove, at, Qt::NoButton);
+            moveTo(at);
             QCOMPARE(m_pTool->pos(), before);
-            mouse(QTest::MouseRelease, at);
+            release(at);
             QTest::qWait(350);
             QCOMPARE(std::exchange(clicks, 0), 1);
         }
@@ -121,48 +122,47 @@ private slots:
             QCOMPARE(m_pTool->geometry(), QRect(QPoint(300, 200) + offset, QSize(272, 72)));
         }
         // The whole tool stays in view, also when it grows at the lower edge.
-        const QRect screen = m_pTool->screen()->availableGeometry();
+        const int bottom = m_pTool->screen()->availableGeometry().bottom();
         emit hub().modSignalMoveSpeakTool(QPoint(0, 9000));
-        QCOMPARE(m_pTool->geometry().bottom(), screen.bottom());
+        QCOMPARE(m_pTool->geometry().bottom(), bottom);
         m_pTool->onClickedMode2();
-        QCOMPARE(m_pTool->geometry().bottom(), screen.bottom());
+        QCOMPARE(m_pTool->geometry().bottom(), bottom);
     }
 
     void compactFormClosesTheStream()
     {
         tagPersonInfo* next = enterToolMode(3);
-        QVERIFY(m->host.count(ZRMSG_VIDEO_SHOWN, next) > 0);
+        const auto told = [&](unsigned long id) { return m->host.count(id, next); };
+        QVERIFY(told(ZRMSG_VIDEO_SHOWN) > 0);
         m->host.messages.clear();
         ZR_TELL(*m, "stream " + next->userID);
         QTest::mouseClick(button(1), Qt::LeftButton);
         m->settle();
         m->elapse(1000);
-        QCOMPARE(m->host.count(ZRMSG_VIDEO_HIDDEN, next), 1);
+        QCOMPARE(told(ZRMSG_VIDEO_HIDDEN), 1);
         // Hidden and shown again it is still compact, with the second button lit.
         ZR_TELL(*m, "stream " + next->userID + " off; hide; hide off");
         QVERIFY(m_pTool->boundPerson() == next && m_pTool->height() == 72);
         QVERIFY(button(2)->styleSheet().contains(":/pic4k/mode2_on.png"));
-        QCOMPARE(m->host.count(ZRMSG_VIDEO_SHOWN, next), 0);
+        QCOMPARE(told(ZRMSG_VIDEO_SHOWN), 0);
         QTest::mouseClick(button(2), Qt::LeftButton);
-        QCOMPARE(m->host.count(ZRMSG_VIDEO_SHOWN, next), 1);
+        QCOMPARE(told(ZRMSG_VIDEO_SHOWN), 1);
     }
 
     void gateWaitsForFramesUnderWay()
     {
         FrameGate gate;
         const int keys[2] = {};
-        std::atomic<bool> inside{false};
+        std::promise<void> inside;
         std::atomic<bool> left{false};
+        const auto work = [&] {
+            inside.set_value();
+            QTest::qSleep(30);
+            left = true;
+        };
         gate.open(&keys[0]);
-        std::thread media([&] {
-            gate.pass(&keys[0], [&] {
-                inside = true;
-                std::this_thread::sleep_for(std::chrono::milliseconds(30));
-                left = true;
-            });
-        });
-        while (!inside)
-            std::this_thread::yield();
+        std::thread media([&] { gate.pass(&keys[0], work); });
+        inside.get_future().wait();
         gate.shut();
         const bool waited = left;
         media.join();
@@ -180,12 +180,12 @@ private:
         m->gallery->setMute(next, false);
         m->gallery->UpdateUserNetStatus(next->userID, 2, false, 2);
         QTest::mouseClick(button(mode), Qt::LeftButton);
-        const zrtest::Picture frame(320, 180, [](unsigned x, unsigned y) {
-            return zrtest::Yuv{int(60 + x / 3), int(100 + y / 4), 120};
+        const Picture picture(320, 180, [](uint32_t x, uint32_t y) {
+            return Yuv{uint8_t(60 + x / 3), uint8_t(100 + y / 4), 120};
         });
         for (int i = 0; next->bPreview && i < 2; ++i) {
             QTest::qWait(200 * i); // the change mark's delay
-            QVERIFY(m->gallery->playFrame(next, &frame.frame()));
+            QVERIFY(m->gallery->playFrame(next, &picture.frame));
         }
         m->settle();
         m_pTool->setSpeaking(speaking); // nobody is: the gallery's next arrangement takes it away
@@ -196,12 +196,14 @@ private:
     {
         return m_pTool->findChild<QPushButton*>(QStringLiteral("pB_Mode%1").arg(mode));
     }
-    /// The mouse acts at a place of the screen.
-    void mouse(QTest::MouseAction act, const QPoint& at,
-               Qt::MouseButton button = Qt::LeftButton) const
+    // The mouse, at places of the screen.
+    void mouse(QTest::MouseAction act, const QPoint& at, Qt::MouseButton button)
     {
         QTest::mouseEvent(act, m_pTool->windowHandle(), button, {}, at - m_pTool->pos());
     }
+    void press(const QPoint& at) { mouse(QTest::MousePress, at, Qt::LeftButton); }
+    void release(const QPoint& at) { mouse(QTest::MouseRelease, at, Qt::LeftButton); }
+    void moveTo(const QPoint& at) { mouse(QTest::MouseMove, at, Qt::NoButton); }
     /// Mode 4 with u0 as the speaker; @return who is in the tool
     tagPersonInfo* enterToolMode(int persons)
     {

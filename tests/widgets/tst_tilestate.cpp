@@ -60,8 +60,7 @@ struct Stage
         tool = ownedTool.get();
         m->setSpeakTool(std::move(ownedTool));
         zrtest::open(second);
-        for (QDlgScreen* gallery : {m.gallery.get(), &second})
-            gallery->AddPerson(id, "Ann", 0, 0, nullptr);
+        add(id, "Ann");
         m->OnPopSelfShareWnd(true, false);
         second.reLayout();
         ext.resize(480, 270);
@@ -72,31 +71,37 @@ struct Stage
             tile->delayResetChangeTag(); // nobody waits for it
         play(64, 36);
     }
-    /// The same of Ann in both galleries, and on the extended screen.
+    void inGalleries(const std::function<void(G&, tagPersonInfo*)>& act)
+    {
+        for (G* gallery : {m.gallery.get(), &second})
+            act(*gallery, gallery->findPerson(id));
+    }
     template<typename Result, typename Value>
     void inGalleries(Result (G::*call)(void*, Value), Value value)
     {
-        for (QDlgScreen* gallery : {m.gallery.get(), &second})
-            (gallery->*call)(gallery->findPerson(id), value);
+        inGalleries([=](G& gallery, tagPersonInfo* person) { (gallery.*call)(person, value); });
     }
+    /// The same of Ann in both galleries, and on the extended screen.
     template<typename Result, typename Value>
     void everywhere(Result (G::*call)(void*, Value), void (E::*extCall)(Value), Value value)
     {
         inGalleries(call, value);
         (ext.*extCall)(value);
     }
+    void add(const QString& userId, const QString& name)
+    {
+        inGalleries([&](G& gallery, auto*) { gallery.AddPerson(userId, name, 0, 0, nullptr); });
+        m.settle();
+    }
     void play(quint32 width, quint32 height)
     {
         const VantrelRTCVideoFrameQT frame = m.frame(width, height);
-        for (QDlgScreen* gallery : {m.gallery.get(), &second})
-            QVERIFY(gallery->playFrame(gallery->findPerson(id), &frame));
+        inGalleries([&](G& gallery, auto* ann) { QVERIFY(gallery.playFrame(ann, &frame)); });
         QVERIFY(ext.playFrame(frame));
     }
-    /// The same everywhere: self, role, name and colour.
     void tell(bool self, int role, const QString& name, int color)
     {
-        for (QDlgScreen* gallery : {m.gallery.get(), &second})
-            gallery->updatePersonInfo(gallery->findPerson(id), self, role, name, color);
+        inGalleries([&](G& g, auto* ann) { g.updatePersonInfo(ann, self, role, name, color); });
         ext.updatePersonInfo(this, id, self, role, name, color);
     }
     void change(void (*apply)(zr::OverlaySwitches&))
@@ -161,8 +166,7 @@ const Row kRows[] = {
     {"mode", [](Stage&) { hub().setCurScreenMode(eLayoutSpeaker4); }, "-look", "123"},
     {"network",
      [](Stage& s) {
-         for (QDlgScreen* gallery : {s.m.gallery.get(), &s.second})
-             gallery->UpdateUserNetStatus(s.id, 1, true, 2);
+         s.inGalleries([&](G& g, auto*) { g.UpdateUserNetStatus(s.id, 1, true, 2); });
          s.ext.UpdateUserNetStatus(s.id, 1, true, 2);
      },
      "network 2; spinner 0"},
@@ -189,10 +193,7 @@ const Row kRows[] = {
      },
      "cover 0; -avatar"},
     {"reported hidden",
-     [](Stage& s) {
-         for (QDlgScreen* gallery : {s.m.gallery.get(), &s.second})
-             hub().setPersonShown(gallery->findPerson(s.id), false);
-     },
+     [](Stage& s) { s.inGalleries([](G&, auto* ann) { hub().setPersonShown(ann, false); }); },
      "cover 1; avatar 2 BO", "123"},
 };
 
@@ -226,53 +227,50 @@ private slots:
     void sharesFollowToo()
     {
         Stage s("sharescreen_u1");
-        const auto gallery = s.m.gallery.get();
-        const std::vector<CPlayWidget*> tiles{s.tiles()[0], s.tiles()[1], s.ext.tile()};
-        const auto allShow = [&tiles](const char* part, const QString& text) {
-            return std::all_of(tiles.begin(), tiles.end(), [&](const CPlayWidget* tile) {
-                return shown(tile).value(part).section(' ', 1) == text;
-            });
+        const auto texts = [&s](const char* part) { // of both galleries and the extended screen
+            QStringList each;
+            for (const CPlayWidget* tile : {s.tiles()[0], s.tiles()[1], s.ext.tile()})
+                each += shown(tile).value(part).section(' ', 1);
+            each.removeDuplicates();
+            return each.join(", ");
         };
-        tagPersonInfo* sharer = gallery->AddPerson("u1", "Eve", 0, 0, nullptr);
-        s.second.AddPerson("u1", "Eve", 0, 0, nullptr);
-        s.m.settle();
-        QVERIFY(allShow("caption", "Eve发起的共享")); // also where the host has said "Ann"
-        gallery->updatePersonInfo(sharer, false, 0, "Zoe", 0);
-        s.m.settle();
+        const auto rename = [&s](G& gallery) {
+            gallery.updatePersonInfo(gallery.findPerson("u1"), false, 0, "Zoe", 0);
+            s.m.settle();
+        };
+        s.add("u1", "Eve");
+        QCOMPARE(texts("caption"), QString("Eve发起的共享")); // also where the host has said "Ann"
+        rename(*s.m.gallery);
         QCOMPARE(shown(s.ext.tile())["caption"], QString("0 Zoe发起的共享"));
-        s.second.updatePersonInfo(s.second.findPerson("u1"), false, 0, "Zoe", 0);
-        s.m.settle();
+        rename(s.second);
         zr::WatermarkInfo mark;
         mark.enabled = true;
         mark.name = "me";
         QZRScreenConfig::setWatermarkInfo(mark);
         emit hub().sigRefreshPlayDlg();
-        QVERIFY(allShow("watermark", "me"));
+        QCOMPARE(texts("watermark"), QString("me"));
         QZRScreenConfig::setWatermarkInfo({});
-        s.m.settings().pauseShare = true;
-        emit hub().sigRefreshPlayDlg();
-        QVERIFY(allShow("paused", "Zoe 暂停了屏幕共享"));
         // The tile follows its overlay: no picture comes through before the pause is over.
-        const auto uploads = [&s] {
+        const auto uploads = [&s](bool paused) {
+            s.m.settings().pauseShare = paused;
+            emit hub().sigRefreshPlayDlg();
             s.play(64, 36);
             (void)s.ext.tile()->grabFramebuffer();
             return s.ext.tile()->uploadCount();
         };
-        const quint64 paused = uploads();
-        QCOMPARE(uploads(), paused);
-        s.m.settings().pauseShare = false;
-        emit hub().sigRefreshPlayDlg();
-        QVERIFY(uploads() > paused);
+        const quint64 before = uploads(true);
+        QCOMPARE(texts("paused"), QString("Zoe 暂停了屏幕共享"));
+        QCOMPARE(uploads(true), before);
+        QVERIFY(uploads(false) > before);
         hub().setCurScreenMode(eLayoutEqualCut); // the mode before: nothing else changes with them
-        for (QDlgScreen* screen : {gallery, &s.second})
-            screen->DelPerson(screen->findPerson(s.id));
+        s.inGalleries([](G& gallery, auto* share) { gallery.DelPerson(share); });
         QCOMPARE(shown(s.ext.tile())["caption"], QString("0 Ann发起的共享"));
     }
 
     void gradeMakesElementsSmall()
     {
         Meeting m;
-        tagPersonInfo* ann = m.addMany(1)[0];
+        tagPersonInfo* ann = m.add("ann");
         const auto isSmall = [ann] { return ann->pWidget->playInfo()->overlayLayout().bSmall; };
         QVERIFY(!isSmall());
         m->setPersonStreamType(ann, zr::kGradeGrid);
@@ -285,35 +283,33 @@ private slots:
     {
         Stage s;
         s.m.addMany(20);
-        const auto tiles = s.tiles();
         const auto arrows = s.m->findChildren<QMyPageCtrl*>();
-        auto* marks = s.m->findChild<QDlgPageMark*>();
+        const auto* marks = s.m->findChild<QDlgPageMark*>();
         const auto* bar = s.m->findChild<QMyPageScroll*>();
         QDlgSubtitle2 panel(nullptr);
         panel.resize(400, 600);
         panel.showPanel();
         hub().AddOneSubtitle(1, 0, "Ann", "hello");
         // Lengths that are to double.
-        const auto measure = [&] {
+        const auto measure = [&](int scale) {
             QList<int> sizes{bar->width(), s.tool->height(), arrows[0]->height(),
                              arrows[0]->sizeHint().width(), arrows[1]->width()};
-            for (const CPlayWidget* tile : tiles) {
+            for (const CPlayWidget* tile : s.tiles())
                 sizes += tile->playInfo()->overlayLayout().at(OverlayPart::Audio).rect.height();
-            }
+            for (int& size : sizes)
+                size *= scale;
             return sizes;
         };
-        const QList<int> ordinary = measure();
+        const QList<int> doubled = measure(2);
         const int room = marks->capacity();
         const int sentence = panel.list()->viewObject()->contentHeight();
+        QVERIFY(doubled.back() > 0);
         hub().setScreenWidth(3840);
-        QList<int> doubled;
-        for (const int size : ordinary)
-            doubled.push_back(2 * size);
-        QCOMPARE(measure(), doubled);
-        QVERIFY(room > marks->capacity() && ordinary.back() > 0);
+        QCOMPARE(measure(1), doubled);
+        QVERIFY(room > marks->capacity());
         QTRY_VERIFY(panel.list()->viewObject()->contentHeight() > sentence * 3 / 2);
         hub().setScreenWidth(1920);
-        QCOMPARE(measure(), ordinary);
+        QCOMPARE(measure(2), doubled);
     }
 };
 
