@@ -5,7 +5,7 @@
 namespace {
 
 // Base sizes in pixels, scaled on a high-resolution screen.
-constexpr int kWidth = 8;
+constexpr int kBarWidth = 8;
 constexpr int kLeastHandleHeight = 50;
 
 } // namespace
@@ -22,7 +22,7 @@ QMyScrollbar::QMyScrollbar(QWidget* parent)
                                  "QScrollBar::handle:vertical{width:8px;"
                                  "background:rgb(86,94,108);border-radius:4px;"
                                  "min-height:%2px;}")
-                      .arg(hub->scaled(kWidth))
+                      .arg(hub->scaled(kBarWidth))
                       .arg(hub->scaled(kLeastHandleHeight)));
 }
 

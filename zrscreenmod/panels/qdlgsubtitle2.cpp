@@ -32,7 +32,7 @@ constexpr int kLeastListWidth = 50; ///< a narrower list has not been given its 
 /// Before the list is given its size.
 constexpr QSize kInitialList(700, 400);
 
-int scaled(int base)
+int px(int base)
 {
     return QZRScreenConfig::getInstance()->scaled(base);
 }
@@ -97,14 +97,13 @@ void QDlgSubtitle2::placeChildren()
     const QString titleStyle =
         QStringLiteral("QLabel{background-color:rgb(58,62,70);font-family:Microsoft Yahei;"
                        "font-size:%1px;color:rgb(205,205,205);}")
-            .arg(scaled(kTitleFont));
+            .arg(px(kTitleFont));
     if (m_pTitle->styleSheet() != titleStyle)
         m_pTitle->setStyleSheet(titleStyle);
-    const int left = scaled(kTitleLeft);
-    const int viewTop = scaled(kTitleTop) + scaled(kTitleHeight);
-    m_pTitle->setGeometry(left, scaled(kTitleTop), std::max(0, width() - left),
-                          scaled(kTitleHeight));
-    m_pView->setGeometry(0, viewTop, width(), std::max(0, height() - viewTop - scaled(kBottom)));
+    const int left = px(kTitleLeft);
+    const int viewTop = px(kTitleTop) + px(kTitleHeight);
+    m_pTitle->setGeometry(left, px(kTitleTop), std::max(0, width() - left), px(kTitleHeight));
+    m_pView->setGeometry(0, viewTop, width(), std::max(0, height() - viewTop - px(kBottom)));
     const QSize viewport = m_pView->size();
     m_pScene->setSceneRect(QRect(QPoint(0, 0), viewport));
     m_pListObject->setSize(viewport);
@@ -130,7 +129,7 @@ void QDlgSubtitle2::paintEvent(QPaintEvent*)
 int QDlgSubtitle2::getItemWidth()
 {
     auto itemWidth = static_cast<int>(m_pListObject->size().width());
-    if (itemWidth < scaled(kLeastListWidth)) {
+    if (itemWidth < px(kLeastListWidth)) {
         itemWidth = parentWidget() ? parentWidget()->width() / kPanelShare : width();
         m_pListObject->setSize(m_pView->viewport()->size());
     }

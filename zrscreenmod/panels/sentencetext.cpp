@@ -14,7 +14,7 @@ namespace {
 // Base sizes in pixels, scaled on a high-resolution screen.
 constexpr int kItemFont = 18;
 constexpr int kAvatar = 40;
-constexpr int kSpacing = 10;
+constexpr int kAvatarGap = 10;
 constexpr int kGap = 10;
 constexpr int kLeft = 5;
 constexpr int kSmallFontPx = 14; ///< not scaled
@@ -59,8 +59,8 @@ SubtitleStyle::SubtitleStyle()
     smallFont = fontOf(kSmallFontPx);
     bHighResolution = hub->is4K();
     const QFontMetrics font(itemFont);
-    metrics = {hub->scaled(kAvatar), hub->scaled(kSpacing), hub->scaled(kGap),
-               hub->scaled(kLeft),   font.height(),         font.lineSpacing()};
+    metrics = {hub->scaled(kAvatar), hub->scaled(kAvatarGap), hub->scaled(kGap),
+               hub->scaled(kLeft),   font.height(),           font.lineSpacing()};
     ascentPx = font.ascent();
     averageCharPx = font.averageCharWidth();
 }

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kMaxNameUnits = 256;
 /// Of a longer sentence only the end is broken into lines; they are more than a tile shows.
-constexpr int kMaxSentenceUnits = 1024;
+constexpr int kMaxBubbleUnits = 1024;
 
 /// Stands for what was cut off.
 QString cutMark()
@@ -164,7 +164,7 @@ QString firstCharacters(const QString& name, int count)
 QStringList lastLines(const QString& text, int lines, int roomPx, int fontPx,
                       const TextWidth& width)
 {
-    QString sentence = text.right(kMaxSentenceUnits);
+    QString sentence = text.right(kMaxBubbleUnits);
     mendSurrogates(sentence);
     QStringList result;
     const QStringList paragraphs = sentence.split(QLatin1Char('\n'));
