@@ -24,6 +24,10 @@ const std::pair<const char*, const char*> kStories[] = {
     {"everybody joins in their time, behind the host of the meeting",
      "add host 50; host host; add last 60; add first 10; add second 10; add third 10;"
      "shown: host first second third last; add first 77; shown: host first second third last"},
+    {"pages that nobody has seen keep their places before who turns out to have a camera",
+     "people 18; stream u0; stream u1; stream u2; stream u3; stream u4; stream u5; next; stream u6;"
+     "stream u7; stream u8; stream u9; stream u10; stream u11; mode 13; seen: u16 u17; stream u17;"
+     "order; seen: u16 u17"},
     {"streams close a second later, unless the page is turned back",
      "people 7; next; back; hidden: 0; elapse 1000; hidden: 1"},
     {"a share takes the screen and gives it back",
