@@ -4,6 +4,7 @@
 #include "check.h"
 #include "meeting.h"
 
+#include <clocale>
 #include <cstdlib>
 #include <fstream>
 #include <future>
@@ -136,12 +137,17 @@ ZR_CASE(lifetime, releasesOneOfTwoScreens)
     CHECK_EQUAL(meeting.inbox.count(), before);
 }
 
-/// Runs without a display: the screen is drawn off screen and nothing is embedded.
+/// The screen is drawn off screen and nothing is embedded. What was set for Qt alone is gone.
 ZR_CASE(headless, worksWithoutADisplay)
 {
-    REQUIRE(!std::getenv("DISPLAY"));
+    const char* const variable = std::getenv("QT_QPA_PLATFORM");
+    const std::string platform = variable ? variable : "";
     for (int round = 0; round < 2; ++round)
         useOnce(nullptr);
+    CHECK(native::isLoaded(std::getenv("ZR_PLUGIN")));
+    CHECK_EQUAL(std::getenv("QT_QPA_PLATFORM") ? std::getenv("QT_QPA_PLATFORM") : "", platform);
+    CHECK_EQUAL(std::string(std::setlocale(LC_NUMERIC, nullptr)), "C");
+    CHECK_EQUAL(std::string(std::setlocale(LC_CTYPE, nullptr)), "C.UTF-8");
 }
 
 /// The process ends with a screen in use, while other threads still deliver frames: the test passes

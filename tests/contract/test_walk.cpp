@@ -35,6 +35,7 @@ public:
     explicit Walk(unsigned seed)
         : random(seed)
     {
+        engine.delayMs = [this] { return chance(20) ? pick(0, 2000) : 50; };
         engine.onMessage = [this](const Message&) {
             if (depth >= 2 || !chance(4))
                 return;
@@ -284,7 +285,7 @@ void Walk::checkQuiet(long long at)
     meeting.moveTo(1280, 720);
     depth = 99; // the host is quiet too
     desktop::moveTo({1900, 1000});
-    (void)engine.rest("after " + std::to_string(at) + " steps");
+    engine.rest("after " + std::to_string(at) + " steps");
     depth = 0;
 }
 

@@ -57,31 +57,6 @@ private slots:
 
     // --- Files ----------------------------------------------------------------------------------
 
-    void theSizeIsExaminedOncePer1001Lines()
-    {
-        constexpr qint64 kLineBytes = 8;
-        constexpr int kLines = 2 * 1001 + 1;
-        for (const bool inOneBatch : {false, true}) {
-            for (const bool full : {false, true}) {
-                m_folder = std::make_unique<QTemporaryDir>();
-                const qint64 bytesAfter1001Lines = zr::kLogFileLimitBytes + (full ? 1 : 0);
-                makeFile(kFirstFile, bytesAfter1001Lines - 1001 * kLineBytes);
-                QMyLogThread log(settings());
-                for (int i = 1; i <= kLines; ++i) {
-                    const QString line = QStringLiteral("%1\r\n").arg(i, int{kLineBytes} - 2);
-                    inOneBatch ? log.notifyWiteLog(line) : log.myWriteLog(line);
-                }
-                QVERIFY(log.finish());
-                // A file at the limit is seen to be over it by the next look, 1001 lines later.
-                const QStringList second = lines(kSecondFile);
-                QCOMPARE(second.size(), full ? kLines - 1001 : kLines - 2 * 1001);
-                QCOMPARE(second.first().trimmed().toInt(), kLines - second.size() + 1);
-                QCOMPARE(QFileInfo(path(kFirstFile)).size(),
-                         bytesAfter1001Lines + (kLines - second.size() - 1001) * kLineBytes);
-            }
-        }
-    }
-
     // Two within a second share a file, and three files of the day are kept.
     void rollOvers()
     {
@@ -93,15 +68,17 @@ private slots:
         const QStringList kept =
             others + QStringList{"zrscreenLog20260302-050000.txt", kSecondFile, backup, kFirstFile};
         QMyLogThread log(settings());
-        fillUp(&log, kFirstFile);
+        fillUp(&log, kFirstFile, 1001);
         log.myWriteLog("first\r\n");
         QCOMPARE(content(kSecondFile), QByteArray("first\r\n"));
         QCOMPARE(files(), kept);
-        fillUp(&log, kSecondFile);
+        fillUp(&log, kSecondFile, 1000); // beside the one of "first"
         log.myWriteLog("again\r\n");
         QCOMPARE(files(), kept);
         QVERIFY(content(kSecondFile).endsWith("again\r\n"));
-        fillUp(&log, kSecondFile);
+        m_now = m_now.addSecs(1);
+        fillUp(&log, kSecondFile, 1000);
+        QCOMPARE(files(), kept); // which nobody has looked at yet
 
         // Neither the suffix nor the count of lines goes over to the new day.
         m_now = QDateTime(kToday.addDays(1), QTime(0, 0));
@@ -452,12 +429,12 @@ private:
             makeFile(QString::asprintf("zrscreenLog20260302-%02d0000.txt", hour));
         makeFile(kFirstFile, firstFileBytes);
     }
-    /// Makes the next line find the current file full.
-    void fillUp(QMyLogThread* log, const QString& name) const
+    /// Fills the current file, which is noticed after the 1001st line since the last look.
+    void fillUp(QMyLogThread* log, const QString& name, int lines) const
     {
-        for (int i = 0; i <= zr::kLinesBetweenSizeChecks; ++i)
-            log->myWriteLog("x\r\n");
         QVERIFY(QFile::resize(path(name), zr::kLogFileLimitBytes + 1));
+        for (int i = 0; i < lines; ++i)
+            log->myWriteLog("x\r\n");
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;

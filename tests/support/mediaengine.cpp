@@ -11,19 +11,7 @@ using namespace std::chrono_literals;
 
 constexpr auto kFramePeriod = 70ms;
 constexpr int kRestTimeoutMs = 20000;
-constexpr int kLookStepPx = 4;
-/// Fewer points are no tile, but a colour that shines through a bar of the overlay.
-constexpr int kMinPoints = 600;
-constexpr int kColourTolerance = 8;
-
-/// Colours that are far from each other, from grey, and from each other behind a bar of the
-/// overlay.
-Rgb colourOf(int number)
-{
-    const int place = number % MediaEngine::kColours;
-    const int index = place + place / 20 + 1; // four levels of each channel, without the four greys
-    return {30 + index / 16 * 70, 30 + index / 4 % 4 * 70, 30 + index % 4 * 70};
-}
+constexpr auto kRest = 3000ms;
 
 bool isGrade(unsigned long id)
 {
@@ -64,8 +52,6 @@ std::string listOf(const std::set<int>& numbers)
 MediaEngine::MediaEngine(Meeting& meeting)
     : m_meeting(meeting)
 {
-    for (int number = 0; number < kColours; ++number)
-        m_pictures.try_emplace(number, 64U, 36U, colourOf(number));
     meeting.inbox.onMessage = [this](const Message& message) { receive(message); };
 }
 
@@ -120,7 +106,7 @@ void MediaEngine::judge(const Message& message, Stream& stream)
         require(shown || stream.wanted || !stream.told, "hidden again:", stream);
         stream.told = true;
         stream.wanted = shown;
-        const std::chrono::milliseconds wait(delayMs(stream.number, shown));
+        const std::chrono::milliseconds wait(delayMs());
         stream.answerAt = std::max(stream.answerAt, m_changed + wait);
     } else if (isGrade(message.id)) {
         require(stream.kind == Kind::Person, "a grade is asked of", stream);
@@ -140,7 +126,7 @@ void MediaEngine::receive(const Message& message)
         CHECK_ROW(found != m_streams.end(), step + ": a message for nobody");
         if (found != m_streams.end()) {
             judge(message, found->second);
-            if (answersInside && found->first % 2 == 0)
+            if (found->first % 2 == 0)
                 apply(found->second);
         }
     }
@@ -174,9 +160,8 @@ void MediaEngine::forEach(const std::function<void(Stream&)>& action)
 void MediaEngine::deliver()
 {
     forEach([this](Stream& stream) {
-        Picture& picture = m_pictures.at(stream.number % kColours);
         if (stream.open)
-            require(m_meeting.zr.PlayFrame(m_meeting.screen, stream.play, &picture.frame) == 1,
+            require(m_meeting.zr.PlayFrame(m_meeting.screen, stream.play, &m_picture.frame) == 1,
                     "a frame is refused:", stream);
     });
 }
@@ -203,7 +188,7 @@ void MediaEngine::run(int timeMs)
     (void)runUntil([] { return false; }, timeMs);
 }
 
-bool MediaEngine::rest(const std::string& where, std::chrono::milliseconds quiet)
+void MediaEngine::rest(const std::string& where)
 {
     step = where;
     m_changed = Clock::now();
@@ -211,13 +196,12 @@ bool MediaEngine::rest(const std::string& where, std::chrono::milliseconds quiet
         return entry.second.open == entry.second.wanted;
     };
     const auto rests = [&] {
-        return Clock::now() - m_changed > quiet
+        return Clock::now() - m_changed > kRest
                && std::all_of(m_streams.begin(), m_streams.end(), isAnswered)
                && visible() == open();
     };
     const bool rested = runUntil(rests, kRestTimeoutMs);
     CHECK_ROW(rested, where + ": open are" + listOf(open()) + ", visible" + listOf(visible()));
-    return rested;
 }
 
 std::set<int> MediaEngine::open() const
@@ -232,21 +216,4 @@ std::set<int> MediaEngine::visible() const
                || m_meeting.zr.IsPersonVisibleInSmallWnd(m_meeting.screen, text(stream.id)) == 1;
     };
     return numbersOf(m_streams, isVisible);
-}
-
-std::map<int, int> MediaEngine::look(const Screenshot& shot) const
-{
-    std::map<int, int> points;
-    for (int y = 0; y < shot.height; y += kLookStepPx) {
-        for (int x = 0; x < shot.width; x += kLookStepPx) {
-            const Rgb seen = shot.at(x, y);
-            for (const auto& [number, stream] : m_streams) {
-                if (isNear(seen, colourOf(number), kColourTolerance))
-                    ++points[number];
-            }
-        }
-    }
-    for (auto at = points.begin(); at != points.end();)
-        at = at->second < kMinPoints ? points.erase(at) : std::next(at);
-    return points;
 }

@@ -36,8 +36,8 @@ struct Stream
 std::string listOf(const std::set<int>& numbers);
 
 /// Opens a stream on ZRMSG_VIDEO_SHOWN, closes it on ZRMSG_VIDEO_HIDDEN, reports each change once,
-/// switches the grade, lets go on ZRMSG_PERSON_REMOVED. While it runs it delivers small pictures,
-/// each participant's in a colour of his own, for the streams that are open only.
+/// switches the grade, lets go on ZRMSG_PERSON_REMOVED. While it runs it delivers small pictures
+/// for the streams that are open only.
 ///
 /// Messages are judged as they come: a participant who is not there, a record that is another's, a
 /// grade for a share are failures. Streams with even numbers answer from inside the message, the
@@ -45,10 +45,6 @@ std::string listOf(const std::set<int>& numbers);
 class MediaEngine
 {
 public:
-    static constexpr int kColours = 60; ///< numbers that differ by less have different colours
-    static constexpr std::chrono::milliseconds kMoment{350};
-    static constexpr std::chrono::milliseconds kRest{3000};
-
     explicit MediaEngine(Meeting& meeting);
     ~MediaEngine();
     MediaEngine(const MediaEngine&) = delete;
@@ -60,29 +56,24 @@ public:
     void leave(int number);
     /// Everybody is gone without a message, as after ZRScreen_ExitMeeting.
     void forgetAll() { m_streams.clear(); }
-    Stream& at(int number) { return m_streams.at(number); }
     [[nodiscard]] const std::map<int, Stream>& streams() const { return m_streams; }
 
     /// Runs the event loop for a time.
     void run(int timeMs);
     /// Runs the event loop until exactly the visible streams are open, no answer is due and no
-    /// message has come for a time: kMoment for the frames that carry the last requests, kRest for
-    /// the order, which is looked at every second, and streams that close a second after an
-    /// arrangement. @return false, and a failed check, when it does not come to that
-    bool rest(const std::string& step, std::chrono::milliseconds quiet = kRest);
+    /// message has come for three seconds: the order is looked at every second, and streams close a
+    /// second after an arrangement. Fails a check when it does not come to that.
+    void rest(const std::string& step);
     /// Delivers one picture of every open stream.
     void deliver();
 
     /// Numbers of those whom the module calls visible, in the gallery or in the small window.
     [[nodiscard]] std::set<int> visible() const;
-    /// How many points of everybody's pictures can be seen in the window.
-    [[nodiscard]] std::map<int, int> look(const Screenshot& shot) const;
     /// Those whose streams are open.
     [[nodiscard]] std::set<int> open() const;
 
     /// How long a message takes to come true for a participant, unless that is done inside of it.
-    std::function<int(int number, bool bShown)> delayMs = [](int, bool) { return 50; };
-    bool answersInside = true; ///< for streams with even numbers
+    std::function<int()> delayMs = [] { return 50; };
     /// Called with every message, after it has been judged.
     std::function<void(const Message&)> onMessage;
     /// Name of what the test does, for failures.
@@ -102,7 +93,7 @@ private:
     using Streams = std::map<int, Stream>;
     Streams m_streams;
     std::list<Streams::node_type> m_left; ///< what is done for them may still be going on
-    std::map<int, Picture> m_pictures;
+    Picture m_picture{64, 36, kRed};
     Clock::time_point m_changed = Clock::now(); ///< a message or an answer
     Clock::time_point m_nextFrame = m_changed;
 };

@@ -9,6 +9,7 @@
 #include "qdlgplayinfo.h"
 #include "qmypagescroll.h"
 #include "qmyscrollbar.h"
+#include "statistics.h"
 
 #include <thread>
 
@@ -24,6 +25,10 @@ const std::pair<const char*, const char*> kStories[] = {
     {"everybody joins in their time, behind the host of the meeting",
      "add host 50; host host; add last 60; add first 10; add second 10; add third 10;"
      "shown: host first second third last; add first 77; shown: host first second third last"},
+    {"pages that nobody has seen keep their places before who turns out to have a camera",
+     "people 18; stream u0; stream u1; stream u2; stream u3; stream u4; stream u5; next; stream u6;"
+     "stream u7; stream u8; stream u9; stream u10; stream u11; mode 13; seen: u16 u17; stream u17;"
+     "order; seen: u16 u17"},
     {"streams close a second later, unless the page is turned back",
      "people 7; next; back; hidden: 0; elapse 1000; hidden: 1"},
     {"a share takes the screen and gives it back",
@@ -263,6 +268,13 @@ const std::pair<const char*, const char*> kStories[] = {
      "people 7; poll 2147483647; timers 2147483000: 1; poll -3; timers 1000: 3"},
 };
 
+QStringList g_lines;
+
+void collect(QtMsgType, const QMessageLogContext&, const QString& line)
+{
+    g_lines.append(line);
+}
+
 } // namespace
 
 class TestGallery : public QObject
@@ -378,6 +390,29 @@ private slots:
         QVERIFY_EXCEPTION_THROWN(ext->m_pDlg->onExtPlayWidgetLBtnClick(ext->m_pDlg->tile()), int);
         g_extScreens.release(ext);
         QVERIFY(!HubUser::isAny()); // nobody is inside
+    }
+
+    /// Figures, where the environment asks for them.
+    void statisticsAreLoggedAndShown()
+    {
+        (void)hub();
+        QVERIFY(!Statistics::active());
+        qputenv("ZRSCREEN_STATS", "1");
+        qputenv("ZRSCREEN_DEBUG_OVERLAY", "1");
+        QZRScreenConfig::destroyInstance();
+        Meeting m(true);
+        tagPersonInfo* ann = m.add("ann");
+        m->setPreview(ann, true);
+        const QtMessageHandler before = qInstallMessageHandler(collect);
+        VantrelRTCVideoFrameQT bad{};
+        QVERIFY(m.play(ann) && m.play(ann) && !m->playFrame(ann, &bad));
+        QTRY_VERIFY(!g_lines.filter("stats: 1 participants").isEmpty());
+        qInstallMessageHandler(before);
+        QCOMPARE(g_lines.filter("stats ann: in 2.0/s, refused 1, painted").size(), 1);
+        QCOMPARE(ann->iFramesPerS, 2);
+        QVERIFY(ann->pWidget->playInfo()->state().resolution.endsWith("2 fps, grade 4, open"));
+        qunsetenv("ZRSCREEN_STATS");
+        qunsetenv("ZRSCREEN_DEBUG_OVERLAY");
     }
 
     void menuBelongsToTheTileUnderTheMouse()

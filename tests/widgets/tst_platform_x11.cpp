@@ -3,14 +3,11 @@
 #include "nativehost.h"
 #include "testsupport.h"
 
-#include <QProcess>
 #include <QX11Info>
 
 #include <atomic>
 #include <cerrno>
-#include <clocale>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <thread>
 
@@ -91,20 +88,6 @@ private:
     std::atomic<bool> m_stop{false};
     std::thread m_thread;
 };
-
-constexpr char kCreateOption[] = "--create-application";
-
-/// Runs in a process of its own, with the environment that the test has prepared.
-int createAndReport()
-{
-    const QByteArray variable = qgetenv("QT_QPA_PLATFORM");
-    int argc = 0;
-    const std::unique_ptr<QApplication> app(platform::createApplication(argc, nullptr));
-    std::printf("%s %s %s %s\n", qPrintable(QGuiApplication::platformName()),
-                qgetenv("QT_QPA_PLATFORM") == variable ? "kept" : "changed",
-                std::setlocale(LC_NUMERIC, nullptr), std::setlocale(LC_CTYPE, nullptr));
-    return 0;
-}
 
 } // namespace
 
@@ -203,46 +186,7 @@ private slots:
         for (const int later : {actual, second.before, second.after})
             QCOMPARE(later, first.after);
     }
-
-    void createsTheApplication()
-    {
-        const char* const kClosed = ":9999";
-        const QByteArray here = qgetenv("DISPLAY");
-        const struct
-        {
-            const char *display, *variable, *expected; ///< an empty one is not set
-        } rows[] = {
-            {here, "", "xcb"},
-            {"", "", "offscreen"},
-            {kClosed, "", "offscreen"},
-            {here, "minimal", "minimal"},
-            {kClosed, "xcb", "offscreen"},
-            {here, "nowhere", "offscreen"},
-        };
-        for (const auto& row : rows) {
-            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-            for (const auto& [name, value] : {std::pair("DISPLAY", row.display),
-                                              {"QT_QPA_PLATFORM", row.variable},
-                                              {"LC_ALL", "C.UTF-8"}}) {
-                environment.remove(name);
-                if (*value != '\0')
-                    environment.insert(name, value);
-            }
-            QProcess process;
-            process.setProcessEnvironment(environment);
-            process.start(QCoreApplication::applicationFilePath(), {QLatin1String(kCreateOption)});
-            QVERIFY(process.waitForFinished());
-            QCOMPARE(process.readAllStandardOutput().simplified(),
-                     QByteArray(row.expected) + " kept C C.UTF-8");
-        }
-    }
 };
 
-int main(int argc, char** argv)
-{
-    if (argc == 2 && std::strcmp(argv[1], kCreateOption) == 0)
-        return createAndReport();
-    return zrtest::runWidgetTest<TestPlatformX11>(argc, argv);
-}
-
+ZR_WIDGET_TEST_MAIN(TestPlatformX11)
 #include "tst_platform_x11.moc"
