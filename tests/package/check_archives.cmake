@@ -18,6 +18,7 @@ foreach(deb IN LISTS debs)
   get_filename_component(name ${deb} NAME)
   string(REGEX REPLACE "_.*" "" name ${name})
   execute_process(COMMAND dpkg-deb -x ${deb} ${WORK_DIR}/${name} COMMAND_ERROR_IS_FATAL ANY)
+  file(COPY ${WORK_DIR}/${name}/usr DESTINATION ${WORK_DIR}/root) # all of them installed
   file(GLOB_RECURSE files RELATIVE ${WORK_DIR}/${name}/usr ${WORK_DIR}/${name}/*)
   if(name MATCHES "-dbgsym")
     list(FILTER files INCLUDE REGEX "^lib/debug/.build-id/.*\\.debug$")
