@@ -57,6 +57,8 @@ lint() {
     grep -q "\`$unit\`" docs/architecture.md || missing+=" $unit"
   done
   [ -z "$missing" ] || { echo "docs/architecture.md does not name$missing"; return 1; }
+  say "Making the reference"
+  docs/reference.sh
   build linux # clang-tidy needs the compile commands and the generated headers
   say "Running clang-tidy"
   tidy 'zrscreenmodc?|host'
