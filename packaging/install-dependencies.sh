@@ -12,7 +12,7 @@ set -euo pipefail
 packages=(
     # build
     g++ cmake ninja-build ccache pkg-config
-    qtbase5-dev libqt5x11extras5-dev libqt5svg5-dev libxcb1-dev libgl1-mesa-dri
+    qtbase5-dev qttools5-dev-tools libqt5x11extras5-dev libqt5svg5-dev libxcb1-dev libgl1-mesa-dri
     # demonstration host
     libglib2.0-dev libx11-dev libxtst-dev libpng-dev ffmpeg fonts-noto-cjk fonts-dejavu-core
     # virtual display

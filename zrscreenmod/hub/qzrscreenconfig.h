@@ -45,6 +45,9 @@ struct ScreenSettings
     std::atomic<bool> pauseShare{false};
 };
 
+/// What ZRSCREEN_INI names, else the program's own.
+QString iniFile();
+
 /// The switches that an INI file has; those that it has not keep their values.
 zr::OverlaySwitches readOverlaySwitches(const QString& iniFile);
 
