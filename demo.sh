@@ -38,7 +38,7 @@ build() {
     cmake --preset "$preset" && cmake --build --preset "$preset" --target zrhost
 }
 
-packaging/install-dependencies.sh
+packaging/install-dependencies.sh demo
 
 echo "Building (the first time takes a few minutes) ..."
 build >"$log" 2>&1 </dev/null || {

@@ -71,6 +71,14 @@ lint_texts() {
     grep -q "\`$unit\`" docs/architecture.md || missing+=" $unit"
   done
   [ -z "$missing" ] || { echo "docs/architecture.md does not name$missing"; return 1; }
+  say "Making the reference"
+  docs/reference.sh
+  # Each text has its translation: lupdate finds nothing that is new, or that has gone.
+  local texts=zrscreenmod/res/zrscreenmod_en.ts
+  cp $texts build/texts.ts
+  lupdate -silent -locations none zrscreenmod -ts build/texts.ts
+  cmp build/texts.ts $texts
+  if grep -n unfinished $texts; then return 1; fi
 }
 
 suite() {

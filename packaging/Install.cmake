@@ -32,10 +32,14 @@ install(FILES
 # The prefix is told from where the file lies, so that an installed tree may be moved.
 file(RELATIVE_PATH zrPrefixFromPc
   /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
-configure_file(${CMAKE_CURRENT_LIST_DIR}/ZRScreenMod.pc.in
-  ${PROJECT_BINARY_DIR}/package/ZRScreenMod.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/package/ZRScreenMod.pc
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
+set(zrPcRequires "")
+foreach(zrPcName ZRScreenMod ZRScreenModC)
+  configure_file(${CMAKE_CURRENT_LIST_DIR}/library.pc.in
+    ${PROJECT_BINARY_DIR}/package/${zrPcName}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/package/${zrPcName}.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
+  set(zrPcRequires "ZRScreenMod = ${PROJECT_VERSION}")
+endforeach()
 
 if(MINGW)
   # For other compilers, which make an import library of their own from it. The linker numbers the

@@ -1,7 +1,8 @@
 #!/bin/bash
 # Installs the Debian packages that building, testing and demonstrating need and that are missing.
 # The one list of them: demo.sh and test.sh call this script.
-#   packaging/install-dependencies.sh          what Linux takes
+#   packaging/install-dependencies.sh demo     what building and showing on Linux take
+#   packaging/install-dependencies.sh          and the tests
 #   packaging/install-dependencies.sh checks   and the linters
 #   packaging/install-dependencies.sh windows  and what builds and runs the library for Windows
 #   packaging/install-dependencies.sh all      everything
@@ -11,27 +12,34 @@ set -euo pipefail
 packages=(
     # build
     g++ cmake ninja-build ccache pkg-config
-    qtbase5-dev libqt5x11extras5-dev libqt5svg5-dev libxcb1-dev libgl1-mesa-dri
+    qtbase5-dev qttools5-dev-tools libqt5x11extras5-dev libqt5svg5-dev libxcb1-dev libgl1-mesa-dri
     # demonstration host
-    libglib2.0-dev libx11-dev libpng-dev ffmpeg fonts-noto-cjk fonts-dejavu-core
+    libglib2.0-dev libx11-dev libxtst-dev libpng-dev ffmpeg fonts-noto-cjk fonts-dejavu-core
     # virtual display
     xvfb xauth
-    # tests and benchmarks
-    libxtst-dev libbenchmark-dev
+    # benchmarks
+    libbenchmark-dev
 )
-checks=(clang clang-format clang-tidy python3)
+tests=(
+    # packages and their interface
+    dpkg-dev file lintian abigail-tools
+    # examples
+    gcc libgtk-3-dev python3 python3-tk
+)
+checks=(clang clang-format clang-tidy doxygen)
 # Compiler, Qt's source package, Wine and what it loads when it is there.
 windows=(
     g++-mingw-w64-x86-64-posix dpkg-dev make perl wine wine64
     libgl1 libxcomposite1 libxcursor1 libxfixes3 libxi6 libxinerama1 libxrandr2 libxrender1
 )
 case ${1:-linux} in
-    linux | --list) ;;
-    checks) packages+=("${checks[@]}") ;;
+    demo) ;;
+    linux | --list) packages+=("${tests[@]}") ;;
+    checks) packages+=("${tests[@]}" "${checks[@]}") ;;
     windows) packages+=("${windows[@]}") ;;
-    all) packages+=("${checks[@]}" "${windows[@]}") ;;
+    all) packages+=("${tests[@]}" "${checks[@]}" "${windows[@]}") ;;
     *)
-        sed -n '2,9s/^# //p' "$0" >&2
+        sed -n '2,10s/^# //p' "$0" >&2
         exit 2
         ;;
 esac

@@ -27,8 +27,8 @@ struct tagPOINT;
 /// Point of the Windows interface.
 struct tagPOINT
 {
-    int32_t x;
-    int32_t y;
+    int32_t x; ///< pixels
+    int32_t y; ///< pixels
 };
 #endif
 typedef struct tagPOINT tagPOINT;

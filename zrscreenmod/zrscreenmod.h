@@ -27,14 +27,20 @@
 ///   main context on Linux).
 /// - High-DPI scaling of Qt is switched off, and Qt's message pattern is set. Variables of the
 ///   environment that scale Qt programs, choose Wayland or switch GLib off do not reach this
-///   `QApplication`.
-/// - All messages of Qt in the process go to the files `log/zrscreenLog<date>.txt` in the folder of
-///   the program, written by a thread of the library. With the environment variable
-///   `ZRSCREEN_LOG_STDERR` set to 1 they go to the message handler that was there before as well.
-///   Log files older than three days are deleted.
+///   `QApplication`. On Windows the process becomes aware of the resolution, where its manifest
+///   says nothing of it.
+/// - On Linux the character set of the C locale (`LC_CTYPE`) becomes that of the environment; the
+///   other categories stay as they are.
+/// - Qt's message handler is the library's until it is unloaded: all messages of Qt in the process
+///   go to the files `log/zrscreenLog<date>.txt`, written by a thread of the library. They lie in
+///   the folder of the program, or in the user's where that cannot be written or is the system's.
+///   With the environment variable `ZRSCREEN_LOG_STDERR` set to 1 they go to the message handler
+///   that was there before as well. Log files older than three days are deleted.
 /// - On X11 Qt installs an Xlib error handler, so that an error of one window does not end the
 ///   process. Without a display the library embeds nothing and shows nothing.
 /// - `ZRScreen_Init` raises the priority of the GUI thread for good, as far as the system lets it.
+///   On Linux threads and processes that are begun on that thread afterwards inherit it
+///   (`setpriority` in them puts it back).
 /// - The Qt libraries stay in memory after the library has been unloaded: Qt cannot be unloaded
 ///   safely. The module itself is.
 /// - Unload the library on the thread that loaded it.
@@ -77,8 +83,8 @@
 
 /// The version of this header. It is stated here alone: the build reads it.
 #define ZRSCREENMOD_VERSION_MAJOR 0
-#define ZRSCREENMOD_VERSION_MINOR 1
-#define ZRSCREENMOD_VERSION_PATCH 0
+#define ZRSCREENMOD_VERSION_MINOR 1 ///< as before
+#define ZRSCREENMOD_VERSION_PATCH 0 ///< as before
 /// The same in one number, to be compared: 10203 is 1.2.3.
 #define ZRSCREENMOD_VERSION                                                                        \
     (ZRSCREENMOD_VERSION_MAJOR * 10000 + ZRSCREENMOD_VERSION_MINOR * 100                           \

@@ -39,10 +39,10 @@ typedef void* HWND;
 /// Rectangle of the Windows interface: `right` and `bottom` are one past the last pixel.
 struct tagRECT
 {
-    int32_t left;
-    int32_t top;
-    int32_t right;
-    int32_t bottom;
+    int32_t left;   ///< pixels, as all of them
+    int32_t top;    ///< of the first row
+    int32_t right;  ///< one past the last column
+    int32_t bottom; ///< one past the last row
 };
 #endif
 typedef struct tagRECT tagRECT; // as C wants it
@@ -51,10 +51,10 @@ typedef struct tagRECT tagRECT; // as C wants it
 /// right - left + 1. The unset rectangle is (0, 0, -1, -1). Binary compatible with `QRect`.
 struct ZRRect
 {
-    int32_t left;
-    int32_t top;
-    int32_t right;
-    int32_t bottom;
+    int32_t left;   ///< pixels, as all of them
+    int32_t top;    ///< of the first row
+    int32_t right;  ///< of the last column
+    int32_t bottom; ///< of the last row
 };
 typedef struct ZRRect ZRRect;
 

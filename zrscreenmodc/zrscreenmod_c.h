@@ -25,11 +25,11 @@
 /// address is then that of the first row all the same. Planar 4:2:0, BT.709, limited range.
 struct ZRPlanes
 {
-    const uint8_t* y;
-    const uint8_t* u; ///< of NV12 the plane in which U and V alternate
-    const uint8_t* v; ///< null for NV12
-    ptrdiff_t yStride;
-    ptrdiff_t uStride;
+    const uint8_t* y;  ///< the plane of brightness
+    const uint8_t* u;  ///< of NV12 the plane in which U and V alternate
+    const uint8_t* v;  ///< null for NV12
+    ptrdiff_t yStride; ///< from one row to the next
+    ptrdiff_t uStride; ///< as before
     ptrdiff_t vStride; ///< not read for NV12
     uint32_t width;    ///< pixels, 1 to 16384
     uint32_t height;   ///< pixels, 1 to 16384

@@ -158,8 +158,8 @@ std::string programFolder()
 std::vector<std::string> libraryCandidates(const std::string& folder)
 {
     // Beside the program, in the build tree, and where the install step puts it.
-    return {folder + "/libZRScreenMod.so.0", folder + "/../zrscreenmod/libZRScreenMod.so.0",
-            folder + "/../" ZRHOST_INSTALL_LIBDIR "/libZRScreenMod.so.0"};
+    return {folder + "/" ZRHOST_LIBRARY, folder + "/../zrscreenmod/" ZRHOST_LIBRARY,
+            folder + "/../" ZRHOST_INSTALL_LIBDIR "/" ZRHOST_LIBRARY};
 }
 
 bool inputIsTerminal()

@@ -1,4 +1,5 @@
-# A program finds the library by the CMake package, links it by the import library and calls it.
+# Programs find the library by the CMake package and link it by the import library: the example, and
+# one that calls it with types of C++.
 cmake_minimum_required(VERSION 3.22)
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
@@ -6,11 +7,16 @@ function(run)
   execute_process(COMMAND ${ARGN} COMMAND_ECHO STDOUT COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-set(build ${WORK_DIR}/consumer)
-file(REMOVE_RECURSE ${build})
-run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/consumer -B ${build} -G Ninja
-  -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} -DZR_QT_MINGW64=${QT}
-  "-DZRScreenMod_DIR=${PACKAGE_DIR}/lib/cmake/ZRScreenMod")
-run(${CMAKE_COMMAND} --build ${build})
-file(COPY ${build}/consumer.exe DESTINATION "${PACKAGE_DIR}/bin")
+# build(name source): against the package
+function(build name source)
+  file(REMOVE_RECURSE ${WORK_DIR}/${name})
+  run(${CMAKE_COMMAND} -S ${source} -B ${WORK_DIR}/${name} -G Ninja
+    -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} -DZR_QT_MINGW64=${QT}
+    "-DZRScreenMod_DIR=${PACKAGE_DIR}/lib/cmake/ZRScreenMod")
+  run(${CMAKE_COMMAND} --build ${WORK_DIR}/${name})
+endfunction()
+
+build(examples "${PACKAGE_DIR}/share/doc/zrscreenmod/examples")
+build(consumer ${SOURCE_DIR}/consumer)
+file(COPY ${WORK_DIR}/consumer/consumer.exe DESTINATION "${PACKAGE_DIR}/bin")
 run(${RUN} "${PACKAGE_DIR}/bin/consumer.exe")

@@ -7,6 +7,14 @@ require(bin/ZRScreenMod.dll bin/zrhost.exe bin/platforms/qwindows.dll include/zr
   include/zrextscreen.h include/zrscreenmod.h include/zrtypes.h
   lib/libZRScreenMod.dll.a lib/ZRScreenMod.def lib/cmake/ZRScreenMod/ZRScreenModConfig.cmake
   share/doc/zrscreenmod/licences.md share/doc/zrscreenmod/LGPL-3)
+file(GLOB symbols ${WORK_DIR}/archive/*-symbols.zip)
+execute_process(COMMAND ${CMAKE_COMMAND} -E tar t ${symbols} OUTPUT_VARIABLE symbols
+  COMMAND_ERROR_IS_FATAL ANY)
+foreach(name ZRScreenMod.dll ZRScreenModC.dll zrhost.exe)
+  if(NOT symbols MATCHES "/bin/${name}.debug\n")
+    message(SEND_ERROR "the symbols have none of ${name}: ${symbols}")
+  endif()
+endforeach()
 
 # Import libraries made of the definition file bind to names: numbers change with each new function.
 file(READ "${PACKAGE_DIR}/lib/ZRScreenMod.def" exports)

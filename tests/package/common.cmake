@@ -11,6 +11,7 @@ function(unpack generator suffix)
   execute_process(COMMAND ${CPACK} -G ${generator} -B ${WORK_DIR}/archive
     WORKING_DIRECTORY ${BUILD_DIR} COMMAND_ECHO STDOUT COMMAND_ERROR_IS_FATAL ANY)
   file(GLOB archive ${WORK_DIR}/archive/*.${suffix})
+  list(FILTER archive EXCLUDE REGEX "-symbols")
   list(LENGTH archive count)
   if(NOT count EQUAL 1)
     message(FATAL_ERROR "cpack made ${count} archives: ${archive}")

@@ -134,6 +134,10 @@ private slots:
         QCOMPARE(firstWritableFolder(folders), path("state/log"));
         QVERIFY(QFileInfo(path("state/log")).isDir() && !QFileInfo::exists(path("other")));
         QVERIFY(firstWritableFolder({path("file/log")}).isEmpty());
+        for (const char* const folder : {"/usr/bin", "/sbin", "/usr/local/lib/client"})
+            QVERIFY2(zr::isSystemFolder(folder), folder);
+        for (const char* const folder : {"/opt/client/bin", "/usr/src/x/bin", "/binary", "C:/bin"})
+            QVERIFY2(!zr::isSystemFolder(folder), folder);
         qputenv("ZRSCREEN_LOG_DIR", path("chosen").toLocal8Bit());
         QCOMPARE(logFolders().first(), path("chosen"));
         qunsetenv("ZRSCREEN_LOG_DIR");

@@ -3,11 +3,14 @@
 #include "testsupport.h"
 
 #include "hostcall.h"
+#include "language.h"
+#include "overlaytext.h"
 #include "qdlgmain.h"
 #include "qdlgscreen.h"
 #include "qdlgsubtitle2.h"
 
 #include <QFile>
+#include <QSettings>
 #include <QTemporaryDir>
 
 using zrtest::hub;
@@ -140,6 +143,31 @@ private slots:
             for (const bool on : {read.largerText, read.showResolution, read.lookOwner == 1})
                 QCOMPARE(on, written);
         }
+    }
+
+    void textsAreChineseUnlessThereIsATranslation()
+    {
+        const QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("sys_ver.ini"));
+        qputenv("ZRSCREEN_INI", path.toLocal8Bit());
+        zr::OverlayState paused;
+        paused.bPerson = paused.bShare = paused.bPaused = true;
+        for (const auto& [variable, key, expected] : {std::tuple("", "", "已暂停"),
+                                                      {"en_GB.UTF-8", "", "paused"},
+                                                      {"", "en", "paused"},
+                                                      {"zh_CN", "en", "已暂停"},
+                                                      {"xx", "en", "已暂停"}}) {
+            qputenv("ZRSCREEN_LANG", variable);
+            QSettings(path, QSettings::IniFormat).setValue("version/language", key);
+            chooseLanguage();
+            QCOMPARE(zr::tileDescription(paused), QString(expected));
+        }
+        qunsetenv("ZRSCREEN_LANG");
+        chooseLanguage();
+        QCOMPARE(zr::tileDescription(paused), QString("paused")); // from the file
+        forgetLanguage();
+        QCOMPARE(zr::tileDescription(paused), QString("已暂停"));
+        qunsetenv("ZRSCREEN_INI");
     }
 
 private:

@@ -4,6 +4,7 @@
 #include "diagnostics.h"
 #include "guithread.h"
 #include "hosthandles.h"
+#include "language.h"
 #include "platform.h"
 #include "qmylogthread.h"
 #include "qzrscreenconfig.h"
@@ -58,6 +59,7 @@ void destroyInterface()
     delete std::exchange(g_pRegistrationTimer, nullptr);
     releaseAllHandles();
     QZRScreenConfig::destroyInstance();
+    forgetLanguage();
 }
 
 /// Has the GUI thread do `work` and waits for `reached`, which the work sets, but not for ever:
@@ -150,6 +152,7 @@ void zr::attachLibrary()
     createTmpFrameDir();
     GuiThread::init();
     QZRScreenConfig::getInstance();
+    chooseLanguage();
     // A host's own application object may end before the library does.
     qAddPostRoutine(detachLibrary);
     registerExitTeardown();

@@ -1,5 +1,7 @@
 #include "editmenu.h"
 
+#include "texts.h"
+
 #include <QMenu>
 
 namespace {
@@ -10,14 +12,15 @@ struct Entry
     const char* name;
 };
 
-constexpr Entry kEntries[] = {{"&Undo", "撤销(&U)"},
-                              {"&Redo", "重做(&R)"},
-                              {"Cu&t", "剪切(&T)"},
-                              {"&Copy", "复制(&C)"},
-                              {"Copy &Link Location", "复制链接地址(&L)"},
-                              {"&Paste", "粘贴(&P)"},
-                              {"Delete", "删除"},
-                              {"Select All", "全选"}};
+constexpr Entry kEntries[] = {
+    {"&Undo", QT_TRANSLATE_NOOP("ZRScreenMod", "撤销(&U)")},
+    {"&Redo", QT_TRANSLATE_NOOP("ZRScreenMod", "重做(&R)")},
+    {"Cu&t", QT_TRANSLATE_NOOP("ZRScreenMod", "剪切(&T)")},
+    {"&Copy", QT_TRANSLATE_NOOP("ZRScreenMod", "复制(&C)")},
+    {"Copy &Link Location", QT_TRANSLATE_NOOP("ZRScreenMod", "复制链接地址(&L)")},
+    {"&Paste", QT_TRANSLATE_NOOP("ZRScreenMod", "粘贴(&P)")},
+    {"Delete", QT_TRANSLATE_NOOP("ZRScreenMod", "删除")},
+    {"Select All", QT_TRANSLATE_NOOP("ZRScreenMod", "全选")}};
 
 } // namespace
 
@@ -31,7 +34,7 @@ void openEditMenu(QMenu* menu, const QPoint& at)
         for (const Entry& entry : kEntries) {
             if (name != QLatin1String(entry.key))
                 continue;
-            const QString ours = QString::fromUtf8(entry.name);
+            const QString ours = zr::Text::tr(entry.name);
             action->setText(keys.isEmpty() ? ours : ours + QLatin1Char('\t') + keys);
         }
     }

@@ -4,6 +4,7 @@
 #include "platform.h"
 #include "qmyscrollbar.h"
 #include "qzrscreenconfig.h"
+#include "texts.h"
 
 #include <QCloseEvent>
 #include <QDebug>
@@ -171,11 +172,13 @@ void SelectDateTimeWidget::buildHead()
 
 void SelectDateTimeWidget::buildSheet()
 {
-    const char* const kWeekdays[] = {"一", "二", "三", "四", "五", "六", "日"};
+    const QString weekdays[] = {zr::Text::tr("一"), zr::Text::tr("二"), zr::Text::tr("三"),
+                                zr::Text::tr("四"), zr::Text::tr("五"), zr::Text::tr("六"),
+                                zr::Text::tr("日")};
     const QSize cell(px(kCellWidth), px(kCellHeight));
     for (int column = 0; column < zr::kCalendarColumns; ++column) {
         const int left = px(kMargin + column * (kCellWidth + kCellGap));
-        auto* const head = new QLabel(utf8(kWeekdays[column]), m_pContent);
+        auto* const head = new QLabel(weekdays[column], m_pContent);
         head->setAlignment(Qt::AlignCenter);
         head->setGeometry(left, px(kBodyTop), cell.width(), px(kWeekHeight));
         for (int row = 0; row < zr::kCalendarRows; ++row) {
@@ -201,8 +204,8 @@ void SelectDateTimeWidget::buildLists()
     m_hours.field = &zr::DateChoice::hour;
     m_minutes.logLabel = "[APP]minBtn:";
     m_minutes.field = &zr::DateChoice::minute;
-    buildList(m_hours, kHours, QStringLiteral("小时"), px(kListsLeft));
-    buildList(m_minutes, kMinutes, QStringLiteral("分钟"), px(kListsLeft + kListPitch));
+    buildList(m_hours, kHours, zr::Text::tr("小时"), px(kListsLeft));
+    buildList(m_minutes, kMinutes, zr::Text::tr("分钟"), px(kListsLeft + kListPitch));
 }
 
 void SelectDateTimeWidget::buildList(List& list, int rows, const QString& head, int left)
@@ -246,14 +249,14 @@ void SelectDateTimeWidget::buildFoot()
     const int width = px(64);
     const int height = px(kFootHeight);
     QPushButton* const clear =
-        makeButton(m_pContent, QStringLiteral("清空"), {px(kMargin), top, width, height});
+        makeButton(m_pContent, zr::Text::tr("清空"), {px(kMargin), top, width, height});
     clear->setObjectName(QStringLiteral("pushButtonClear"));
     connect(clear, &QPushButton::clicked, this, &SelectDateTimeWidget::on_pushButtonClear_clicked);
     QPushButton* const now =
-        makeButton(m_pContent, QStringLiteral("现在"), {px(kMargin) + width, top, width, height});
+        makeButton(m_pContent, zr::Text::tr("现在"), {px(kMargin) + width, top, width, height});
     now->setObjectName(QStringLiteral("pushButtonNow"));
     connect(now, &QPushButton::clicked, this, &SelectDateTimeWidget::on_pushButtonNow_clicked);
-    m_pOK = makeButton(m_pContent, QStringLiteral("确定"),
+    m_pOK = makeButton(m_pContent, zr::Text::tr("确定"),
                        {px(kWidth - kMargin) - width, top, width, height});
     m_pOK->setObjectName(QStringLiteral("pushButtonOK"));
     if (m_b4K) {
@@ -283,8 +286,7 @@ void SelectDateTimeWidget::setSelection(const zr::DateChoice& requested)
 
 void SelectDateTimeWidget::refreshInterface()
 {
-    m_pTitle->setText(QString::number(m_choice.year) + QStringLiteral("年 ")
-                      + QString::number(m_choice.month) + QStringLiteral("月"));
+    m_pTitle->setText(zr::Text::tr("%1年 %2月").arg(m_choice.year).arg(m_choice.month));
     buildMonth();
     styleLists();
     scrollLists();

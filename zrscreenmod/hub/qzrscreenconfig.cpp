@@ -40,7 +40,6 @@ QString fileNamePart(QString text)
 
 } // namespace
 
-/// What ZRSCREEN_INI names, else the program's own.
 QString iniFile()
 {
     const QString chosen = qEnvironmentVariable("ZRSCREEN_INI");

@@ -45,6 +45,9 @@ struct ScreenSettings
     std::atomic<bool> pauseShare{false};
 };
 
+/// What ZRSCREEN_INI names, else the program's own.
+QString iniFile();
+
 /// The switches that an INI file has; those that it has not keep their values.
 zr::OverlaySwitches readOverlaySwitches(const QString& iniFile);
 
@@ -80,7 +83,7 @@ public:
     // A tile that is shown asks anew after participantChanged and sigRefreshPlayDlg. Who changes
     // what a tile depends on emits one of them, and nothing else.
     /// No host call sets these: they have the values that a participant expects, and the INI file
-    /// changes them (docs/integrating.md).
+    /// changes them (docs/settings.md).
     const zr::OverlaySwitches& overlaySwitches() const { return m_overlaySwitches; }
     void setOverlaySwitches(const zr::OverlaySwitches& switches);
     /// All but the participant and the tile itself.

@@ -40,7 +40,7 @@ QString chooseLogFolder()
         return folder;
     std::fprintf(stderr, "ZRScreenMod: no log can be written in %s\n",
                  qPrintable(folders.join(QStringLiteral(" nor in "))));
-    return programFolder();
+    return folders.first();
 }
 
 } // namespace
@@ -56,7 +56,9 @@ QString firstWritableFolder(const QStringList& folders)
 
 QStringList logFolders()
 {
-    QStringList folders{programFolder(), userFolder()};
+    QStringList folders{userFolder()};
+    if (!zr::isSystemFolder(QCoreApplication::applicationDirPath()))
+        folders.prepend(programFolder());
     if (const QString chosen = qEnvironmentVariable("ZRSCREEN_LOG_DIR"); !chosen.isEmpty())
         folders.prepend(QDir(chosen).absolutePath());
     return folders;

@@ -3,6 +3,7 @@
 #include "cplaywidgetextend.h"
 #include "qzrscreenconfig.h"
 #include "screenplace.h"
+#include "texts.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -72,7 +73,7 @@ CDlgSpeakTool::CDlgSpeakTool()
                            | Qt::WindowDoesNotAcceptFocus)
 {
     setObjectName(QStringLiteral("QDlgSpeakTool"));
-    setWindowTitle(QStringLiteral("演讲者"));
+    setWindowTitle(zr::Text::tr("演讲者"));
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_QuitOnClose, false);
     setAttribute(Qt::WA_StyledBackground);
@@ -112,12 +113,11 @@ void CDlgSpeakTool::makeModeRow()
     m_pModeRow->setObjectName(QStringLiteral("widgetMode"));
     m_pModeRow->setStyleSheet(
         QStringLiteral("QWidget#widgetMode\n{\nbackground:rgb(42,46,54);\n}"));
-    m_pTitle = makeLabel(new QLabel(QStringLiteral("演讲者"), m_pModeRow), "label_Title");
+    m_pTitle = makeLabel(new QLabel(zr::Text::tr("演讲者"), m_pModeRow), "label_Title");
     auto* const row = new QHBoxLayout(m_pModeRow);
     row->addWidget(m_pTitle);
     row->addSpacerItem(new QSpacerItem(40, 20, QSizePolicy::Expanding, QSizePolicy::Minimum));
-    const QString names[] = {QStringLiteral("精简"), QStringLiteral("视频"),
-                             QStringLiteral("模式三")};
+    const QString names[] = {zr::Text::tr("精简"), zr::Text::tr("视频"), zr::Text::tr("模式三")};
     for (int i = 0; i < 3; ++i) {
         auto* const button = new QPushButton(m_pModeRow);
         button->setObjectName(QStringLiteral("pB_Mode%1").arg(i + 1));
@@ -345,7 +345,7 @@ bool CDlgSpeakTool::showsPicture() const
 
 void CDlgSpeakTool::setSpeaking(const QString& names)
 {
-    m_pSpeakingLabel->setText(names.isEmpty() ? QString() : QStringLiteral("正在讲话："));
+    m_pSpeakingLabel->setText(names.isEmpty() ? QString() : zr::Text::tr("正在讲话："));
     m_pSpeakingNames->setText(names);
 }
 

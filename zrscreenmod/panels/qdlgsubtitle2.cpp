@@ -3,6 +3,7 @@
 #include "nametext.h"
 #include "overlaypainter.h"
 #include "qzrscreenconfig.h"
+#include "texts.h"
 
 #include <QDebug>
 #include <QGraphicsScene>
@@ -46,7 +47,7 @@ QDlgSubtitle2::QDlgSubtitle2(QWidget* parent)
 {
     setWindowFlags(Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
     setGeometry(-10, -10, 9, 9);
-    m_pTitle = new QLabel(QStringLiteral("字幕"), this);
+    m_pTitle = new QLabel(zr::Text::tr("字幕"), this);
     m_pListObject->setObjectName(QStringLiteral("SubtitleList"));
     // 64 items at most, all of which move at once: an index would only be rebuilt.
     m_pScene->setItemIndexMethod(QGraphicsScene::NoIndex);

@@ -1,5 +1,7 @@
 #include "logfilerules.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 namespace {
@@ -59,4 +61,10 @@ QStringList zr::oldLogsToDelete(const QStringList& names, QDate today)
     QStringList files = logFilesOf(names, nameStart());
     files.erase(std::lower_bound(files.begin(), files.end(), threshold), files.end());
     return files;
+}
+
+bool zr::isSystemFolder(const QString& path)
+{
+    const QRegularExpression system(QStringLiteral("^/(usr/(local/)?)?(s?bin|lib\\w*|games)(/|$)"));
+    return system.match(path).hasMatch();
 }

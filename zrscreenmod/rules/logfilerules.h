@@ -31,4 +31,7 @@ constexpr int kLinesBetweenSizeChecks = 1000;
 /// only the first file stays.
 [[nodiscard]] QStringList oldLogsToDelete(const QStringList& names, QDate today);
 
+/// Whether only packages put files into this folder: what a program writes there, nobody removes.
+[[nodiscard]] bool isSystemFolder(const QString& path);
+
 } // namespace zr

@@ -2,6 +2,7 @@
 
 #include "personorder.h"
 #include "screenscale.h"
+#include "texts.h"
 
 #include <algorithm>
 #include <tuple>
@@ -431,7 +432,7 @@ void Builder::buildShare()
 
 void Builder::buildPaused(const QString& name)
 {
-    const QString suffix = QStringLiteral(" 暂停了屏幕共享");
+    const QString suffix = Text::tr(" 暂停了屏幕共享");
     const QSize full = scaled(m_sizes.paused);
     const QSize size(std::min(full.width(), m_width), full.height());
     OverlayElement& paused = at(OverlayPart::Paused);
@@ -511,17 +512,17 @@ bool OverlayElement::operator==(const OverlayElement& other) const
 QString roleName(int role)
 {
     if (role == kRoleHost)
-        return QStringLiteral("主持人");
-    return role == kRoleAdministrator ? QStringLiteral("管理员") : QString();
+        return Text::tr("主持人");
+    return role == kRoleAdministrator ? Text::tr("管理员") : QString();
 }
 
 QString lookText(LookMark look)
 {
     switch (look) {
     case LookMark::AllLook:
-        return QStringLiteral("全员看TA");
+        return Text::tr("全员看TA");
     case LookMark::LockLook:
-        return QStringLiteral("锁定看TA");
+        return Text::tr("锁定看TA");
     case LookMark::None:
     case LookMark::Unlabelled:
         break;
@@ -531,12 +532,12 @@ QString lookText(LookMark look)
 
 QString selfSuffix()
 {
-    return QStringLiteral("(我)");
+    return Text::tr("(我)");
 }
 
 QString shareSuffix()
 {
-    return QStringLiteral("发起的共享");
+    return Text::tr("发起的共享");
 }
 
 bool isWeakNetwork(const OverlayState& state)

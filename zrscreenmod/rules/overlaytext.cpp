@@ -1,6 +1,7 @@
 #include "overlaytext.h"
 
 #include "personorder.h"
+#include "texts.h"
 
 #include <QStringList>
 
@@ -19,21 +20,21 @@ QString tileDescription(const OverlayState& state)
     if (!state.bPerson)
         return {};
     if (state.bShare)
-        return state.bPaused ? QStringLiteral("已暂停") : QString();
+        return state.bPaused ? Text::tr("已暂停") : QString();
     QStringList parts;
     if (const QString role = roleName(state.iRole); !role.isEmpty())
         parts += role;
-    parts += state.bMute ? QStringLiteral("麦克风已静音") : QStringLiteral("麦克风已打开");
-    parts += state.bCamera ? QStringLiteral("摄像头已打开") : QStringLiteral("摄像头已关闭");
+    parts += state.bMute ? Text::tr("麦克风已静音") : Text::tr("麦克风已打开");
+    parts += state.bCamera ? Text::tr("摄像头已打开") : Text::tr("摄像头已关闭");
     if (state.bHand)
-        parts += QStringLiteral("已举手");
+        parts += Text::tr("已举手");
     if (state.bSpeaking)
-        parts += QStringLiteral("正在发言");
+        parts += Text::tr("正在发言");
     if (isWeakNetwork(state))
-        parts += QStringLiteral("网络不佳");
+        parts += Text::tr("网络不佳");
     if (const QString look = lookText(state.look); !look.isEmpty())
         parts += look;
-    return parts.join(QStringLiteral("，"));
+    return parts.join(Text::tr("，"));
 }
 
 } // namespace zr

@@ -2,6 +2,7 @@
 
 #include "overlaytext.h"
 #include "qdlgplayinfo.h"
+#include "texts.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
@@ -18,9 +19,10 @@ struct Action
     const char* localizedName;
 };
 
-constexpr std::array<Action, 3> kActions{{{OverlayControl::Microphone, "microphone", "麦克风"},
-                                          {OverlayControl::More, "more", "更多"},
-                                          {OverlayControl::LowerHand, "lowerHand", "放下手"}}};
+constexpr std::array<Action, 3> kActions{
+    {{OverlayControl::Microphone, "microphone", QT_TRANSLATE_NOOP("ZRScreenMod", "麦克风")},
+     {OverlayControl::More, "more", QT_TRANSLATE_NOOP("ZRScreenMod", "更多")},
+     {OverlayControl::LowerHand, "lowerHand", QT_TRANSLATE_NOOP("ZRScreenMod", "放下手")}}};
 
 const Action* findAction(const QString& name)
 {
@@ -67,7 +69,7 @@ public:
     QString localizedActionName(const QString& name) const override
     {
         const Action* action = findAction(name);
-        return action ? QString::fromUtf8(action->localizedName) : QString();
+        return action ? zr::Text::tr(action->localizedName) : QString();
     }
     QString localizedActionDescription(const QString& name) const override
     {

@@ -1,0 +1,17 @@
+# Puts the symbols of FILE where debuggers look for them, under the folder $ZR_PREFIX.
+get_filename_component(name ${FILE} NAME)
+if(WINDOWS)
+  set(symbols $ENV{ZR_PREFIX}/${BINDIR}/${name}.debug)
+else()
+  execute_process(COMMAND ${READELF} --notes ${FILE} OUTPUT_VARIABLE notes
+    COMMAND_ERROR_IS_FATAL ANY)
+  if(NOT notes MATCHES "Build ID: ([0-9a-f][0-9a-f])([0-9a-f]+)")
+    message(FATAL_ERROR "${FILE} has no build id")
+  endif()
+  set(symbols $ENV{ZR_PREFIX}/lib/debug/.build-id/${CMAKE_MATCH_1}/${CMAKE_MATCH_2}.debug)
+endif()
+get_filename_component(folder ${symbols} DIRECTORY)
+file(MAKE_DIRECTORY ${folder})
+execute_process(COMMAND ${OBJCOPY} --only-keep-debug --compress-debug-sections ${FILE} ${symbols}
+  COMMAND_ERROR_IS_FATAL ANY)
+file(CHMOD ${symbols} PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
