@@ -150,6 +150,7 @@ void zr::attachLibrary()
     createTmpFrameDir();
     GuiThread::init();
     QZRScreenConfig::getInstance();
+    calltrace::beginIfAsked();
     // A host's own application object may end before the library does.
     qAddPostRoutine(detachLibrary);
     registerExitTeardown();
@@ -182,6 +183,7 @@ void zr::detachLibrary()
             qDebug() << "end of the interface failed";
     }
     GuiThread::shutdown();
+    calltrace::end();
     closeLog(removeLogHandler);
     platform::keepQtLoaded(); // the GL driver came with the first tile
     QApplication* const app = std::exchange(g_pApp, nullptr);
@@ -266,6 +268,7 @@ void endWithProcess()
     }
     abandonAllHandles();
     GuiThread::shutdown();
+    calltrace::end();
     closeLog(dropLogMessages);
     // The host may still unload the module, in a destructor of its own.
     platform::keepModuleLoaded();
