@@ -188,10 +188,10 @@ private slots:
             got << QStringLiteral("%1:%2:%3")
                        .arg(step.timeMs)
                        .arg(step.line)
-                       .arg(QString::fromStdString(step.command.command->name));
-        QCOMPARE(got, (QStringList{"500:8:add", "500:9:quit", "1500:2:add", "1500:3:mute",
-                                   "1750:4:preview", "3750:7:call"}));
-        QCOMPARE(steps[0].command.arguments.text(2), std::string("Bob 李"));
+                       .arg(QString::fromStdString(step.command));
+        QCOMPARE(got, (QStringList{"500:8:add bob none \"Bob 李\"", "500:9:quit",
+                                   "1500:2:add alice", "1500:3:mute alice on",
+                                   "1750:4:preview alice on", "3750:7:call ZRScreen_GetCurMode"}));
 
         compareRows(
             {{"1 add a\n2 dance a", "! t:2: unknown command 'dance'"},
