@@ -20,8 +20,11 @@ constexpr unsigned kArrivalSpreadMs = 700;
 /// What comes many times a second and arranges nothing.
 bool isFrequent(const ScenarioStep& step)
 {
-    return step.command.find("PlayFrame ") != std::string::npos
-           || step.command.find("SetVolume ") != std::string::npos;
+    for (const char* const name : {"PlayFrame ", "SetVolume ", "UpdateUserNetStatus ", "expect "}) {
+        if (step.command.find(name) != std::string::npos)
+            return true;
+    }
+    return false;
 }
 
 } // namespace

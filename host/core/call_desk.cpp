@@ -310,6 +310,8 @@ void CallDesk::call(const std::vector<std::string>& words)
             end(row->arguments[i].kind, values[i].handle);
     }
     const Answer answer = callExport(m_session.exports(), *row, values);
+    if (m_replays && row == &zr::kExports[zr::table::kZRScreenExt_Release])
+        (void)m_session.stage().nativeWindow(m_session.parent()); // before the empty window
     if (isHandle(row->answer.kind))
         keep(name, row->answer.kind, answer.handle);
     else if (!m_replays && row->answer.kind != Kind::Nothing)

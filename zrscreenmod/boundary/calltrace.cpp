@@ -21,7 +21,7 @@ namespace calltrace {
 namespace {
 
 /// Of a picture that is not kept every so many rows tell it from others.
-constexpr std::size_t kSampledRows = 16;
+constexpr std::size_t kSampledRows = 32;
 
 /// A call that has begun and not ended.
 struct OpenCall
