@@ -26,19 +26,19 @@ file(WRITE ${WORK_DIR}/meeting.scenario [[
      call ZRScreen_UpdateUserNetStatus bob 2 off 5
      call ZRScreen_OpenSubtitle on
      call ZRScreen_AddSentence 1 0 Ann "Good morning. Can everybody hear me?"
-     call title=ZRCtrl_QLineEdit_Init main 10,20,200x30 Room
+     resize 1000x600
++0.3 call title=ZRCtrl_QLineEdit_Init main 10,20,200x30 Room
      call ZRCtrl_QLineEdit_SetText title "会议 5"
      call notes=ZRCtrl_QTextEdit_Init main 10,380,200x90 32 36 44
      call ZRCtrl_QTextEdit_SetText notes "1. one<br>2. two"
      call when=ZRScreenDate_Init main
-     resize 1000x600
 +0.5 call ZRScreen_ChangeLayout 2 0=bob,1=dora
      preview ann off
      delete dora
-+0.5 call ZRScreenDate_Move when 980,250 2150 12 1 9 30 -1
++0.5 call ZRScreenDate_Move when 780,250 2150 12 1 9 30 -1
      share bob y4m:letters.y4m
      call ZRScreenWtmark_SetInfo 1,王小明,13812345678,
-     mode 6
+     mode 12
      ext show ann
 +0.5 ext close
 +2   screenshot original.png

@@ -4,6 +4,8 @@
 #include "messages.h"
 #include "options.h"
 #include "scenario.h"
+#include "scenariowords.h"
+#include "traced_words.h"
 #include "y4m_reader.h"
 #include "zrscreenmod/zrscreenmod.h"
 
@@ -208,6 +210,22 @@ private slots:
             [](const std::string& text) {
                 return QString::number(parseScenario(text, "t").size());
             });
+    }
+
+    /// What the module writes into a trace, the host reads.
+    void recordedTextsComeBack()
+    {
+        for (const char* const given : {"", "Ann", "Ann \"B\" \\ 李", "a\\ b", "# a", "!null", "!x",
+                                        "a\nb\t", "\xff\xfe", "\x7f", "a,b=c", "100%", "%41"}) {
+            const std::string text = given;
+            const auto word = [](const QByteArray& written) {
+                const std::vector<std::string> words = splitWords(written.toStdString());
+                return words.size() == 1 ? words[0] : "split";
+            };
+            QCOMPARE(decodeText(word(zr::textWord(given, zr::TextEncoding::Utf8)), false), text);
+            QCOMPARE(decodeList(word(zr::listWord({given, "x"}))),
+                     (std::vector<std::string>{text, "x"}));
+        }
     }
 
     void messagesAreDescribed()
