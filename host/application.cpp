@@ -1,9 +1,11 @@
 #include "application.h"
 
+#include "command_table.h"
 #include "host_error.h"
 #include "host_keyboard.h"
 #include "png_file.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <random>
 #include <utility>
@@ -14,6 +16,16 @@ namespace {
 
 /// The videos of the participants who are there at the start begin within this time.
 constexpr unsigned kArrivalSpreadMs = 700;
+
+/// What comes many times a second and arranges nothing.
+bool isFrequent(const ScenarioStep& step)
+{
+    for (const char* const name : {"PlayFrame ", "SetVolume ", "UpdateUserNetStatus ", "expect "}) {
+        if (step.command.find(name) != std::string::npos)
+            return true;
+    }
+    return false;
+}
 
 } // namespace
 
@@ -41,14 +53,18 @@ int Application::run()
     settings.pictureSize = m_options.pictureSize;
     settings.fps = m_options.fps;
     settings.followStreams = m_options.followStreams;
+    settings.window = m_options.headless ? WindowId::None : WindowId::Main;
+    settings.frames = m_options.scenario + ".frames";
     m_session = std::make_unique<Session>(m_exports, *this, settings);
-    joinMeeting();
-    scheduleScenario();
+    if (!isReplay())
+        joinMeeting();
+    playScenario();
     watchInput();
     if (m_options.durationMs > 0)
         m_loop.after(m_options.durationMs, [this] { quit(); });
     m_loop.run();
     saveFinalScreenshot();
+    reportMessages();
     finish();
     return m_status;
 }
@@ -77,7 +93,7 @@ void Application::loadLibrary()
 
 void Application::joinMeeting()
 {
-    m_session->openScreen(m_options.headless ? WindowId::None : WindowId::Main);
+    m_session->openScreen();
     m_exports.ZRScreen.ChangeLayout(m_session->screen(), static_cast<eLayoutType>(m_options.mode),
                                     {});
     // The division keeps the numbers the same with every standard library.
@@ -88,16 +104,73 @@ void Application::joinMeeting()
     m_exports.ZRScreen.JoinMeetingFinish(m_session->screen(), true);
 }
 
-void Application::scheduleScenario()
+/// Whether the scenario is a trace, which brings its screen and participants along.
+bool Application::isReplay() const
 {
-    for (const ScenarioStep& step : m_scenario)
-        m_loop.after(step.timeMs, [this, &step] {
-            try {
-                step.command.run(*m_session);
-            } catch (const HostError& error) {
-                fail(m_options.scenario + ":" + std::to_string(step.line) + ": " + error.what());
-            }
-        });
+    return !m_scenario.empty() && m_scenario.front().command == "trace";
+}
+
+void Application::playScenario()
+{
+    if (m_options.untilMs >= 0) {
+        const auto isLate = [](int ms, const ScenarioStep& step) { return ms < step.timeMs; };
+        m_scenario.erase(
+            std::upper_bound(m_scenario.begin(), m_scenario.end(), m_options.untilMs, isLate),
+            m_scenario.end());
+    }
+    m_loop.after(0, [this] {
+        m_scenarioStart = std::chrono::steady_clock::now();
+        runDueSteps();
+    });
+}
+
+/// Runs steps, and comes back for the next ones.
+void Application::runDueSteps()
+{
+    using namespace std::chrono;
+    constexpr milliseconds kStretch(50); // of what comes often, between two looks at the window
+    const auto begin = steady_clock::now();
+    int timeMs = -1; // of the last step that may change the arrangement
+    while (m_nextStep < m_scenario.size()) {
+        const ScenarioStep& step = m_scenario[m_nextStep];
+        const auto due = m_scenarioStart + milliseconds(step.timeMs);
+        const auto now = steady_clock::now();
+        const bool isOther = timeMs >= 0 && step.timeMs != timeMs;
+        if (m_options.fast ? isOther || now > begin + kStretch : now < due) {
+            const auto left =
+                m_options.fast ? 0 : duration_cast<milliseconds>(due - now).count() + 1;
+            m_loop.after(static_cast<int>(left), [this] { runDueSteps(); });
+            return;
+        }
+        if (!isFrequent(step))
+            timeMs = step.timeMs;
+        ++m_nextStep;
+        runStep(step);
+    }
+    if (m_options.lingerMs >= 0)
+        m_loop.after(m_options.lingerMs, [this] { quit(); });
+}
+
+void Application::runStep(const ScenarioStep& step)
+{
+    try {
+        bindCommand(splitWords(step.command)).run(*m_session);
+    } catch (const HostError& error) {
+        fail(m_options.scenario + ":" + std::to_string(step.line) + ": " + error.what());
+    }
+}
+
+void Application::reportMessages()
+{
+    if (!m_options.checkMessages)
+        return;
+    const std::vector<std::string> differences = m_session->messages().differences();
+    for (const std::string& difference : differences)
+        print(difference);
+    print(differences.empty() ? "the messages are those of the scenario"
+                              : std::to_string(differences.size()) + " messages differ");
+    if (!differences.empty())
+        m_status = 1;
 }
 
 void Application::watchInput()
@@ -144,7 +217,7 @@ void Application::holdCommands(int ms)
 
 void Application::saveFinalScreenshot()
 {
-    if (m_options.screenshot.empty() || !m_session->hasScreen())
+    if (m_options.screenshot.empty() || !(m_session->hasScreen() || isReplay()))
         return;
     try {
         saveWindow(m_session->parent(), m_options.screenshot);
@@ -245,6 +318,7 @@ void Application::fail(const std::string& line)
 
 void Application::quit()
 {
+    m_nextStep = m_scenario.size();
     m_loop.quit();
 }
 

@@ -7,6 +7,7 @@
 #include "scenario.h"
 #include "session.h"
 
+#include <chrono>
 #include <deque>
 #include <memory>
 
@@ -39,7 +40,11 @@ public:
 private:
     void loadLibrary();
     void joinMeeting();
-    void scheduleScenario();
+    void playScenario();
+    void runDueSteps();
+    void runStep(const ScenarioStep& step);
+    void reportMessages();
+    [[nodiscard]] bool isReplay() const;
     void watchInput();
     void runTypedCommands();
     void runTyped(const std::string& line);
@@ -49,6 +54,8 @@ private:
 
     Options m_options;
     std::vector<ScenarioStep> m_scenario;
+    std::size_t m_nextStep = 0;
+    std::chrono::steady_clock::time_point m_scenarioStart;
     int m_status = 0;
     bool m_tolerant = false; ///< a person at the terminal can correct what failed
     bool m_held = false;

@@ -1,4 +1,5 @@
 #include "application.h"
+#include "command_table.h"
 #include "host_error.h"
 #include "host_platform.h"
 

@@ -5,8 +5,9 @@
 #include "host_platform.h"
 #include "native_rect.h"
 #include "session.h"
-#include "synthetic_picture.h"
+#include "traced_words.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <limits>
@@ -104,19 +105,24 @@ std::pair<std::string, const zr::Export*> findExport(const std::string& word)
     throw HostError("call: there is no export '" + name + "'");
 }
 
-int parsePixels(const std::string& text)
+/// Whatever it is: the module decides what it refuses.
+long long parseNumber(const std::string& text)
 {
-    constexpr int kMostPx = 32767;
-    return static_cast<int>(parseInteger(text, -kMostPx, kMostPx, "call"));
+    return parseInteger(text, LLONG_MIN, LLONG_MAX, "call");
 }
 
-WindowId parseWindow(const std::string& word)
+int parseInt(const std::string& text)
 {
-    if (word == "none")
-        return WindowId::None;
-    if (word == "main" || word == "second")
-        return word == "main" ? WindowId::Main : WindowId::Second;
-    throw HostError("call: '" + word + "' is none of none, main, second");
+    return static_cast<int>(parseInteger(text, INT_MIN, INT_MAX, "call"));
+}
+
+/// How many words a call has that a person types.
+std::size_t typedCount(const zr::Export& row)
+{
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < row.argumentCount; ++i)
+        count += usageOf(row.arguments[i]).empty() ? 0 : 1;
+    return count;
 }
 
 } // namespace
@@ -125,10 +131,11 @@ WindowId parseWindow(const std::string& word)
 class CallDesk::Reader
 {
 public:
-    Reader(const CallDesk& desk, const zr::Export& row, const std::vector<std::string>& words)
+    Reader(CallDesk& desk, const zr::Export& row, const std::vector<std::string>& words)
         : m_desk(desk)
         , m_row(row)
         , m_words(words)
+        , m_complete(words.size() - 1 == row.argumentCount)
     {
     }
 
@@ -136,24 +143,35 @@ public:
     {
         Value value;
         const bool typed = !usageOf(argument).empty();
-        const std::string word = typed ? m_words.at(m_at++) : std::string();
-        if (isHandle(argument.kind))
+        const std::string word = typed || m_complete ? m_words.at(m_at++) : std::string();
+        if (const auto wrong = wrongAddress(word))
+            pass(*wrong, value);
+        else if (isHandle(argument.kind))
             value.handle = m_desk.handle(argument.kind, word);
-        else if (!typed)
+        else if (!typed && argument.use != zr::Use::Ignored)
             fill(argument, value);
-        else
+        else if (!word.empty() || typed)
             parse(argument, word, value);
         return value;
     }
 
 private:
+    static constexpr int kBufferBytes = 4096;
+
+    static void pass(void* address, Value& value)
+    {
+        value.address = value.handle = address;
+        value.notify = reinterpret_cast<ZRNotify>(address);
+    }
+
     /// What the host adds by itself.
     void fill(const zr::Argument& argument, Value& value) const
     {
-        constexpr int kBufferBytes = 4096;
         if (argument.kind == Kind::Buffer)
             value.text.resize(kBufferBytes);
         value.length = kBufferBytes;
+        if (argument.kind == Kind::Length && m_complete)
+            value.length = std::min(parseInt(m_words.back()), kBufferBytes);
         if (argument.kind == Kind::Notify)
             value.notify = m_row.answer.kind == Kind::DatePicker ? &CallDesk::onDate
                            : m_row.answer.kind == Kind::Ext      ? &ExtDesk::notify
@@ -162,26 +180,24 @@ private:
 
     void parse(const zr::Argument& argument, const std::string& word, Value& value) const
     {
-        constexpr long long kMostInt = std::numeric_limits<int>::max();
         switch (argument.kind) {
         case Kind::Window:
-            value.handle = m_desk.m_session.stage().nativeWindow(parseWindow(word));
+            value.handle = m_desk.window(m_row, word);
             break;
         case Kind::HostValue:
-            value.handle = reinterpret_cast<void*>(
-                static_cast<std::uintptr_t>(parseInteger(word, 0, kMostInt, "call")));
+            value.handle = reinterpret_cast<void*>(static_cast<std::intptr_t>(parseNumber(word)));
             break;
         case Kind::Rectangle:
             parseRectangle(word, value.rect);
             break;
         case Kind::Point: {
             const std::vector<std::string> parts = split(word, 2);
-            value.point.x = parsePixels(parts[0]);
-            value.point.y = parsePixels(parts[1]);
+            value.point.x = parseInt(parts[0]);
+            value.point.y = parseInt(parts[1]);
             break;
         }
-        case Kind::Picture:
-            draw(parseSize(word, "call"), value);
+        case Kind::Picture: // of whom the word before it tells
+            value.frame = frameOf(m_desk.m_pictures.picture(m_words.at(m_at - 2), word));
             break;
         case Kind::Order:
             parseOrder(word, value.order);
@@ -190,13 +206,15 @@ private:
             parseWatermark(word, value.watermark);
             break;
         case Kind::Flag:
-            value.number = parseOnOff(word, "call") ? 1 : 0;
+            value.number = m_complete && word != "on" && word != "off"
+                               ? parseNumber(word)
+                               : (parseOnOff(word, "call") ? 1 : 0);
             break;
-        case Kind::Number: // the module decides what it refuses
-            value.number = parseInteger(word, -kMostInt - 1, kMostInt, "call");
+        case Kind::Number:
+            value.number = parseNumber(word);
             break;
         default:
-            value.text = argument.encoding == zr::Encoding::Utf8 ? word : toLocal8Bit(word);
+            value.text = decodeText(word, argument.encoding != zr::Encoding::Utf8);
             break;
         }
     }
@@ -204,72 +222,76 @@ private:
     /// @throws HostError for other than so many parts
     static std::vector<std::string> split(const std::string& word, std::size_t count)
     {
-        std::vector<std::string> parts = splitList(word);
+        std::vector<std::string> parts = decodeList(word);
         if (parts.size() != count)
             throw HostError("call: '" + word + "' has not " + std::to_string(count) + " parts");
         return parts;
     }
+    /// Position and size, or the four edges.
     static void parseRectangle(const std::string& word, tagRECT& rect)
     {
-        const std::vector<std::string> parts = split(word, 3);
-        const Size size = parseSize(parts[2], "call");
-        rect.left = parsePixels(parts[0]);
-        rect.top = parsePixels(parts[1]);
-        rect.right = rect.left + size.width;
-        rect.bottom = rect.top + size.height;
+        const bool isSized = word.find('x') != std::string::npos;
+        const std::vector<std::string> parts = split(word, isSized ? 3 : 4);
+        rect.left = parseInt(parts[0]);
+        rect.top = parseInt(parts[1]);
+        if (isSized) {
+            const Size size = parseSize(parts[2], "call");
+            rect.right = rect.left + size.width;
+            rect.bottom = rect.top + size.height;
+        } else {
+            rect.right = parseInt(parts[2]);
+            rect.bottom = parseInt(parts[3]);
+        }
     }
     static void parseOrder(const std::string& word, std::map<int, std::string>& order)
     {
-        for (const std::string& part : splitList(word)) {
+        for (const std::string& part : decodeList(word)) {
             const std::size_t equals = part.find('=');
             if (equals == std::string::npos && !word.empty())
                 throw HostError("call: '" + part + "' is not POSITION=ID");
             if (!word.empty())
-                order[parsePixels(part.substr(0, equals))] = part.substr(equals + 1);
+                order[parseInt(part.substr(0, equals))] = part.substr(equals + 1);
         }
     }
     static void parseWatermark(const std::string& word, __WTMark_Info& info)
     {
-        const std::vector<std::string> parts = split(word, 4);
-        info.bEnabled = true;
-        info.cloundType = parsePixels(parts[0]);
+        const bool isSwitched = std::count(word.begin(), word.end(), ',') == 4;
+        const std::vector<std::string> parts = split(word, isSwitched ? 5 : 4);
+        info.bEnabled = !isSwitched || parseOnOff(parts[4], "call");
+        info.cloundType = parseInt(parts[0]);
         info.name = toLocal8Bit(parts[1]);
         info.phone = parts[2];
         info.email = parts[3];
     }
-    static void draw(Size size, Value& value)
-    {
-        SyntheticSource source(0, 0, size, 1);
-        (void)source.next(value.picture);
-        value.frame = frameOf(value.picture);
-    }
 
-    const CallDesk& m_desk;
+    CallDesk& m_desk;
     const zr::Export& m_row;
     const std::vector<std::string>& m_words;
+    const bool m_complete; ///< with what the host adds by itself
     std::size_t m_at = 1;
 };
 
 CallDesk::CallDesk(Session& session)
     : m_session(session)
+    , m_pictures(session.settings().frames, session.settings().seed)
 {
     g_dateSession = &session;
 }
 
 CallDesk::~CallDesk()
 {
-    for (const auto& [name, named] : m_named)
-        releaseHandle(m_session.exports(), named.kind, named.handle);
+    for (const auto& [name, named] : m_named) {
+        if (!named.hasEnded && named.handle)
+            releaseHandle(m_session.exports(), named.kind, named.handle);
+    }
     g_dateSession = nullptr;
 }
 
 void CallDesk::check(const std::vector<std::string>& words)
 {
     const zr::Export& row = *findExport(words.front()).second;
-    std::size_t count = 1;
-    for (std::size_t i = 0; i < row.argumentCount; ++i)
-        count += usageOf(row.arguments[i]).empty() ? 0 : 1;
-    if (words.size() != count)
+    const std::size_t count = words.size() - 1;
+    if (count != typedCount(row) && count != row.argumentCount)
         throw HostError("call: write " + usageOf(row));
 }
 
@@ -277,20 +299,22 @@ void CallDesk::call(const std::vector<std::string>& words)
 {
     check(words);
     const auto [name, row] = findExport(words.front());
-    if (m_named.count(name) != 0)
+    if (const auto found = m_named.find(name); found != m_named.end() && !found->second.hasEnded)
         throw HostError("call: there is a '" + name + "' already");
     std::vector<Value> values;
     Reader reader(*this, *row, words);
     for (std::size_t i = 0; i < row->argumentCount; ++i)
         values.push_back(reader.read(row->arguments[i]));
     for (std::size_t i = 0; i < row->argumentCount; ++i) {
-        if (row->arguments[i].use == zr::Use::Ends && words.size() > 1)
-            m_named.erase(words[1]);
+        if (row->arguments[i].use == zr::Use::Ends)
+            end(row->arguments[i].kind, values[i].handle);
     }
     const Answer answer = callExport(m_session.exports(), *row, values);
+    if (m_replays && row == &zr::kExports[zr::table::kZRScreenExt_Release])
+        (void)m_session.stage().nativeWindow(m_session.parent()); // before the empty window
     if (isHandle(row->answer.kind))
         keep(name, row->answer.kind, answer.handle);
-    else if (row->answer.kind != Kind::Nothing)
+    else if (!m_replays && row->answer.kind != Kind::Nothing)
         m_session.stage().print(std::string(row->name) + " = " + wordsOf(*row, answer, values));
 }
 
@@ -304,15 +328,24 @@ std::string CallDesk::help()
 
 void CallDesk::keep(const std::string& name, Kind kind, void* handle)
 {
-    if (!handle)
+    if (!handle && !m_replays)
         throw HostError("call: the module gives no handle for '" + name + "'");
-    m_named.emplace(name, Named{kind, handle});
+    m_named[name] = {kind, handle};
+}
+
+void CallDesk::end(Kind kind, const void* handle)
+{
+    for (auto& [name, named] : m_named) {
+        if (named.kind == kind && named.handle == handle && !named.hasEnded)
+            named = {kind, *wrongAddress("!unknown"), true};
+    }
 }
 
 void* CallDesk::handle(Kind kind, const std::string& name) const
 {
     const auto found = m_named.find(name);
-    if (found != m_named.end() && found->second.kind == kind)
+    if (found != m_named.end() && found->second.kind == kind
+        && (m_replays || !found->second.hasEnded))
         return found->second.handle;
     switch (kind) {
     case Kind::Screen:
@@ -326,10 +359,50 @@ void* CallDesk::handle(Kind kind, const std::string& name) const
     }
 }
 
-int CallDesk::onDate(unsigned long message, unsigned long long wParam, long long)
+void CallDesk::resizeWindow(const std::string& name, Size size)
+{
+    RecordedWindow& window = m_windows[name];
+    window.size = size;
+    if (window.id && *window.id != WindowId::None)
+        m_session.stage().resizeWindow(*window.id, size);
+}
+
+HWND CallDesk::window(const zr::Export& row, const std::string& name)
+{
+    if (name == "none")
+        return nullptr;
+    if (name == "main" || name == "second")
+        return m_session.stage().nativeWindow(name == "main" ? WindowId::Main : WindowId::Second);
+    if (!m_replays)
+        throw HostError("call: '" + name + "' is none of none, main, second");
+    RecordedWindow& window = m_windows[name];
+    if (!window.id) {
+        const WindowId id = chooseWindow(row);
+        window.id = id;
+        if (id != WindowId::None && window.size.width > 0)
+            m_session.stage().resizeWindow(id, window.size);
+    }
+    return m_session.stage().nativeWindow(*window.id);
+}
+
+/// The host has two windows: extended screens go into the second one, and so does a screen in
+/// another window than the first.
+WindowId CallDesk::chooseWindow(const zr::Export& row) const
+{
+    if (m_session.parent() == WindowId::None)
+        return WindowId::None;
+    const auto isMain = [](const auto& entry) { return entry.second.id == WindowId::Main; };
+    const bool isTaken = std::any_of(m_windows.begin(), m_windows.end(), isMain);
+    const Kind kind = isHandle(row.answer.kind) ? row.answer.kind : row.arguments[0].kind;
+    return kind == Kind::Ext || (kind == Kind::Screen && isTaken) ? WindowId::Second
+                                                                  : WindowId::Main;
+}
+
+int CallDesk::onDate(unsigned long message, unsigned long long wParam, long long lParam)
 {
     if (!g_dateSession)
         return 0;
+    Session::note(message, wParam, lParam, true);
     std::string line = "date cleared";
     if (message == ZRDATE_CHOSEN) {
         const auto* const record =

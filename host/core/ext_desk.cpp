@@ -82,8 +82,9 @@ void ExtDesk::deliver(int number, VantrelRTCVideoFrameQT& frame) const
         m_api.PlayFrame(m_handle, &frame);
 }
 
-int ExtDesk::notify(unsigned long message, unsigned long long, long long hostValue)
+int ExtDesk::notify(unsigned long message, unsigned long long wParam, long long hostValue)
 {
+    Session::note(message, wParam, hostValue, false);
     if (g_extStage && message == ZRMSG_EXT_CLICK)
         g_extStage->print("extended screen clicked, participant " + std::to_string(hostValue));
     return 0;

@@ -1,7 +1,7 @@
 #include "messages.h"
 
 #include "host_platform.h"
-#include "zrscreenmod/zrscreenmod.h"
+#include "zrscreenmod/messagetable.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -10,55 +10,7 @@ namespace zrhost {
 
 namespace {
 
-enum class Arguments
-{
-    None,
-    Person,     ///< person, host value
-    Menu,       ///< horizontal position, host value
-    PlayHandle, ///< play handle, host value
-    Mode,
-    ModeClass,
-    UserId,
-    Edit,
-    ShareShown,
-};
-
-struct MessageText
-{
-    unsigned long id;
-    const char* name;
-    Arguments arguments;
-};
-
-#define ZRHOST_MESSAGE(name, arguments)                                                            \
-    {                                                                                              \
-        name, #name, Arguments::arguments                                                          \
-    }
-constexpr MessageText kMessages[] = {
-    ZRHOST_MESSAGE(ZRMSG_CLICK_AUDIO, Person),
-    ZRHOST_MESSAGE(ZRMSG_CLICK_MORE, Menu),
-    ZRHOST_MESSAGE(ZRMSG_DBLCLICK_LAYOUT, ModeClass),
-    ZRHOST_MESSAGE(ZRMSG_TILE_CLICK, None),
-    ZRHOST_MESSAGE(ZRMSG_CLICK_HANDUP, Person),
-    ZRHOST_MESSAGE(ZRMSG_FOCUS_PERSON, Person),
-    ZRHOST_MESSAGE(ZRMSG_GALLERY_PRESS, None),
-    ZRHOST_MESSAGE(ZRMSG_LOOK_TOAST_NOT_ALL, None),
-    ZRHOST_MESSAGE(ZRMSG_FOCUS_STREAM, UserId),
-    ZRHOST_MESSAGE(ZRMSG_FOCUS_KEPT, None),
-    ZRHOST_MESSAGE(ZRMSG_LOOK_TOAST_ALL, None),
-    ZRHOST_MESSAGE(ZRMSG_PERSON_REMOVED, Person),
-    ZRHOST_MESSAGE(ZRMSG_VIDEO_HIDDEN, Person),
-    ZRHOST_MESSAGE(ZRMSG_VIDEO_SHOWN, Person),
-    ZRHOST_MESSAGE(ZRMSG_MORE_MENU_CLOSED, None),
-    ZRHOST_MESSAGE(ZRMSG_PERSON_INFO_UPDATED, PlayHandle),
-    ZRHOST_MESSAGE(ZRMSG_EDIT_LBUTTON_DOWN, Edit),
-    ZRHOST_MESSAGE(ZRMSG_EDIT_LBUTTON_UP, Edit),
-    ZRHOST_MESSAGE(ZRMSG_EDIT_KEY, Edit),
-    ZRHOST_MESSAGE(ZRMSG_SCREEN_MODE, Mode),
-    ZRHOST_MESSAGE(ZRMSG_GALLERY_CLICK, None),
-    ZRHOST_MESSAGE(ZRMSG_SHARE_RECT_CHANGED, ShareShown),
-};
-#undef ZRHOST_MESSAGE
+using zr::MessageValue;
 
 std::string hex(unsigned long long value)
 {
@@ -67,37 +19,52 @@ std::string hex(unsigned long long value)
     return text;
 }
 
-std::string describeArguments(Arguments arguments, unsigned long long wParam, long long lParam,
-                              const HostValueName& nameOf)
+std::string textAt(unsigned long long address)
 {
-    const auto hostValue = [&] {
-        const std::string name = nameOf(lParam);
-        return " hostValue=" + (name.empty() ? std::to_string(lParam) : name);
-    };
-    switch (arguments) {
-    case Arguments::Person:
-        return " person=" + hex(wParam) + hostValue();
-    case Arguments::Menu:
-        return " right=" + std::to_string(static_cast<long long>(wParam)) + hostValue();
-    case Arguments::PlayHandle:
-        return " play=" + hex(wParam) + hostValue();
-    case Arguments::Mode:
-        return " mode=" + std::to_string(static_cast<long long>(wParam));
-    case Arguments::ModeClass:
-        return " class=" + std::to_string(wParam);
-    case Arguments::UserId: {
-        const char* const userId = reinterpret_cast<const char*>(static_cast<uintptr_t>(wParam));
-        return " userId=" + fromLocal8Bit(userId ? userId : "")
-               + (lParam != 0 ? " focus=new" : " focus=old");
+    const char* const text = reinterpret_cast<const char*>(static_cast<std::uintptr_t>(address));
+    return fromLocal8Bit(text ? text : "");
+}
+
+std::string dateAt(unsigned long long address)
+{
+    const auto* const at =
+        reinterpret_cast<const ZRDateRecord*>(static_cast<std::uintptr_t>(address));
+    return std::to_string(at->year) + '-' + std::to_string(at->month) + '-'
+           + std::to_string(at->day) + 'T' + std::to_string(at->hour) + ':'
+           + std::to_string(at->minute);
+}
+
+std::string describeFirst(MessageValue kind, unsigned long long value)
+{
+    switch (kind) {
+    case MessageValue::UserId:
+        return textAt(value);
+    case MessageValue::Date:
+        return dateAt(value);
+    case MessageValue::Number:
+        return std::to_string(static_cast<long long>(value));
+    default:
+        return hex(value);
     }
-    case Arguments::Edit:
-        return " edit=" + hex(wParam);
-    case Arguments::ShareShown:
-        return " shown=" + std::to_string(wParam);
-    case Arguments::None:
-        break;
+}
+
+/// What stays the same from one run to the next.
+std::string lasting(MessageValue kind, unsigned long long value)
+{
+    switch (kind) {
+    case MessageValue::Person:
+        return value != 0 ? "person" : "!null";
+    case MessageValue::Play:
+    case MessageValue::Edit:
+    case MessageValue::Ext:
+        return value != 0 ? "handle" : "!null";
+    case MessageValue::UserId:
+        return textAt(value);
+    case MessageValue::Date:
+        return dateAt(value);
+    default:
+        return std::to_string(static_cast<long long>(value));
     }
-    return {};
 }
 
 } // namespace
@@ -105,18 +72,31 @@ std::string describeArguments(Arguments arguments, unsigned long long wParam, lo
 std::string describeMessage(unsigned long message, unsigned long long wParam, long long lParam,
                             const HostValueName& nameOf)
 {
-    for (const MessageText& known : kMessages) {
-        if (known.id == message)
-            return "message " + std::string(known.name)
-                   + describeArguments(known.arguments, wParam, lParam, nameOf);
-    }
-    if (message >= 2 && message <= 4) {
-        const std::string name = nameOf(lParam);
-        return "stream request grade=" + std::to_string(message) + " for "
-               + (name.empty() ? std::to_string(lParam) : name);
-    }
-    return "message " + std::to_string(message) + " wParam=" + hex(wParam)
-           + " lParam=" + std::to_string(lParam);
+    const zr::MessageRow* const row = zr::messageRow(message, false);
+    if (!row)
+        return "message " + std::to_string(message) + " wParam=" + hex(wParam)
+               + " lParam=" + std::to_string(lParam);
+    const std::string name = row->lParam == MessageValue::HostValue ? nameOf(lParam) : "";
+    const std::string value = name.empty() ? std::to_string(lParam) : name;
+    if (message >= 2 && message <= 4)
+        return "stream request grade=" + std::to_string(message) + " for " + value;
+    std::string text = "message " + std::string(row->name);
+    if (row->wParam != MessageValue::Nothing)
+        text += ' ' + std::string(row->label) + '=' + describeFirst(row->wParam, wParam);
+    if (row->lParam == MessageValue::HostValue)
+        text += " hostValue=" + value;
+    if (row->lParam == MessageValue::Number)
+        text += lParam != 0 ? " focus=new" : " focus=old";
+    return text;
+}
+
+std::string lastingWords(unsigned long message, unsigned long long wParam, long long lParam,
+                         bool ofDatePicker)
+{
+    const zr::MessageRow* const row = zr::messageRow(message, ofDatePicker);
+    return (row ? row->name : std::to_string(message)) + ' '
+           + lasting(row ? row->wParam : MessageValue::Number, wParam) + ' '
+           + std::to_string(lParam);
 }
 
 } // namespace zrhost

@@ -15,4 +15,9 @@ using HostValueName = std::function<std::string(long long)>;
 [[nodiscard]] std::string describeMessage(unsigned long message, unsigned long long wParam,
                                           long long lParam, const HostValueName& nameOf);
 
+/// The message in words that are the same in every run: participants and handles are not told
+/// apart.
+[[nodiscard]] std::string lastingWords(unsigned long message, unsigned long long wParam,
+                                       long long lParam, bool ofDatePicker);
+
 } // namespace zrhost

@@ -59,6 +59,18 @@ const Option kOptions[] = {
      [](Options& o, const std::string& text) { o.windowSize = parseSize(text, "--size"); }},
     {"scenario", "FILE", "timed commands, one a line: \"1.5 mute alice on\"",
      [](Options& o, const std::string& text) { o.scenario = text; }},
+    {"speed", "real|fast", "of the scenario: at its times, or one command after the other",
+     [](Options& o, const std::string& text) {
+         if (text != "real" && text != "fast")
+             throw HostError("--speed: '" + text + "' is neither real nor fast");
+         o.fast = text == "fast";
+     }},
+    {"until", "S", "leave out the scenario's commands after so many seconds",
+     [](Options& o, const std::string& text) { o.untilMs = parseSecondsMs(text, "--until"); }},
+    {"linger", "S", "end so many seconds after the scenario's last command",
+     [](Options& o, const std::string& text) { o.lingerMs = parseSecondsMs(text, "--linger"); }},
+    {"check-messages", nullptr, "tell which messages a replayed trace has more or less of",
+     [](Options& o, const std::string&) { o.checkMessages = true; }},
     {"interactive", nullptr, "read commands from the input although it is no terminal",
      [](Options& o, const std::string&) { o.interactive = true; }},
     {"duration", "S", "end after so many seconds (default: when the window is closed)",

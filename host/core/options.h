@@ -23,6 +23,10 @@ struct Options
     std::string screenshot;
     unsigned seed = 1;
     std::string scenario;
+    bool fast = false; ///< the scenario's commands run one after the other
+    int untilMs = -1;  ///< of the scenario's commands those up to there; -1: all
+    int lingerMs = -1; ///< after the last one; -1: until the user ends the program
+    bool checkMessages = false;
     std::string library;
     bool followStreams = false;
     bool headless = false;

@@ -1,5 +1,6 @@
 #include "scenario.h"
 
+#include "command_table.h"
 #include "host_error.h"
 #include "host_platform.h"
 #include "text.h"
@@ -37,6 +38,15 @@ int takeTime(std::vector<std::string>& words, int previousMs)
     return parseSecondsMs(time, "time");
 }
 
+/// The words again as a line.
+std::string joinWords(const std::vector<std::string>& words)
+{
+    std::string line;
+    for (const std::string& word : words)
+        line += (line.empty() ? "" : " ") + quotedWord(word);
+    return line;
+}
+
 void addStep(std::vector<ScenarioStep>& steps, std::string_view text, int line, int& timeMs)
 {
     std::vector<std::string> words = splitWords(text);
@@ -45,11 +55,11 @@ void addStep(std::vector<ScenarioStep>& steps, std::string_view text, int line, 
     timeMs = takeTime(words, timeMs);
     if (words.empty())
         throw HostError("no command after the time");
-    ScenarioStep step{timeMs, line, bindCommand(words)};
-    if (step.command.waitMs > 0)
-        timeMs += step.command.waitMs;
+    const BoundCommand command = bindCommand(words);
+    if (command.waitMs > 0)
+        timeMs += command.waitMs;
     else
-        steps.push_back(std::move(step));
+        steps.push_back({timeMs, line, joinWords(words)});
 }
 
 } // namespace

@@ -1,8 +1,6 @@
 // A timed list of commands.
 #pragma once
 
-#include "command_table.h"
-
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,9 +9,9 @@ namespace zrhost {
 
 struct ScenarioStep
 {
-    int timeMs = 0; ///< after the start of the scenario
-    int line = 0;   ///< counted from 1
-    BoundCommand command;
+    int timeMs = 0;      ///< after the start of the scenario
+    int line = 0;        ///< counted from 1
+    std::string command; ///< for bindCommand; an hour's recorded calls are many
 };
 
 /// Reads a scenario and checks every command of it. One command a line, before it its time:

@@ -22,7 +22,7 @@ constexpr long long kJoinStepMs = 1000;
 VantrelRTCVideoFrameQT frameOf(const Picture& picture)
 {
     VantrelRTCVideoFrameQT frame{};
-    frame.pData = picture.data.data();
+    frame.pData = picture.data.empty() ? nullptr : picture.data.data();
     frame.width = static_cast<std::uint32_t>(picture.width);
     frame.height = static_cast<std::uint32_t>(picture.height);
     return frame;
@@ -32,9 +32,9 @@ Session::Session(const zr::Exports& exports, Stage& stage, const Settings& setti
     : m_exports(exports)
     , m_api(exports.ZRScreen)
     , m_stage(stage)
+    , m_settings(settings)
     , m_calls(*this)
     , m_ext(exports.ZRScreenExt, stage)
-    , m_settings(settings)
     , m_followStreams(settings.followStreams)
 {
     g_session = this;
@@ -46,15 +46,14 @@ Session::~Session()
     g_session = nullptr;
 }
 
-void Session::openScreen(WindowId window)
+void Session::openScreen()
 {
     if (m_screen)
         throw HostError("there is a screen already");
-    m_parent = window;
-    m_screen = m_api.Init(m_stage.nativeWindow(window), &Session::notify);
+    m_screen = m_api.Init(m_stage.nativeWindow(parent()), &Session::notify);
     if (!m_screen)
         throw HostError("ZRScreen_Init returned no screen");
-    fillWindow(m_stage.windowSize(window));
+    fillWindow(m_stage.windowSize(parent()));
 }
 
 void Session::closeScreen()
@@ -223,7 +222,7 @@ Participant& Session::person(const std::string& name)
 
 void Session::onWindowResized(WindowId window, Size size)
 {
-    if (m_screen && window == m_parent)
+    if (m_screen && window == parent())
         fillWindow(size);
     if (window == WindowId::Second)
         m_ext.onWindowResized(size);
@@ -254,10 +253,18 @@ std::string Session::nameOfHostValue(long long value) const
     return m_idsByNumber[static_cast<std::size_t>(value) - 1];
 }
 
+void Session::note(unsigned long message, unsigned long long wParam, long long lParam,
+                   bool ofDatePicker)
+{
+    if (g_session)
+        g_session->m_messages.seen(lastingWords(message, wParam, lParam, ofDatePicker));
+}
+
 int Session::notify(unsigned long message, unsigned long long wParam, long long lParam)
 {
     if (!g_session)
         return 0;
+    note(message, wParam, lParam, false);
     g_session->m_stage.print(describeMessage(message, wParam, lParam, [](long long value) {
         return g_session->nameOfHostValue(value);
     }));

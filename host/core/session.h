@@ -5,6 +5,7 @@
 #include "ext_desk.h"
 #include "media_source.h"
 #include "media_thread.h"
+#include "message_check.h"
 #include "stage.h"
 
 #include <memory>
@@ -37,9 +38,11 @@ public:
     struct Settings
     {
         unsigned seed = 1;
-        Size pictureSize{640, 360}; ///< of synthetic pictures
-        double fps = 25;            ///< of synthetic pictures
-        bool followStreams = false; ///< see followStreams()
+        Size pictureSize{640, 360};       ///< of synthetic pictures
+        double fps = 25;                  ///< of synthetic pictures
+        bool followStreams = false;       ///< see followStreams()
+        WindowId window = WindowId::Main; ///< for the screen
+        std::string frames;               ///< the file with the pictures of recorded calls
     };
 
     /// Both references must outlive the session.
@@ -48,8 +51,8 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// Creates the screen and lets it fill `window`. @throws HostError
-    void openScreen(WindowId window);
+    /// Creates the screen and lets it fill its window. @throws HostError
+    void openScreen();
     /// Removes the participants and releases the screen; nothing without a screen.
     void closeScreen();
     [[nodiscard]] bool hasScreen() const { return m_screen != nullptr; }
@@ -72,7 +75,9 @@ public:
     /// Shows a participant on the extended screen, with an open stream.
     void showExtended(Participant& participant);
 
-    [[nodiscard]] WindowId parent() const { return m_parent; }
+    [[nodiscard]] WindowId parent() const { return m_settings.window; }
+    [[nodiscard]] const Settings& settings() const { return m_settings; }
+    [[nodiscard]] MessageCheck& messages() { return m_messages; }
     /// The window has another size: the screen fills it again.
     void onWindowResized(WindowId window, Size size);
 
@@ -91,6 +96,9 @@ public:
 
     /// For ZRScreen_Init.
     static int notify(unsigned long message, unsigned long long wParam, long long lParam);
+    /// Takes down, for the comparison, what any of the notification functions hears.
+    static void note(unsigned long message, unsigned long long wParam, long long lParam,
+                     bool ofDatePicker);
 
 private:
     void startMedia(Participant& participant, int delayMs);
@@ -103,11 +111,11 @@ private:
     const zr::Exports& m_exports;
     const zr::ScreenExports& m_api;
     Stage& m_stage;
+    const Settings m_settings;
+    MessageCheck m_messages;
     CallDesk m_calls;
     ExtDesk m_ext; ///< outlives the media threads of m_people
-    Settings m_settings;
     void* m_screen = nullptr;
-    WindowId m_parent = WindowId::Main;
     std::vector<std::unique_ptr<Participant>> m_people;
     std::vector<std::string> m_idsByNumber; ///< also of those who have left: messages come late
     bool m_followStreams;

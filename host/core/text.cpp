@@ -63,6 +63,17 @@ std::vector<std::string> splitWords(std::string_view line)
     }
 }
 
+std::string quotedWord(const std::string& word)
+{
+    if (!word.empty() && word.front() != '#'
+        && word.find_first_of(" \t\r\n\"") == std::string::npos)
+        return word;
+    std::string quoted = "\"";
+    for (const char c : word)
+        quoted += (c == '"' || c == '\\' ? "\\" : "") + std::string(1, c);
+    return quoted + '"';
+}
+
 long long parseInteger(std::string_view text, long long min, long long max, std::string_view what)
 {
     long long value = 0;
@@ -105,7 +116,8 @@ bool parseOnOff(std::string_view text, std::string_view what)
 
 int parseSecondsMs(std::string_view text, std::string_view what)
 {
-    return static_cast<int>(std::lround(parseNumber(text, 0, 86400, what) * 1000));
+    constexpr double kMostSeconds = 2000000; // what a client runs for, and an int has milliseconds
+    return static_cast<int>(std::lround(parseNumber(text, 0, kMostSeconds, what) * 1000));
 }
 
 std::vector<std::string> splitList(const std::string& text)

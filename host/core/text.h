@@ -22,6 +22,9 @@ constexpr int kMaxEdgePx = 16384;
 /// @throws HostError for a quote that is not closed
 [[nodiscard]] std::vector<std::string> splitWords(std::string_view line);
 
+/// The way back for one word: in quotes where it needs them.
+[[nodiscard]] std::string quotedWord(const std::string& word);
+
 /// Splits at commas; an empty text is one empty part.
 [[nodiscard]] std::vector<std::string> splitList(const std::string& text);
 
@@ -34,7 +37,7 @@ constexpr int kMaxEdgePx = 16384;
 [[nodiscard]] Size parseSize(std::string_view text, std::string_view what);
 /// "on" or "1", "off" or "0".
 [[nodiscard]] bool parseOnOff(std::string_view text, std::string_view what);
-/// Seconds with a fraction, 0 to a day. @return milliseconds
+/// Seconds with a fraction, 0 to 2,000,000. @return milliseconds
 [[nodiscard]] int parseSecondsMs(std::string_view text, std::string_view what);
 
 /// Collects bytes into lines. A line longer than kMaxLineBytes is cut there.

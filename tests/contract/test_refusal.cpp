@@ -2,9 +2,12 @@
 // the exports tells what each argument is, and so what is wrong for it.
 #include "check.h"
 #include "meeting.h"
+#include "scenario.h"
+#include "text.h"
 
 #include <algorithm>
 #include <climits>
+#include <cstdlib>
 #include <map>
 #include <sstream>
 #include <utility>
@@ -364,6 +367,69 @@ void Victim::judge(const zr::Export& row, std::size_t at, const Hostile& hostile
     CHECK_ROW(argument.use != Use::Ends || isNamed(logged, row.name), "name in it, " + name);
 }
 
+/// The trace, which is a scenario of the demonstration host's: the words of each call.
+std::multimap<std::string, std::vector<std::string>> tracedCalls()
+{
+    const char* const file = std::getenv("ZRSCREEN_TRACE");
+    REQUIRE(file != nullptr);
+    std::multimap<std::string, std::vector<std::string>> calls;
+    for (const zrhost::ScenarioStep& step : zrhost::readScenario(file)) {
+        std::vector<std::string> words = zrhost::splitWords(step.command);
+        if (words[0] == "call")
+            calls.emplace(words[1].substr(words[1].find('=') + 1), words);
+    }
+    return calls;
+}
+
+/// Whether a call in the trace has one of its words.
+bool isTraced(const std::string& word)
+{
+    for (const auto& [name, words] : tracedCalls()) {
+        if (std::find(words.begin(), words.end(), word) != words.end())
+            return true;
+    }
+    return false;
+}
+
+/// What the trace says of a right argument; empty for what only it can name.
+std::string tracedWord(const zr::Argument& argument, const Value& value)
+{
+    switch (argument.kind) {
+    case Kind::Number:
+        return std::to_string(value.number);
+    case Kind::Flag:
+        return value.number == 0 ? "off" : "on";
+    case Kind::UserId:
+    case Kind::Text:
+        return value.text;
+    case Kind::HostValue:
+        return "1";
+    case Kind::Rectangle:
+        return "0,0,100,60";
+    case Kind::Order:
+        return "0=u1";
+    case Kind::Watermark:
+        return "1,Ann,1,a@b.c,on";
+    default:
+        return {};
+    }
+}
+
+/// Whether a call in the trace has these arguments.
+bool isTraced(const zr::Export& row, const std::vector<Value>& values)
+{
+    const auto calls = tracedCalls();
+    const auto [begin, end] = calls.equal_range(row.name);
+    return std::any_of(begin, end, [&](const auto& call) {
+        for (std::size_t i = 0; i < row.argumentCount; ++i) {
+            const std::string word = tracedWord(row.arguments[i], values[i]);
+            if (!word.empty() && call.second[i + 2] != word)
+                return false;
+        }
+        return call.second.size() == row.argumentCount + 2;
+    });
+}
+
 void Victim::attack(Round round)
 {
     m_round = round;
@@ -373,6 +439,7 @@ void Victim::attack(Round round)
         std::vector<Value> values;
         for (std::size_t i = 0; i < row.argumentCount; ++i) {
             values.push_back(right(row.arguments[i]));
+            values[i].number += static_cast<long long>(i % 2); // neighbours differ
             ends |= row.arguments[i].use == Use::Ends;
         }
         if (round == Round::Right && !ends) {
@@ -380,6 +447,7 @@ void Victim::attack(Round round)
             (void)refuses(row, values);
             const bool isFrequent = holdsOneOf(row.name, {"PlayFrame", "SetVolume"});
             CHECK_ROW(isNamed(log.take(), row.name) != isFrequent, row.name);
+            CHECK_ROW(isTraced(row, values), row.name);
         }
         for (std::size_t i = 0; round != Round::Right && i < row.argumentCount; ++i) {
             for (const Hostile& hostile : wrong(row.arguments[i]))
@@ -412,6 +480,8 @@ ZR_CASE(refusal, whatIsWrongIsRefusedAndNothingIsLost)
     void* const s = std::exchange(meeting.screen, nullptr);
     for (int i = 0; i < 2; ++i)
         zr.Release(s);
+    for (const char* const word : {"!null", "!unreadable", "!unknown", "320x180#none"})
+        CHECK_ROW(isTraced(word), word);
 }
 
 ZR_CASE(refusal, whatIsOddDoesNoHarm)
@@ -421,6 +491,7 @@ ZR_CASE(refusal, whatIsOddDoesNoHarm)
     Module& zr = m.zr;
     void* const s = meeting.screen;
     m.attack(Round::Odd);
+    CHECK(isTraced("!bytes:%FF%FE%C0%ED%A0%80%F8"));
     pump(100);
     // Join times are made unique by counting up, and there is nothing above the highest.
     for (int i = 0; i < 3; ++i) {

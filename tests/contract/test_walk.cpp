@@ -2,6 +2,7 @@
 // from inside messages. ZR_WALK_STEPS and ZR_WALK_SEED change its length and its course.
 #include "check.h"
 #include "mediaengine.h"
+#include "scenario.h"
 
 #include <algorithm>
 #include <climits>
@@ -317,4 +318,6 @@ ZR_CASE(walk, theGalleryBearsAnything)
     std::printf("ZR_WALK_STEPS=%lld ZR_WALK_SEED=%u\n", steps, seed);
     std::fflush(stdout);
     Walk(seed).run(steps);
+    if (const char* const trace = std::getenv("ZRSCREEN_TRACE")) // every line of it can be read
+        CHECK(zrhost::readScenario(trace).size() > static_cast<std::size_t>(steps));
 }

@@ -4,6 +4,8 @@
 #include "messages.h"
 #include "options.h"
 #include "scenario.h"
+#include "scenariowords.h"
+#include "traced_words.h"
 #include "y4m_reader.h"
 #include "zrscreenmod/zrscreenmod.h"
 
@@ -188,10 +190,10 @@ private slots:
             got << QStringLiteral("%1:%2:%3")
                        .arg(step.timeMs)
                        .arg(step.line)
-                       .arg(QString::fromStdString(step.command.command->name));
-        QCOMPARE(got, (QStringList{"500:8:add", "500:9:quit", "1500:2:add", "1500:3:mute",
-                                   "1750:4:preview", "3750:7:call"}));
-        QCOMPARE(steps[0].command.arguments.text(2), std::string("Bob 李"));
+                       .arg(QString::fromStdString(step.command));
+        QCOMPARE(got, (QStringList{"500:8:add bob none \"Bob 李\"", "500:9:quit",
+                                   "1500:2:add alice", "1500:3:mute alice on",
+                                   "1750:4:preview alice on", "3750:7:call ZRScreen_GetCurMode"}));
 
         compareRows(
             {{"1 add a\n2 dance a", "! t:2: unknown command 'dance'"},
@@ -208,6 +210,22 @@ private slots:
             [](const std::string& text) {
                 return QString::number(parseScenario(text, "t").size());
             });
+    }
+
+    /// What the module writes into a trace, the host reads.
+    void recordedTextsComeBack()
+    {
+        for (const char* const given : {"", "Ann", "Ann \"B\" \\ 李", "a\\ b", "# a", "!null", "!x",
+                                        "a\nb\t", "\xff\xfe", "\x7f", "a,b=c", "100%", "%41"}) {
+            const std::string text = given;
+            const auto word = [](const QByteArray& written) {
+                const std::vector<std::string> words = splitWords(written.toStdString());
+                return words.size() == 1 ? words[0] : "split";
+            };
+            QCOMPARE(decodeText(word(zr::textWord(given, zr::TextEncoding::Utf8)), false), text);
+            QCOMPARE(decodeList(word(zr::listWord({given, "x"}))),
+                     (std::vector<std::string>{text, "x"}));
+        }
     }
 
     void messagesAreDescribed()

@@ -98,6 +98,17 @@ bool isCallable(ZRNotify notify)
     return false;
 }
 
+bool isReadableInfo(const __WTMark_Info* info)
+{
+    if (!platform::isReadable(info, sizeof *info))
+        return false;
+    for (const std::string* text : {&info->name, &info->phone, &info->email}) {
+        if (text->size() > kMaxTextBytes || !platform::isReadable(text->data(), text->size() + 1))
+            return false;
+    }
+    return true;
+}
+
 PersonPin resolvePlay(const ScreenRef& screen, void* pPlay, const char* deletedText)
 {
     if (!pPlay) {

@@ -2,6 +2,7 @@
 // rectangles, choose the thread, and let no exception out.
 #pragma once
 
+#include "calltrace.h"
 #include "guithread.h"
 #include "libraryentry.h"
 #include "qdlgmain.h"
@@ -15,6 +16,7 @@
 #include <cstddef>
 #include <exception>
 #include <optional>
+#include <tuple>
 #include <utility>
 
 namespace boundary {
@@ -39,6 +41,10 @@ void closeForGood();
 /// a log line, when its memory cannot be read.
 [[nodiscard]] bool isCallable(ZRNotify notify);
 
+/// Whether the record and its texts can be read: the host may have been built with another standard
+/// library.
+[[nodiscard]] bool isReadableInfo(const __WTMark_Info* info);
+
 /// The host's texts are no longer than this, in bytes; a stray pointer into a large block, or a
 /// record of another library's, looks like one that is.
 constexpr std::size_t kMaxTextBytes = std::size_t(1024) * 1024;
@@ -51,6 +57,15 @@ resolvePlay(const ScreenRef& screen, void* pPlay,
             const char* deletedText = "iter != pScreen->mapHadDelPlay.end() failed");
 
 void logException(const char* what);
+
+constexpr bool isSameName(const char* a, const char* b)
+{
+    for (; *a == *b; ++a, ++b) {
+        if (*a == '\0')
+            return true;
+    }
+    return false;
+}
 
 /// Has the tiles of all screens follow a setting that they depend on. Any thread.
 void refreshAllTiles();
@@ -237,9 +252,15 @@ Result askGallery(void* hScreen, Result failure, Body&& body) noexcept
 /// The label is the export's own.
 #define ZR_LOG_THREAD(label) (ZR_CALL_SITE).log(label)
 
-/// The first line of every export.
-#define ZR_ENTER_OR_RETURN(failure)                                                                \
+/// The first line of every export, with its arguments as it has them, references as addresses. When
+/// the process ends it returns what a refused call does; while there is a trace it calls the export
+/// once more from inside, to record the call and its answer.
+#define ZR_ENTER(function, arguments)                                                              \
     do {                                                                                           \
+        static_assert(boundary::isSameName(__FUNCTION__, #function), "another export's first line");   \
+        constexpr const zr::Export& zrRow = zr::kExports[zr::table::k##function];                  \
         if (boundary::isClosed())                                                                  \
-            return failure;                                                                        \
+            return calltrace::refuse(zrRow, &(function));                                          \
+        if (calltrace::isOn() && calltrace::isToBeRecorded())                                      \
+            return calltrace::recordCall(zrRow, &(function), std::make_tuple arguments);           \
     } while (false)

@@ -1,5 +1,6 @@
 #include "hosthandles.h"
 
+#include "calltrace.h"
 #include "controlhandle.h"
 #include "datehandle.h"
 #include "exthandle.h"
@@ -20,8 +21,10 @@ int s_hubUsers = 0;
 bool CWin32UICallback::UIMsgNotify(unsigned long dwMsg, unsigned long long wParam, long long lParam)
 {
     qDebug() << "dwMsg:" << dwMsg << ",wParam:" << wParam << ",lParam:" << lParam;
-    if (m_pHandle && m_pHandle->m_hostNotify)
+    if (m_pHandle && m_pHandle->m_hostNotify) {
+        const calltrace::MessageScope traced(m_pHandle, {dwMsg, wParam, lParam});
         m_pHandle->m_hostNotify(dwMsg, wParam, lParam);
+    }
     return true;
 }
 

@@ -153,6 +153,7 @@ void zr::attachLibrary()
     GuiThread::init();
     QZRScreenConfig::getInstance();
     chooseLanguage();
+    calltrace::beginIfAsked();
     // A host's own application object may end before the library does.
     qAddPostRoutine(detachLibrary);
     registerExitTeardown();
@@ -185,6 +186,7 @@ void zr::detachLibrary()
             qDebug() << "end of the interface failed";
     }
     GuiThread::shutdown();
+    calltrace::end();
     closeLog(removeLogHandler);
     platform::keepQtLoaded(); // the GL driver came with the first tile
     QApplication* const app = std::exchange(g_pApp, nullptr);
@@ -269,6 +271,7 @@ void endWithProcess()
     }
     abandonAllHandles();
     GuiThread::shutdown();
+    calltrace::end();
     closeLog(dropLogMessages);
     // The host may still unload the module, in a destructor of its own.
     platform::keepModuleLoaded();

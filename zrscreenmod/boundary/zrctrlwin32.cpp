@@ -110,7 +110,7 @@ bool isBookkeeping(int attribute)
 
 void* ZR_CALL ZRCtrl_QLineEdit_Init(HWND parent, tagRECT* rc, const char* placeholder)
 {
-    ZR_ENTER_OR_RETURN(nullptr);
+    ZR_ENTER(ZRCtrl_QLineEdit_Init, (parent, rc, placeholder));
     ZR_LOG_THREAD("current thread:");
     return guarded<void*>(nullptr, [&]() -> void* {
         const auto rect = readRect(rc);
@@ -128,14 +128,14 @@ void* ZR_CALL ZRCtrl_QLineEdit_Init(HWND parent, tagRECT* rc, const char* placeh
 
 void ZR_CALL ZRCtrl_QLineEdit_Release(void* h)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QLineEdit_Release, (h));
     ZR_LOG_THREAD("current thread:");
     boundary::releaseHandle(g_lineEdits, h);
 }
 
 void ZR_CALL ZRCtrl_QLineEdit_SetParent(void* h, HWND parent)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QLineEdit_SetParent, (h, parent));
     ZR_LOG_THREAD("current thread:");
     onLineEdit(h, [parent](QMyLineEdit& edit) {
         const QPoint place = edit.geometry().topLeft();
@@ -146,7 +146,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetParent(void* h, HWND parent)
 
 void ZR_CALL ZRCtrl_QLineEdit_SetStyleSheet(void* h, const char* styleSheet)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QLineEdit_SetStyleSheet, (h, styleSheet));
     ZR_LOG_THREAD("current thread:");
     onLineEditWithText(h, styleSheet,
                        [](QMyLineEdit& edit, const QString& text) { edit.setStyleSheet(text); });
@@ -155,7 +155,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetStyleSheet(void* h, const char* styleSheet)
 int ZR_CALL ZRCtrl_QLineEdit_GetText(void* h, char* buf, int& len)
 {
     constexpr int kInvalid = -1;
-    ZR_ENTER_OR_RETURN(kInvalid);
+    ZR_ENTER(ZRCtrl_QLineEdit_GetText, (h, buf, &len));
     ZR_LOG_THREAD("current thread:");
     return guarded(kInvalid, [&] {
         if (!h)
@@ -190,7 +190,7 @@ int ZR_CALL ZRCtrl_QLineEdit_GetText(void* h, char* buf, int& len)
 
 void ZR_CALL ZRCtrl_QLineEdit_SetText(void* h, const char* text)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QLineEdit_SetText, (h, text));
     ZR_LOG_THREAD("current thread:");
     onLineEditWithText(h, text,
                        [](QMyLineEdit& edit, const QString& string) { edit.setText(string); });
@@ -198,7 +198,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetText(void* h, const char* text)
 
 void ZR_CALL ZRCtrl_QLineEdit_SetPlaceholderText(void* h, const char* text)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QLineEdit_SetPlaceholderText, (h, text));
     ZR_LOG_THREAD("current thread:");
     onLineEditWithText(
         h, text, [](QMyLineEdit& edit, const QString& string) { edit.setPlaceholderText(string); });
@@ -206,7 +206,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetPlaceholderText(void* h, const char* text)
 
 void ZR_CALL ZRCtrl_QLineEdit_MoveWindow(void* h, tagRECT* rc)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QLineEdit_MoveWindow, (h, rc));
     ZR_LOG_THREAD("current thread:");
     if (const auto rect = readRect(rc))
         onLineEdit(
@@ -215,7 +215,7 @@ void ZR_CALL ZRCtrl_QLineEdit_MoveWindow(void* h, tagRECT* rc)
 
 void ZR_CALL ZRCtrl_QLineEdit_Show(void* h, int bShow)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QLineEdit_Show, (h, bShow));
     ZR_LOG_THREAD("current thread:");
     onLineEdit(h, [bShow](QMyLineEdit& edit) {
         if (bShow == 0)
@@ -226,7 +226,7 @@ void ZR_CALL ZRCtrl_QLineEdit_Show(void* h, int bShow)
 
 void ZR_CALL ZRCtrl_QLineEdit_SetAttribute(void* h, int attr, bool on)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QLineEdit_SetAttribute, (h, attr, on));
     ZR_LOG_THREAD("current thread:");
     if (attr < 0 || attr >= Qt::WA_AttributeCount || isBookkeeping(attr)) {
         qDebug() << "attribute refused:" << attr;
@@ -239,7 +239,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetAttribute(void* h, int attr, bool on)
 
 void ZR_CALL ZRCtrl_QLineEdit_SetInputRexp(void* h, const char* pattern)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QLineEdit_SetInputRexp, (h, pattern));
     ZR_LOG_THREAD("current thread:");
     onLineEditWithText(h, pattern, [](QMyLineEdit& edit, const QString& text) {
         (void)edit.setInputPattern(text); // logs what it refuses
@@ -248,7 +248,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetInputRexp(void* h, const char* pattern)
 
 void ZR_CALL ZRCtrl_QLineEdit_SetObjectName(void* h, const char* name)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QLineEdit_SetObjectName, (h, name));
     ZR_LOG_THREAD("current thread:");
     onLineEditWithText(h, name,
                        [](QMyLineEdit& edit, const QString& text) { edit.setObjectName(text); });
@@ -256,7 +256,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetObjectName(void* h, const char* name)
 
 void ZR_CALL ZRCtrl_QLineEdit_SetEchoMode(void* h, int mode)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QLineEdit_SetEchoMode, (h, mode));
     ZR_LOG_THREAD("current thread:");
     if (mode < QLineEdit::Normal || mode > QLineEdit::PasswordEchoOnEdit) {
         qDebug() << "echo mode refused:" << mode;
@@ -268,7 +268,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetEchoMode(void* h, int mode)
 
 void ZR_CALL ZRCtrl_QLineEdit_SetMaxLength(void* h, int length)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QLineEdit_SetMaxLength, (h, length));
     ZR_LOG_THREAD("current thread:");
     if (length < 0) {
         qDebug() << "maximal length refused:" << length;
@@ -279,14 +279,14 @@ void ZR_CALL ZRCtrl_QLineEdit_SetMaxLength(void* h, int length)
 
 void ZR_CALL ZRCtrl_QLineEdit_SetFocus(void* h)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QLineEdit_SetFocus, (h));
     ZR_LOG_THREAD("current thread:");
     onLineEdit(h, [](QMyLineEdit& edit) { edit.takeFocus(); });
 }
 
 void ZR_CALL ZRCtrl_QLineEdit_SetCursorPos(void* h, int pos)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QLineEdit_SetCursorPos, (h, pos));
     ZR_LOG_THREAD("current thread:");
     onLineEdit(h, [pos](QMyLineEdit& edit) {
         edit.setCursorPosition(qBound(0, pos, edit.text().size()));
@@ -295,7 +295,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetCursorPos(void* h, int pos)
 
 void ZR_CALL ZRCtrl_QLineEdit_SetSelection(void* h, int start, int length)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QLineEdit_SetSelection, (h, start, length));
     ZR_LOG_THREAD("current thread:");
     onLineEdit(h, [start, length](QMyLineEdit& edit) {
         const int size = edit.text().size();
@@ -312,7 +312,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetSelection(void* h, int start, int length)
 void* ZR_CALL ZRCtrl_QTextEdit_Init(HWND parent, tagRECT* rc, unsigned char r, unsigned char g,
                                     unsigned char b)
 {
-    ZR_ENTER_OR_RETURN(nullptr);
+    ZR_ENTER(ZRCtrl_QTextEdit_Init, (parent, rc, r, g, b));
     ZR_LOG_THREAD("current thread:");
     return guarded<void*>(nullptr, [&]() -> void* {
         const auto rect = readRect(rc);
@@ -325,14 +325,14 @@ void* ZR_CALL ZRCtrl_QTextEdit_Init(HWND parent, tagRECT* rc, unsigned char r, u
 
 void ZR_CALL ZRCtrl_QTextEdit_Release(void* h)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QTextEdit_Release, (h));
     ZR_LOG_THREAD("current thread:");
     boundary::releaseHandle(g_textEdits, h);
 }
 
 void ZR_CALL ZRCtrl_QTextEdit_SetText(void* h, const char* text)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRCtrl_QTextEdit_SetText, (h, text));
     ZR_LOG_THREAD("current thread:");
     guarded(false, [&] {
         if (const auto string = readUtf8(text)) {

@@ -11,7 +11,7 @@ using boundary::guarded;
 
 void* ZR_CALL ZRScreenDate_Init(HWND parent, ZRNotify notify)
 {
-    ZR_ENTER_OR_RETURN(nullptr);
+    ZR_ENTER(ZRScreenDate_Init, (parent, notify));
     ZR_LOG_THREAD("current thread:");
     return guarded<void*>(nullptr, [&]() -> void* {
         if (!boundary::isCallable(notify))
@@ -22,7 +22,7 @@ void* ZR_CALL ZRScreenDate_Init(HWND parent, ZRNotify notify)
 
 void ZR_CALL ZRScreenDate_Release(void* h)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRScreenDate_Release, (h));
     ZR_LOG_THREAD("current thread:");
     boundary::releaseHandle(g_datePickers, h);
 }
@@ -30,7 +30,7 @@ void ZR_CALL ZRScreenDate_Release(void* h)
 void ZR_CALL ZRScreenDate_Move(void* h, tagPOINT* pt, int year, int month, int day, int hour,
                                int minute, int second)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRScreenDate_Move, (h, pt, year, month, day, hour, minute, second));
     ZR_LOG_THREAD("current thread:");
     int32_t place[2]; // x, y on every system
     if (!platform::isReadable(pt, sizeof place)) {
@@ -50,7 +50,7 @@ void ZR_CALL ZRScreenDate_Move(void* h, tagPOINT* pt, int year, int month, int d
 
 void ZR_CALL ZRScreenDate_Hide(void* h)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRScreenDate_Hide, (h));
     ZR_LOG_THREAD("current thread:");
     boundary::onControl(g_datePickers, h,
                         [](const ST_ZRDateHdl& picker) { picker.m_pWidget->hide(); });

@@ -51,7 +51,7 @@ bool hasPerson(const QDlgExtScreen& dialog)
 
 void* ZR_CALL ZRScreenExt_Init(HWND parent, ZRNotify notify)
 {
-    ZR_ENTER_OR_RETURN(nullptr);
+    ZR_ENTER(ZRScreenExt_Init, (parent, notify));
     ZR_LOG_THREAD("thread:");
     return guarded<void*>(nullptr, [&]() -> void* {
         if (!boundary::isCallable(notify))
@@ -62,14 +62,14 @@ void* ZR_CALL ZRScreenExt_Init(HWND parent, ZRNotify notify)
 
 void ZR_CALL ZRScreenExt_Release(void* h)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRScreenExt_Release, (h));
     ZR_LOG_THREAD("thread:");
     boundary::releaseHandle(g_extScreens, h);
 }
 
-int ZR_CALL ZRScreenExt_Move(void* h, tagRECT* rc, int)
+int ZR_CALL ZRScreenExt_Move(void* h, tagRECT* rc, int unused)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreenExt_Move, (h, rc, unused));
     if (!h)
         return 0;
     ZR_LOG_THREAD("thread:");
@@ -86,7 +86,7 @@ int ZR_CALL ZRScreenExt_Move(void* h, tagRECT* rc, int)
 int ZR_CALL ZRScreenExt_SetPersonInfo(void* h, void* pUserData, const char* userId, bool bSelf,
                                       int iRole, const char* name, int iColor)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreenExt_SetPersonInfo, (h, pUserData, userId, bSelf, iRole, name, iColor));
     if (!h)
         return 0;
     ZR_LOG_THREAD("thread:");
@@ -106,7 +106,7 @@ int ZR_CALL ZRScreenExt_SetPersonInfo(void* h, void* pUserData, const char* user
 
 int ZR_CALL ZRScreenExt_PlayFrame(void* h, void* pFrame)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreenExt_PlayFrame, (h, pFrame));
     return with(g_extScreens, h, 0, [&](const ExtRef& ext) {
         if (!pFrame) {
             qDebug() << "pWin32Frame == nullptr";
@@ -119,28 +119,28 @@ int ZR_CALL ZRScreenExt_PlayFrame(void* h, void* pFrame)
 
 int ZR_CALL ZRScreenExt_SetAllLook(void* h, bool bAllLook)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreenExt_SetAllLook, (h, bAllLook));
     return onExt(h, ZR_CALL_SITE, hasPerson,
                  [bAllLook](QDlgExtScreen& dialog) { dialog.setAllLook(bAllLook); });
 }
 
 int ZR_CALL ZRScreenExt_SetLockLook(void* h, bool bLockLook)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreenExt_SetLockLook, (h, bLockLook));
     return onExt(h, ZR_CALL_SITE, hasPerson,
                  [bLockLook](QDlgExtScreen& dialog) { dialog.setLockLook(bLockLook); });
 }
 
 int ZR_CALL ZRScreenExt_SetMute(void* h, int bMute)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreenExt_SetMute, (h, bMute));
     return onExt(h, ZR_CALL_SITE, hasPerson,
                  [bMute](QDlgExtScreen& dialog) { dialog.setMute(bMute != 0); });
 }
 
 int ZR_CALL ZRScreenExt_SetVolume(void* h, const char* userId, int iVolume)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreenExt_SetVolume, (h, userId, iVolume));
     if (!h)
         return 0;
     const boundary::CallSite here = ZR_CALL_SITE;
@@ -159,7 +159,7 @@ int ZR_CALL ZRScreenExt_SetVolume(void* h, const char* userId, int iVolume)
 
 int ZR_CALL ZRScreenExt_Preview(void* h, bool bPreview)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreenExt_Preview, (h, bPreview));
     return onExt(h, ZR_CALL_SITE, hasPerson,
                  [bPreview](QDlgExtScreen& dialog) { dialog.setPreview(bPreview); });
 }
@@ -167,7 +167,7 @@ int ZR_CALL ZRScreenExt_Preview(void* h, bool bPreview)
 int ZR_CALL ZRScreenExt_UpdateUserNetStatus(void* h, const char* userId, int iType, bool bBad,
                                             int iLevel)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreenExt_UpdateUserNetStatus, (h, userId, iType, bBad, iLevel));
     if (!h)
         return 0;
     const auto id = readLocal8Bit(userId);
@@ -183,7 +183,7 @@ int ZR_CALL ZRScreenExt_UpdateUserNetStatus(void* h, const char* userId, int iTy
 ZRRect ZR_CALL ZRScreenExt_GetShareWgtPos(void* h)
 {
     const ZRRect none{0, 0, 0, 0};
-    ZR_ENTER_OR_RETURN(none);
+    ZR_ENTER(ZRScreenExt_GetShareWgtPos, (h));
     if (!h)
         return none;
     ZR_LOG_THREAD("thread:");

@@ -33,7 +33,7 @@ bool stands(const ScreenRef& screen, void* hScreen, void* play, quint64 serial)
 
 void* ZR_CALL ZRScreen_Init(HWND hParent, ZRNotify notify)
 {
-    ZR_ENTER_OR_RETURN(nullptr);
+    ZR_ENTER(ZRScreen_Init, (hParent, notify));
     ZR_LOG_THREAD("thread:");
     return guarded<void*>(nullptr, [&]() -> void* {
         if (!boundary::isCallable(notify))
@@ -50,7 +50,7 @@ void* ZR_CALL ZRScreen_Init(HWND hParent, ZRNotify notify)
 
 int ZR_CALL ZRScreen_SetParent(void* hScreen, HWND hParent)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetParent, (hScreen, hParent));
     ZR_LOG_THREAD("current thread:");
     return askDialog(hScreen, 0, [hParent](QDlgMain& dialog) {
         dialog.moveInto(hParent);
@@ -58,9 +58,9 @@ int ZR_CALL ZRScreen_SetParent(void* hScreen, HWND hParent)
     });
 }
 
-int ZR_CALL ZRScreen_MoveWindow(void* hScreen, tagRECT* pRect, int)
+int ZR_CALL ZRScreen_MoveWindow(void* hScreen, tagRECT* pRect, int unused)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_MoveWindow, (hScreen, pRect, unused));
     ZR_LOG_THREAD("thread:");
     const auto rect = readRect(pRect);
     if (!rect)
@@ -74,14 +74,14 @@ int ZR_CALL ZRScreen_MoveWindow(void* hScreen, tagRECT* pRect, int)
 
 void ZR_CALL ZRScreen_Release(void* hScreen)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRScreen_Release, (hScreen));
     ZR_LOG_THREAD("current thread:");
     boundary::releaseHandle(g_screens, hScreen);
 }
 
 int ZR_CALL ZRScreen_ExitMeeting(void* hScreen)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_ExitMeeting, (hScreen));
     ZR_LOG_THREAD("current thread:");
     return askGallery(hScreen, 0, [](QDlgScreen& gallery) { return gallery.ProcessExitMeeting(); });
 }
@@ -91,7 +91,7 @@ int ZR_CALL ZRScreen_ExitMeeting(void* hScreen)
 void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName, long long joinTime,
                                  int hostInt, void* hostValue)
 {
-    ZR_ENTER_OR_RETURN(nullptr);
+    ZR_ENTER(ZRScreen_AddPerson, (hScreen, userId, userName, joinTime, hostInt, hostValue));
     ZR_LOG_THREAD("thead:");
     return guarded<void*>(nullptr, [&]() -> void* {
         const ScreenRef screen = g_screens.pin(hScreen);
@@ -105,6 +105,7 @@ void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName, lo
         }
         const QString name = isShareScreenId(*id) ? QString() : *givenName;
         ST_ZRPlayHdl* play = screen->issuePlay(*id, name);
+        calltrace::announce(play);
         quint64 serial = 0; // of the participant; none has 0
         // The tile is a widget and must be built on the GUI thread, and the caller gets a handle
         // that is complete: it waits.
@@ -127,15 +128,15 @@ void* ZR_CALL ZRScreen_AddPerson(void* hScreen, char* userId, char* userName, lo
 
 int ZR_CALL ZRScreen_JoinMeetingFinish(void* hScreen, bool bFinish)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_JoinMeetingFinish, (hScreen, bFinish));
     ZR_LOG_THREAD("ZRScreen_JoinMeetingFinish thead:");
     return onGallery(hScreen,
                      [bFinish](QDlgScreen& gallery) { gallery.setJoinMeetingFinish(bFinish); });
 }
 
-int ZR_CALL ZRScreen_DelPerson(void* hScreen, void* pPlay, bool)
+int ZR_CALL ZRScreen_DelPerson(void* hScreen, void* pPlay, bool unused)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_DelPerson, (hScreen, pPlay, unused));
     const boundary::CallSite here = ZR_CALL_SITE;
     here.log("thread,hPlay:") << pPlay;
     return with(g_screens, hScreen, 0, [&](const ScreenRef& screen) {
@@ -154,7 +155,7 @@ int ZR_CALL ZRScreen_DelPerson(void* hScreen, void* pPlay, bool)
 
 int ZR_CALL ZRScreen_PlayFrame(void* hScreen, void* pPlay, void* pWin32Frame)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_PlayFrame, (hScreen, pPlay, pWin32Frame));
     return with(g_screens, hScreen, 0, [&](const ScreenRef& screen) {
         if (!pPlay) {
             qDebug() << "hPlay == nullptr failed";
@@ -175,7 +176,7 @@ int ZR_CALL ZRScreen_PlayFrame(void* hScreen, void* pPlay, void* pWin32Frame)
 int ZR_CALL ZRScreen_SetPersonInfo(void* hScreen, void* pPlay, bool bSelf, int iRoleType,
                                    char* name, int iIdentity)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetPersonInfo, (hScreen, pPlay, bSelf, iRoleType, name, iIdentity));
     ZR_LOG_THREAD("thread:");
     return withPerson(hScreen, pPlay, [&](const ScreenRef& screen, const PersonPin& person) {
         const auto text = readUtf8(name);
@@ -191,7 +192,7 @@ int ZR_CALL ZRScreen_SetPersonInfo(void* hScreen, void* pPlay, bool bSelf, int i
 
 int ZR_CALL ZRScreen_SetMute(void* hScreen, void* pPlay, int bMute)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetMute, (hScreen, pPlay, bMute));
     ZR_LOG_THREAD("thread:");
     return onPerson(hScreen, pPlay, [bMute](QDlgScreen& gallery, tagPersonInfo* person) {
         gallery.onModAudioMute(person, bMute != 0);
@@ -200,7 +201,7 @@ int ZR_CALL ZRScreen_SetMute(void* hScreen, void* pPlay, int bMute)
 
 int ZR_CALL ZRScreen_SetVolume(void* hScreen, void* pPlay, int iVolume)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetVolume, (hScreen, pPlay, iVolume));
     const boundary::CallSite here = ZR_CALL_SITE;
     return withPerson(hScreen, pPlay, [&](const ScreenRef&, const PersonPin& person) {
         // Reports come ten times a second for everybody, and few change a microphone: only those
@@ -217,7 +218,7 @@ int ZR_CALL ZRScreen_SetVolume(void* hScreen, void* pPlay, int iVolume)
 
 int ZR_CALL ZRScreen_Preview(void* hScreen, void* pPlay, bool bPreview)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_Preview, (hScreen, pPlay, bPreview));
     ZR_LOG_THREAD("thread:") << ",hPlay:" << pPlay << ",bPreview:" << bPreview;
     return onPerson(
         hScreen, pPlay,
@@ -229,7 +230,7 @@ int ZR_CALL ZRScreen_Preview(void* hScreen, void* pPlay, bool bPreview)
 
 int ZR_CALL ZRScreen_SetPersonHandUp(void* hScreen, void* pPlay, bool bHandUp)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetPersonHandUp, (hScreen, pPlay, bHandUp));
     ZR_LOG_THREAD("thread:");
     return onPerson(hScreen, pPlay, [bHandUp](QDlgScreen& gallery, tagPersonInfo* person) {
         gallery.onModPersonHandup(person, bHandUp);
@@ -239,7 +240,7 @@ int ZR_CALL ZRScreen_SetPersonHandUp(void* hScreen, void* pPlay, bool bHandUp)
 int ZR_CALL ZRScreen_UpdateUserNetStatus(void* hScreen, const char* userId, int dir, bool bIsWeak,
                                          int nNetStatus)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_UpdateUserNetStatus, (hScreen, userId, dir, bIsWeak, nNetStatus));
     ZR_LOG_THREAD("thread:");
     const auto id = readLocal8Bit(userId);
     if (!id)
@@ -254,7 +255,7 @@ int ZR_CALL ZRScreen_UpdateUserNetStatus(void* hScreen, const char* userId, int 
 int ZR_CALL ZRScreen_ChangeLayout(void* hScreen, eLayoutType eType,
                                   const std::map<int, std::string>& sorting)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_ChangeLayout, (hScreen, eType, &sorting));
     ZR_LOG_THREAD("thread:");
     // Queued together: the mode must not overtake the order it belongs to.
     return guarded(0, [&] {
@@ -267,7 +268,7 @@ int ZR_CALL ZRScreen_ChangeLayout(void* hScreen, eLayoutType eType,
 
 int ZR_CALL ZRScreen_GetCurMode(void* hScreen)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_GetCurMode, (hScreen));
     ZR_LOG_THREAD("thread:");
     int mode = 0;
     onHub(hScreen, [&mode](const QZRScreenConfig& hub) { mode = hub.curScreenMode(); });
@@ -276,7 +277,7 @@ int ZR_CALL ZRScreen_GetCurMode(void* hScreen)
 
 int ZR_CALL ZRScreen_ReOrder(void* hScreen, bool bKeepFocusPerson)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_ReOrder, (hScreen, bKeepFocusPerson));
     ZR_LOG_THREAD("thread:");
     return onHub(hScreen, [bKeepFocusPerson](QZRScreenConfig& hub) {
         emit hub.notifyDisplayOrder(bKeepFocusPerson);
@@ -285,7 +286,7 @@ int ZR_CALL ZRScreen_ReOrder(void* hScreen, bool bKeepFocusPerson)
 
 int ZR_CALL ZRScreen_FocusByUserID(void* hScreen, char* userId, bool bVolActive)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_FocusByUserID, (hScreen, userId, bVolActive));
     ZR_LOG_THREAD("thread:");
     const auto id = readLocal8Bit(userId);
     if (!id)
@@ -297,7 +298,7 @@ int ZR_CALL ZRScreen_FocusByUserID(void* hScreen, char* userId, bool bVolActive)
 
 int ZR_CALL ZRScreen_LockLook(void* hScreen, void* pPlay, int bLock)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_LockLook, (hScreen, pPlay, bLock));
     ZR_LOG_THREAD("thread:");
     return onPerson(hScreen, pPlay, [bLock](QDlgScreen& gallery, tagPersonInfo* person) {
         gallery.onModLookLock(person, bLock != 0);
@@ -306,7 +307,7 @@ int ZR_CALL ZRScreen_LockLook(void* hScreen, void* pPlay, int bLock)
 
 int ZR_CALL ZRScreen_AllLook(void* hScreen, void* pPlay, int bAll)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_AllLook, (hScreen, pPlay, bAll));
     ZR_LOG_THREAD("thread:");
     return onPerson(hScreen, pPlay, [bAll](QDlgScreen& gallery, tagPersonInfo* person) {
         gallery.onModAllLook(person, bAll != 0);
@@ -315,7 +316,7 @@ int ZR_CALL ZRScreen_AllLook(void* hScreen, void* pPlay, int bAll)
 
 int ZR_CALL ZRScreen_SetActivateUser(void* hScreen, char* userId)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetActivateUser, (hScreen, userId));
     ZR_LOG_THREAD("thread:");
     const auto id = readLocal8Bit(userId);
     if (!id)
@@ -325,7 +326,7 @@ int ZR_CALL ZRScreen_SetActivateUser(void* hScreen, char* userId)
 
 int ZR_CALL ZRScreen_SetCurrentSpeakingPerson(void* hScreen, std::string userId)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetCurrentSpeakingPerson, (hScreen, userId));
     ZR_LOG_THREAD("thread:");
     return guarded(0, [&] {
         return onGallery(hScreen, [id = QString::fromStdString(userId)](QDlgScreen& gallery) {
@@ -334,9 +335,9 @@ int ZR_CALL ZRScreen_SetCurrentSpeakingPerson(void* hScreen, std::string userId)
     });
 }
 
-int ZR_CALL ZRScreen_SetVoiceActivate(void*, bool bOpen)
+int ZR_CALL ZRScreen_SetVoiceActivate(void* hScreen, bool bOpen)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetVoiceActivate, (hScreen, bOpen));
     ZR_LOG_THREAD("thread:");
     qDebug() << "xxx setVoiceActivate bOpen:" << bOpen;
     guarded(0, [bOpen] {
@@ -348,7 +349,7 @@ int ZR_CALL ZRScreen_SetVoiceActivate(void*, bool bOpen)
 
 int ZR_CALL ZRScreen_SetSupport9EqualCut(void* hScreen, bool bSupport)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetSupport9EqualCut, (hScreen, bSupport));
     ZR_LOG_THREAD("thread:");
     return onHub(hScreen, [bSupport](QZRScreenConfig& hub) {
         hub.settings.support9EqualCut = bSupport;
@@ -358,7 +359,7 @@ int ZR_CALL ZRScreen_SetSupport9EqualCut(void* hScreen, bool bSupport)
 
 int ZR_CALL ZRScreen_SetSupport16EqualCut(void* hScreen, bool bSupport)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetSupport16EqualCut, (hScreen, bSupport));
     ZR_LOG_THREAD("thread:");
     return onHub(hScreen,
                  [bSupport](QZRScreenConfig& hub) { hub.settings.support16EqualCut = bSupport; });
@@ -366,7 +367,7 @@ int ZR_CALL ZRScreen_SetSupport16EqualCut(void* hScreen, bool bSupport)
 
 int ZR_CALL ZRScreen_SetOpenPollingPage(void* hScreen, bool bOpen, int iTickSec)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetOpenPollingPage, (hScreen, bOpen, iTickSec));
     ZR_LOG_THREAD("thread:");
     qDebug() << "ZRScreen_SetOpenPollingPage, bOpen:" << bOpen << ", iTickSec:" << iTickSec;
     return onHub(hScreen, [bOpen, iTickSec](QZRScreenConfig& hub) {
@@ -379,7 +380,8 @@ int ZR_CALL ZRScreen_SetOpenPollingPage(void* hScreen, bool bOpen, int iTickSec)
 int ZR_CALL ZRScreen_SetLayoutCtrl(void* hScreen, bool bOpenLayoutCtrl, bool bLayoutFollow,
                                    int iShareIdx, int iSpeakerIdx, bool bNoVideoFilter)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetLayoutCtrl,
+             (hScreen, bOpenLayoutCtrl, bLayoutFollow, iShareIdx, iSpeakerIdx, bNoVideoFilter));
     ZR_LOG_THREAD("thread:");
     qDebug() << "ZRScreen_SetLayoutCtrl, bOpenLayoutCtrl:" << bOpenLayoutCtrl
              << ",bLayoutFollow:" << bLayoutFollow << ",iShareIdx:" << iShareIdx
@@ -394,9 +396,9 @@ int ZR_CALL ZRScreen_SetLayoutCtrl(void* hScreen, bool bOpenLayoutCtrl, bool bLa
     });
 }
 
-int ZR_CALL ZRScreen_SetHideNoCameraWnd(void* hScreen, bool)
+int ZR_CALL ZRScreen_SetHideNoCameraWnd(void* hScreen, bool unused)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetHideNoCameraWnd, (hScreen, unused));
     ZR_LOG_THREAD("thread:");
     // The filter is switched on with the layout control only; this export always switches it off.
     return onHub(hScreen, [](QZRScreenConfig& hub) {
@@ -407,7 +409,7 @@ int ZR_CALL ZRScreen_SetHideNoCameraWnd(void* hScreen, bool)
 
 int ZR_CALL ZRScreen_IsPersonVisible(void* hScreen, char* userId)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_IsPersonVisible, (hScreen, userId));
     ZR_LOG_THREAD("thread:");
     const auto id = readLocal8Bit(userId);
     if (!id)
@@ -420,14 +422,14 @@ int ZR_CALL ZRScreen_IsPersonVisible(void* hScreen, char* userId)
 
 int ZR_CALL ZRScreen_SetHideSmallWidget(void* hScreen, bool bHide)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetHideSmallWidget, (hScreen, bHide));
     ZR_LOG_THREAD("thread:");
     return onHub(hScreen, [bHide](QZRScreenConfig& hub) { emit hub.sigSetHideSmallWnd(bHide); });
 }
 
 int ZR_CALL ZRScreen_ShowSmallWnd(void* hScreen, bool bShow, bool bMute)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_ShowSmallWnd, (hScreen, bShow, bMute));
     ZR_LOG_THREAD("thread:");
     return askGallery(hScreen, 0, [bShow, bMute](QDlgScreen& gallery) {
         const int result = gallery.showSmallWndWhenRestore(bShow);
@@ -438,7 +440,7 @@ int ZR_CALL ZRScreen_ShowSmallWnd(void* hScreen, bool bShow, bool bMute)
 
 int ZR_CALL ZRScreen_GetSmallWndID(void* hScreen)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_GetSmallWndID, (hScreen));
     ZR_LOG_THREAD("thread:");
     return askGallery(hScreen, 0,
                       [](const QDlgScreen& gallery) { return gallery.GetSmallWndId(); });
@@ -446,7 +448,7 @@ int ZR_CALL ZRScreen_GetSmallWndID(void* hScreen)
 
 int ZR_CALL ZRScreen_IsPersonVisibleInSmallWnd(void* hScreen, char* userId)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_IsPersonVisibleInSmallWnd, (hScreen, userId));
     ZR_LOG_THREAD("thread:");
     const auto id = readLocal8Bit(userId);
     if (!id)
@@ -458,7 +460,7 @@ int ZR_CALL ZRScreen_IsPersonVisibleInSmallWnd(void* hScreen, char* userId)
 
 int ZR_CALL ZRScreen_SetShareSponsor(void* hScreen, std::string userId)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetShareSponsor, (hScreen, userId));
     ZR_LOG_THREAD("thread:");
     return onHub(hScreen, [&userId](QZRScreenConfig& hub) {
         hub.setShareSponsor(QString::fromStdString(userId));
@@ -468,7 +470,7 @@ int ZR_CALL ZRScreen_SetShareSponsor(void* hScreen, std::string userId)
 
 int ZR_CALL ZRScreen_PopSelfShareWnd(void* hScreen, bool bFloat, bool bMuteVideo)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_PopSelfShareWnd, (hScreen, bFloat, bMuteVideo));
     ZR_LOG_THREAD("thread:");
     return askGallery(hScreen, 0, [bFloat, bMuteVideo](QDlgScreen& gallery) {
         return gallery.OnPopSelfShareWnd(bFloat, bMuteVideo);
@@ -477,14 +479,14 @@ int ZR_CALL ZRScreen_PopSelfShareWnd(void* hScreen, bool bFloat, bool bMuteVideo
 
 int ZR_CALL ZRScreen_SetIsCloseWhiteBoard(void* hScreen)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetIsCloseWhiteBoard, (hScreen));
     ZR_LOG_THREAD("thread:");
     return onGallery(hScreen, [](QDlgScreen& gallery) { gallery.setCloseWhiteBoard(); });
 }
 
 ZRRect ZR_CALL ZRScreen_GetShareWgtPos(void* hScreen)
 {
-    ZR_ENTER_OR_RETURN((ZRRect{0, 0, -1, -1}));
+    ZR_ENTER(ZRScreen_GetShareWgtPos, (hScreen));
     ZR_LOG_THREAD("thread:");
     return askGallery(hScreen, ZRRect{0, 0, -1, -1}, [](QDlgScreen& gallery) {
         gallery.flushLayout();
@@ -495,7 +497,7 @@ ZRRect ZR_CALL ZRScreen_GetShareWgtPos(void* hScreen)
 
 int ZR_CALL ZRScreen_SetPauseShareWindow(void* hScreen, bool bPause)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetPauseShareWindow, (hScreen, bPause));
     ZR_LOG_THREAD("thread:");
     guarded(0, [hScreen, bPause] {
         const ScreenRef screen =
@@ -509,7 +511,7 @@ int ZR_CALL ZRScreen_SetPauseShareWindow(void* hScreen, bool bPause)
 
 int ZR_CALL ZRScreen_SetExtendScreen(void* hScreen, bool bExtendScreen, bool bDeviceChange)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetExtendScreen, (hScreen, bExtendScreen, bDeviceChange));
     ZR_LOG_THREAD("thread:");
     return onHub(hScreen, [bExtendScreen, bDeviceChange](QZRScreenConfig& hub) {
         emit hub.sigSwitchExtendScreen(bExtendScreen, bDeviceChange);
@@ -518,7 +520,7 @@ int ZR_CALL ZRScreen_SetExtendScreen(void* hScreen, bool bExtendScreen, bool bDe
 
 int ZR_CALL ZRScreen_IsExtendScreen(void)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_IsExtendScreen, ());
     ZR_LOG_THREAD("thread:");
     return guarded(0, [] { return QZRScreenConfig::Lock()->settings.extendScreen ? 1 : 0; });
 }
@@ -527,7 +529,7 @@ int ZR_CALL ZRScreen_IsExtendScreen(void)
 
 int ZR_CALL ZRScreen_SetVideoToolbarStatus(void* hScreen, tagRECT* pRect, bool bShow)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_SetVideoToolbarStatus, (hScreen, pRect, bShow));
     ZR_LOG_THREAD("thread:");
     const auto rect = readRect(pRect);
     if (!rect)
@@ -539,7 +541,7 @@ int ZR_CALL ZRScreen_SetVideoToolbarStatus(void* hScreen, tagRECT* pRect, bool b
 
 int ZR_CALL ZRScreen_IsMouseOnBtnMore(void* hScreen)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_IsMouseOnBtnMore, (hScreen));
     ZR_LOG_THREAD("thread:");
     // The answer itself is not the result, by design: every valid screen answers 1.
     return askGallery(hScreen, 0, [](QDlgScreen& gallery) {
@@ -550,7 +552,7 @@ int ZR_CALL ZRScreen_IsMouseOnBtnMore(void* hScreen)
 
 int ZR_CALL ZRScreen_ClearMoreMenuPtr(void* hScreen)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_ClearMoreMenuPtr, (hScreen));
     ZR_LOG_THREAD("thread:");
     onGallery(hScreen, [](QDlgScreen& gallery) { gallery.clearMoreMenuPerson(); });
     return 1;
@@ -560,7 +562,7 @@ int ZR_CALL ZRScreen_ClearMoreMenuPtr(void* hScreen)
 
 int ZR_CALL ZRScreen_OpenSubtitle(void* hScreen, bool bOpen)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_OpenSubtitle, (hScreen, bOpen));
     ZR_LOG_THREAD("current thread:");
     return askDialog(hScreen, 0, [bOpen](QDlgMain& dialog) {
         QZRScreenConfig::getInstance()->setSubtitleOpen(bOpen);
@@ -572,7 +574,7 @@ int ZR_CALL ZRScreen_OpenSubtitle(void* hScreen, bool bOpen)
 
 int ZR_CALL ZRScreen_ClearSubtitles(void* hScreen)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_ClearSubtitles, (hScreen));
     ZR_LOG_THREAD("current thread:");
     return onHub(hScreen, [](QZRScreenConfig& hub) {
         qDebug() << "ZRScreen_ClearSubtitles";
@@ -583,7 +585,7 @@ int ZR_CALL ZRScreen_ClearSubtitles(void* hScreen)
 int ZR_CALL ZRScreen_AddSentence(void* hScreen, int iIDSentence, int iColorType, char* userName,
                                  char* transStr)
 {
-    ZR_ENTER_OR_RETURN(0);
+    ZR_ENTER(ZRScreen_AddSentence, (hScreen, iIDSentence, iColorType, userName, transStr));
     ZR_LOG_THREAD("current thread:");
     const auto name = readLocal8Bit(userName);
     const auto text = readLocal8Bit(transStr);

@@ -1,38 +1,19 @@
 // The exports of the watermark. They need no screen and act on all of them.
 #include "boundary.h"
-#include "platform.h"
 
 #include <utility>
 
 using boundary::guarded;
 
-namespace {
-
-/// Whether the record and its texts can be read: the host may have been built with another
-/// standard library.
-bool isReadableInfo(const __WTMark_Info* info)
-{
-    if (!platform::isReadable(info, sizeof *info))
-        return false;
-    for (const std::string* text : {&info->name, &info->phone, &info->email}) {
-        if (text->size() > boundary::kMaxTextBytes
-            || !platform::isReadable(text->data(), text->size() + 1))
-            return false;
-    }
-    return true;
-}
-
-} // namespace
-
 void ZR_CALL ZRScreenWtmark_SetInfo(const __WTMark_Info& info)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRScreenWtmark_SetInfo, (&info));
     ZR_LOG_THREAD("thread:");
     // From C, or through a cast, anything can arrive as a reference: it is one after the check
     // only.
     const __WTMark_Info* const record = &info;
     guarded(false, [record] {
-        if (!isReadableInfo(record)) {
+        if (!boundary::isReadableInfo(record)) {
             qDebug() << "unreadable watermark record refused:" << static_cast<const void*>(record);
             return false;
         }
@@ -52,7 +33,7 @@ void ZR_CALL ZRScreenWtmark_SetInfo(const __WTMark_Info& info)
 
 void ZR_CALL ZRScreenWtmark_SetEnabled(bool bEnabled)
 {
-    ZR_ENTER_OR_RETURN();
+    ZR_ENTER(ZRScreenWtmark_SetEnabled, (bEnabled));
     ZR_LOG_THREAD("thread:");
     guarded(false, [bEnabled] {
         qDebug() << "ZRScreenWtmark_SetEnabled: bEnabled=" << bEnabled;
