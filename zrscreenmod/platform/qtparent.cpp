@@ -36,17 +36,16 @@ void setQtParent(QWindow* child, NativeWindow parent)
     QWindow* const before = child->parent();
     QWindow* after = nullptr;
     if (parent != 0) {
-        after = findQtWindow(parent);
-        if (!after) {
-            after = QWindow::fromWinId(parent);
-            after->setProperty(kContainerProperty, true);
-            // The container goes with its child. It must not be the other way round, and a
-            // deferred deletion would never come: the host's loop is not a loop of Qt.
-            QObject::connect(child, &QObject::destroyed, after, [after](QObject* dying) {
-                dying->setParent(nullptr);
-                delete after;
-            });
-        }
+        // A container even for a window of this process: what is a child of a QWindow of the host's
+        // is deleted with it.
+        after = QWindow::fromWinId(parent);
+        after->setProperty(kContainerProperty, true);
+        // The container goes with its child. It must not be the other way round, and a deferred
+        // deletion would never come: the host's loop is not a loop of Qt.
+        QObject::connect(child, &QObject::destroyed, after, [after](QObject* dying) {
+            dying->setParent(nullptr);
+            delete after;
+        });
     }
     child->setParent(after);
     if (isContainer(before))
