@@ -190,9 +190,16 @@ ZR_CASE(qthost, parentGoesFirst)
 }
 
 #ifdef ZR_LINKED
+namespace {
+
+bool g_refusedAtFirst = false;
+
+}
+
 /// The program ends with the library, which it has brought along.
 ZR_CASE(qtlinked, usesTheApplicationOfTheProgram)
 {
+    CHECK(g_refusedAtFirst);
     HostWidget widget;
     Visit visit(widget.hwnd());
     CHECK(visit.shows(kRed));
@@ -203,6 +210,9 @@ ZR_CASE(qtlinked, usesTheApplicationOfTheProgram)
 
 int main(int argc, char** argv)
 {
+#ifdef ZR_LINKED
+    g_refusedAtFirst = ZRScreen_Init(nullptr, nullptr) == nullptr;
+#endif
     QApplication app(argc, argv);
     return check::run(argc, argv);
 }

@@ -240,6 +240,6 @@ Result askGallery(void* hScreen, Result failure, Body&& body) noexcept
 /// The first line of every export.
 #define ZR_ENTER_OR_RETURN(failure)                                                                \
     do {                                                                                           \
-        if (boundary::isClosed())                                                                  \
+        if (!zr::enterLibrary())                                                                   \
             return failure;                                                                        \
     } while (false)

@@ -277,6 +277,28 @@ int collectLoadedObject(dl_phdr_info* info, std::size_t, void* names)
     return 0;
 }
 
+/// Collects the objects that were linked with Qt's widgets.
+int collectWidgetUser(dl_phdr_info* info, std::size_t, void* names)
+{
+    const ElfW(Dyn)* dynamic = nullptr;
+    for (int i = 0; i < info->dlpi_phnum; ++i) {
+        if (info->dlpi_phdr[i].p_type == PT_DYNAMIC)
+            dynamic =
+                reinterpret_cast<const ElfW(Dyn)*>(info->dlpi_addr + info->dlpi_phdr[i].p_vaddr);
+    }
+    const char* texts = nullptr;
+    for (const ElfW(Dyn)* entry = dynamic; entry && entry->d_tag != DT_NULL; ++entry) {
+        if (entry->d_tag == DT_STRTAB)
+            texts = reinterpret_cast<const char*>(entry->d_un.d_ptr);
+    }
+    for (const ElfW(Dyn)* entry = dynamic; entry && entry->d_tag != DT_NULL; ++entry) {
+        if (entry->d_tag == DT_NEEDED
+            && std::strcmp(texts + entry->d_un.d_val, "libQt5Widgets.so.5") == 0)
+            static_cast<std::vector<std::string>*>(names)->emplace_back(info->dlpi_name);
+    }
+    return 0;
+}
+
 /// The object that holds this code.
 bool isThisModule(const std::string& path)
 {
@@ -340,6 +362,16 @@ void keepQtLoaded()
         if (mustStayLoaded(name))
             keepLoaded(name.c_str());
     }
+}
+
+bool programUsesWidgets()
+{
+    // Collected first: the walk holds a lock of the loader.
+    std::vector<std::string> names;
+    dl_iterate_phdr(collectWidgetUser, &names);
+    return std::any_of(names.cbegin(), names.cend(), [](const std::string& name) {
+        return !isThisModule(name) && !mustStayLoaded(name);
+    });
 }
 
 void keepModuleLoaded()
