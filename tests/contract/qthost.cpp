@@ -12,7 +12,7 @@
 
 #include <atomic>
 #include <cstdint>
-#include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <memory>
 #include <string>
