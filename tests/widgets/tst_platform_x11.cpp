@@ -1,4 +1,5 @@
 // What the platform does on X11 alone: window managers, errors of the server, the environment.
+#include "embedding.h"
 #include "hostprocess.h"
 #include "nativehost.h"
 #include "testsupport.h"
@@ -136,6 +137,37 @@ private slots:
             QTRY_VERIFY(nativehost::isViewable(dialog.id()));
             QVERIFY(nativehost::parentOf(dialog.id()) != nativehost::desktop()); // it has a frame
         }
+    }
+
+    // A bare window stood on the desktop: the host's own had not been flushed.
+    void waitsForWindowsThatTheServerHasNotSeen()
+    {
+        const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> host(
+            xcb_connect(nullptr, nullptr), &xcb_disconnect);
+        xcb_connection_t* const c = host.get();
+        const xcb_window_t root = static_cast<xcb_window_t>(nativehost::desktop());
+        for (const bool placed : {false, true}) {
+            Dialog dialog;
+            Embedding embedding(dialog);
+            const xcb_window_t parent = xcb_generate_id(c);
+            xcb_create_window(c, XCB_COPY_FROM_PARENT, parent, root, 0, 0, 300, 300, 0,
+                              XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+            xcb_map_window(c, parent);
+            QVERIFY(!embedding.into(parent));
+            embedding.place({5, 6, 100, 80});
+            embedding.show();
+            QTest::qWait(50);
+            QVERIFY(!dialog.isVisible());
+            owned(xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr)); // flushes, waits
+            if (placed)
+                embedding.place({7, 8, 100, 80});
+            else
+                QTRY_VERIFY(dialog.isVisible());
+            QCOMPARE(nativehost::parentOf(dialog.id()), NativeWindow{parent});
+            QCOMPARE(placeOf(dialog.id()), placed ? QRect(7, 8, 100, 80) : QRect(5, 6, 100, 80));
+            QTRY_VERIFY(nativehost::isViewable(dialog.id()));
+        }
+        QGuiApplication::sync(); // the dialogs go before the host's windows
     }
 
     void refusesWhatTheServerRefuses()

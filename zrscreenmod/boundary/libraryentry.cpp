@@ -18,6 +18,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdio>
 #include <future>
 #include <limits>
 #include <memory>
@@ -49,6 +50,7 @@ constexpr char kQtMessagePattern[] = "%{if-category}%{category}: %{endif}%{messa
 
 /// Set while the module is attached. Any thread.
 std::atomic<bool> g_attached{false};
+std::atomic<bool> g_refusalTold{false};
 
 /// How long another thread may wait for the GUI thread to come to its loop.
 constexpr std::chrono::seconds kGuiThreadTimeout(1);
@@ -108,10 +110,25 @@ void startLogThread()
         qWarning() << "start of the log thread failed";
 }
 
+/// Says why calls are refused, on stderr and in the log, if there is one: once, until the module is
+/// attached anew. Any thread.
+void refuse(const char* reason)
+{
+    if (g_refusalTold.exchange(true))
+        return;
+    std::fprintf(stderr, "ZRScreenMod: calls are refused: %s\n", reason);
+    if (g_attached)
+        qWarning() << "calls are refused:" << reason;
+}
+
 /// The application object to work with; null when there is none that could be used.
 QApplication* obtainApplication()
 {
     QCoreApplication* const existing = QCoreApplication::instance();
+    // A program with widgets of its own makes its object later. There can be one only, and the
+    // program's would fail in its destructor.
+    if (!existing && platform::programUsesWidgets())
+        return nullptr;
     if (!existing) {
         QCoreApplication::setAttribute(Qt::AA_DisableHighDpiScaling, true);
         g_ownsApp = true;
@@ -122,7 +139,7 @@ QApplication* obtainApplication()
     g_ownsApp = false;
     auto* const app = qobject_cast<QApplication*>(existing);
     if (!app || app->thread() != QThread::currentThread()) {
-        qWarning() << "usable QApplication failed";
+        refuse("the program's application object is no QApplication, or on another thread");
         return nullptr;
     }
     return app;
@@ -138,6 +155,7 @@ void zr::attachLibrary()
     if (!g_pApp)
         return;
     g_attached = true;
+    g_refusalTold = false;
     platform::keepQtLoaded();
     g_pLogThread = new QMyLogThread;
 #ifndef _WIN32
@@ -159,9 +177,29 @@ void zr::attachLibrary()
     registerExitTeardown();
 }
 
+bool zr::enterLibrary()
+{
+    if (g_attached)
+        return true;
+    if (boundary::isClosed())
+        return false;
+    const QCoreApplication* const app = QCoreApplication::instance();
+    if (!app)
+        refuse("the program uses Qt and has no QApplication at this time");
+    else if (app->thread() != QThread::currentThread())
+        refuse("the first one must come on the thread of the program's QApplication");
+    else
+        attachLibrary();
+    return g_attached;
+}
+
 bool zr::buildForHost(const std::function<void()>& build)
 {
     return GuiThread::run([&build] {
+        if (QCoreApplication::instance() != g_pApp) {
+            refuse("the program has made a QApplication after the library had made one");
+            return;
+        }
         startLogThread();
         build();
         registerExitTeardown();

@@ -16,8 +16,14 @@ extern QMyLogThread* g_pLogThread;
 namespace zr {
 
 /// Brings the module to life on the calling thread, which becomes the GUI thread. Does nothing
-/// while it is attached. Called by the library entry.
+/// while it is attached, and when the program is going to make an application object of its own.
+/// Called by the library entry, and by enterLibrary().
 void attachLibrary();
+
+/// Whether the module is attached, with which every export begins. In a program with an application
+/// object of its own it attaches with the first call after that has been made. Any thread.
+/// @return false, and a log line, when calls are to be refused
+[[nodiscard]] bool enterLibrary();
 
 /// Has the GUI thread make a piece of the interface for a host: a screen or a control, whatever it
 /// is. It sees to what the module needs from the first one on: the log thread runs, and the module

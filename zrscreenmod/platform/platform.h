@@ -38,6 +38,10 @@ struct PriorityChange
 /// but for its character set, which Qt needs. The calling thread becomes the GUI thread.
 [[nodiscard]] QApplication* createApplication(int& argc, char** argv);
 
+/// Whether the program has widgets of Qt's without the module, and so is going to make an
+/// application object. On X11 what is loaded with it counts as well. GUI thread.
+[[nodiscard]] bool programUsesWidgets();
+
 /// Keeps the libraries of Qt, and on X11 of the window and drawing system below it, in memory when
 /// the module is unloaded: their exit handlers, threads and thread-local data outlive it. Call it
 /// once they are all loaded, again when more may have come. Any thread.
@@ -101,7 +105,8 @@ bool returnKeyboardFocus(NativeWindow window);
 /// Milliseconds since an arbitrary start, wrapping around after 49.7 days. Any thread.
 [[nodiscard]] quint32 tickMs();
 
-/// Primary screen's size in physical pixels; 0 where there is no screen. GUI thread.
+/// Primary screen's size in physical pixels, or in the units of a host that scales its windows; 0
+/// where there is no screen. GUI thread.
 [[nodiscard]] int screenWidthPx();
 [[nodiscard]] int screenHeightPx();
 

@@ -79,6 +79,24 @@ QApplication* createApplication(int& argc, char** argv)
     return new QApplication(argc, argv);
 }
 
+bool programUsesWidgets()
+{
+    const auto* const program = reinterpret_cast<const char*>(GetModuleHandleW(nullptr));
+    const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(program);
+    const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(program + dos->e_lfanew);
+    const IMAGE_DATA_DIRECTORY& imports =
+        headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
+    if (imports.VirtualAddress == 0)
+        return false;
+    const auto* import =
+        reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(program + imports.VirtualAddress);
+    for (; import->Name != 0; ++import) {
+        if (qstrnicmp(program + import->Name, "Qt5Widgets", 10) == 0)
+            return true;
+    }
+    return false;
+}
+
 void keepQtLoaded()
 {
     // Qt's plugins keep QtCore and QtGui, but QtWidgets only where there is a plugin for styles;
@@ -143,7 +161,7 @@ void setChildStyle(NativeWindow window)
 
 void placeWindow(NativeWindow window, const QRect& rect)
 {
-    const QRect place = placeable(rect);
+    const QRect place = placeable(window, rect);
     if (SetWindowPos(toHwnd(window), nullptr, place.x(), place.y(), place.width(), place.height(),
                      SWP_NOZORDER | SWP_NOACTIVATE))
         setQtGeometry(window, place);
@@ -207,12 +225,12 @@ quint32 tickMs()
 
 int screenWidthPx()
 {
-    return GetSystemMetrics(SM_CXSCREEN);
+    return qRound(GetSystemMetrics(SM_CXSCREEN) / qGuiApp->devicePixelRatio());
 }
 
 int screenHeightPx()
 {
-    return GetSystemMetrics(SM_CYSCREEN);
+    return qRound(GetSystemMetrics(SM_CYSCREEN) / qGuiApp->devicePixelRatio());
 }
 
 PriorityChange setThreadPriorityTimeCritical()

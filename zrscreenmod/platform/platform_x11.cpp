@@ -113,7 +113,8 @@ bool findInTree(xcb_connection_t* c, xcb_window_t window, TreePlace* place)
 // --- Reports ----------------------------------------------------------------------------------
 
 /// Keeps from Qt what the server reports of a window from before its last placing, which Qt knows
-/// already: it would take the former place for a new one, until the next report.
+/// already: it would take the former place for a new one, until the next report. Takes a window
+/// that the server has destroyed with its parent off the display: renderers crash on one.
 class StaleReports : public QObject, public QAbstractNativeEventFilter
 {
 public:
@@ -140,6 +141,13 @@ public:
         if (m_waiting && static_cast<qint32>(event->full_sequence - m_placing) >= 0)
             m_waiting = false;
         constexpr quint8 kWithoutSender = 0x7f;
+        auto& window = static_cast<QWindow&>(*parent());
+        if ((event->response_type & kWithoutSender) == XCB_DESTROY_NOTIFY
+            && static_cast<const xcb_destroy_notify_event_t*>(message)->window == m_id
+            && window.handle() && window.winId() == m_id) {
+            platform::leaveParent(window);
+            return false;
+        }
         return m_waiting && (event->response_type & kWithoutSender) == XCB_CONFIGURE_NOTIFY
                && static_cast<const xcb_configure_notify_event_t*>(message)->event == m_id;
     }
@@ -277,6 +285,28 @@ int collectLoadedObject(dl_phdr_info* info, std::size_t, void* names)
     return 0;
 }
 
+/// Collects the objects that were linked with Qt's widgets.
+int collectWidgetUser(dl_phdr_info* info, std::size_t, void* names)
+{
+    const ElfW(Dyn)* dynamic = nullptr;
+    for (int i = 0; i < info->dlpi_phnum; ++i) {
+        if (info->dlpi_phdr[i].p_type == PT_DYNAMIC)
+            dynamic =
+                reinterpret_cast<const ElfW(Dyn)*>(info->dlpi_addr + info->dlpi_phdr[i].p_vaddr);
+    }
+    const char* texts = nullptr;
+    for (const ElfW(Dyn)* entry = dynamic; entry && entry->d_tag != DT_NULL; ++entry) {
+        if (entry->d_tag == DT_STRTAB)
+            texts = reinterpret_cast<const char*>(entry->d_un.d_ptr);
+    }
+    for (const ElfW(Dyn)* entry = dynamic; entry && entry->d_tag != DT_NULL; ++entry) {
+        if (entry->d_tag == DT_NEEDED
+            && std::strcmp(texts + entry->d_un.d_val, "libQt5Widgets.so.5") == 0)
+            static_cast<std::vector<std::string>*>(names)->emplace_back(info->dlpi_name);
+    }
+    return 0;
+}
+
 /// The object that holds this code.
 bool isThisModule(const std::string& path)
 {
@@ -342,6 +372,16 @@ void keepQtLoaded()
     }
 }
 
+bool programUsesWidgets()
+{
+    // Collected first: the walk holds a lock of the loader.
+    std::vector<std::string> names;
+    dl_iterate_phdr(collectWidgetUser, &names);
+    return std::any_of(names.cbegin(), names.cend(), [](const std::string& name) {
+        return !isThisModule(name) && !mustStayLoaded(name);
+    });
+}
+
 void keepModuleLoaded()
 {
     Dl_info info{};
@@ -369,7 +409,7 @@ bool setParentWindow(NativeWindow child, NativeWindow parent, const QPoint& at)
     const bool withdrawn =
         atTopLevel && withdraw(c, childId, childPlace.root, window && window->isVisible());
     // The server decides, and Qt hears of it only when it has agreed.
-    const QRect place = placeable({at, sizeOf(c, childId)});
+    const QRect place = placeable(child, {at, sizeOf(c, childId)});
     const bool reparented = succeeded(
         c, xcb_reparent_window_checked(c, childId, parentId, static_cast<qint16>(place.x()),
                                        static_cast<qint16>(place.y())));
@@ -423,7 +463,7 @@ void placeWindow(NativeWindow window, const QRect& rect)
     const xcb_window_t id = toXcb(window);
     if (!c || id == XCB_WINDOW_NONE)
         return;
-    const QRect place = placeable(rect);
+    const QRect place = placeable(window, rect);
     const quint32 values[] = {static_cast<quint32>(place.x()), static_cast<quint32>(place.y()),
                               static_cast<quint32>(place.width()),
                               static_cast<quint32>(place.height())};
@@ -508,23 +548,23 @@ quint32 tickMs()
 
 namespace {
 
-QSize primaryScreenSizePx()
+QSize primaryScreenSize()
 {
     const auto* const app = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
     const QScreen* const screen = app ? QGuiApplication::primaryScreen() : nullptr;
-    return screen ? screen->geometry().size() * screen->devicePixelRatio() : QSize(0, 0);
+    return screen ? screen->geometry().size() : QSize(0, 0);
 }
 
 } // namespace
 
 int screenWidthPx()
 {
-    return primaryScreenSizePx().width();
+    return primaryScreenSize().width();
 }
 
 int screenHeightPx()
 {
-    return primaryScreenSizePx().height();
+    return primaryScreenSize().height();
 }
 
 PriorityChange setThreadPriorityTimeCritical()

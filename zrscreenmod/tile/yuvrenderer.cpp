@@ -49,7 +49,7 @@ GLenum singleChannelFormat(const QOpenGLContext& context)
 {
     const bool hasRed = !context.isOpenGLES()
                         && (context.format().majorVersion() >= 3
-                            || context.hasExtension(QByteArrayLiteral("GL_ARB_texture_rg")));
+                            || context.hasExtension(QByteArray("GL_ARB_texture_rg")));
     return hasRed ? GL_RED : GL_LUMINANCE;
 }
 

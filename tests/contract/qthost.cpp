@@ -1,0 +1,218 @@
+// A host that uses Qt itself: its application object is the module's too, and outlives it. It loads
+// the library at run time, or is linked with it where ZR_LINKED says so.
+#include "check.h"
+#include "meeting.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QPixmapCache>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <atomic>
+#include <cstdint>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include <sys/mman.h>
+
+namespace {
+
+constexpr int kWidthPx = 640;
+constexpr int kHeightPx = 360;
+
+/// A widget of the host's, with texts of its own.
+class HostWidget : public QWidget
+{
+public:
+    HostWidget()
+    {
+        setWindowFlags(Qt::FramelessWindowHint);
+        setGeometry(0, 0, kWidthPx, kHeightPx);
+        show();
+    }
+    HWND hwnd() const { return reinterpret_cast<HWND>(winId()); }
+};
+
+/// Everything that a host can borrow, in one parent.
+struct Visit
+{
+    explicit Visit(HWND parent)
+        : screen(zr.Init(parent, nullptr))
+        , ext(zr.exports.ZRScreenExt.Init(parent, nullptr))
+        , line(zr.exports.ZRCtrl.QLineEdit_Init(parent, &small, "subject"))
+        , box(zr.exports.ZRCtrl.QTextEdit_Init(parent, &small, 1, 2, 3))
+        , date(zr.exports.ZRScreenDate.Init(parent, nullptr))
+    {
+        REQUIRE(screen && ext && line && box && date);
+        play = zr.AddPerson(screen, text("u1"), text("Ann"), 1, 0, nullptr);
+        CHECK_EQUAL(zr.JoinMeetingFinish(screen, true), 1);
+        CHECK_EQUAL(zr.Preview(screen, play, true), 1);
+        use();
+    }
+    /// Calls what moves, shows and paints.
+    void use()
+    {
+        const zr::Exports& api = zr.exports;
+        tagPOINT at{kWidthPx, 100};
+        CHECK_EQUAL(zr.MoveWindow(screen, &area, 0), 1);
+        CHECK_EQUAL(zr.OpenSubtitle(screen, true), 1);
+        CHECK_EQUAL(zr.AddSentence(screen, 1, 1, text("Ann"), text("会议")), 1);
+        (void)zr.GetShareWgtPos(screen);
+        api.ZRScreenExt.Move(ext, &small, 0);
+        api.ZRCtrl.QLineEdit_SetText(line, "text");
+        api.ZRCtrl.QLineEdit_MoveWindow(line, &small);
+        api.ZRCtrl.QLineEdit_SetFocus(line);
+        api.ZRCtrl.QTextEdit_SetText(box, "text");
+        api.ZRScreenDate.Move(date, &at, 2024, 2, 29, 1, 2, 3);
+        pump(100);
+    }
+    void release()
+    {
+        const zr::Exports& api = zr.exports;
+        api.ZRScreenDate.Release(date);
+        api.ZRCtrl.QTextEdit_Release(box);
+        api.ZRCtrl.QLineEdit_Release(line);
+        api.ZRScreenExt.Release(ext);
+        zr.Release(screen);
+    }
+    /// Delivers pictures of a colour until it is seen.
+    [[nodiscard]] bool shows(const Rgb& colour)
+    {
+        Picture picture(kWidthPx, kHeightPx, colour);
+        return pumpUntil([&] {
+            CHECK_EQUAL(zr.PlayFrame(screen, play, &picture.frame), 1);
+            pump(20);
+            const Screenshot shot{zrhost::desktop::grab({0, 0}, {kWidthPx, kHeightPx})};
+            return isNear(shot.at(60, 200), colour, 8);
+        });
+    }
+
+    Module zr;
+    tagRECT area{0, 0, kWidthPx, kHeightPx};
+    tagRECT small{10, 10, 100, 40};
+    void *screen, *ext, *line, *box, *date;
+    void* play = nullptr;
+};
+
+/// Where the library's code and constants lie.
+struct Range
+{
+    static Range ofLibrary()
+    {
+        Range range;
+        std::ifstream maps("/proc/self/maps");
+        for (std::string line; std::getline(maps, line);) {
+            if (line.find("libZRScreenMod.") == std::string::npos)
+                continue;
+            char* end = nullptr;
+            const auto begin = std::strtoull(line.c_str(), &end, 16);
+            range.begin = range.begin ? range.begin : begin;
+            range.end = std::strtoull(end + 1, nullptr, 16);
+        }
+        REQUIRE(range.begin != 0);
+        return range;
+    }
+    /// Lets nobody else have the addresses, so that whoever reads there is caught.
+    void close() const
+    {
+        constexpr int kFlags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED_NOREPLACE;
+        void* const at = reinterpret_cast<void*>(begin);
+        CHECK(mmap(at, end - begin, PROT_NONE, kFlags, -1, 0) == at);
+    }
+
+    std::uintptr_t begin = 0;
+    std::uintptr_t end = 0;
+};
+
+/// Has Qt go through what it keeps: fonts, pictures, style sheets.
+void useQt()
+{
+    QWidget window;
+    QVBoxLayout rows(&window);
+    for (const char* const family : {"微软雅黑", "Microsoft YaHei", "Sans", "none"}) {
+        auto* const label = new QLabel(QString::fromUtf8(family));
+        label->setFont(QFont(label->text(), 13));
+        rows.addWidget(label);
+        auto* const button = new QPushButton(label->text());
+        button->setStyleSheet(QString::fromUtf8("font: 12pt \"%1\"").arg(label->text()));
+        rows.addWidget(button);
+    }
+    window.show();
+    pump(50);
+    QPixmapCache::clear();
+    qApp->setStyleSheet(QLatin1String("QLabel{color: red}"));
+    pump(50);
+    qApp->setStyleSheet(QString());
+}
+
+} // namespace
+
+/// What the library has left in Qt is also read when the application object ends.
+ZR_CASE(qthost, unloadsAndComesBack)
+{
+    HostWidget widget;
+    for (const bool releases : {true, false}) {
+        Visit visit(widget.hwnd());
+        CHECK(visit.shows(releases ? kRed : kBlue));
+        const Range range = Range::ofLibrary();
+        if (releases)
+            visit.release();
+        visit.zr.unload();
+        range.close();
+        CHECK(pumpUntil([&] { return nativehost::childCountOf(widget.winId()) == 0; }));
+        useQt();
+    }
+}
+
+ZR_CASE(qthost, parentGoesFirst)
+{
+    auto widget = std::make_unique<HostWidget>();
+    Visit visit(widget->hwnd());
+    CHECK(visit.shows(kGreen));
+    std::atomic<bool> stop{false};
+    std::thread media([&] {
+        Picture picture(320, 180, kRed);
+        while (!stop)
+            visit.zr.PlayFrame(visit.screen, visit.play, &picture.frame);
+    });
+    pump(50);
+    widget.reset();
+    pump(50);
+    visit.use();
+    stop = true;
+    media.join();
+    visit.release();
+}
+
+#ifdef ZR_LINKED
+namespace {
+
+bool g_refusedAtFirst = false;
+
+}
+
+/// The program ends with the library, which it has brought along.
+ZR_CASE(qtlinked, usesTheApplicationOfTheProgram)
+{
+    CHECK(g_refusedAtFirst);
+    HostWidget widget;
+    Visit visit(widget.hwnd());
+    CHECK(visit.shows(kRed));
+    visit.release();
+    visit.zr.leaveLoaded();
+}
+#endif
+
+int main(int argc, char** argv)
+{
+#ifdef ZR_LINKED
+    g_refusedAtFirst = ZRScreen_Init(nullptr, nullptr) == nullptr;
+#endif
+    QApplication app(argc, argv);
+    return check::run(argc, argv);
+}
