@@ -276,6 +276,7 @@ private slots:
     {
         showRed();
         m_tile->UpdateNetStatus(2, true, 1);
+        waitForPaints();
         (void)paints();
         play(kGreen);
         QCOMPARE(paints(), 0);
