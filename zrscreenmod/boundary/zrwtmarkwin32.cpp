@@ -15,7 +15,7 @@ bool isReadableInfo(const __WTMark_Info* info)
     if (!platform::isReadable(info, sizeof *info))
         return false;
     for (const std::string* text : {&info->name, &info->phone, &info->email}) {
-        if (text->size() > boundary::kMaxTextBytes
+        if (text->size() > platform::kMaxTextBytes
             || !platform::isReadable(text->data(), text->size() + 1))
             return false;
     }
