@@ -240,7 +240,9 @@ ZR_API void ZR_CALL ZRScreen_Release(void* hScreen);
 /// Ends the screen's meeting: stops its timers, empties the gallery and forgets what was done in
 /// it, from the mode to the share's sponsor. What the host has set for the client stays, and so
 /// does that joining is complete. Sends ZRMSG_SCREEN_MODE and ZRMSG_SHARE_RECT_CHANGED where they
-/// change.
+/// change. The play handles stand for nobody any more, but remain until `ZRScreen_DelPerson` takes
+/// each of them back, or the screen is released: until then no other participant gets their
+/// addresses.
 /// @return 0 for an invalid handle, else 1.
 /// @thread gui
 ZR_API int ZR_CALL ZRScreen_ExitMeeting(void* hScreen);

@@ -9,8 +9,6 @@
 
 namespace {
 
-/// As in the module: no text of a meeting is longer, and stray pointers look like longer ones.
-constexpr std::ptrdiff_t kMaxTextBytes = std::ptrdiff_t(1024) * 1024;
 constexpr std::size_t kMaxOrder = 1000000;
 
 /// @return nothing when the memory cannot be read
@@ -19,7 +17,7 @@ std::optional<std::string> readText(const char* text)
     if (!text)
         return std::string();
     const std::ptrdiff_t length = platform::readableStringLength(text);
-    if (length < 0 || length > kMaxTextBytes)
+    if (length < 0 || length > std::ptrdiff_t(platform::kMaxTextBytes))
         return std::nullopt;
     return std::string(text, static_cast<std::size_t>(length));
 }

@@ -115,28 +115,6 @@ private slots:
         QCOMPARE(buffer.takeRest().size(), LineBuffer::kMaxLineBytes);
     }
 
-    void sourcesAreParsed()
-    {
-        compareRows({{"synthetic", "synthetic 0x0 0"},
-                     {"synthetic@16384x1/12.5", "synthetic 16384x1 12.5"},
-                     {"y4m/10:C:/a@b/c.y4m", "y4m:C:/a@b/c.y4m 0x0 10"},
-                     {"film:a.mp4", "! unknown kind 'film'"},
-                     {"y4m:", "! no file given"},
-                     {"synthetic:a", "! takes no file"},
-                     {"y4m@2x2:a", "! has the size of its file"},
-                     {"synthetic@16385x1", "! '16385' is not a whole number"},
-                     {"synthetic/0", "! '0' is not a number"},
-                     {"synthetic/nan", "! 'nan' is not a number"}},
-                    [](const std::string& text) {
-                        const SourceSpec spec = SourceSpec::parse(text);
-                        return QStringLiteral("%1 %2x%3 %4")
-                            .arg(QString::fromStdString(spec.toText()))
-                            .arg(spec.size.width)
-                            .arg(spec.size.height)
-                            .arg(spec.fps);
-                    });
-    }
-
     void optionsAreParsed()
     {
         const Options options = parseOptions(
@@ -167,6 +145,14 @@ private slots:
                      {"--seed 99999999999999999999", "! --seed: "},
                      {"--participants 2 --source 3=none", "! participant 3 of 2"},
                      {"--source 0=none", "! --source: '0' is not"},
+                     {"--source 1=film:a.mp4", "! unknown kind 'film'"},
+                     {"--source 1=y4m:", "! no file given"},
+                     {"--source 1=synthetic:a", "! takes no file"},
+                     {"--source 1=y4m@2x2:a", "! has the size of its file"},
+                     {"--source 1=synthetic@16384x1/12.5", "1"},
+                     {"--source 1=synthetic@16385x1", "! '16385' is not a whole number"},
+                     {"--source 1=synthetic/0", "! '0' is not a number"},
+                     {"--source 1=synthetic/nan", "! 'nan' is not a number"},
                      {"--headless --screenshot a.png", "! needs a window"}},
                     [](const std::string& line) {
                         return QString::number(parseOptions(splitWords(line)).participantCount());

@@ -111,7 +111,6 @@ void MediaEngine::judge(const Message& message, Stream& stream)
     } else if (isGrade(message.id)) {
         require(stream.kind == Kind::Person, "a grade is asked of", stream);
         require(stream.open, "a grade is asked of the closed stream of", stream);
-        stream.grade = static_cast<int>(message.id);
     } else if (message.id == ZRMSG_PERSON_REMOVED) {
         require(stream.open, "removed without a stream:", stream);
         stream.removed = true;
@@ -141,8 +140,6 @@ void MediaEngine::apply(Stream& stream)
     if (!stream.play || stream.open == stream.wanted)
         return;
     stream.open = stream.wanted;
-    if (!stream.open)
-        stream.grade = 0; // a stream that is opened again begins anew
     m_changed = Clock::now();
     CHECK_EQUAL(m_meeting.zr.Preview(m_meeting.screen, stream.play, stream.open), 1);
 }

@@ -28,7 +28,6 @@ struct Stream
     bool open = false;             ///< as reported with ZRScreen_Preview
     bool told = false;             ///< a message has asked for something
     bool removed = false;          ///< ZRMSG_PERSON_REMOVED has come
-    int grade = 0;                 ///< asked for last; 0 before the first time
     Clock::time_point answerAt;    ///< when `open` follows `wanted`
 };
 

@@ -6,11 +6,13 @@
 #include "language.h"
 #include "overlaytext.h"
 #include "qdlgmain.h"
+#include "qdlgplaywnd.h"
 #include "qdlgscreen.h"
 #include "qdlgsubtitle2.h"
 
 #include <QFile>
 #include <QSettings>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 using zrtest::hub;
@@ -79,6 +81,15 @@ private slots:
         QCoreApplication::sendPostedEvents();
         QTest::keyClick(m_dialog->windowHandle(), Qt::Key_PageDown); // nobody has clicked anywhere
         QCOMPARE(gallery->page(), 1);
+    }
+
+    void windowsForPlayingTellOfDoubleClicks()
+    {
+        QDlgPlayWnd window(nullptr);
+        const QSignalSpy clicks(&window, &QDlgPlayWnd::mouseLeftDBClick);
+        for (const auto button : {Qt::RightButton, Qt::LeftButton})
+            QTest::mouseDClick(&window, button);
+        QCOMPARE(clicks.count(), 1);
     }
 
     void publishesItsGallery()

@@ -19,7 +19,7 @@ qptrdiff textLength(const char* text)
     if (!text)
         return 0;
     const qptrdiff length = platform::readableStringLength(text);
-    if (length < 0 || length > qptrdiff(kMaxTextBytes)) {
+    if (length < 0 || length > qptrdiff(platform::kMaxTextBytes)) {
         qDebug() << "unreadable or overlong text refused:" << static_cast<const void*>(text);
         return -1;
     }
@@ -103,7 +103,8 @@ bool isReadableInfo(const __WTMark_Info* info)
     if (!platform::isReadable(info, sizeof *info))
         return false;
     for (const std::string* text : {&info->name, &info->phone, &info->email}) {
-        if (text->size() > kMaxTextBytes || !platform::isReadable(text->data(), text->size() + 1))
+        if (text->size() > platform::kMaxTextBytes
+            || !platform::isReadable(text->data(), text->size() + 1))
             return false;
     }
     return true;

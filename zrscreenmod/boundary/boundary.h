@@ -45,10 +45,6 @@ void closeForGood();
 /// library.
 [[nodiscard]] bool isReadableInfo(const __WTMark_Info* info);
 
-/// The host's texts are no longer than this, in bytes; a stray pointer into a large block, or a
-/// record of another library's, looks like one that is.
-constexpr std::size_t kMaxTextBytes = std::size_t(1024) * 1024;
-
 /// Checks a play handle of a screen. @return an empty pin, and a log line, for a handle that is
 /// null, deleted, unreadable or foreign, or whose participant is gone.
 /// @param deletedText what is logged for a deleted one

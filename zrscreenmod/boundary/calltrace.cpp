@@ -113,8 +113,7 @@ Trace::Trace(const QString& path, bool wholeFrames)
     if (wholeFrames)
         m_frames = std::make_unique<TraceFile>(path + QStringLiteral(".frames"));
     m_clock.start();
-    comment("ZRScreenMod " + version() + ", "
-            + QSysInfo::prettyProductName().toUtf8() + ", "
+    comment("ZRScreenMod " + version() + ", " + QSysInfo::prettyProductName().toUtf8() + ", "
             + QDateTime::currentDateTime().toString(Qt::ISODate).toUtf8()
             + "; t1 is the GUI thread");
     putLine("trace");

@@ -70,9 +70,6 @@ bool QDlgMain::moveInto(HWND hParent)
 void QDlgMain::place(const QRect& rect)
 {
     m_embedding.place(rect);
-    m_embedding.show();
-    if (isVisible())
-        platform::showOnTop(winId());
 }
 
 void QDlgMain::resizeEvent(QResizeEvent* event)

@@ -17,7 +17,6 @@
 #include <QThread>
 
 #include <algorithm>
-#include <chrono>
 #include <utility>
 #include <vector>
 
@@ -90,10 +89,7 @@ void QZRScreenConfig::destroyInstance()
 }
 
 QZRScreenConfig::QZRScreenConfig()
-    : m_clock([] {
-        using namespace std::chrono;
-        return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
-    })
+    : m_clock(platform::steadyMs)
 {
     getImgPrefix();
     readVersionFile();

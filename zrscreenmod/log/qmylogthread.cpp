@@ -2,6 +2,7 @@
 
 #include "logfilerules.h"
 #include "logfolder.h"
+#include "platform.h"
 
 #include <QDeadlineTimer>
 #include <QDebug>
@@ -18,12 +19,6 @@ qint64 memoryOf(const QString& line)
 {
     constexpr qint64 kOverheadBytes = 48; // the heap block's head and the queue's entry
     return line.size() * static_cast<qint64>(sizeof(QChar)) + kOverheadBytes;
-}
-
-qint64 clockMs()
-{
-    using namespace std::chrono;
-    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
 } // namespace
@@ -65,7 +60,7 @@ bool QMyLogThread::admits(quint64 key)
 {
     giveCounts(false);
     const std::lock_guard lock(m_filterLock);
-    return m_filter.admit(key, clockMs());
+    return m_filter.admit(key, platform::steadyMs());
 }
 
 void QMyLogThread::giveLine(quint64 key, const QString& line)
@@ -81,7 +76,7 @@ void QMyLogThread::giveCounts(bool all)
 {
     const auto take = [this, all] {
         const std::lock_guard lock(m_filterLock);
-        return m_filter.takeCount(clockMs(), all);
+        return m_filter.takeCount(platform::steadyMs(), all);
     };
     for (QString count = take(); !count.isEmpty(); count = take())
         emit notifyWiteLog(count + QStringLiteral("\r\n"));

@@ -48,9 +48,6 @@ void QDlgExtScreen::embedInto(HWND hParent)
 void QDlgExtScreen::place(const QRect& rect)
 {
     m_embedding.place(rect);
-    m_embedding.show();
-    if (isVisible())
-        platform::showOnTop(winId());
     reportShown();
 }
 

@@ -45,6 +45,9 @@ void Embedding::place(const QRect& rect)
     if (m_bWaiting)
         tryAgain();
     platform::placeWindow(m_window.winId(), rect);
+    show();
+    if (m_window.isVisible())
+        platform::showOnTop(m_window.winId());
 }
 
 void Embedding::show()

@@ -28,7 +28,8 @@ public:
     /// at the top level, hidden, and tried again with `place` and for some seconds.
     /// @return whether it is where it belongs
     bool into(platform::NativeWindow parent);
-    /// Places the window in its parent's pixels.
+    /// Places the window in its parent's pixels and shows it, above what else is there, once it is
+    /// where it belongs.
     void place(const QRect& rect);
     /// Shows the window, once it is where it belongs.
     void show();

@@ -15,6 +15,10 @@ namespace platform {
 /// @return false when it is not all written; some of it may be then.
 [[nodiscard]] bool copyToHost(void* to, const void* from, std::size_t size);
 
+/// The host's texts are no longer than this, in bytes; a stray pointer into a large block, or a
+/// record of another library's, looks like one that is.
+constexpr std::size_t kMaxTextBytes = std::size_t(1024) * 1024;
+
 /// Length of the zero-terminated string at `text`, found without touching unreadable memory.
 /// @return -1 when `text` is null, or memory ends before a terminator is found.
 [[nodiscard]] std::ptrdiff_t readableStringLength(const char* text);

@@ -10,6 +10,8 @@
 #include <QString>
 #include <QtGlobal>
 
+#include <chrono>
+
 class QApplication;
 
 namespace platform {
@@ -104,6 +106,12 @@ bool returnKeyboardFocus(NativeWindow window);
 
 /// Milliseconds since an arbitrary start, wrapping around after 49.7 days. Any thread.
 [[nodiscard]] quint32 tickMs();
+/// Milliseconds since an arbitrary start that no change of the clock moves. Any thread.
+[[nodiscard]] inline qint64 steadyMs()
+{
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
 
 /// Primary screen's size in physical pixels, or in the units of a host that scales its windows; 0
 /// where there is no screen. GUI thread.

@@ -542,8 +542,7 @@ QString stateFolder()
 
 quint32 tickMs()
 {
-    const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    return static_cast<quint32>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+    return static_cast<quint32>(steadyMs());
 }
 
 namespace {

@@ -315,14 +315,16 @@ void CPlayWidget::resizeGL(int w, int h)
 
 void CPlayWidget::paintGL()
 {
+    Statistics* const statistics = Statistics::active();
     QElapsedTimer timer;
-    timer.start();
+    if (statistics)
+        timer.start();
     const quint64 uploads = m_renderer.uploadCount();
     paintPicture();
     if (tagPersonInfo* const person = GetPersonInfo();
         person && m_renderer.uploadCount() != uploads)
         person->frames.notePainted();
-    if (Statistics* const statistics = Statistics::active())
+    if (statistics)
         statistics->notePaint(timer.nsecsElapsed());
 }
 

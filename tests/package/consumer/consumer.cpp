@@ -1,8 +1,6 @@
 // Linked against the import library. Passes the standard library's types through the interface.
 #include <zrscreenmod.h>
 
-#include <windows.h>
-
 #include <cstdio>
 
 namespace {
@@ -15,17 +13,6 @@ int onMessage(unsigned long id, unsigned long long, long long)
     return 0;
 }
 
-void pump(DWORD timeMs)
-{
-    const ULONGLONG end = GetTickCount64() + timeMs;
-    while (GetTickCount64() < end) {
-        MSG message;
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
-            DispatchMessageW(&message);
-        Sleep(5);
-    }
-}
-
 } // namespace
 
 int main()
@@ -36,7 +23,6 @@ int main()
     void* const play = ZRScreen_AddPerson(screen, id, name, 1, 0, nullptr);
     const int changed = ZRScreen_ChangeLayout(screen, eLayoutGrid4, {{0, "user1"}});
     const int speaking = ZRScreen_SetCurrentSpeakingPerson(screen, "user1");
-    pump(300);
     const int mode = ZRScreen_GetCurMode(screen);
     std::printf("play %d, changed %d, speaking %d, mode %d, messages %d\n", play != nullptr,
                 changed, speaking, mode, g_modeMessages);
