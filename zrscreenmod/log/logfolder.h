@@ -10,8 +10,8 @@
 [[nodiscard]] QString logFolder();
 
 /// The folders that come into question, best first: what ZRSCREEN_LOG_DIR names, "log" under the
-/// program's folder unless that is the system's, and a folder of the program's in the user's folder for state (XDG_STATE_HOME,
-/// on Windows the local application data).
+/// program's folder unless that is the system's, and a folder of the program's in the user's folder
+/// for state (XDG_STATE_HOME, on Windows the local application data).
 [[nodiscard]] QStringList logFolders();
 
 /// The first folder in which a log file can be written, made where it is not there; empty without
