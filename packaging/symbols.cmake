@@ -15,7 +15,10 @@ else()
 endif()
 get_filename_component(folder ${symbols} DIRECTORY)
 file(MAKE_DIRECTORY ${folder})
-execute_process(COMMAND ${OBJCOPY} --only-keep-debug --compress-debug-sections ${FILE} ${symbols}
+# Files for Windows hold the time at which they were written: with one time, two are the same, and
+# the sum that the installed file knows is that of the packed symbols.
+execute_process(COMMAND ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=1
+  ${OBJCOPY} --only-keep-debug --compress-debug-sections ${FILE} ${symbols}
   COMMAND_ERROR_IS_FATAL ANY)
 file(CHMOD ${symbols} PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
 if(NAME_IN)
