@@ -25,18 +25,24 @@ if(WIN32)
 endif()
 
 # The symbols of a stripped file are packages of their own. A debugger finds them by the file's build
-# id, on Windows beside the file, whose name it has with ".debug" behind it.
+# id; on Windows beside the file, by the name that the file has been told.
 set(zrSymbolComponents "")
 function(zr_install_symbols component)
   list(APPEND zrSymbolComponents ${component}Symbols)
   set(zrSymbolComponents ${zrSymbolComponents} PARENT_SCOPE)
   foreach(target IN LISTS ARGN)
-    install(CODE "
+    set(run "
       set(ENV{ZR_PREFIX} \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}\")
       execute_process(COMMAND ${CMAKE_COMMAND} -DOBJCOPY=${CMAKE_OBJCOPY}
         -DREADELF=${CMAKE_READELF} -DWINDOWS=${WIN32} -DFILE=$<TARGET_FILE:${target}>
-        -DBINDIR=${CMAKE_INSTALL_BINDIR} -P ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/symbols.cmake
-        COMMAND_ERROR_IS_FATAL ANY)" COMPONENT ${component}Symbols EXCLUDE_FROM_ALL)
+        -DBINDIR=${CMAKE_INSTALL_BINDIR}")
+    set(script "-P ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/symbols.cmake COMMAND_ERROR_IS_FATAL ANY)")
+    install(CODE "${run} ${script}" COMPONENT ${component}Symbols EXCLUDE_FROM_ALL)
+    if(WIN32)
+      install(CODE "if(CMAKE_INSTALL_DO_STRIP)
+        ${run} -DNAME_IN=${PROJECT_BINARY_DIR}/package ${script}
+        endif()" COMPONENT ${component})
+    endif()
   endforeach()
 endfunction()
 if(NOT MSVC)

@@ -51,16 +51,27 @@ foreach(component Runtime Host)
     "Symbols for debuggers, of the package ${zrPackage_${component}}.")
 endforeach()
 
-# Debian wants both changelogs compressed: its own, and what a host can notice.
+# Debian wants both changelogs, its own and what a host can notice, and manual pages compressed.
 find_program(ZR_GZIP gzip)
+function(zr_compress file)
+  get_filename_component(name ${file} NAME)
+  execute_process(COMMAND ${ZR_GZIP} -9 --no-name --stdout ${file}
+    OUTPUT_FILE ${PROJECT_BINARY_DIR}/package/${name}.gz COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
 if(ZR_GZIP)
   configure_file(${CMAKE_CURRENT_LIST_DIR}/changelog.Debian.in package/changelog.Debian @ONLY)
   configure_file(${PROJECT_SOURCE_DIR}/CHANGELOG.md package/changelog COPYONLY)
   foreach(name changelog changelog.Debian)
-    execute_process(COMMAND ${ZR_GZIP} -9 --no-name --stdout ${PROJECT_BINARY_DIR}/package/${name}
-      OUTPUT_FILE ${PROJECT_BINARY_DIR}/package/${name}.gz COMMAND_ERROR_IS_FATAL ANY)
+    zr_compress(${PROJECT_BINARY_DIR}/package/${name})
     foreach(component IN LISTS zrComponents zrSymbolComponents)
       zr_install_documents(${component} . ${PROJECT_BINARY_DIR}/package/${name}.gz)
     endforeach()
   endforeach()
+  if(ZR_BUILD_HOST)
+    set_property(DIRECTORY APPEND PROPERTY
+      CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/zrhost.1)
+    zr_compress(${CMAKE_CURRENT_LIST_DIR}/zrhost.1)
+    install(FILES ${PROJECT_BINARY_DIR}/package/zrhost.1.gz
+      DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Host)
+  endif()
 endif()

@@ -2,6 +2,7 @@
 set(CPACK_GENERATOR ZIP)
 set(CPACK_SYSTEM_NAME windows-x64)
 set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENT_INCLUDE_TOPLEVEL_DIRECTORY ON)
 list(APPEND zrComponents Dependencies)
 foreach(component IN LISTS zrComponents)
   string(TOUPPER ${component} upper)

@@ -14,6 +14,11 @@ foreach(name ZRScreenMod.dll ZRScreenModC.dll zrhost.exe)
   if(NOT symbols MATCHES "/bin/${name}.debug\n")
     message(SEND_ERROR "the symbols have none of ${name}: ${symbols}")
   endif()
+  execute_process(COMMAND ${OBJDUMP} --section-headers "${PACKAGE_DIR}/bin/${name}"
+    OUTPUT_VARIABLE headers COMMAND_ERROR_IS_FATAL ANY)
+  if(NOT headers MATCHES "[.]gnu_debuglink" OR headers MATCHES "[.]debug_info")
+    message(SEND_ERROR "${name} does not name its symbols, or has them: ${headers}")
+  endif()
 endforeach()
 
 # Import libraries made of the definition file bind to names: numbers change with each new function.
