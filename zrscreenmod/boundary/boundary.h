@@ -257,7 +257,8 @@ Result askGallery(void* hScreen, Result failure, Body&& body) noexcept
 /// once more from inside, to record the call and its answer.
 #define ZR_ENTER(function, arguments)                                                              \
     do {                                                                                           \
-        static_assert(boundary::isSameName(__FUNCTION__, #function), "another export's first line");   \
+        static_assert(boundary::isSameName(__FUNCTION__, #function),                               \
+                      "another export's first line");                                              \
         constexpr const zr::Export& zrRow = zr::kExports[zr::table::k##function];                  \
         if (boundary::isClosed())                                                                  \
             return calltrace::refuse(zrRow, &(function));                                          \
