@@ -422,6 +422,11 @@ ZR_EXPORTS(ZR_CHECK)
 
 using table::kExports;
 
+/// How an argument is passed on that may be wrong: a reference as its address.
+template<typename T>
+using Passed =
+    std::conditional_t<std::is_reference_v<T>, std::add_pointer_t<std::remove_reference_t<T>>, T>;
+
 // A member for each export of a family, with the export's own type.
 // NOLINTBEGIN(bugprone-macro-parentheses): a member's name takes none
 #define ZR_MEMBER(family, name, thread, answer, arguments)                                         \

@@ -25,21 +25,21 @@ struct MessageRow
 {
     unsigned long id;
     const char* name;
+    const char* label; ///< of wParam
     MessageValue wParam;
-    const char* label; ///< what wParam is called in front of it
     MessageValue lParam;
 };
 
 #define ZR_MESSAGE(name, wParam, label, lParam)                                                    \
     {                                                                                              \
-        name, #name, MessageValue::wParam, label, MessageValue::lParam                             \
+        name, #name, label, MessageValue::wParam, MessageValue::lParam                             \
     }
 inline constexpr MessageRow kMessages[] = {
     ZR_MESSAGE(ZRMSG_CLICK_AUDIO, Person, "person", HostValue),
     ZR_MESSAGE(ZRMSG_CLICK_MORE, Number, "right", HostValue),
-    {2, "GRADE_SMALL", MessageValue::Person, "person", MessageValue::HostValue},
-    {3, "GRADE_GRID", MessageValue::Person, "person", MessageValue::HostValue},
-    {4, "GRADE_LARGE", MessageValue::Person, "person", MessageValue::HostValue},
+    {2, "GRADE_SMALL", "person", MessageValue::Person, MessageValue::HostValue},
+    {3, "GRADE_GRID", "person", MessageValue::Person, MessageValue::HostValue},
+    {4, "GRADE_LARGE", "person", MessageValue::Person, MessageValue::HostValue},
     ZR_MESSAGE(ZRMSG_DBLCLICK_LAYOUT, Number, "class", Nothing),
     ZR_MESSAGE(ZRMSG_TILE_CLICK, Nothing, "", Nothing),
     ZR_MESSAGE(ZRMSG_CLICK_HANDUP, Person, "person", HostValue),

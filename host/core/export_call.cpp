@@ -7,10 +7,6 @@ namespace zrhost {
 
 namespace {
 
-/// How an argument is passed here: a reference as a pointer, which may be a wrong one.
-template<typename T>
-using Passed = std::conditional_t<std::is_reference_v<T>, std::add_pointer_t<T>, T>;
-
 /// The member that a pointer to a T names.
 template<typename T>
 T* memberOf(Value& value)
@@ -57,10 +53,10 @@ template<typename Result, typename... Arguments, std::size_t... at>
 Answer call([[maybe_unused]] const zr::Export& row, Result(ZR_CALL* function)(Arguments...),
             [[maybe_unused]] std::vector<Value>& values, std::index_sequence<at...>)
 {
-    const auto passing = reinterpret_cast<Result(ZR_CALL*)(Passed<Arguments>...)>(
+    const auto passing = reinterpret_cast<Result(ZR_CALL*)(zr::Passed<Arguments>...)>(
         reinterpret_cast<void (*)()>(function));
     const auto run = [&] {
-        return passing(as<Passed<Arguments>>(row.arguments[at], values[at])...);
+        return passing(as<zr::Passed<Arguments>>(row.arguments[at], values[at])...);
     };
     Answer answer;
     if constexpr (std::is_void_v<Result>)

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "native_rect.h"
-#include "picture.h"
 #include "zrscreenmod/exports.h"
 
 #include <map>
@@ -23,7 +22,6 @@ struct Value
     tagPOINT point{};
     std::map<int, std::string> order;
     __WTMark_Info watermark{};
-    Picture picture; ///< holds the bytes that a frame names
     VantrelRTCVideoFrameQT frame{};
     long long number = 0;
     int length = 0;

@@ -65,13 +65,8 @@ public:
     MessageScope& operator=(const MessageScope&) = delete;
 
 private:
-    const bool m_recorded;
+    bool m_recorded = false;
 };
-
-/// How an argument is handed on: a reference as its address, which may be a wrong one.
-template<typename T>
-using Passed =
-    std::conditional_t<std::is_reference_v<T>, std::add_pointer_t<std::remove_reference_t<T>>, T>;
 
 template<typename T>
 Given givenBy(const T& value)
@@ -91,9 +86,9 @@ template<typename Result, typename... Parameters, typename... Arguments>
 Result recordCall(const zr::Export& row, Result(ZR_CALL* function)(Parameters...),
                   const std::tuple<Arguments...>& arguments)
 {
-    static_assert(std::is_same_v<std::tuple<Passed<Parameters>...>, std::tuple<Arguments...>>,
+    static_assert(std::is_same_v<std::tuple<zr::Passed<Parameters>...>, std::tuple<Arguments...>>,
                   "not the arguments of the export, references as addresses");
-    const auto passing = reinterpret_cast<Result(ZR_CALL*)(Passed<Parameters>...)>(
+    const auto passing = reinterpret_cast<Result(ZR_CALL*)(zr::Passed<Parameters>...)>(
         reinterpret_cast<void (*)()>(function));
     const auto run = [&](const Arguments&... argument) -> Result {
         const std::array<Given, sizeof...(Arguments) + 1> given{givenBy(argument)..., Given()};

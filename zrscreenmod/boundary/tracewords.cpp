@@ -20,7 +20,7 @@ QByteArray hostTextWord(const char* text, TextEncoding encoding)
     if (!text)
         return "!null";
     const qptrdiff length = platform::readableStringLength(text);
-    if (length < 0 || length > qptrdiff(boundary::kMaxTextBytes))
+    if (length < 0 || length > qptrdiff(platform::kMaxTextBytes))
         return kUnreadable;
     return zr::textWord(QByteArray(text, static_cast<int>(length)), encoding);
 }
@@ -63,7 +63,7 @@ QByteArray writtenText(const void* buffer, const void* length, long long answer)
 QByteArray orderWord(const void* address)
 {
     const auto* order = static_cast<const std::map<int, std::string>*>(address);
-    if (!platform::isReadable(order, sizeof *order))
+    if (!platform::isReadable(order, sizeof(std::map<int, std::string>)))
         return kUnreadable;
     QByteArrayList parts;
     for (const auto& [position, id] : *order)
@@ -128,7 +128,7 @@ TracedPicture readPicture(const void* record, std::size_t rowStep)
     TracedPicture picture;
     picture.word = record ? kUnreadable : "!null";
     VantrelRTCVideoFrameQT frame{};
-    if (!platform::isReadable(record, sizeof frame))
+    if (!record || !platform::isReadable(record, sizeof frame))
         return picture;
     std::memcpy(&frame, record, sizeof frame);
     picture.word = QByteArray::number(frame.width) + 'x' + QByteArray::number(frame.height) + '#';
