@@ -3,12 +3,11 @@
 #include "calendarmath.h"
 #include "controlhandle.h"
 #include "platform.h"
+#include "qtparent.h"
 #include "qzrscreenconfig.h"
 #include "selectdatetimewidget.h"
 
 #include <QDebug>
-#include <QGuiApplication>
-#include <QScreen>
 
 #include <memory>
 #include <utility>
@@ -24,9 +23,7 @@ std::vector<QRect> visibleAreas(const ST_ZRDateHdl& picker)
                              : QRect();
     const QPoint origin = parent.isNull() ? QPoint() : parent.topLeft();
     std::vector<QRect> areas;
-    const QList<QScreen*> screens = QGuiApplication::screens();
-    for (const QScreen* screen : screens) {
-        const QRect onScreen = screen->availableGeometry();
+    for (const QRect& onScreen : platform::availableScreens()) {
         const QRect both = parent.isNull() ? onScreen : onScreen.intersected(parent);
         if (!both.isEmpty())
             areas.push_back(both.translated(-origin));
@@ -75,10 +72,12 @@ void openDatePicker(ST_ZRDateHdl& picker, const QPoint& at)
 {
     SelectDateTimeWidget* const widget = picker.m_pWidget.get();
     widget->refreshInterface();
-    platform::placeWindow(
-        widget->winId(),
-        {zr::pickerTopLeft(at, widget->size(), widget->contentWidthPx(), visibleAreas(picker)),
-         widget->size()});
+    const qreal ratio = widget->devicePixelRatioF();
+    const QSize size = widget->size() * ratio;
+    platform::placeWindow(widget->winId(),
+                          {zr::pickerTopLeft(at, size, qRound(widget->contentWidthPx() * ratio),
+                                             visibleAreas(picker)),
+                           size});
     widget->show();
     widget->raise();
     widget->activateWindow();

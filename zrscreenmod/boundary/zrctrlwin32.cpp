@@ -4,6 +4,7 @@
 #include "controlhandle.h"
 #include "platform.h"
 #include "qmytextedit.h"
+#include "qtparent.h"
 
 #include <QByteArray>
 #include <QColor>
@@ -138,7 +139,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetParent(void* h, HWND parent)
     ZR_ENTER_OR_RETURN();
     ZR_LOG_THREAD("current thread:");
     onLineEdit(h, [parent](QMyLineEdit& edit) {
-        const QPoint place = edit.geometry().topLeft();
+        const QPoint place = platform::rectInParent(edit).topLeft();
         if (!platform::setParentWindow(edit.winId(), platform::toNative(parent), place))
             qDebug() << "SetParent failed, parent:" << parent;
     });

@@ -364,9 +364,8 @@ void QDlgScreen::showSpeakTool(tagPersonInfo* person)
             return; // deleted by the host, from inside the message that it is shown
     }
     if (std::exchange(m_bPlaceTool, false)) {
-        m_pSpeakTool->moveTool(zr::speakToolPosition(platform::rectOnScreen(*this),
-                                                     m_pSpeakTool->toolSize(),
-                                                     hub().scaled(kScreenMarginPx)));
+        m_pSpeakTool->moveTool(zr::speakToolPosition(
+            platform::globalRect(*this), m_pSpeakTool->toolSize(), hub().scaled(kScreenMarginPx)));
     }
     if (!m_pSpeakTool->isToolVisible())
         m_pSpeakTool->showTool();

@@ -105,7 +105,8 @@ bool returnKeyboardFocus(NativeWindow window);
 /// Milliseconds since an arbitrary start, wrapping around after 49.7 days. Any thread.
 [[nodiscard]] quint32 tickMs();
 
-/// Primary screen's size in physical pixels; 0 where there is no screen. GUI thread.
+/// Primary screen's size in physical pixels, or in the units of a host that scales its windows; 0
+/// where there is no screen. GUI thread.
 [[nodiscard]] int screenWidthPx();
 [[nodiscard]] int screenHeightPx();
 

@@ -161,7 +161,7 @@ void setChildStyle(NativeWindow window)
 
 void placeWindow(NativeWindow window, const QRect& rect)
 {
-    const QRect place = placeable(rect);
+    const QRect place = placeable(window, rect);
     if (SetWindowPos(toHwnd(window), nullptr, place.x(), place.y(), place.width(), place.height(),
                      SWP_NOZORDER | SWP_NOACTIVATE))
         setQtGeometry(window, place);
@@ -225,12 +225,12 @@ quint32 tickMs()
 
 int screenWidthPx()
 {
-    return GetSystemMetrics(SM_CXSCREEN);
+    return qRound(GetSystemMetrics(SM_CXSCREEN) / qGuiApp->devicePixelRatio());
 }
 
 int screenHeightPx()
 {
-    return GetSystemMetrics(SM_CYSCREEN);
+    return qRound(GetSystemMetrics(SM_CYSCREEN) / qGuiApp->devicePixelRatio());
 }
 
 PriorityChange setThreadPriorityTimeCritical()

@@ -113,7 +113,8 @@ bool findInTree(xcb_connection_t* c, xcb_window_t window, TreePlace* place)
 // --- Reports ----------------------------------------------------------------------------------
 
 /// Keeps from Qt what the server reports of a window from before its last placing, which Qt knows
-/// already: it would take the former place for a new one, until the next report.
+/// already: it would take the former place for a new one, until the next report. Takes a window
+/// that the server has destroyed with its parent off the display: renderers crash on one.
 class StaleReports : public QObject, public QAbstractNativeEventFilter
 {
 public:
@@ -401,7 +402,7 @@ bool setParentWindow(NativeWindow child, NativeWindow parent, const QPoint& at)
     const bool withdrawn =
         atTopLevel && withdraw(c, childId, childPlace.root, window && window->isVisible());
     // The server decides, and Qt hears of it only when it has agreed.
-    const QRect place = placeable({at, sizeOf(c, childId)});
+    const QRect place = placeable(child, {at, sizeOf(c, childId)});
     const bool reparented = succeeded(
         c, xcb_reparent_window_checked(c, childId, parentId, static_cast<qint16>(place.x()),
                                        static_cast<qint16>(place.y())));
@@ -455,7 +456,7 @@ void placeWindow(NativeWindow window, const QRect& rect)
     const xcb_window_t id = toXcb(window);
     if (!c || id == XCB_WINDOW_NONE)
         return;
-    const QRect place = placeable(rect);
+    const QRect place = placeable(window, rect);
     const quint32 values[] = {static_cast<quint32>(place.x()), static_cast<quint32>(place.y()),
                               static_cast<quint32>(place.width()),
                               static_cast<quint32>(place.height())};
@@ -540,23 +541,23 @@ quint32 tickMs()
 
 namespace {
 
-QSize primaryScreenSizePx()
+QSize primaryScreenSize()
 {
     const auto* const app = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
     const QScreen* const screen = app ? QGuiApplication::primaryScreen() : nullptr;
-    return screen ? screen->geometry().size() * screen->devicePixelRatio() : QSize(0, 0);
+    return screen ? screen->geometry().size() : QSize(0, 0);
 }
 
 } // namespace
 
 int screenWidthPx()
 {
-    return primaryScreenSizePx().width();
+    return primaryScreenSize().width();
 }
 
 int screenHeightPx()
 {
-    return primaryScreenSizePx().height();
+    return primaryScreenSize().height();
 }
 
 PriorityChange setThreadPriorityTimeCritical()

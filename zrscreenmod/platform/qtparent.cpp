@@ -2,9 +2,11 @@
 
 #include <QGuiApplication>
 #include <QPointer>
+#include <QScreen>
 #include <QVariant>
 #include <QWidget>
 #include <QWindow>
+#include <QtMath>
 
 #include <algorithm>
 
@@ -52,7 +54,67 @@ void setQtParent(QWindow* child, NativeWindow parent)
         delete before;
 }
 
+namespace {
+
+struct Span
+{
+    int from;
+    int length;
+};
+
+/// Qt rounds a half upward, so the first pixel of a unit may be half a pixel further than it says.
+Span toUnits(const Span& pixels, qreal ratio)
+{
+    const int from = qCeil((pixels.from + 0.5) / ratio) - 1;
+    const int before = pixels.from - qRound(from * ratio);
+    return {from, qCeil((before + pixels.length - 0.5) / ratio)};
+}
+
+/// Qt leaves the corner of each screen where it is.
+QRect toScreenPixels(const QRect& global, const QScreen* screen)
+{
+    if (!screen)
+        return global;
+    const QPoint corner = screen->geometry().topLeft();
+    return toPixels(global.translated(-corner), screen->devicePixelRatio()).translated(corner);
+}
+
+} // namespace
+
+QRect toPixels(const QRect& units, qreal ratio)
+{
+    return {units.topLeft() * ratio, units.size() * ratio};
+}
+
+QRect toUnits(const QRect& pixels, qreal ratio)
+{
+    const Span across = toUnits({pixels.x(), pixels.width()}, ratio);
+    const Span down = toUnits({pixels.y(), pixels.height()}, ratio);
+    return {across.from, down.from, across.length, down.length};
+}
+
 QRect rectOnScreen(const QWidget& widget)
+{
+    const QWindow* const window = widget.window()->windowHandle();
+    return toScreenPixels(globalRect(widget),
+                          window ? window->screen() : QGuiApplication::primaryScreen());
+}
+
+QRect rectInParent(const QWidget& window)
+{
+    return toPixels(window.geometry(), window.devicePixelRatioF());
+}
+
+std::vector<QRect> availableScreens()
+{
+    std::vector<QRect> areas;
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    for (const QScreen* screen : screens)
+        areas.push_back(toScreenPixels(screen->availableGeometry(), screen));
+    return areas;
+}
+
+QRect globalRect(const QWidget& widget)
 {
     const QWidget* const top = widget.window();
     const QWindow* const window = top->windowHandle();
@@ -63,25 +125,29 @@ QRect rectOnScreen(const QWidget& widget)
             widget.size()};
 }
 
-QRect placeable(const QRect& rect)
+QRect placeable(NativeWindow id, const QRect& rect)
 {
     constexpr int kFarthest = 32767;    // the protocol of X11 has 16 bits
     constexpr int kLongestSide = 16384; // the software renderer crashes on a longer one
-    return {qBound(-kFarthest, rect.x(), kFarthest), qBound(-kFarthest, rect.y(), kFarthest),
-            qBound(1, rect.width(), kLongestSide), qBound(1, rect.height(), kLongestSide)};
+    const QRect place(
+        qBound(-kFarthest, rect.x(), kFarthest), qBound(-kFarthest, rect.y(), kFarthest),
+        qBound(1, rect.width(), kLongestSide), qBound(1, rect.height(), kLongestSide));
+    const QWindow* const window = findQtWindow(id);
+    const qreal ratio = window ? window->devicePixelRatio() : 1;
+    return toPixels(toUnits(place, ratio), ratio);
 }
 
 void setQtGeometry(NativeWindow id, const QRect& rect)
 {
-    QRect known = rect;
+    QWindow* const window = findQtWindow(id);
+    QRect known = window ? toUnits(rect, window->devicePixelRatio()) : rect;
     if (const QPointer<QWidget> widget = QWidget::find(id)) {
-        widget->setGeometry(rect);
+        widget->setGeometry(known);
         if (!widget)
             return;
         known = widget->geometry(); // it may have a least size
     }
     // The widget tells its window only while it is shown, and only what is new to the widget.
-    QWindow* const window = findQtWindow(id);
     if (window && window->geometry() != known)
         window->setGeometry(known);
 }

@@ -3,6 +3,8 @@
 
 #include "platform.h"
 
+#include <vector>
+
 class QWidget;
 class QWindow;
 
@@ -17,12 +19,29 @@ namespace platform {
 /// GUI thread.
 void setQtParent(QWindow* child, NativeWindow parent);
 
-/// Where a widget is, in screen pixels. Unlike QWidget::mapToGlobal it is right before its window
-/// has been seen for the first time, too. GUI thread.
-[[nodiscard]] QRect rectOnScreen(const QWidget& widget);
+// A host that uses Qt may scale all of the program's windows. Qt's units, in which widgets are
+// placed and painted, then are `ratio` pixels each, and Qt knows no window with others. What hosts
+// and the window system say and hear are pixels.
 
-/// The place nearest to the wanted one that every window system takes.
-[[nodiscard]] QRect placeable(const QRect& rect);
+/// Pixels of what Qt gives in units, rounded as Qt does.
+[[nodiscard]] QRect toPixels(const QRect& units, qreal ratio);
+/// The fewest units that cover the pixels. Those of toPixels(units) are the units, for a ratio of
+/// at least 1.
+[[nodiscard]] QRect toUnits(const QRect& pixels, qreal ratio);
+
+/// Where a widget is, in Qt's global coordinates. Unlike QWidget::mapToGlobal it is right before
+/// its window has been seen for the first time, too. GUI thread.
+[[nodiscard]] QRect globalRect(const QWidget& widget);
+/// The same in screen pixels.
+[[nodiscard]] QRect rectOnScreen(const QWidget& widget);
+/// Where a window is in its parent, in the parent's pixels. GUI thread.
+[[nodiscard]] QRect rectInParent(const QWidget& window);
+/// What windows can use of each screen, in screen pixels. GUI thread.
+[[nodiscard]] std::vector<QRect> availableScreens();
+
+/// The place nearest to the wanted one that every window system takes, and that Qt can tell for a
+/// window of its own: in a scaled host it may be larger by less than a unit. GUI thread.
+[[nodiscard]] QRect placeable(NativeWindow id, const QRect& rect);
 
 /// Tells Qt, and with it the widget, where a window of its own is in its parent; nothing for any
 /// other window. `rect` is placeable. The widget's events come from inside, so that anything may be

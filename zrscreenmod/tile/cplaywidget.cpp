@@ -2,6 +2,7 @@
 
 #include "letterbox.h"
 #include "qdlgplayinfo.h"
+#include "qtparent.h"
 #include "qzrscreenconfig.h"
 #include "repaintpacer.h"
 #include "statistics.h"
@@ -340,8 +341,11 @@ void CPlayWidget::paintPicture()
         view = m_rcView;
     }
     glEnable(GL_DEPTH_TEST);
+    const qreal ratio = devicePixelRatioF();
+    view = platform::toPixels(view, ratio);
     // GL counts rows from the bottom.
-    glViewport(view.x(), height() - view.y() - view.height(), view.width(), view.height());
+    glViewport(view.x(), qRound(height() * ratio) - view.y() - view.height(), view.width(),
+               view.height());
     m_renderer.draw();
 }
 
@@ -442,7 +446,7 @@ void CPlayWidget::MapVideoRect(QRect& rect) const
     QRect view;
     {
         const Locker lock(m_mutex);
-        view = m_rcView;
+        view = platform::toPixels(m_rcView, devicePixelRatioF());
     }
     rect.setLeft(rect.left() + view.x());
     rect.setTop(rect.top() + view.y());

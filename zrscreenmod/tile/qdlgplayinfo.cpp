@@ -2,6 +2,7 @@
 
 #include "overlayimages.h"
 #include "overlaypainter.h"
+#include "qtparent.h"
 #include "qzrscreenconfig.h"
 #include "rectpacer.h"
 #include "tileaccessible.h"
@@ -367,9 +368,10 @@ void QDlgPlayInfo::activate(OverlayControl control)
         emit hub().notifyClickAudioCtrl(m_pPerson);
         break;
     case OverlayControl::More: {
-        const QPoint origin = mapToGlobal(QPoint(0, 0));
-        qDebug() << "ptCur:" << QCursor::pos() << origin << rect();
-        const int x = origin.x() + width() - element(control).rect.width();
+        const QRect onScreen = platform::rectOnScreen(*this);
+        qDebug() << "ptCur:" << QCursor::pos() << onScreen.topLeft() << rect();
+        const QRect button = platform::toPixels(element(control).rect, devicePixelRatioF());
+        const int x = onScreen.x() + onScreen.width() - button.width();
         emit hub().notifyClickMore(m_pPerson, x);
         break;
     }
