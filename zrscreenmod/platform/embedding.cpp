@@ -1,5 +1,7 @@
 #include "embedding.h"
 
+#include "qtparent.h"
+
 #include <QDebug>
 #include <QTimerEvent>
 #include <QWidget>
@@ -39,6 +41,7 @@ bool Embedding::into(platform::NativeWindow parent)
 void Embedding::place(const QRect& rect)
 {
     m_at = rect.topLeft();
+    m_bWaiting = m_bWaiting || isLost();
     if (m_bWaiting)
         tryAgain();
     platform::placeWindow(m_window.winId(), rect);
@@ -46,9 +49,15 @@ void Embedding::place(const QRect& rect)
 
 void Embedding::show()
 {
+    m_bWaiting = m_bWaiting || isLost();
     m_bShowDue = m_bWaiting;
     if (!m_bWaiting)
         m_window.show();
+}
+
+bool Embedding::isLost() const
+{
+    return m_parent != 0 && platform::canEmbed() && !platform::isInParent(m_window.winId());
 }
 
 bool Embedding::tryAgain()

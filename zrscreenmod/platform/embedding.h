@@ -13,7 +13,7 @@ class QWidget;
 
 /// Keeps a window hidden until it is inside the host's, which the window system may not know yet:
 /// on X11 the request that makes it may still lie in the host's own connection. A window that is
-/// shown before would stand on the desktop, bare. GUI thread.
+/// shown before would stand on the desktop, bare; so would one whose parent is gone. GUI thread.
 class Embedding : public QObject
 {
 public:
@@ -38,6 +38,8 @@ protected:
 
 private:
     bool tryAgain();
+    /// Whether the parent has gone meanwhile.
+    [[nodiscard]] bool isLost() const;
 
     QWidget& m_window;
     std::function<void()> m_shownLate;

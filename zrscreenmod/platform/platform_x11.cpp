@@ -141,6 +141,13 @@ public:
         if (m_waiting && static_cast<qint32>(event->full_sequence - m_placing) >= 0)
             m_waiting = false;
         constexpr quint8 kWithoutSender = 0x7f;
+        auto& window = static_cast<QWindow&>(*parent());
+        if ((event->response_type & kWithoutSender) == XCB_DESTROY_NOTIFY
+            && static_cast<const xcb_destroy_notify_event_t*>(message)->window == m_id
+            && window.handle() && window.winId() == m_id) {
+            platform::leaveParent(window);
+            return false;
+        }
         return m_waiting && (event->response_type & kWithoutSender) == XCB_CONFIGURE_NOTIFY
                && static_cast<const xcb_configure_notify_event_t*>(message)->event == m_id;
     }

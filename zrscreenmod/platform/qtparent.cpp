@@ -1,6 +1,8 @@
 #include "qtparent.h"
 
+#include <QDebug>
 #include <QGuiApplication>
+#include <QPlatformSurfaceEvent>
 #include <QPointer>
 #include <QScreen>
 #include <QVariant>
@@ -21,6 +23,46 @@ bool isContainer(const QWindow* window)
     return window && window->property(kContainerProperty).toBool();
 }
 
+/// Takes a window of the module's out of one of the host's Qt before that is destroyed: the system
+/// would destroy both.
+class ParentWatch : public QObject
+{
+public:
+    static void follow(QWindow& child, QWindow* parent)
+    {
+        ParentWatch* watch = nullptr;
+        for (QObject* const part : child.children())
+            watch = watch ? watch : dynamic_cast<ParentWatch*>(part);
+        if (!watch && parent)
+            watch = new ParentWatch(child);
+        if (!watch)
+            return;
+        if (watch->m_parent)
+            watch->m_parent->removeEventFilter(watch);
+        watch->m_parent = parent;
+        if (parent)
+            parent->installEventFilter(watch);
+    }
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::PlatformSurface
+            && static_cast<QPlatformSurfaceEvent*>(event)->surfaceEventType()
+                   == QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed)
+            leaveParent(m_child);
+        return false;
+    }
+
+private:
+    explicit ParentWatch(QWindow& child)
+        : QObject(&child)
+        , m_child(child)
+    {
+    }
+
+    QWindow& m_child;
+    QPointer<QWindow> m_parent;
+};
+
 } // namespace
 
 QWindow* findQtWindow(NativeWindow id)
@@ -33,8 +75,27 @@ QWindow* findQtWindow(NativeWindow id)
     return found == windows.cend() ? nullptr : *found;
 }
 
+void leaveParent(QWindow& child)
+{
+    const NativeWindow id = child.winId();
+    qDebug() << "parent window goes first, child:" << reinterpret_cast<const void*>(id);
+    const QPointer<QWindow> alive = &child;
+    if (QWidget* const widget = QWidget::find(id))
+        widget->hide(); // which runs what the host has to hear of it
+    // The system may have destroyed the child as well. Qt has to know in any case.
+    if (alive && !setParentWindow(id, 0))
+        setQtParent(alive, 0);
+}
+
+bool isInParent(NativeWindow id)
+{
+    const QWindow* const window = findQtWindow(id);
+    return window && window->parent();
+}
+
 void setQtParent(QWindow* child, NativeWindow parent)
 {
+    ParentWatch::follow(*child, parent == 0 ? nullptr : findQtWindow(parent));
     QWindow* const before = child->parent();
     QWindow* after = nullptr;
     if (parent != 0) {

@@ -19,6 +19,11 @@ namespace platform {
 /// GUI thread.
 void setQtParent(QWindow* child, NativeWindow parent);
 
+/// Hides a window whose parent is gone or about to go, and puts it at the top level. GUI thread.
+void leaveParent(QWindow& child);
+/// Whether a window of Qt's is inside another one, as far as Qt knows. GUI thread.
+[[nodiscard]] bool isInParent(NativeWindow id);
+
 // A host that uses Qt may scale all of the program's windows. Qt's units, in which widgets are
 // placed and painted, then are `ratio` pixels each, and Qt knows no window with others. What hosts
 // and the window system say and hear are pixels.
