@@ -25,6 +25,10 @@
 ///   already has one. That thread is the **GUI thread**. The library runs no event loop of its
 ///   own: the host's loop on that thread drives it (the message loop on Windows, the default GLib
 ///   main context on Linux).
+/// - In a program that uses Qt's widgets itself the library creates none: it attaches with the
+/// first
+///   call after the program's `QApplication` has been made, on the same thread, and detaches with
+///   its end. Before and after, calls are refused, with a line on stderr.
 /// - High-DPI scaling of Qt is switched off, and Qt's message pattern is set. Variables of the
 ///   environment that scale Qt programs, choose Wayland or switch GLib off do not reach this
 ///   `QApplication`. On Windows the process becomes aware of the resolution, where its manifest
@@ -75,7 +79,8 @@
 ///   `ZRScreen_SetPersonInfo` are UTF-8; other `char*` are in the local 8-bit encoding, and a
 ///   `std::string` or the ids of a map are UTF-8. A null string is an empty one, unless the export
 ///   says otherwise.
-/// - Lengths are in physical pixels, times in the unit that the name ends with.
+/// - Lengths are in physical pixels, also in a program that Qt scales; times in the unit that the
+///   name ends with.
 /// - Unless an export says otherwise, it returns 1 when it was carried out or queued and 0 when
 ///   the screen handle or an argument was refused.
 #ifndef ZRSCREENMOD_H

@@ -4,8 +4,7 @@
 #include "meeting.h"
 
 #include <QApplication>
-#include <QFontDatabase>
-#include <QLabel>
+#include <QFile>
 #include <QPixmapCache>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -17,6 +16,7 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include <sys/mman.h>
 
@@ -37,6 +37,12 @@ public:
     }
     HWND hwnd() const { return reinterpret_cast<HWND>(winId()); }
 };
+
+/// A point of the picture's.
+Rgb seen()
+{
+    return Screenshot{zrhost::desktop::grab({60, 200}, {1, 1})}.at(0, 0);
+}
 
 /// Everything that a host can borrow, in one parent.
 struct Visit
@@ -87,8 +93,7 @@ struct Visit
         return pumpUntil([&] {
             CHECK_EQUAL(zr.PlayFrame(screen, play, &picture.frame), 1);
             pump(20);
-            const Screenshot shot{zrhost::desktop::grab({0, 0}, {kWidthPx, kHeightPx})};
-            return isNear(shot.at(60, 200), colour, 8);
+            return isNear(seen(), colour, 8);
         });
     }
 
@@ -99,53 +104,36 @@ struct Visit
     void* play = nullptr;
 };
 
-/// Where the library's code and constants lie.
-struct Range
+/// Where the library's code and constants lie: begin and end.
+std::pair<std::uintptr_t, std::uintptr_t> rangeOfLibrary()
 {
-    static Range ofLibrary()
-    {
-        Range range;
-        std::ifstream maps("/proc/self/maps");
-        for (std::string line; std::getline(maps, line);) {
-            if (line.find("libZRScreenMod.") == std::string::npos)
-                continue;
-            char* end = nullptr;
-            const auto begin = std::strtoull(line.c_str(), &end, 16);
-            range.begin = range.begin ? range.begin : begin;
-            range.end = std::strtoull(end + 1, nullptr, 16);
-        }
-        REQUIRE(range.begin != 0);
-        return range;
+    std::pair<std::uintptr_t, std::uintptr_t> range;
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);) {
+        if (line.find("libZRScreenMod.") == std::string::npos)
+            continue;
+        char* end = nullptr;
+        const auto begin = std::strtoull(line.c_str(), &end, 16);
+        range.first = range.first ? range.first : begin;
+        range.second = std::strtoull(end + 1, nullptr, 16);
     }
-    /// Lets nobody else have the addresses, so that whoever reads there is caught.
-    void close() const
-    {
-        constexpr int kFlags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED_NOREPLACE;
-        void* const at = reinterpret_cast<void*>(begin);
-        CHECK(mmap(at, end - begin, PROT_NONE, kFlags, -1, 0) == at);
-    }
-
-    std::uintptr_t begin = 0;
-    std::uintptr_t end = 0;
-};
+    return range;
+}
 
 /// Has Qt go through what it keeps: fonts, pictures, style sheets.
 void useQt()
 {
     QWidget window;
     QVBoxLayout rows(&window);
-    for (const char* const family : {"微软雅黑", "Microsoft YaHei", "Sans", "none"}) {
-        auto* const label = new QLabel(QString::fromUtf8(family));
-        label->setFont(QFont(label->text(), 13));
-        rows.addWidget(label);
-        auto* const button = new QPushButton(label->text());
-        button->setStyleSheet(QString::fromUtf8("font: 12pt \"%1\"").arg(label->text()));
+    for (const char* const family : {"微软雅黑", "Microsoft YaHei", "none"}) {
+        auto* const button = new QPushButton(QString::fromUtf8(family));
+        button->setFont(QFont(button->text(), 13));
         rows.addWidget(button);
     }
     window.show();
     pump(50);
     QPixmapCache::clear();
-    qApp->setStyleSheet(QLatin1String("QLabel{color: red}"));
+    qApp->setStyleSheet(QLatin1String("QPushButton{font: 12pt \"Microsoft YaHei\"}"));
     pump(50);
     qApp->setStyleSheet(QString());
 }
@@ -155,46 +143,63 @@ void useQt()
 /// What the library has left in Qt is also read when the application object ends.
 ZR_CASE(qthost, unloadsAndComesBack)
 {
+    const QString picture = QStringLiteral(":/pic4k/pageNext.png");
     HostWidget widget;
     for (const bool releases : {true, false}) {
         Visit visit(widget.hwnd());
         CHECK(visit.shows(releases ? kRed : kBlue));
-        const Range range = Range::ofLibrary();
+        CHECK(QFile::exists(picture));
+        const auto [begin, end] = rangeOfLibrary();
         if (releases)
             visit.release();
         visit.zr.unload();
-        range.close();
+        // Nobody else gets the addresses, so that whoever reads there is caught.
+        void* const old = reinterpret_cast<void*>(begin);
+        constexpr int kFlags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED_NOREPLACE;
+        CHECK(mmap(old, end - begin, PROT_NONE, kFlags, -1, 0) == old);
+        CHECK(!QFile::exists(picture));
         CHECK(pumpUntil([&] { return nativehost::childCountOf(widget.winId()) == 0; }));
         useQt();
     }
 }
 
+/// Renderers crash on a window that is gone.
 ZR_CASE(qthost, parentGoesFirst)
 {
-    auto widget = std::make_unique<HostWidget>();
-    Visit visit(widget->hwnd());
-    CHECK(visit.shows(kGreen));
-    std::atomic<bool> stop{false};
-    std::thread media([&] {
-        Picture picture(320, 180, kRed);
-        while (!stop)
-            visit.zr.PlayFrame(visit.screen, visit.play, &picture.frame);
-    });
-    pump(50);
-    widget.reset();
-    pump(50);
-    visit.use();
-    stop = true;
-    media.join();
-    visit.release();
+    for (const bool isQt : {true, false}) {
+        auto widget = isQt ? std::make_unique<HostWidget>() : nullptr;
+        auto window = isQt ? nullptr : std::make_unique<HostWindow>(kWidthPx, kHeightPx);
+        Visit visit(isQt ? widget->hwnd() : window->hwnd());
+        CHECK(visit.shows(kGreen));
+        std::atomic<bool> stop{false};
+        // A paint before the server's report of a window that is not Qt's would be too early.
+        std::atomic<bool> plays{isQt};
+        std::thread media([&] {
+            Picture picture(kWidthPx, kHeightPx, kRed);
+            while (!stop) {
+                if (plays)
+                    visit.zr.PlayFrame(visit.screen, visit.play, &picture.frame);
+            }
+        });
+        pump(100);
+        widget.reset();
+        window.reset();
+        pump(100);
+        plays = true;
+        visit.use();
+        CHECK(!isNear(seen(), kRed, 8)); // nothing stands on the desktop
+        stop = true;
+        media.join();
+        const HostWidget another;
+        CHECK_EQUAL(visit.zr.SetParent(visit.screen, another.hwnd()), 1);
+        visit.use();
+        CHECK(!isQt || visit.shows(kBlue)); // its own window has not gone
+        visit.release();
+    }
 }
 
 #ifdef ZR_LINKED
-namespace {
-
-bool g_refusedAtFirst = false;
-
-}
+static bool g_refusedAtFirst = false;
 
 /// The program ends with the library, which it has brought along.
 ZR_CASE(qtlinked, usesTheApplicationOfTheProgram)

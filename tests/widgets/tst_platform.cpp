@@ -5,6 +5,8 @@
 #include "qtparent.h"
 #include "testsupport.h"
 
+#include <QtMath>
+
 #include <cstdint>
 #include <cstring>
 
@@ -141,6 +143,24 @@ private slots:
             QVERIFY(!platform::takeKeyboardFocus(bad) && !platform::returnKeyboardFocus(bad));
         }
         QCoreApplication::processEvents(); // an error that came late would be reported here
+    }
+
+    // A window may be placed again and again, and leaves no edge bare.
+    void unitsOfAScaledHostCoverThePixels()
+    {
+        for (const qreal ratio : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0}) {
+            for (int from = -40; from < 40; ++from) {
+                const QRect pixels(from, 7 - from, 41 + from, 60);
+                const QRect covered = platform::toPixels(platform::toUnits(pixels, ratio), ratio);
+                QVERIFY(covered.contains(pixels));
+                const QPoint most(qCeil(ratio), qCeil(ratio));
+                QVERIFY(
+                    QRect(pixels.topLeft() - most, pixels.bottomRight() + most).contains(covered));
+                QVERIFY(ratio > 1 || covered == pixels);
+                const QRect units(from, -from, 1 + qAbs(from), 9);
+                QCOMPARE(platform::toUnits(platform::toPixels(units, ratio), ratio), units);
+            }
+        }
     }
 
     void showsOnTop()
