@@ -106,12 +106,12 @@ std::pair<std::string, const zr::Export*> findExport(const std::string& word)
 }
 
 /// Whatever it is: the module decides what it refuses.
-long long parseNumber(const std::string& text)
+long long anyNumber(const std::string& text)
 {
     return parseInteger(text, LLONG_MIN, LLONG_MAX, "call");
 }
 
-int parseInt(const std::string& text)
+int anyInt(const std::string& text)
 {
     return static_cast<int>(parseInteger(text, INT_MIN, INT_MAX, "call"));
 }
@@ -171,7 +171,7 @@ private:
             value.text.resize(kBufferBytes);
         value.length = kBufferBytes;
         if (argument.kind == Kind::Length && m_complete)
-            value.length = std::min(parseInt(m_words.back()), kBufferBytes);
+            value.length = std::min(anyInt(m_words.back()), kBufferBytes);
         if (argument.kind == Kind::Notify)
             value.notify = m_row.answer.kind == Kind::DatePicker ? &CallDesk::onDate
                            : m_row.answer.kind == Kind::Ext      ? &ExtDesk::notify
@@ -185,15 +185,15 @@ private:
             value.handle = m_desk.window(m_row, word);
             break;
         case Kind::HostValue:
-            value.handle = reinterpret_cast<void*>(static_cast<std::intptr_t>(parseNumber(word)));
+            value.handle = reinterpret_cast<void*>(static_cast<std::intptr_t>(anyNumber(word)));
             break;
         case Kind::Rectangle:
             parseRectangle(word, value.rect);
             break;
         case Kind::Point: {
             const std::vector<std::string> parts = split(word, 2);
-            value.point.x = parseInt(parts[0]);
-            value.point.y = parseInt(parts[1]);
+            value.point.x = anyInt(parts[0]);
+            value.point.y = anyInt(parts[1]);
             break;
         }
         case Kind::Picture: // of whom the word before it tells
@@ -207,11 +207,11 @@ private:
             break;
         case Kind::Flag:
             value.number = m_complete && word != "on" && word != "off"
-                               ? parseNumber(word)
+                               ? anyNumber(word)
                                : (parseOnOff(word, "call") ? 1 : 0);
             break;
         case Kind::Number:
-            value.number = parseNumber(word);
+            value.number = anyNumber(word);
             break;
         default:
             value.text = decodeText(word, argument.encoding != zr::Encoding::Utf8);
@@ -232,15 +232,15 @@ private:
     {
         const bool isSized = word.find('x') != std::string::npos;
         const std::vector<std::string> parts = split(word, isSized ? 3 : 4);
-        rect.left = parseInt(parts[0]);
-        rect.top = parseInt(parts[1]);
+        rect.left = anyInt(parts[0]);
+        rect.top = anyInt(parts[1]);
         if (isSized) {
             const Size size = parseSize(parts[2], "call");
             rect.right = rect.left + size.width;
             rect.bottom = rect.top + size.height;
         } else {
-            rect.right = parseInt(parts[2]);
-            rect.bottom = parseInt(parts[3]);
+            rect.right = anyInt(parts[2]);
+            rect.bottom = anyInt(parts[3]);
         }
     }
     static void parseOrder(const std::string& word, std::map<int, std::string>& order)
@@ -250,7 +250,7 @@ private:
             if (equals == std::string::npos && !word.empty())
                 throw HostError("call: '" + part + "' is not POSITION=ID");
             if (!word.empty())
-                order[parseInt(part.substr(0, equals))] = part.substr(equals + 1);
+                order[anyInt(part.substr(0, equals))] = part.substr(equals + 1);
         }
     }
     static void parseWatermark(const std::string& word, __WTMark_Info& info)
@@ -258,7 +258,7 @@ private:
         const bool isSwitched = std::count(word.begin(), word.end(), ',') == 4;
         const std::vector<std::string> parts = split(word, isSwitched ? 5 : 4);
         info.bEnabled = !isSwitched || parseOnOff(parts[4], "call");
-        info.cloundType = parseInt(parts[0]);
+        info.cloundType = anyInt(parts[0]);
         info.name = toLocal8Bit(parts[1]);
         info.phone = parts[2];
         info.email = parts[3];

@@ -7,6 +7,7 @@ set(folder "${WORK_DIR}/Reload 会议")
 file(REMOVE_RECURSE "${folder}")
 file(GLOB libraries "${PACKAGE_DIR}/bin/*.dll")
 file(COPY ${libraries} "${PACKAGE_DIR}/bin/platforms" ${PROGRAM} DESTINATION "${folder}")
+set(ENV{ZR_LIBRARY} ZRScreenMod.dll)
 execute_process(COMMAND ${RUN} "${folder}/contract_tests.exe" lifetime threadsOutliveTheLibrary
   WORKING_DIRECTORY "${folder}" RESULT_VARIABLE result)
 if(NOT result EQUAL 0)

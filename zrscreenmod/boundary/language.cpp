@@ -15,7 +15,7 @@ QTranslator* g_translator = nullptr; ///< null for Chinese; GUI thread
 
 QString wantedLanguage()
 {
-    const QString chosen = qEnvironmentVariable("ZRSCREEN_LANG");
+    QString chosen = qEnvironmentVariable("ZRSCREEN_LANG");
     if (!chosen.isEmpty())
         return chosen;
     const QSettings file(iniFile(), QSettings::IniFormat);
