@@ -8,10 +8,9 @@
 ///   screen and no play handle, and nothing here changes a gallery. What the host reports with
 ///   `ZRScreen_Preview` for a participant with the same id is taken over.
 /// - When a participant comes to be seen here, `ZRMSG_VIDEO_SHOWN` goes to the hosts of all
-/// screens,
-///   with the user data in place of the host value. While one is on an extended screen, no gallery
-///   asks for their stream to be closed (`ZRMSG_VIDEO_HIDDEN`); it does when they have left and are
-///   not seen there either. What grade the stream should have the host decides.
+///   screens, with the user data in place of the host value. While one is on an extended screen, no
+///   gallery asks for their stream to be closed (`ZRMSG_VIDEO_HIDDEN`); it does when they have left
+///   and are not seen there either. What grade the stream should have the host decides.
 /// - Whether there is an extended screen at all, the host tells with `ZRScreen_SetExtendScreen`;
 ///   creating one does not.
 /// - A handle that is null is refused without a log line.

@@ -26,9 +26,9 @@
 ///   own: the host's loop on that thread drives it (the message loop on Windows, the default GLib
 ///   main context on Linux).
 /// - In a program that uses Qt's widgets itself the library creates none: it attaches with the
-/// first
-///   call after the program's `QApplication` has been made, on the same thread, and detaches with
-///   its end. Before and after, calls are refused, with a line on stderr.
+///   first call after the program's `QApplication` has been made, on the same thread, and detaches
+///   with its end. Before and after, calls are refused, with a line on stderr. Where the texts on
+///   the screen are not Chinese, a translator is installed in it while the library is attached.
 /// - High-DPI scaling of Qt is switched off, and Qt's message pattern is set. Variables of the
 ///   environment that scale Qt programs, choose Wayland or switch GLib off do not reach this
 ///   `QApplication`. On Windows the process becomes aware of the resolution, where its manifest
@@ -250,6 +250,7 @@ ZR_API void ZR_CALL ZRScreen_Release(void* hScreen);
 /// addresses.
 /// @return 0 for an invalid handle, else 1.
 /// @thread gui
+/// @sends mode, 30
 ZR_API int ZR_CALL ZRScreen_ExitMeeting(void* hScreen);
 
 // --- Participants -------------------------------------------------------------------------

@@ -71,6 +71,10 @@ ST_ZRDateHdl* createDatePicker(HWND hParent, ZRNotify notify)
 void openDatePicker(ST_ZRDateHdl& picker, const QPoint& at)
 {
     SelectDateTimeWidget* const widget = picker.m_pWidget.get();
+    if (platform::isOrphaned(widget->winId())) {
+        qDebug() << "show refused: the parent window is gone";
+        return;
+    }
     widget->refreshInterface();
     const qreal ratio = widget->devicePixelRatioF();
     const QSize size = widget->size() * ratio;

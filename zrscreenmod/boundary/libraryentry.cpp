@@ -154,7 +154,6 @@ void zr::attachLibrary()
     g_pApp = obtainApplication();
     if (!g_pApp)
         return;
-    g_attached = true;
     g_refusalTold = false;
     platform::keepQtLoaded();
     g_pLogThread = new QMyLogThread;
@@ -172,6 +171,7 @@ void zr::attachLibrary()
     QZRScreenConfig::getInstance();
     chooseLanguage();
     calltrace::beginIfAsked();
+    g_attached = true; // other threads find all of it from here on
     // A host's own application object may end before the library does.
     qAddPostRoutine(detachLibrary);
     registerExitTeardown();
@@ -181,7 +181,7 @@ bool zr::enterLibrary()
 {
     if (g_attached)
         return true;
-    if (boundary::isClosed())
+    if (boundary::isClosed() || QCoreApplication::closingDown())
         return false;
     const QCoreApplication* const app = QCoreApplication::instance();
     if (!app)

@@ -221,7 +221,10 @@ void ZR_CALL ZRCtrl_QLineEdit_Show(void* h, int bShow)
     onLineEdit(h, [bShow](QMyLineEdit& edit) {
         if (bShow == 0)
             platform::returnKeyboardFocus(edit.winId());
-        edit.setVisible(bShow != 0);
+        if (bShow != 0 && platform::isOrphaned(edit.winId()))
+            qDebug() << "show refused: the parent window is gone";
+        else
+            edit.setVisible(bShow != 0);
     });
 }
 

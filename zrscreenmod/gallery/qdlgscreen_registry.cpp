@@ -167,7 +167,6 @@ void QDlgScreen::onModDelPerson(void* pPerson)
         qDebug() << "onModDelPerson<=0";
         return;
     }
-    // Every gallery hears of it; the participant is one's.
     if (tagPersonInfo* person = checkedPerson(pPerson))
         DelPerson(person);
 }

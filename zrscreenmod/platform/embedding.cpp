@@ -1,5 +1,6 @@
 #include "embedding.h"
 
+#include "hostcall.h"
 #include "qtparent.h"
 
 #include <QDebug>
@@ -84,6 +85,7 @@ void Embedding::timerEvent(QTimerEvent* event)
 {
     if (event->timerId() != m_timer.timerId())
         return;
+    const HostCall inside; // on Windows what embeds a window calls the host
     m_iWaitMs *= 2;
     if (m_iWaitMs <= kLastWaitMs)
         m_timer.start(m_iWaitMs, this);

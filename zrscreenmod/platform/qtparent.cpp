@@ -1,5 +1,7 @@
 #include "qtparent.h"
 
+#include "hostcall.h"
+
 #include <QDebug>
 #include <QGuiApplication>
 #include <QPlatformSurfaceEvent>
@@ -17,6 +19,7 @@ namespace platform {
 namespace {
 
 constexpr char kContainerProperty[] = "zrNativeContainer";
+constexpr char kOrphanProperty[] = "zrOrphan";
 
 bool isContainer(const QWindow* window)
 {
@@ -45,7 +48,7 @@ public:
     }
     bool eventFilter(QObject*, QEvent* event) override
     {
-        if (event->type() == QEvent::PlatformSurface
+        if (m_child.handle() && event->type() == QEvent::PlatformSurface
             && static_cast<QPlatformSurfaceEvent*>(event)->surfaceEventType()
                    == QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed)
             leaveParent(m_child);
@@ -79,12 +82,21 @@ void leaveParent(QWindow& child)
 {
     const NativeWindow id = child.winId();
     qDebug() << "parent window goes first, child:" << reinterpret_cast<const void*>(id);
+    const HostCall inside; // on Windows both call the host
     const QPointer<QWindow> alive = &child;
     if (QWidget* const widget = QWidget::find(id))
         widget->hide(); // which runs what the host has to hear of it
     // The system may have destroyed the child as well. Qt has to know in any case.
     if (alive && !setParentWindow(id, 0))
         setQtParent(alive, 0);
+    if (alive)
+        alive->setProperty(kOrphanProperty, true);
+}
+
+bool isOrphaned(NativeWindow id)
+{
+    const QWindow* const window = findQtWindow(id);
+    return window && window->property(kOrphanProperty).toBool();
 }
 
 bool isInParent(NativeWindow id)
@@ -98,6 +110,7 @@ void setQtParent(QWindow* child, NativeWindow parent)
     ParentWatch::follow(*child, parent == 0 ? nullptr : findQtWindow(parent));
     QWindow* const before = child->parent();
     QWindow* after = nullptr;
+    child->setProperty(kOrphanProperty, false);
     if (parent != 0) {
         // A container even for a window of this process: what is a child of a QWindow of the host's
         // is deleted with it.

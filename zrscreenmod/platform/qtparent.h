@@ -21,6 +21,9 @@ void setQtParent(QWindow* child, NativeWindow parent);
 
 /// Hides a window whose parent is gone or about to go, and puts it at the top level. GUI thread.
 void leaveParent(QWindow& child);
+/// Whether that has happened to a window of Qt's, and no other parent has come since: it would
+/// stand bare on the desktop if it were shown. GUI thread.
+[[nodiscard]] bool isOrphaned(NativeWindow id);
 /// Whether a window of Qt's is inside another one, as far as Qt knows. GUI thread.
 [[nodiscard]] bool isInParent(NativeWindow id);
 
