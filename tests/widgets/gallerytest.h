@@ -239,7 +239,7 @@ private:
                  for (const QString& id : words)
                      play((*this)[id]);
              }},
-            {"picture", [&] { play(person, quint32(value), words.value(2).toUInt()); }}, // of this size
+            {"picture", [&] { play(person, quint32(value), words.value(2).toUInt()); }},
             {"mute", [&] { g.setMute(person, on); }},
             {"pin", [&] { g.setLockLookPerson(person, on); }},
             {"pin-for-all", [&] { g.setAllLook(person, on); }},
