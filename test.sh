@@ -96,8 +96,8 @@ all() {
   lint_texts
   build linux
   (renice -n 19 "$BASHPID" >/dev/null; lint_code) >build/lint.log 2>&1 &
-  local lint=$!
-  trap 'kill -- "$lint" 2>/dev/null || true' EXIT
+  lint=$!
+  trap 'kill "$lint" 2>/dev/null || true' EXIT
   run_tests linux
   unity=ON # Linux has shown that each source includes what it needs
   suite linux-asan

@@ -56,7 +56,8 @@ fill_prefix() {
 }
 
 # The first prefix takes ten seconds to make and 700 MB. The others are copies, which share the
-# files of Windows with it: these are read only, and Wine replaces the registry's files as a whole.
+# files of Windows with it: these are read only. The registry is copied: into a file that has several
+# names Wine writes directly, and a server that starts in another prefix meanwhile reads half of it.
 make_prefix() {
   local template=$prefixes/template
   exec {making}>"$template.lock"
@@ -67,8 +68,10 @@ make_prefix() {
       || { cat "$template.log" >&2; exit 2; }
     touch "$template/.ready"
   fi
-  rm -rf "$WINEPREFIX"
-  cp -al "$template" "$WINEPREFIX"
+  rm -rf "$WINEPREFIX" "$WINEPREFIX.new"
+  cp -al "$template" "$WINEPREFIX.new"
+  cp --remove-destination "$template"/*.reg "$WINEPREFIX.new"
+  mv "$WINEPREFIX.new" "$WINEPREFIX"
   exec {making}>&-
 }
 
