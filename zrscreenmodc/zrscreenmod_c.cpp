@@ -11,13 +11,13 @@ namespace {
 
 constexpr std::size_t kMaxOrder = 1000000;
 
-/// @return nothing when the memory cannot be read
+/// @return nothing for a text that is too long or cannot be read
 std::optional<std::string> readText(const char* text)
 {
     if (!text)
         return std::string();
     const std::ptrdiff_t length = platform::readableStringLength(text);
-    if (length < 0 || length > std::ptrdiff_t(platform::kMaxTextBytes))
+    if (length < 0)
         return std::nullopt;
     return std::string(text, static_cast<std::size_t>(length));
 }

@@ -19,7 +19,7 @@ qptrdiff textLength(const char* text)
     if (!text)
         return 0;
     const qptrdiff length = platform::readableStringLength(text);
-    if (length < 0 || length > qptrdiff(platform::kMaxTextBytes)) {
+    if (length < 0) {
         qDebug() << "unreadable or overlong text refused:" << static_cast<const void*>(text);
         return -1;
     }

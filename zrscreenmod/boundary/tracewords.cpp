@@ -20,7 +20,7 @@ QByteArray hostTextWord(const char* text, TextEncoding encoding)
     if (!text)
         return "!null";
     const qptrdiff length = platform::readableStringLength(text);
-    if (length < 0 || length > qptrdiff(platform::kMaxTextBytes))
+    if (length < 0)
         return kUnreadable;
     return zr::textWord(QByteArray(text, static_cast<int>(length)), encoding);
 }

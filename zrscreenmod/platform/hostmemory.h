@@ -20,7 +20,7 @@ namespace platform {
 constexpr std::size_t kMaxTextBytes = std::size_t(1024) * 1024;
 
 /// Length of the zero-terminated string at `text`, found without touching unreadable memory.
-/// @return -1 when `text` is null, or memory ends before a terminator is found.
+/// @return -1 when `text` is null, longer than kMaxTextBytes, or memory ends before a terminator.
 [[nodiscard]] std::ptrdiff_t readableStringLength(const char* text);
 
 } // namespace platform

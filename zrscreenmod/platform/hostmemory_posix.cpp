@@ -86,7 +86,7 @@ std::ptrdiff_t readableStringLength(const char* text)
         return -1;
     const std::uintptr_t page = pageSize();
     std::size_t length = 0;
-    while (true) {
+    while (length <= kMaxTextBytes) {
         const auto at = reinterpret_cast<std::uintptr_t>(text) + length;
         if (!isWordReadable(at))
             return -1;
@@ -94,8 +94,9 @@ std::ptrdiff_t readableStringLength(const char* text)
         const std::size_t found = strnlen(text + length, leftInPage);
         length += found;
         if (found < leftInPage)
-            return static_cast<std::ptrdiff_t>(length);
+            return length <= kMaxTextBytes ? static_cast<std::ptrdiff_t>(length) : -1;
     }
+    return -1;
 }
 
 } // namespace platform

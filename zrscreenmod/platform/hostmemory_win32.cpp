@@ -1,5 +1,6 @@
 #include "hostmemory.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -65,8 +66,9 @@ std::ptrdiff_t readableStringLength(const char* text)
     if (!text)
         return -1;
     std::uintptr_t at = reinterpret_cast<std::uintptr_t>(text);
-    while (true) {
-        const std::uintptr_t next = accessibleEnd(at, kReadable);
+    const std::uintptr_t end = at + kMaxTextBytes + 1; // with the terminator
+    while (at < end) {
+        const std::uintptr_t next = std::min(accessibleEnd(at, kReadable), end);
         if (next <= at)
             return -1;
         const char* const piece = reinterpret_cast<const char*>(at);
@@ -74,6 +76,7 @@ std::ptrdiff_t readableStringLength(const char* text)
             return static_cast<const char*>(terminator) - text;
         at = next;
     }
+    return -1;
 }
 
 } // namespace platform
