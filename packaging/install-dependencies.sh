@@ -3,6 +3,7 @@
 # The one list of them: demo.sh and test.sh call this script.
 #   packaging/install-dependencies.sh demo     what building and showing on Linux take
 #   packaging/install-dependencies.sh          and the tests
+#   packaging/install-dependencies.sh bench    and what the long measurements plot with
 #   packaging/install-dependencies.sh checks   and the linters
 #   packaging/install-dependencies.sh windows  and what builds and runs the library for Windows
 #   packaging/install-dependencies.sh all      everything
@@ -18,7 +19,7 @@ packages=(
     # virtual display
     xvfb xauth
     # benchmarks
-    libbenchmark-dev
+    libbenchmark-dev libsdl2-dev
 )
 tests=(
     # packages and their interface
@@ -26,6 +27,8 @@ tests=(
     # examples
     gcc libgtk-3-dev python3 python3-tk
 )
+# plots, and what runs the comparison
+bench=(gnuplot-nox python3)
 checks=(clang clang-format clang-tidy doxygen)
 # Compiler, Qt's source package, Wine and what it loads when it is there.
 windows=(
@@ -35,11 +38,12 @@ windows=(
 case ${1:-linux} in
     demo) ;;
     linux | --list) packages+=("${tests[@]}") ;;
+    bench) packages+=("${bench[@]}") ;;
     checks) packages+=("${tests[@]}" "${checks[@]}") ;;
     windows) packages+=("${windows[@]}") ;;
-    all) packages+=("${tests[@]}" "${checks[@]}" "${windows[@]}") ;;
+    all) packages+=("${tests[@]}" "${bench[@]}" "${checks[@]}" "${windows[@]}") ;;
     *)
-        sed -n '2,10s/^# //p' "$0" >&2
+        sed -n '2,11s/^# //p' "$0" >&2
         exit 2
         ;;
 esac
