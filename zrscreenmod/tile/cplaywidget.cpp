@@ -63,6 +63,8 @@ CPlayWidget::CPlayWidget(QWidget* parent, bool bOverlayMode)
         connect(this, &QOpenGLWidget::frameSwapped, statistics, &Statistics::noteSwap);
     if (bOverlayMode)
         m_pPlayInfo->setPlace(zr::TilePlace::SpeakTool);
+    // Every paint draws all pixels; Qt need not clear colour, depth and stencil before it.
+    setUpdateBehavior(PartialUpdate);
     setGeometry(0, 0, 1, 1);
     CPlayWidget::StopShow();
 }
@@ -330,24 +332,28 @@ void CPlayWidget::paintGL()
 
 void CPlayWidget::paintPicture()
 {
-    glClearColor(0, 0, 0, 1);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    if (!m_bShow || m_bPaused)
-        return;
     QRect view;
-    {
+    if (m_bShow && !m_bPaused) {
         const Locker lock(m_mutex);
-        if (!m_pBufYuv420p)
-            return;
-        m_renderer.upload(layoutLocked(), m_pBufYuv420p.get(), m_uFrameSerial);
-        view = m_rcView;
+        if (m_pBufYuv420p) {
+            m_renderer.upload(layoutLocked(), m_pBufYuv420p.get(), m_uFrameSerial);
+            if (m_renderer.hasPicture())
+                view = m_rcView;
+        }
     }
-    glEnable(GL_DEPTH_TEST);
     const qreal ratio = devicePixelRatioF();
     view = platform::toPixels(view, ratio);
+    const QRect tile = platform::toPixels(rect(), ratio);
+    // A picture that covers the tile needs no black beneath it. Neither needs a depth buffer, and
+    // a software renderer would pay for both as for another picture.
+    if (!view.contains(tile)) {
+        glClearColor(0, 0, 0, 1);
+        glClear(GL_COLOR_BUFFER_BIT);
+    }
+    if (view.isEmpty())
+        return;
     // GL counts rows from the bottom.
-    glViewport(view.x(), qRound(height() * ratio) - view.y() - view.height(), view.width(),
-               view.height());
+    glViewport(view.x(), tile.height() - view.y() - view.height(), view.width(), view.height());
     m_renderer.draw();
 }
 

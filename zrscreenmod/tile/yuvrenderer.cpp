@@ -149,9 +149,14 @@ void YuvRenderer::upload(const zr::I420Layout& layout, const uchar* bytes, quint
     ++m_uUploadCount;
 }
 
+bool YuvRenderer::hasPicture() const
+{
+    return m_bInitialized && m_uUploadedSerial != 0 && m_pProgram->isLinked();
+}
+
 void YuvRenderer::draw()
 {
-    if (!m_bInitialized || m_uUploadedSerial == 0 || !m_pProgram->isLinked())
+    if (!hasPicture())
         return;
     m_pProgram->bind();
     for (std::size_t i = 0; i < m_textures.size(); ++i) {

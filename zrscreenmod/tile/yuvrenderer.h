@@ -31,6 +31,8 @@ public:
     /// without a new picture uploads nothing. The bytes are not needed any more afterwards.
     /// @param serial of the picture, never 0
     void upload(const zr::I420Layout& layout, const uchar* bytes, quint64 serial);
+    /// `draw` will draw something.
+    [[nodiscard]] bool hasPicture() const;
     /// Draws the last picture that was uploaded over the current viewport; nothing without one.
     void draw();
 
