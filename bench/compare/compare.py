@@ -12,7 +12,7 @@ import subprocess
 import sys
 
 ROWS = ["9x640x360", "16x640x360", "1x1920x1080", "4x1280x720"]
-PEERS = {"gl": "bare GL", "sdl": "SDL2"}
+PEERS = {"gl": "bare GL", "sdl": "SDL2", "qt": "Qt"}
 REDRAWS = [60, 30]  # of peers whose pictures are not in step
 COLUMNS = [
     "offered", "painted", "skipped", "cpu_ms_per_frame", "gui_ms_per_frame", "latency_median_ms",

@@ -1,8 +1,7 @@
 // The least that can show the pictures: a window, a shader, three textures a tile.
 #include "workload.h"
+#include "yuvpicture.h"
 
-#define GL_GLEXT_PROTOTYPES
-#include <GL/gl.h>
 #include <GL/glx.h>
 
 #include <array>
@@ -65,45 +64,6 @@ private:
     GLXContext m_context = nullptr;
 };
 
-constexpr const char* kVertexSource = "attribute vec2 corner; varying vec2 at;"
-                                      "void main() { gl_Position = vec4(corner, 0.0, 1.0);"
-                                      " at = vec2(corner.x + 1.0, 1.0 - corner.y) * 0.5; }";
-
-// BT.709, limited range.
-constexpr const char* kFragmentSource =
-    "varying vec2 at; uniform sampler2D planeY; uniform sampler2D planeU; uniform sampler2D planeV;"
-    "void main() {"
-    " float y = 1.1643836 * (texture2D(planeY, at).r - 0.0627451);"
-    " float u = texture2D(planeU, at).r - 0.5019608;"
-    " float v = texture2D(planeV, at).r - 0.5019608;"
-    " gl_FragColor = vec4(y + 1.7927411 * v, y - 0.2132486 * u - 0.5329093 * v,"
-    " y + 2.1124018 * u, 1.0); }";
-
-GLuint shader(GLenum kind, const char* source)
-{
-    const GLuint name = glCreateShader(kind);
-    glShaderSource(name, 1, &source, nullptr);
-    glCompileShader(name);
-    return name;
-}
-
-void useProgram()
-{
-    const GLuint program = glCreateProgram();
-    glAttachShader(program, shader(GL_VERTEX_SHADER, kVertexSource));
-    glAttachShader(program, shader(GL_FRAGMENT_SHADER, kFragmentSource));
-    glBindAttribLocation(program, 0, "corner");
-    glLinkProgram(program);
-    GLint linked = 0;
-    glGetProgramiv(program, GL_LINK_STATUS, &linked);
-    if (!linked)
-        fail("no shader");
-    glUseProgram(program);
-    glUniform1i(glGetUniformLocation(program, "planeY"), 0);
-    glUniform1i(glGetUniformLocation(program, "planeU"), 1);
-    glUniform1i(glGetUniformLocation(program, "planeV"), 2);
-}
-
 class GlPainter : public compare::Painter
 {
 public:
@@ -111,26 +71,14 @@ public:
         : m_workload(workload)
         , m_textures(static_cast<std::size_t>(workload.tiles()))
     {
-        useProgram();
-        for (auto& textures : m_textures)
-            makeTextures(textures);
-        static constexpr std::array<GLfloat, 8> kCorners{-1, -1, 1, -1, -1, 1, 1, 1};
-        glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, 0, kCorners.data());
-        glEnableVertexAttribArray(0);
-        glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+        compare::useYuvProgram();
+        for (compare::YuvTextures& textures : m_textures)
+            textures.create(workload.widthPx, workload.heightPx);
     }
 
     void upload(int tile, const zrhost::Picture& picture) override
     {
-        const std::uint8_t* plane = picture.data.data();
-        bind(tile);
-        for (unsigned i = 0; i < 3; ++i) {
-            const int width = widthOf(i);
-            const int height = heightOf(i);
-            glActiveTexture(GL_TEXTURE0 + i);
-            glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, width, height, GL_RED, GL_UNSIGNED_BYTE, plane);
-            plane += static_cast<std::ptrdiff_t>(width) * height;
-        }
+        m_textures[static_cast<std::size_t>(tile)].upload(picture);
     }
 
     void redraw() override
@@ -143,48 +91,15 @@ public:
             const int bottom = compare::edge(row, cells, kWindowHeightPx);
             glViewport(left, bottom, compare::edge(column + 1, cells, kWindowWidthPx) - left,
                        compare::edge(row + 1, cells, kWindowHeightPx) - bottom);
-            bind(tile);
-            glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+            m_textures[static_cast<std::size_t>(tile)].draw();
         }
         m_window.swap();
     }
 
 private:
-    using Textures = std::array<GLuint, 3>;
-
-    [[nodiscard]] int widthOf(unsigned plane) const
-    {
-        return plane == 0 ? m_workload.widthPx : (m_workload.widthPx + 1) / 2;
-    }
-    [[nodiscard]] int heightOf(unsigned plane) const
-    {
-        return plane == 0 ? m_workload.heightPx : (m_workload.heightPx + 1) / 2;
-    }
-    void makeTextures(Textures& textures) const
-    {
-        glGenTextures(3, textures.data());
-        for (unsigned i = 0; i < 3; ++i) {
-            glBindTexture(GL_TEXTURE_2D, textures[i]);
-            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
-            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
-            glTexImage2D(GL_TEXTURE_2D, 0, GL_RED, widthOf(i), heightOf(i), 0, GL_RED,
-                         GL_UNSIGNED_BYTE, nullptr);
-        }
-    }
-    void bind(int tile) const
-    {
-        const Textures& textures = m_textures[static_cast<std::size_t>(tile)];
-        for (unsigned i = 0; i < 3; ++i) {
-            glActiveTexture(GL_TEXTURE0 + i);
-            glBindTexture(GL_TEXTURE_2D, textures[i]);
-        }
-    }
-
     GlWindow m_window; // first: the others need its context
     compare::Workload m_workload;
-    std::vector<Textures> m_textures;
+    std::vector<compare::YuvTextures> m_textures;
 };
 
 } // namespace
