@@ -193,8 +193,10 @@ private slots:
         QCOMPARE(m_widget->selection(), (zr::DateChoice{2026, 12, 24, 23, 0, 0}));
         // What is still held down, or goes to the host, confirms nothing.
         press({Qt::Key_Return}, true);
-        QApplication::setActiveWindow(nullptr);
-        QTest::keyClick(m_widget.get(), Qt::Key_Return);
+        if (QGuiApplication::platformName() != "windows") { // sends no keys past the focus
+            QApplication::setActiveWindow(nullptr);
+            QTest::keyClick(m_widget.get(), Qt::Key_Return);
+        }
         QVERIFY(m_widget->isVisible());
         press({Qt::Key_Escape});
         QVERIFY(!m_widget->isVisible() && m_host->messages.empty());
