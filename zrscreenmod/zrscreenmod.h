@@ -83,6 +83,21 @@
 ///   name ends with.
 /// - Unless an export says otherwise, it returns 1 when it was carried out or queued and 0 when
 ///   the screen handle or an argument was refused.
+///
+/// ## When something fails
+/// - Without an OpenGL context the windows stay black; calls and messages go on. The log says why.
+/// - A participant for whose picture there is no memory stays black until a smaller one comes.
+/// - A C++ exception that leaves the host's function ends there and is logged; the call or event
+///   that sent the message goes on.
+/// - A parent window that goes first takes the embedded windows along. Their handles stay valid,
+///   and must still be released.
+/// - The log that cannot be written, say on a full disk, is told of once on stderr. Its lines are
+///   lost and counted in the first line that can be written again.
+/// - Where the GUI thread stands still, each participant keeps the last picture, `posted` calls
+///   wait in order, and `gui` calls of other threads are refused after 10 seconds.
+/// - A wall clock that jumps changes the dates in the log and what the date picker offers, nothing
+///   else.
+/// - When the X server goes away Qt ends the process with `exit(1)`, as Xlib does.
 #ifndef ZRSCREENMOD_H
 #define ZRSCREENMOD_H
 

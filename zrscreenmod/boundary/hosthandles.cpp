@@ -1,5 +1,6 @@
 #include "hosthandles.h"
 
+#include "boundary.h"
 #include "calltrace.h"
 #include "controlhandle.h"
 #include "datehandle.h"
@@ -23,7 +24,8 @@ bool CWin32UICallback::UIMsgNotify(unsigned long dwMsg, unsigned long long wPara
     qDebug() << "dwMsg:" << dwMsg << ",wParam:" << wParam << ",lParam:" << lParam;
     if (m_pHandle && m_pHandle->m_hostNotify) {
         const calltrace::MessageScope traced(m_pHandle, {dwMsg, wParam, lParam});
-        m_pHandle->m_hostNotify(dwMsg, wParam, lParam);
+        // An exception must not unwind Qt, nor a call that is half done.
+        boundary::guarded(0, [&] { return m_pHandle->m_hostNotify(dwMsg, wParam, lParam); });
     }
     return true;
 }

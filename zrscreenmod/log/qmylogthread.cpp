@@ -11,6 +11,7 @@
 #include <QFileInfo>
 
 #include <chrono>
+#include <cstdio>
 #include <utility>
 
 namespace {
@@ -246,17 +247,24 @@ void QMyLogThread::flushBatch()
 {
     if (m_iBatchLines == 0)
         return;
-    const QByteArray text = std::exchange(m_batch, {});
+    QByteArray text = std::exchange(m_batch, {});
     const int lines = std::exchange(m_iBatchLines, 0);
+    if (m_unwritten > 0) // a full disk may have cut the last line
+        text.prepend("\r\n" + lostLine(m_unwritten).toLocal8Bit());
     // Opened and closed each time, so that others may move, rotate and delete the files.
     QFile file(filePath());
     constexpr QIODevice::OpenMode kMode =
         QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered;
     const bool opened = file.open(kMode) || (QDir().mkpath(m_settings.folder) && file.open(kMode));
-    if (opened)
-        file.write(text);
-    else
+    if (opened && file.write(text) == text.size()) {
+        m_unwritten = 0;
+    } else {
+        if (m_unwritten == 0)
+            std::fprintf(stderr, "ZRScreenMod: the log is not written: %s: %s\n",
+                         qPrintable(file.fileName()), qPrintable(file.errorString()));
+        m_unwritten += lines;
         m_iWriteCount -= lines;
+    }
     m_uDone += static_cast<size_t>(lines);
 }
 

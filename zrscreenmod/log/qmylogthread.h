@@ -110,6 +110,7 @@ private:
     QDate m_date;          ///< the day of the current file
     QByteArray m_batch;    ///< encoded lines that go to the current file in one write
     int m_iBatchLines = 0;
+    qint64 m_unwritten = 0; ///< lines lost since the disk has taken one
     /// What is being written, and how many of its lines are dealt with. Kept here so that another
     /// thread can go on with it when the writer is no more.
     Work m_work;
