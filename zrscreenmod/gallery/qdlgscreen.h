@@ -154,9 +154,6 @@ public:
     void setCloseWhiteBoard();
     /// Forgets the "more" menu's participant when the mouse has left its tile.
     void testHideMoreMenu();
-    /// Takes a volume over, clamped; any thread that pins the record.
-    /// @return whether the microphone's level is another one now, and the tile to be refreshed
-    static bool noteVolume(tagPersonInfo& person, int iVolume);
     void clearMoreMenuPerson() { m_pMorePerson = nullptr; }
     bool isMouseOnBtnMore() const;
 

@@ -5,6 +5,7 @@
 #include "frameintake.h"
 #include "handletable.h"
 #include "overlaystate.h"
+#include "volumelevel.h"
 #include "zrscreenmod.h"
 
 #include <QString>
@@ -100,6 +101,14 @@ inline void setStreamOpen(tagPersonInfo& person, bool bOpen)
         person.iStreamStatus = kStreamNone;
     person.bPreview = bOpen;
     person.bVideoStatusChange = true;
+}
+
+/// Takes a volume over, clamped; any thread that pins the record.
+/// @return whether the microphone's level is another one now, and the tile to be refreshed
+[[nodiscard]] inline bool noteVolume(tagPersonInfo& person, int volume)
+{
+    const int clamped = qBound(0, volume, zr::kMaxVolume);
+    return zr::volumeLevel(person.iVolume.exchange(clamped)) != zr::volumeLevel(clamped);
 }
 
 /// Whether the latest frame is one of a stream that is open. The last frames of one that closes
