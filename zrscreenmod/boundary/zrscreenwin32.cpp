@@ -514,6 +514,7 @@ int ZR_CALL ZRScreen_SetExtendScreen(void* hScreen, bool bExtendScreen, bool bDe
     ZR_ENTER(ZRScreen_SetExtendScreen, (hScreen, bExtendScreen, bDeviceChange));
     ZR_LOG_THREAD("thread:");
     return onHub(hScreen, [bExtendScreen, bDeviceChange](QZRScreenConfig& hub) {
+        hub.settings.extendScreen = bExtendScreen;
         emit hub.sigSwitchExtendScreen(bExtendScreen, bDeviceChange);
     });
 }

@@ -263,6 +263,7 @@ private:
         QRect rect; ///< empty when the tile is not to be shown
         int grade;
     };
+    void enterMode(int mode);
     int arrangedMode() const;
     void arrange();
     void arrangeTiles();
