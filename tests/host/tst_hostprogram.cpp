@@ -90,6 +90,9 @@ private slots:
         mode 14
         +0.3 quit)");
         const QString trace = m_folder.filePath(QStringLiteral("trace"));
+        QFile file(trace);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("of a crash") > 0);
+        file.close();
         qputenv("ZRSCREEN_TRACE", QFile::encodeName(trace));
         const Result result = run({"--headless", "--follow-streams", "--mode", "12", "--names",
                                    "Ann,Bob", "--scenario", scenario});
@@ -120,7 +123,7 @@ private slots:
                      && replayed.output.contains("\nmessage ZRMSG_SCREEN_MODE")
                      && !differs.match(replayed.output).hasMatch(),
                  qPrintable(replayed.output + replayed.errors));
-        QFile file(trace);
+        QVERIFY(QFileInfo(trace + ".before").size() > 0);
         QVERIFY(file.open(QIODevice::Append) && file.write("expect s1 ZRMSG_TILE_CLICK 0 0\n") > 0);
         file.close();
         const Result differing =

@@ -22,7 +22,7 @@ CallRecorder::CallRecorder(const QString& path, bool wholeFrames)
     : m_file(path)
 {
     if (wholeFrames)
-        m_frames = std::make_unique<TraceFile>(path + QStringLiteral(".frames"));
+        m_frames = std::make_unique<TraceFile>(framesFileOf(path));
     m_clock.start();
     comment("ZRScreenMod " + version() + ", " + QSysInfo::prettyProductName().toUtf8() + ", "
             + QDateTime::currentDateTime().toString(Qt::ISODate).toUtf8()

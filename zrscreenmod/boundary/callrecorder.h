@@ -16,6 +16,12 @@
 
 namespace calltrace {
 
+/// Where the pictures of a trace go.
+[[nodiscard]] inline QString framesFileOf(const QString& path)
+{
+    return path + QStringLiteral(".frames");
+}
+
 /// A call that has begun and not ended.
 struct OpenCall
 {

@@ -65,6 +65,14 @@ QSize sizeOf(const void* window)
     return platform::clientRectOnScreen(reinterpret_cast<platform::NativeWindow>(window)).size();
 }
 
+/// The trace of a program that has crashed and was started again is the one that is wanted.
+bool keepEarlier(const QString& path)
+{
+    const QString before = path + QStringLiteral(".before");
+    return TraceFile::moveAside(path, before)
+           && TraceFile::moveAside(framesFileOf(path), framesFileOf(before));
+}
+
 TracedPicture pictureOf(const zr::Export& row, const Given* arguments)
 {
     for (std::size_t i = 0; i < row.argumentCount; ++i) {
@@ -83,6 +91,10 @@ void beginIfAsked()
         return;
     const bool whole = qEnvironmentVariable("ZRSCREEN_TRACE_FRAMES") == QLatin1String("whole");
     s_rowStep = whole ? 1 : kSampledRows;
+    if (!keepEarlier(path)) {
+        qWarning() << "no trace, the earlier one cannot be renamed:" << path;
+        return;
+    }
     {
         const std::lock_guard<std::mutex> lock(s_lock);
         s_trace = new CallRecorder(path, whole);

@@ -1,5 +1,5 @@
 // The trace: every call of an export and every message, in the order in which they begin, as a
-// scenario that the demonstration host replays. docs/integrating.md tells what is in it.
+// scenario that the demonstration host replays. docs/trace.md tells what is in it.
 #pragma once
 
 #include "exports.h"
