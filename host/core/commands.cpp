@@ -3,6 +3,7 @@
 #include "host_error.h"
 #include "host_platform.h"
 #include "session.h"
+#include "statistics.h"
 
 namespace zrhost {
 
@@ -81,6 +82,14 @@ void screenshot(Session& session, const Args& args)
 void click(Session& session, const Args& args)
 {
     session.stage().click(session.parent(), {args.number(0), args.number(1)}, args.number(2, 1));
+}
+
+void stats(Session& session, const Args&)
+{
+    const auto statistics = newestStatistics(readModuleLog("zrhost"));
+    if (!statistics)
+        throw HostError("stats: there are none (yet); start with ZRSCREEN_STATS=SECONDS");
+    session.stage().print(statisticsTable(*statistics));
 }
 
 void help(Session& session, const Args&)
@@ -165,6 +174,7 @@ const std::vector<Command>& commandTable()
          {{"FILE.png"}, optional(choice({"main", "second"}))},
          "save what a window shows",
          screenshot},
+        {"stats", {}, "what each tile gets and paints, with ZRSCREEN_STATS=SECONDS", stats},
         {"wait",
          {{"SECONDS", ArgKind::Seconds}},
          "hold back the next commands",

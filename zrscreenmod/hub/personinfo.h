@@ -75,6 +75,7 @@ struct tagPersonInfo
     quint64 framesBefore = 0;  ///< of `frames`, those of a stream that is or was to be closed
     quint64 framesSampled = 0; ///< of `frames`, those of before the last second; see Statistics
     int iFramesPerS = 0;       ///< in the last second, while somebody asks
+    int iTimesOpened = 0;      ///< the stream, by the host's reports
     int iTimesShown = 0;       ///< reports to the host that the tile is shown, and hidden
     int iTimesHidden = 0;
     int iSentStreamType = 0; ///< the grade that the host was asked for; 0 once the stream closes
@@ -95,8 +96,11 @@ using PersonPin = Pin<tagPersonInfo>;
 /// before it was opened again are another stream's. GUI thread.
 inline void setStreamOpen(tagPersonInfo& person, bool bOpen)
 {
-    if (bOpen && !person.bPreview && person.bVideoStatusChange)
-        person.framesBefore = person.frames.taken();
+    if (bOpen && !person.bPreview) {
+        ++person.iTimesOpened;
+        if (person.bVideoStatusChange)
+            person.framesBefore = person.frames.taken();
+    }
     if (!bOpen)
         person.iStreamStatus = kStreamNone;
     person.bPreview = bOpen;
