@@ -271,7 +271,8 @@ void QDlgScreen::applyPlacements(const char* prefix, const std::vector<PlacedPer
         }
         const bool moved = tile->geometry() != rect;
         const bool appears = !tile->isShowing();
-        m_bRaiseControls = m_bRaiseControls || appears;
+        if (appears)
+            m_pageControls.raiseWithNextShow();
         if (moved || appears) {
             const int counted = static_cast<int>(i) - large;
             (counted < 0 ? qDebug() << "large" : qDebug() << prefix << counted)
