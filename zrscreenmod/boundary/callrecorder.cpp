@@ -66,6 +66,13 @@ void CallRecorder::comment(const QByteArray& text)
     m_file.append(lineBegin("# ") + text + '\n');
 }
 
+void CallRecorder::putInput(const char* command, const void* window, const QPoint& at, int count)
+{
+    putLine(QByteArray(command) + ' ' + QByteArray::number(at.x()) + ' '
+            + QByteArray::number(at.y()) + ' ' + QByteArray::number(count) + ' '
+            + m_names.ofWindow(window));
+}
+
 void CallRecorder::noteWindow(const void* window, QSize size)
 {
     if (!window || size.isEmpty() || m_windowSizes[window] == size)

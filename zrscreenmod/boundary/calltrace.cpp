@@ -2,6 +2,7 @@
 
 #include "boundary.h"
 #include "callrecorder.h"
+#include "inputwatch.h"
 #include "platform.h"
 
 #include <memory>
@@ -18,6 +19,7 @@ constexpr std::size_t kSampledRows = 32;
 std::mutex s_lock;
 CallRecorder* s_trace = nullptr;
 std::atomic<std::size_t> s_rowStep{kSampledRows};
+InputWatch* s_input = nullptr; ///< GUI thread
 
 /// Runs `work(trace)` under the lock, if there is a trace. A failure of its file ends it.
 template<typename Work>
@@ -40,6 +42,18 @@ void withTrace(Work&& work) noexcept
                                  << failed->failedFile()->problem();
         return true;
     });
+}
+
+/// Records the user's mouse as commands of the demonstration host.
+InputWatch::Listener inputListener()
+{
+    using Place = InputWatch::Place;
+    const auto put = [](const char* command, const Place& place, int count) {
+        withTrace(
+            [&](CallRecorder& trace) { trace.putInput(command, place.window, place.at, count); });
+    };
+    return {[put](const Place& place) { put("click", place, 1); },
+            [put](const Place& place, int steps) { put("wheel", place, steps); }};
 }
 
 /// The window that a call names, or in which what it moves is.
@@ -102,6 +116,12 @@ void beginIfAsked()
     }
     qDebug() << "trace:" << path << (whole ? "with whole frames" : "");
     withTrace([](const CallRecorder&) {}); // says so when the file cannot be opened
+    s_input = new InputWatch(inputListener());
+}
+
+void endInput()
+{
+    delete std::exchange(s_input, nullptr);
 }
 
 void end()

@@ -24,6 +24,8 @@ inline std::atomic<bool> g_on{false};
 
 /// Begins a trace if ZRSCREEN_TRACE names a file. GUI thread.
 void beginIfAsked();
+/// The user's mouse is not recorded from here on. GUI thread.
+void endInput();
 /// Any thread; nothing without a trace.
 void end();
 
