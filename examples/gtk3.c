@@ -42,7 +42,7 @@ static gboolean playNextPicture(gpointer data)
 
     person->row = (person->row + 4) % (HEIGHT - 40);
     memset(i420, 173, WIDTH * HEIGHT);                           /* green */
-    memset(i420 + (size_t)person->row * WIDTH, 235, WIDTH * 40); /* a white bar */
+    memset(i420 + (size_t)person->row * WIDTH, 235, WIDTH * 40); /* a brighter bar */
     memset(i420 + WIDTH * HEIGHT, 42, WIDTH * HEIGHT / 4);
     memset(i420 + WIDTH * HEIGHT * 5 / 4, 26, WIDTH * HEIGHT / 4);
     if (person->isOpen)

@@ -70,7 +70,7 @@ void playNextPicture(const Participant& person)
     row = (row + 4) % (kHeight - 40);
     constexpr int luma = static_cast<int>(kWidth * kHeight);
     constexpr int bar = static_cast<int>(kWidth * 40);
-    QByteArray i420(luma, 32); // blue, with a white bar
+    QByteArray i420(luma, 32); // blue, with a brighter bar
     i420.replace(static_cast<int>(row * kWidth), bar, QByteArray(bar, static_cast<char>(235)));
     i420 += QByteArray(luma / 4, static_cast<char>(240)) + QByteArray(luma / 4, 118);
     VantrelRTCVideoFrameQT frame = {

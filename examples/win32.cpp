@@ -40,7 +40,7 @@ void decode(const Participant& person, const std::atomic<bool>& isRunning)
     std::vector<uint8_t> i420(luma * 3 / 2);
     for (uint32_t row = 0; isRunning; row = (row + 4) % (height - 40)) {
         std::memset(i420.data(), 188, luma);                                     // cyan
-        std::memset(i420.data() + size_t{row} * width, 235, size_t{40} * width); // a white bar
+        std::memset(i420.data() + size_t{row} * width, 235, size_t{40} * width); // a brighter bar
         std::memset(i420.data() + luma, 154, luma / 4);
         std::memset(i420.data() + luma * 5 / 4, 16, luma / 4);
         VantrelRTCVideoFrameQT frame = {{}, i420.data(), 0, width, height};

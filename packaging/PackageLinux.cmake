@@ -29,6 +29,8 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${zrShlibs} ${CMAKE_CURRENT_LIST_
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ${zrPackage_Development})
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${zrSameRuntime}")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS
+  "cmake, pkg-config, libx11-dev, libglib2.0-dev, libgtk-3-dev, qtbase5-dev, python3-tk") # examples
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
   "Headers, CMake package, pkg-config files, documents and examples for programs\n\
  that embed ZRScreenMod.")
@@ -37,7 +39,7 @@ set(CPACK_DEBIAN_HOST_PACKAGE_NAME ${zrPackage_Host})
 set(CPACK_DEBIAN_HOST_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_HOST_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_HOST_PACKAGE_DEPENDS "${zrSameRuntime}")
-set(CPACK_DEBIAN_HOST_PACKAGE_RECOMMENDS ffmpeg)
+set(CPACK_DEBIAN_HOST_PACKAGE_SUGGESTS ffmpeg)
 set(CPACK_COMPONENT_HOST_DESCRIPTION
   "The program zrhost shows meetings with ZRScreenMod, plays scenarios and prints\n\
  the messages of the library.")

@@ -185,9 +185,9 @@ constexpr bool isQuietWhenNull(const Argument& argument)
     X(ZRScreenExt, GetShareWgtPos, gui, rect(0), (ext))
 
 #define ZR_CONTROL_EXPORTS(X)                                                                      \
-    X(ZRCtrl, QLineEdit_Init, gui, newHandle(lineEdit), (real(window), rectangle, utf8(text)))           \
+    X(ZRCtrl, QLineEdit_Init, gui, newHandle(lineEdit), (real(window), rectangle, utf8(text)))     \
     X(ZRCtrl, QLineEdit_Release, gui, nothing, (ended(lineEdit)))                                  \
-    X(ZRCtrl, QLineEdit_SetParent, posted, nothing, (lineEdit, real(window)))                            \
+    X(ZRCtrl, QLineEdit_SetParent, posted, nothing, (lineEdit, real(window)))                      \
     X(ZRCtrl, QLineEdit_SetStyleSheet, posted, nothing, (lineEdit, utf8(text)))                    \
     X(ZRCtrl, QLineEdit_GetText, gui, length(-1), (lineEdit, buffer, bufferLength))                \
     X(ZRCtrl, QLineEdit_SetText, posted, nothing, (lineEdit, utf8(text)))                          \
@@ -203,12 +203,12 @@ constexpr bool isQuietWhenNull(const Argument& argument)
     X(ZRCtrl, QLineEdit_SetCursorPos, posted, nothing, (lineEdit, number))                         \
     X(ZRCtrl, QLineEdit_SetSelection, posted, nothing, (lineEdit, number, number))                 \
     X(ZRCtrl, QTextEdit_Init, gui, newHandle(textBox),                                             \
-      (real(window), rectangle, range(0, 255), range(0, 255), range(0, 255)))                            \
+      (real(window), rectangle, range(0, 255), range(0, 255), range(0, 255)))                      \
     X(ZRCtrl, QTextEdit_Release, gui, nothing, (ended(textBox)))                                   \
     X(ZRCtrl, QTextEdit_SetText, posted, nothing, (textBox, utf8(text)))
 
 #define ZR_DATE_EXPORTS(X)                                                                         \
-    X(ZRScreenDate, Init, gui, newHandle(datePicker), (real(window), notify))                            \
+    X(ZRScreenDate, Init, gui, newHandle(datePicker), (real(window), notify))                      \
     X(ZRScreenDate, Release, gui, nothing, (ended(datePicker)))                                    \
     X(ZRScreenDate, Move, posted, nothing,                                                         \
       (datePicker, point, number, number, number, number, number, number))                         \
@@ -431,6 +431,7 @@ using Passed =
 // NOLINTBEGIN(bugprone-macro-parentheses): a member's name takes none
 #define ZR_MEMBER(family, name, thread, answer, arguments)                                         \
     decltype(&::family##_##name) name = nullptr;
+// NOLINTEND(bugprone-macro-parentheses)
 struct ScreenExports
 {
     ZR_SCREEN_EXPORTS(ZR_MEMBER)
@@ -466,11 +467,11 @@ struct Exports
     template<typename Visit>
     void forEach(Visit&& visit)
     {
+// NOLINTNEXTLINE(bugprone-macro-parentheses)
 #define ZR_VISIT(family, name, thread, answer, arguments)                                          \
     visit(kExports[table::k##family##_##name], family.name);
         ZR_EXPORTS(ZR_VISIT)
 #undef ZR_VISIT
-        // NOLINTEND(bugprone-macro-parentheses)
     }
     template<typename Visit>
     void forEach(Visit&& visit) const

@@ -184,8 +184,8 @@ struct VantrelRTCVideoFrameQT
     /// BT.709, limited range.
     const uint8_t* pData;
     uint32_t reserved1; ///< not read
-    uint32_t width;     ///< pixels, 1 to 16384
-    uint32_t height;    ///< pixels, 1 to 16384
+    uint32_t width;     ///< pixels, 1 to ZR_MAX_FRAME_SIDE_PX
+    uint32_t height;    ///< pixels, 1 to ZR_MAX_FRAME_SIDE_PX
 };
 typedef struct VantrelRTCVideoFrameQT VantrelRTCVideoFrameQT;
 

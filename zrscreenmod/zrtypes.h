@@ -58,6 +58,9 @@ struct ZRRect
 };
 typedef struct ZRRect ZRRect;
 
+/// Longest side of a picture that is accepted, in pixels.
+#define ZR_MAX_FRAME_SIDE_PX 16384
+
 /// Meeting mode: how the participants are arranged. Other numbers are no modes, and show nobody.
 enum eLayoutType ZR_OF_INT
 {

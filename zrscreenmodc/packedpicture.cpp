@@ -11,7 +11,6 @@ namespace zrc {
 
 namespace {
 
-constexpr uint32_t kMaxSidePx = 16384;
 /// Blocks that are kept for the next pictures; decoders that run at once need one each.
 constexpr std::size_t kMaxSpareBlocks = 16;
 
@@ -95,7 +94,7 @@ PackedPicture::PackedPicture(const ZRPlanes& planes)
 {
     const std::size_t width = planes.width;
     const std::size_t height = planes.height;
-    if (width == 0 || height == 0 || width > kMaxSidePx || height > kMaxSidePx)
+    if (width == 0 || height == 0 || width > ZR_MAX_FRAME_SIDE_PX || height > ZR_MAX_FRAME_SIDE_PX)
         return;
     const bool isNv12 = !planes.v;
     const std::size_t columns = (width + 1) / 2;

@@ -31,8 +31,8 @@ struct ZRPlanes
     ptrdiff_t yStride; ///< from one row to the next
     ptrdiff_t uStride; ///< as before
     ptrdiff_t vStride; ///< not read for NV12
-    uint32_t width;    ///< pixels, 1 to 16384
-    uint32_t height;   ///< pixels, 1 to 16384
+    uint32_t width;    ///< pixels, 1 to ZR_MAX_FRAME_SIDE_PX
+    uint32_t height;   ///< pixels, 1 to ZR_MAX_FRAME_SIDE_PX
 };
 typedef struct ZRPlanes ZRPlanes;
 

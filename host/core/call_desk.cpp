@@ -359,6 +359,14 @@ void* CallDesk::handle(Kind kind, const std::string& name) const
     }
 }
 
+WindowId CallDesk::recordedWindow(const std::string& name) const
+{
+    const auto found = m_windows.find(name);
+    if (found == m_windows.end() || !found->second.id)
+        throw HostError("there is no window '" + name + "'");
+    return *found->second.id;
+}
+
 void CallDesk::resizeWindow(const std::string& name, Size size)
 {
     RecordedWindow& window = m_windows[name];

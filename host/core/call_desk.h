@@ -33,6 +33,8 @@ public:
     /// The calls from here on are recorded ones: no answer is printed, a null handle and one that
     /// has ended have names, and windows other ones than those of this host.
     void beginReplay() { m_replays = true; }
+    /// The host's window for one of recorded calls. @throws HostError for one that none has named
+    [[nodiscard]] WindowId recordedWindow(const std::string& name) const;
     /// A window of recorded calls has this size from now on.
     void resizeWindow(const std::string& name, Size size);
     /// @throws HostError for an unknown export and a wrong number of arguments

@@ -3,6 +3,7 @@
 #include "host_error.h"
 #include "host_platform.h"
 #include "session.h"
+#include "statistics.h"
 
 namespace zrhost {
 
@@ -78,9 +79,32 @@ void screenshot(Session& session, const Args& args)
     session.stage().print("saved " + args.text(0));
 }
 
+/// The window of recorded calls that an argument names; without one that of the meeting.
+WindowId windowOf(Session& session, const Args& args, std::size_t index)
+{
+    return args.has(index) ? session.calls().recordedWindow(args.text(index)) : session.parent();
+}
+
 void click(Session& session, const Args& args)
 {
-    session.stage().click(session.parent(), {args.number(0), args.number(1)}, args.number(2, 1));
+    const WindowId window = windowOf(session, args, 3);
+    if (window != WindowId::None || !args.has(3)) // a replay without windows has no user
+        session.stage().click(window, {args.number(0), args.number(1)}, args.number(2, 1));
+}
+
+void wheel(Session& session, const Args& args)
+{
+    const WindowId window = windowOf(session, args, 3);
+    if (window != WindowId::None || !args.has(3))
+        session.stage().turnWheel(window, {args.number(0), args.number(1)}, args.number(2));
+}
+
+void stats(Session& session, const Args&)
+{
+    const auto statistics = newestStatistics(readModuleLog("zrhost"));
+    if (!statistics)
+        throw HostError("stats: there are none (yet); start with ZRSCREEN_STATS=SECONDS");
+    session.stage().print(statisticsTable(*statistics));
 }
 
 void help(Session& session, const Args&)
@@ -138,15 +162,17 @@ const std::vector<Command>& commandTable()
          "a message that was recorded, for --check-messages",
          [](Session& s, const Args& a) { s.messages().expect(a.words()); }},
         {"click",
-         {pixels("X"), pixels("Y"), optional({"TIMES", ArgKind::Integer, false, 0, 9})},
+         {pixels("X"), pixels("Y"), optional({"TIMES", ArgKind::Integer, false, 0, 9}),
+          optional({"WINDOW"})},
          "click at a point of the window; 0 times: only point there",
          click},
         {"wheel",
-         {pixels("X"), pixels("Y"), {"STEPS", ArgKind::Integer, false, -100, 100}},
+         {pixels("X"),
+          pixels("Y"),
+          {"STEPS", ArgKind::Integer, false, -100, 100},
+          optional({"WINDOW"})},
          "turn the wheel there, away from the user for positive steps",
-         [](Session& s, const Args& a) {
-             s.stage().turnWheel(s.parent(), {a.number(0), a.number(1)}, a.number(2));
-         }},
+         wheel},
         {"type",
          {{"TEXT"}},
          "type at the keyboard",
@@ -165,6 +191,7 @@ const std::vector<Command>& commandTable()
          {{"FILE.png"}, optional(choice({"main", "second"}))},
          "save what a window shows",
          screenshot},
+        {"stats", {}, "what each tile gets and paints, with ZRSCREEN_STATS=SECONDS", stats},
         {"wait",
          {{"SECONDS", ArgKind::Seconds}},
          "hold back the next commands",

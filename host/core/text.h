@@ -1,6 +1,8 @@
 // Words and numbers of options, scenario files and typed commands. Text is UTF-8.
 #pragma once
 
+#include "zrscreenmod/zrtypes.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,7 +17,7 @@ struct Size
 };
 
 /// Largest picture or window edge in pixels: the limit of the module's frames.
-constexpr int kMaxEdgePx = 16384;
+constexpr int kMaxEdgePx = ZR_MAX_FRAME_SIDE_PX;
 
 /// Splits a line at blanks. Double quotes keep blanks in a word; inside them `\"` and `\\` stand
 /// for the second character. A `#` at the start of a word begins a comment.

@@ -38,9 +38,10 @@ file(WRITE ${WORK_DIR}/meeting.scenario [[
 +0.5 call ZRScreenDate_Move when 780,250 2150 12 1 9 30 -1
      share bob y4m:letters.y4m
      call ZRScreenWtmark_SetInfo 1,王小明,13812345678,
-     mode 12
+     mode 6
      ext show ann
 +0.5 ext close
++0.5 click 930 170
 +2   screenshot original.png
 +1   quit
 ]])

@@ -10,15 +10,8 @@
 #include <QVBoxLayout>
 
 #include <atomic>
-#include <cstdint>
-#include <cstdlib>
-#include <fstream>
 #include <memory>
-#include <string>
 #include <thread>
-#include <utility>
-
-#include <sys/mman.h>
 
 namespace {
 
@@ -104,22 +97,6 @@ struct Visit
     void* play = nullptr;
 };
 
-/// Where the library's code and constants lie: begin and end.
-std::pair<std::uintptr_t, std::uintptr_t> rangeOfLibrary()
-{
-    std::pair<std::uintptr_t, std::uintptr_t> range;
-    std::ifstream maps("/proc/self/maps");
-    for (std::string line; std::getline(maps, line);) {
-        if (line.find("libZRScreenMod.") == std::string::npos)
-            continue;
-        char* end = nullptr;
-        const auto begin = std::strtoull(line.c_str(), &end, 16);
-        range.first = range.first ? range.first : begin;
-        range.second = std::strtoull(end + 1, nullptr, 16);
-    }
-    return range;
-}
-
 /// Has Qt go through what it keeps: fonts, pictures, style sheets.
 void useQt()
 {
@@ -149,14 +126,11 @@ ZR_CASE(qthost, unloadsAndComesBack)
         Visit visit(widget.hwnd());
         CHECK(visit.shows(releases ? kRed : kBlue));
         CHECK(QFile::exists(picture));
-        const auto [begin, end] = rangeOfLibrary();
+        const native::Range range = native::rangeOf("ZRScreenMod");
         if (releases)
             visit.release();
         visit.zr.unload();
-        // Nobody else gets the addresses, so that whoever reads there is caught.
-        void* const old = reinterpret_cast<void*>(begin);
-        constexpr int kFlags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED_NOREPLACE;
-        CHECK(mmap(old, end - begin, PROT_NONE, kFlags, -1, 0) == old);
+        CHECK(native::closeOff(range));
         CHECK(!QFile::exists(picture));
         CHECK(pumpUntil([&] { return nativehost::childCountOf(widget.winId()) == 0; }));
         useQt();

@@ -5,6 +5,7 @@
 #include "options.h"
 #include "scenario.h"
 #include "scenariowords.h"
+#include "statistics.h"
 #include "traced_words.h"
 #include "y4m_reader.h"
 #include "zrscreenmod/zrscreenmod.h"
@@ -128,6 +129,48 @@ private slots:
         QCOMPARE(options.windowSize.height, 600);
         QCOMPARE(options.durationMs, 1250);
         QVERIFY(options.interactive && !options.headless && !options.help);
+    }
+
+    /// Of the last run only, and not before all participants of a block are there.
+    void newestStatisticsAreFound()
+    {
+        const std::string begin = "[1][attach():5]  \r\n\r\n Init sys\r\n";
+        const auto head = [](const std::string& count, const std::string& stall) {
+            return "[2][log():7]  stats: " + count
+                   + " participants, 25.5 compositions/s, longest paint 1.5 ms, longest stall "
+                   + stall + " ms\r\n";
+        };
+        const auto tile = [](const std::string& id) {
+            return "[3][log():8]  stats " + id
+                   + ": in 25.0/s, refused 2, painted 5.5/s, 640x360, grade 3, stream open, opened "
+                     "6 times, "
+                     "told shown 4, hidden 3 times\r\n";
+        };
+        const std::string whole =
+            head("2", "40") + tile("ann: in") + "[4][x():1]  other\r\n" + tile("bob");
+        const QString expected = "40 ms|ann: in: 19.5 refused 2 640x360 3 6|bob: 19.5 refused 2 "
+                                 "640x360 3 6";
+        compareRows({{begin + whole + head("1", "50"), expected},
+                     {begin + head("2", "30") + tile("ann") + whole, expected},
+                     {begin + head("0", "7"), "7 ms"},
+                     {begin + whole + begin + head("1", "50"), "none"},
+                     {begin + tile("ann"), "none"}},
+                    [](const std::string& log) {
+                        const auto found = newestStatistics(log);
+                        if (!found)
+                            return QStringLiteral("none");
+                        QString text = QString::number(found->longestStallMs) + " ms";
+                        for (const TileStatistics& one : found->tiles)
+                            text += QStringLiteral("|%1: %2 refused %3 %4x%5 %6 %7")
+                                        .arg(QString::fromStdString(one.userId))
+                                        .arg(one.coalescedPerS())
+                                        .arg(one.refused)
+                                        .arg(one.picture.width)
+                                        .arg(one.picture.height)
+                                        .arg(one.grade)
+                                        .arg(one.timesOpened);
+                        return text;
+                    });
     }
 
     void participantsAreCounted()

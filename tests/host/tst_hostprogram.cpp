@@ -87,13 +87,20 @@ private slots:
         call ZRScreenDate_Move when 500,20 2150 12 24 18 30 -1
         call erin=ZRScreen_AddPerson erin Erin 9 0 77
         call ZRScreen_DelPerson erin
+        +1.6 stats
         mode 14
         +0.3 quit)");
         const QString trace = m_folder.filePath(QStringLiteral("trace"));
+        QFile file(trace);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("of a crash") > 0);
+        file.close();
         qputenv("ZRSCREEN_TRACE", QFile::encodeName(trace));
+        qputenv("ZRSCREEN_STATS", "1");
+        qputenv("ZRSCREEN_LOG_DIR", QFile::encodeName(m_folder.path()));
         const Result result = run({"--headless", "--follow-streams", "--mode", "12", "--names",
                                    "Ann,Bob", "--scenario", scenario});
-        qunsetenv("ZRSCREEN_TRACE");
+        for (const char* const name : {"ZRSCREEN_TRACE", "ZRSCREEN_STATS", "ZRSCREEN_LOG_DIR"})
+            qunsetenv(name);
         QCOMPARE(result.errors, QString());
         QCOMPARE(result.status, 0);
         for (const char* const line :
@@ -106,6 +113,9 @@ private slots:
         for (const char* const line :
              {"message ZRMSG_VIDEO_SHOWN person=0x[0-9a-f]+ hostValue=carol\n",
               "message ZRMSG_PERSON_INFO_UPDATED play=0x[0-9a-f]+ hostValue=77\n",
+              "\\d compositions/s, longest paint \\d+\\.\\d ms, longest stall \\d+ ms\n",
+              "carol: [\\d.]+ frames/s, [\\d.]+ coalesced, [\\d.]+ painted, refused 0, "
+              "\\d+x\\d+, grade [234], stream open, opened [12], shown 1, hidden 0 times\n",
               "carol: [1-9]\\d* frames delivered, 0 refused\n"})
             QVERIFY2(QRegularExpression(line).match(result.output).hasMatch(),
                      qPrintable(result.output));
@@ -120,7 +130,7 @@ private slots:
                      && replayed.output.contains("\nmessage ZRMSG_SCREEN_MODE")
                      && !differs.match(replayed.output).hasMatch(),
                  qPrintable(replayed.output + replayed.errors));
-        QFile file(trace);
+        QVERIFY(QFileInfo(trace + ".before").size() > 0);
         QVERIFY(file.open(QIODevice::Append) && file.write("expect s1 ZRMSG_TILE_CLICK 0 0\n") > 0);
         file.close();
         const Result differing =

@@ -9,7 +9,9 @@
 
 #include <atomic>
 #include <future>
+#include <map>
 #include <memory>
+#include <set>
 #include <thread>
 #include <vector>
 
@@ -18,6 +20,9 @@ namespace {
 const QDate kToday(2026, 3, 2);
 const QString kFirstFile = QStringLiteral("zrscreenLog20260302.txt");
 const QString kSecondFile = QStringLiteral("zrscreenLog20260302-090500.txt"); ///< of a full one
+
+const QRegularExpression
+    kHeader(QStringLiteral("\\[2026-03-0[23]\\]\\[thread (\\d+)(, GUI)?\\]\r\n"));
 
 std::atomic<int> g_passedOn{0};
 QSemaphore g_standing;
@@ -245,7 +250,8 @@ private slots:
 
     // --- Message handler ------------------------------------------------------------------------
 
-    /// Each message is either in the log, behind those that its thread sent before, or passed on.
+    /// Each message is either in the log, behind those that its thread sent before and under a line
+    /// with that thread, or passed on.
     void noMessageIsLostWhileTheHandlerComesAndGoes()
     {
         constexpr int kThreads = 4;
@@ -277,6 +283,19 @@ private slots:
         }
         QVERIFY(!written.isEmpty());
         QCOMPARE(written.size() + g_passedOn, sent.load());
+
+        std::map<QString, std::set<QString>> threadsOf; // by who sent
+        const QString log = QString::fromLatin1(raw(kFirstFile));
+        for (auto header = kHeader.globalMatch(log); header.hasNext();) {
+            const auto match = header.next();
+            threadsOf[log.mid(match.capturedEnd()).section(' ', 0, 0)].insert(match.captured(1));
+        }
+        std::set<QString> all;
+        for (const auto& [sender, numbers] : threadsOf) {
+            QCOMPARE(numbers.size(), std::size_t(1));
+            all.insert(*numbers.begin());
+        }
+        QVERIFY(all.size() == threadsOf.size() && !all.empty());
     }
 
     void theHandlerBeforeItGetsMessages()
@@ -305,7 +324,7 @@ private slots:
         installLogHandler(&log);
         // What ends the process is written before the handler returns.
         logMessageHandler(QtFatalMsg, QMessageLogContext(), "the end");
-        QVERIFY(content(kFirstFile).endsWith("the end\r\n"));
+        QVERIFY(content(kFirstFile).endsWith("fatal: the end\r\n"));
         QCOMPARE(g_passedOn.load(), 1);
         // A handler that the host installs over it is left in place.
         qInstallMessageHandler(countingHandler);
@@ -409,10 +428,16 @@ private:
         return s;
     }
     QString path(const QString& name) const { return m_folder->filePath(name); }
-    QByteArray content(const QString& name) const
+    QByteArray raw(const QString& name) const
     {
         QFile file(path(name));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    /// Without the lines that tell day and thread.
+    QByteArray content(const QString& name) const
+    {
+        const QByteArray bytes = raw(name);
+        return QString::fromLatin1(bytes.constData(), bytes.size()).remove(kHeader).toLatin1();
     }
     QStringList lines(const QString& name) const
     {

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <functional>
@@ -38,6 +39,17 @@ bool runEventLoopOnce();
 
 /// Whether a library is in the process, by its name without what the system adds.
 bool isLoaded(const std::string& name);
+
+/// Where a loaded library lies.
+struct Range
+{
+    std::uintptr_t begin = 0;
+    std::uintptr_t end = 0;
+};
+Range rangeOf(const std::string& library);
+/// Closes addresses that are free, for good: nobody else gets them, and whoever reads there is
+/// caught. @return whether they were free
+[[nodiscard]] bool closeOff(const Range& range);
 
 /// Threads of this process.
 int threadCount();

@@ -102,6 +102,24 @@ bool isLoaded(const std::string& name)
     return GetModuleHandleA((name + ".dll").c_str()) != nullptr;
 }
 
+Range rangeOf(const std::string& library)
+{
+    const HMODULE module = GetModuleHandleA((library + ".dll").c_str());
+    const auto begin = reinterpret_cast<std::uintptr_t>(module);
+    if (begin == 0)
+        return {};
+    const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(begin);
+    const auto* const image =
+        reinterpret_cast<const IMAGE_NT_HEADERS*>(begin + static_cast<unsigned>(dos->e_lfanew));
+    return {begin, begin + image->OptionalHeader.SizeOfImage};
+}
+
+bool closeOff(const Range& range)
+{
+    void* const begin = reinterpret_cast<void*>(range.begin);
+    return VirtualAlloc(begin, range.end - range.begin, MEM_RESERVE, PAGE_NOACCESS) == begin;
+}
+
 int threadCount()
 {
     const HANDLE threads = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);

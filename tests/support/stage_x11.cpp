@@ -5,6 +5,7 @@
 
 #include <X11/Xlib.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <glib.h>
 #include <iterator>
@@ -128,6 +129,28 @@ bool isLoaded(const std::string& name)
             return true;
     }
     return false;
+}
+
+Range rangeOf(const std::string& library)
+{
+    Range range;
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);) {
+        if (line.find("/lib" + library + ".") == std::string::npos)
+            continue;
+        char* end = nullptr;
+        const auto begin = std::strtoull(line.c_str(), &end, 16);
+        range.begin = range.begin ? range.begin : begin;
+        range.end = std::strtoull(end + 1, nullptr, 16);
+    }
+    return range;
+}
+
+bool closeOff(const Range& range)
+{
+    void* const begin = reinterpret_cast<void*>(range.begin);
+    constexpr int kFlags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED_NOREPLACE;
+    return mmap(begin, range.end - range.begin, PROT_NONE, kFlags, -1, 0) == begin;
 }
 
 int threadCount()

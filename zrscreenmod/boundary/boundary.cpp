@@ -81,13 +81,21 @@ std::optional<QRect> readRect(const tagRECT* pRect)
                  span(edges[1], edges[3]));
 }
 
+std::optional<VantrelRTCVideoFrameQT> copyFrame(const void* pFrame)
+{
+    if (!platform::isReadable(pFrame, sizeof(VantrelRTCVideoFrameQT)))
+        return std::nullopt;
+    VantrelRTCVideoFrameQT frame;
+    std::memcpy(&frame, pFrame, sizeof frame); // which may lie anywhere
+    return frame;
+}
+
 std::optional<VantrelRTCVideoFrameQT> readFrame(const void* pFrame)
 {
-    if (!platform::isReadable(pFrame, sizeof(VantrelRTCVideoFrameQT))) {
+    const auto frame = copyFrame(pFrame);
+    if (!frame)
         qDebug() << "IsBadReadPtr(pWin32Frame, sizeof(VantrelRTCVideoFrameQT)) failed";
-        return std::nullopt;
-    }
-    return *static_cast<const VantrelRTCVideoFrameQT*>(pFrame);
+    return frame;
 }
 
 bool isCallable(ZRNotify notify)

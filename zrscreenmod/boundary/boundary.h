@@ -37,6 +37,8 @@ void closeForGood();
 /// Copies the record of a frame: what was checked is what is played, whatever the caller's other
 /// threads do. @return nothing, and a log line, when the memory cannot be read.
 [[nodiscard]] std::optional<VantrelRTCVideoFrameQT> readFrame(const void* pFrame);
+/// The same without a log line.
+[[nodiscard]] std::optional<VantrelRTCVideoFrameQT> copyFrame(const void* pFrame);
 /// Whether a notification function of the host's can be called, if there is one. @return false, and
 /// a log line, when its memory cannot be read.
 [[nodiscard]] bool isCallable(ZRNotify notify);

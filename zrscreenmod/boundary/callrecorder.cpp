@@ -22,7 +22,7 @@ CallRecorder::CallRecorder(const QString& path, bool wholeFrames)
     : m_file(path)
 {
     if (wholeFrames)
-        m_frames = std::make_unique<TraceFile>(path + QStringLiteral(".frames"));
+        m_frames = std::make_unique<TraceFile>(framesFileOf(path));
     m_clock.start();
     comment("ZRScreenMod " + version() + ", " + QSysInfo::prettyProductName().toUtf8() + ", "
             + QDateTime::currentDateTime().toString(Qt::ISODate).toUtf8()
@@ -64,6 +64,13 @@ void CallRecorder::putLine(const QByteArray& text, const char* end)
 void CallRecorder::comment(const QByteArray& text)
 {
     m_file.append(lineBegin("# ") + text + '\n');
+}
+
+void CallRecorder::putInput(const char* command, const void* window, const QPoint& at, int count)
+{
+    putLine(QByteArray(command) + ' ' + QByteArray::number(at.x()) + ' '
+            + QByteArray::number(at.y()) + ' ' + QByteArray::number(count) + ' '
+            + m_names.ofWindow(window));
 }
 
 void CallRecorder::noteWindow(const void* window, QSize size)

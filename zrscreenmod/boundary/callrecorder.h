@@ -7,6 +7,7 @@
 
 #include <QElapsedTimer>
 #include <QHash>
+#include <QPoint>
 #include <QSize>
 
 #include <map>
@@ -15,6 +16,12 @@
 #include <vector>
 
 namespace calltrace {
+
+/// Where the pictures of a trace go.
+[[nodiscard]] inline QString framesFileOf(const QString& path)
+{
+    return path + QStringLiteral(".frames");
+}
 
 /// A call that has begun and not ended.
 struct OpenCall
@@ -49,6 +56,8 @@ public:
                  const Given& answer);
     void announce(const void* play);
     void beginMessage(const void* record, const Message& message);
+    /// What the user does at a point of a window of the host's: a command, and how often.
+    void putInput(const char* command, const void* window, const QPoint& at, int count);
     /// The size of a window of the host's, which is written when it has changed.
     void noteWindow(const void* window, QSize size);
     /// In which window of the host's that of a handle is; null when that is not known.

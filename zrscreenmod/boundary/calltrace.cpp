@@ -2,6 +2,7 @@
 
 #include "boundary.h"
 #include "callrecorder.h"
+#include "inputwatch.h"
 #include "platform.h"
 
 #include <memory>
@@ -18,6 +19,7 @@ constexpr std::size_t kSampledRows = 32;
 std::mutex s_lock;
 CallRecorder* s_trace = nullptr;
 std::atomic<std::size_t> s_rowStep{kSampledRows};
+InputWatch* s_input = nullptr; ///< GUI thread
 
 /// Runs `work(trace)` under the lock, if there is a trace. A failure of its file ends it.
 template<typename Work>
@@ -40,6 +42,18 @@ void withTrace(Work&& work) noexcept
                                  << failed->failedFile()->problem();
         return true;
     });
+}
+
+/// Records the user's mouse as commands of the demonstration host.
+InputWatch::Listener inputListener()
+{
+    using Place = InputWatch::Place;
+    const auto put = [](const char* command, const Place& place, int count) {
+        withTrace(
+            [&](CallRecorder& trace) { trace.putInput(command, place.window, place.at, count); });
+    };
+    return {[put](const Place& place) { put("click", place, 1); },
+            [put](const Place& place, int steps) { put("wheel", place, steps); }};
 }
 
 /// The window that a call names, or in which what it moves is.
@@ -65,6 +79,14 @@ QSize sizeOf(const void* window)
     return platform::clientRectOnScreen(reinterpret_cast<platform::NativeWindow>(window)).size();
 }
 
+/// The trace of a program that has crashed and was started again is the one that is wanted.
+bool keepEarlier(const QString& path)
+{
+    const QString before = path + QStringLiteral(".before");
+    return TraceFile::moveAside(path, before)
+           && TraceFile::moveAside(framesFileOf(path), framesFileOf(before));
+}
+
 TracedPicture pictureOf(const zr::Export& row, const Given* arguments)
 {
     for (std::size_t i = 0; i < row.argumentCount; ++i) {
@@ -83,6 +105,10 @@ void beginIfAsked()
         return;
     const bool whole = qEnvironmentVariable("ZRSCREEN_TRACE_FRAMES") == QLatin1String("whole");
     s_rowStep = whole ? 1 : kSampledRows;
+    if (!keepEarlier(path)) {
+        qWarning() << "no trace, the earlier one cannot be renamed:" << path;
+        return;
+    }
     {
         const std::lock_guard<std::mutex> lock(s_lock);
         s_trace = new CallRecorder(path, whole);
@@ -90,6 +116,12 @@ void beginIfAsked()
     }
     qDebug() << "trace:" << path << (whole ? "with whole frames" : "");
     withTrace([](const CallRecorder&) {}); // says so when the file cannot be opened
+    s_input = new InputWatch(inputListener());
+}
+
+void endInput()
+{
+    delete std::exchange(s_input, nullptr);
 }
 
 void end()

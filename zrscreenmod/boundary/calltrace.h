@@ -1,5 +1,5 @@
 // The trace: every call of an export and every message, in the order in which they begin, as a
-// scenario that the demonstration host replays. docs/integrating.md tells what is in it.
+// scenario that the demonstration host replays. docs/trace.md tells what is in it.
 #pragma once
 
 #include "exports.h"
@@ -24,6 +24,8 @@ inline std::atomic<bool> g_on{false};
 
 /// Begins a trace if ZRSCREEN_TRACE names a file. GUI thread.
 void beginIfAsked();
+/// The user's mouse is not recorded from here on. GUI thread.
+void endInput();
 /// Any thread; nothing without a trace.
 void end();
 

@@ -19,6 +19,14 @@ HostHandles<QMyLineEdit> g_lineEdits({logNoControl, [](QMyLineEdit& edit) { retu
 HostHandles<QDlgTextEdit> g_textEdits({logNoControl, [](QDlgTextEdit& edit) { returnKeys(edit); },
                                        [](QDlgTextEdit& edit) { edit.hide(); }});
 
+bool putInto(HWND hParent, const QWidget& control, const QPoint& at)
+{
+    if (platform::setParentWindow(control.winId(), platform::toNative(hParent), at))
+        return true;
+    qDebug() << "SetParent failed, hParent:" << hParent;
+    return false;
+}
+
 void logNoControl(const void* handle)
 {
     if (handle)

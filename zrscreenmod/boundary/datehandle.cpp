@@ -52,10 +52,8 @@ ST_ZRDateHdl* createDatePicker(HWND hParent, ZRNotify notify)
     const bool b4K = zr::isLargePickerScreen(platform::screenWidthPx(), platform::screenHeightPx());
     auto widget = std::make_unique<SelectDateTimeWidget>(b4K);
     if (hParent) {
-        if (!platform::setParentWindow(widget->winId(), platform::toNative(hParent))) {
-            qDebug() << "SetParent failed, hParent:" << hParent;
+        if (!putInto(hParent, *widget))
             return nullptr;
-        }
         platform::setChildStyle(widget->winId());
     }
     auto* const picker = new ST_ZRDateHdl;

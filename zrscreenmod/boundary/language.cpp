@@ -1,13 +1,14 @@
 #include "language.h"
 
 #include "qzrscreenconfig.h"
+#include "texts.h"
 
-#include <QCoreApplication>
 #include <QDebug>
 #include <QSettings>
 #include <QTranslator>
 
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -37,11 +38,11 @@ void chooseLanguage()
         return;
     }
     g_translator = translator.release();
-    QCoreApplication::installTranslator(g_translator);
+    zr::Text::setTranslator(g_translator);
 }
 
 void forgetLanguage()
 {
-    delete g_translator; // which takes itself out of the application
-    g_translator = nullptr;
+    zr::Text::setTranslator(nullptr);
+    delete std::exchange(g_translator, nullptr);
 }

@@ -59,6 +59,7 @@ constexpr std::chrono::seconds kGuiThreadTimeout(1);
 void destroyInterface()
 {
     delete std::exchange(g_pRegistrationTimer, nullptr);
+    calltrace::endInput();
     releaseAllHandles();
     QZRScreenConfig::destroyInstance();
     forgetLanguage();

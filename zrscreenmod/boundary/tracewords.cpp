@@ -127,16 +127,15 @@ TracedPicture readPicture(const void* record, std::size_t rowStep)
 {
     TracedPicture picture;
     picture.word = record ? kUnreadable : "!null";
-    VantrelRTCVideoFrameQT frame{};
-    if (!record || !platform::isReadable(record, sizeof frame))
+    const auto frame = boundary::copyFrame(record);
+    if (!frame)
         return picture;
-    std::memcpy(&frame, record, sizeof frame);
-    picture.word = QByteArray::number(frame.width) + 'x' + QByteArray::number(frame.height) + '#';
-    if (zr::isFrameSizeValid(frame.width, frame.height)) {
-        const zr::I420Layout layout = zr::sourceLayout(frame.width, frame.height);
-        if (platform::isReadable(frame.pData, layout.totalBytes())) {
-            picture.checksum = zr::pictureChecksum(frame.pData, layout, rowStep);
-            picture.bytes = frame.pData;
+    picture.word = QByteArray::number(frame->width) + 'x' + QByteArray::number(frame->height) + '#';
+    if (zr::isFrameSizeValid(frame->width, frame->height)) {
+        const zr::I420Layout layout = zr::sourceLayout(frame->width, frame->height);
+        if (platform::isReadable(frame->pData, layout.totalBytes())) {
+            picture.checksum = zr::pictureChecksum(frame->pData, layout, rowStep);
+            picture.bytes = frame->pData;
             picture.count = static_cast<qint64>(layout.totalBytes());
         }
     }

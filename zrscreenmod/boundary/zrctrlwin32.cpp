@@ -40,12 +40,9 @@ void onLineEditWithText(void* h, const char* text, Body body) noexcept
 /// system refuses.
 bool embed(QWidget& widget, HWND parent, const QRect& rect)
 {
-    const platform::NativeWindow own = widget.winId();
-    if (parent && !platform::setParentWindow(own, platform::toNative(parent), rect.topLeft())) {
-        qDebug() << "SetParent failed, parent:" << parent;
+    if (parent && !putInto(parent, widget, rect.topLeft()))
         return false;
-    }
-    platform::placeWindow(own, rect);
+    platform::placeWindow(widget.winId(), rect);
     widget.show();
     return true;
 }
@@ -139,9 +136,7 @@ void ZR_CALL ZRCtrl_QLineEdit_SetParent(void* h, HWND parent)
     ZR_ENTER(ZRCtrl_QLineEdit_SetParent, (h, parent));
     ZR_LOG_THREAD("current thread:");
     onLineEdit(h, [parent](QMyLineEdit& edit) {
-        const QPoint place = platform::rectInParent(edit).topLeft();
-        if (!platform::setParentWindow(edit.winId(), platform::toNative(parent), place))
-            qDebug() << "SetParent failed, parent:" << parent;
+        putInto(parent, edit, platform::rectInParent(edit).topLeft());
     });
 }
 

@@ -206,7 +206,7 @@ int ZR_CALL ZRScreen_SetVolume(void* hScreen, void* pPlay, int iVolume)
     return withPerson(hScreen, pPlay, [&](const ScreenRef&, const PersonPin& person) {
         // Reports come ten times a second for everybody, and few change a microphone: only those
         // are logged and queued.
-        if (QDlgScreen::noteVolume(*person, iVolume)) {
+        if (noteVolume(*person, iVolume)) {
             here.log("thread:");
             postToGallery(hScreen, [p = person.get()](QDlgScreen& gallery) {
                 gallery.updatePersonDisplayInfo(p);
@@ -514,6 +514,7 @@ int ZR_CALL ZRScreen_SetExtendScreen(void* hScreen, bool bExtendScreen, bool bDe
     ZR_ENTER(ZRScreen_SetExtendScreen, (hScreen, bExtendScreen, bDeviceChange));
     ZR_LOG_THREAD("thread:");
     return onHub(hScreen, [bExtendScreen, bDeviceChange](QZRScreenConfig& hub) {
+        hub.settings.extendScreen = bExtendScreen;
         emit hub.sigSwitchExtendScreen(bExtendScreen, bDeviceChange);
     });
 }

@@ -3,6 +3,7 @@
 
 #include "cplaywidget.h"
 #include "meetingmode.h"
+#include "qdlgnovideo.h"
 #include "qzrscreenconfig.h"
 #include "speaktool.h"
 
@@ -15,12 +16,14 @@
 
 QDlgScreen::QDlgScreen(QWidget* parent)
     : QDialog(parent)
+    , m_pageControls(*this)
 {
     // A plain child, not a dialog window.
     setWindowFlags(Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
     setFocusPolicy(Qt::ClickFocus); // for the keys that turn pages
     m_pageClock = [this] { return hub().nowMs(); };
-    makePageControls();
+    hub().getImgPrefix();
+    scalePageControls();
     connectHub();
 }
 
@@ -123,7 +126,9 @@ void QDlgScreen::resizeEvent(QResizeEvent* event)
     if (width() < zr::kMinLayoutWidthPx)
         return;
     reLayout();
-    placePageControls();
+    m_pageControls.place();
+    if (m_pNoVideo)
+        m_pNoVideo->setGeometry(rect());
 }
 
 void QDlgScreen::mousePressEvent(QMouseEvent* event)

@@ -3,6 +3,7 @@
 
 #include "focus.h"
 #include "layoutgeometry.h"
+#include "pagecontrols.h"
 #include "paging.h"
 #include "personinfo.h"
 #include "reaper.h"
@@ -24,9 +25,6 @@ enum class LeaveEffect;
 struct SpeakerKey;
 } // namespace zr
 class QDlgNoVideo;
-class QDlgPageMark;
-class QMyPageCtrl;
-class QMyPageScroll;
 class QZRScreenConfig;
 class SpeakTool;
 
@@ -154,9 +152,6 @@ public:
     void setCloseWhiteBoard();
     /// Forgets the "more" menu's participant when the mouse has left its tile.
     void testHideMoreMenu();
-    /// Takes a volume over, clamped; any thread that pins the record.
-    /// @return whether the microphone's level is another one now, and the tile to be refreshed
-    static bool noteVolume(tagPersonInfo& person, int iVolume);
     void clearMoreMenuPerson() { m_pMorePerson = nullptr; }
     bool isMouseOnBtnMore() const;
 
@@ -266,6 +261,7 @@ private:
         QRect rect; ///< empty when the tile is not to be shown
         int grade;
     };
+    void enterMode(int mode);
     int arrangedMode() const;
     void arrange();
     void arrangeTiles();
@@ -303,13 +299,8 @@ private:
     void checkOrder();
 
     // Pages and polling
-    void makePageControls();
     void scalePageControls();
-    void placePageControls();
-    /// Shows them as long as there are pages, also over a badge: without a mouse nothing would
-    /// bring them up.
     void updatePageControls();
-    void placePageBar(int pages);
     void updateNoVideo();
     int tilesPerPage() const;
     void clampPage();
@@ -367,12 +358,8 @@ private:
     int m_iWheelRest = 0; ///< turned by less than a step, in eighths of a degree
     zr::PageTurnGate m_pageGate;
     std::function<qint64()> m_pageClock;
-    QMyPageCtrl* m_pPagePre = nullptr; ///< child, as those below; all of them above the tiles
-    QMyPageCtrl* m_pPageNext = nullptr;
-    QDlgPageMark* m_pPageMark = nullptr;
-    QMyPageScroll* m_pPageScroll = nullptr; ///< in place of the marks, when those have no room
-    QDlgNoVideo* m_pNoVideo = nullptr;      ///< child; while the filter leaves nobody, else null
-    bool m_bRaiseControls = false;          ///< a tile has appeared, maybe above the controls
+    PageControls m_pageControls;
+    QDlgNoVideo* m_pNoVideo = nullptr; ///< child; while the filter leaves nobody, else null
 
     // Timers; 0 while they do not run.
     int m_iCheckTimerId = 0; ///< 1000 ms, looks for a new order

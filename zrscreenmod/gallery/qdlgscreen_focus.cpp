@@ -381,7 +381,6 @@ void QDlgScreen::OnSwitchExtendScreen(bool bExtendScreen, bool bDeviceChange)
 {
     qDebug() << "OnSwitchExtendScreen bExtendScreen:" << bExtendScreen
              << ",bDeviceChange:" << bDeviceChange;
-    hub().settings.extendScreen = bExtendScreen;
     if (bDeviceChange) {
         // A monitor came or went: another primary screen may want other images, and the tool may
         // stand where there is no screen any more.

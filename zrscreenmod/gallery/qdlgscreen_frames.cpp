@@ -24,21 +24,18 @@ bool QDlgScreen::playFrame(void* pPerson, const VantrelRTCVideoFrameQT* frame)
 
 bool QDlgScreen::takeFrame(tagPersonInfo& person, const VantrelRTCVideoFrameQT& frame)
 {
-    if (!person.frames.accept(frame, person.userID))
-        return false;
     QZRScreenConfig& config = hub();
-    if (config.cacheFrame())
-        config.dumpFrame(person, frame);
-    person.frames.count();
-    person.dwLastFrameTick.store(platform::tickMs(), std::memory_order_relaxed);
-    person.pWidget->PlayFrame(frame);
-    if (m_pSpeakTool) // set before there are participants, and then left alone
-        m_pSpeakTool->playFrame(&person, frame);
-    // Told afterwards, since it uncovers the tile.
-    if (person.frames.isNoticeDue(frame))
-        emit config.playFrameUpdateUI(&person, static_cast<int>(frame.width),
-                                      static_cast<int>(frame.height));
-    return true;
+    const auto copy = [&] {
+        if (config.cacheFrame())
+            config.dumpFrame(person, frame);
+        person.dwLastFrameTick.store(platform::tickMs(), std::memory_order_relaxed);
+        person.pWidget->PlayFrame(frame);
+        if (m_pSpeakTool) // set before there are participants, and then left alone
+            m_pSpeakTool->playFrame(&person, frame);
+    };
+    return person.frames.take(frame, person.userID, copy, [&](int width, int height) {
+        emit config.playFrameUpdateUI(&person, width, height);
+    });
 }
 
 void QDlgScreen::onPlayFrameUpdateUI(void* pPerson, int iWidth, int iHeight)

@@ -271,7 +271,8 @@ void QDlgScreen::applyPlacements(const char* prefix, const std::vector<PlacedPer
         }
         const bool moved = tile->geometry() != rect;
         const bool appears = !tile->isShowing();
-        m_bRaiseControls = m_bRaiseControls || appears;
+        if (appears)
+            m_pageControls.raiseWithNextShow();
         if (moved || appears) {
             const int counted = static_cast<int>(i) - large;
             (counted < 0 ? qDebug() << "large" : qDebug() << prefix << counted)
@@ -313,15 +314,20 @@ void QDlgScreen::finishLayout()
 bool QDlgScreen::setMeetingMode(eLayoutType mode)
 {
     qDebug() << "xxxxxd setMeetingMode:" << static_cast<int>(mode);
-    if (zr::isSpeakerToolMode(mode))
-        m_bPlaceTool = true; // also in a mode that is there already
-    hub().setCurScreenMode(mode);
-    scheduleLayout();
+    enterMode(mode);
     if (mode != eLayoutShare) {
         qDebug() << "notifyDisplayOrder";
         emit hub().notifyDisplayOrder(false);
     }
     return true;
+}
+
+void QDlgScreen::enterMode(int mode)
+{
+    if (zr::isSpeakerToolMode(mode))
+        m_bPlaceTool = true; // also in a mode that is there already
+    hub().setCurScreenMode(mode);
+    scheduleLayout();
 }
 
 void QDlgScreen::onCurScreenMode(int mode)
@@ -341,7 +347,11 @@ void QDlgScreen::onMeetingMode(int iMode)
 
 void QDlgScreen::onModSwitchMode(int eType)
 {
-    onMeetingMode(eType);
+    // Every gallery hears it: each orders its own participants, and none asks the others to.
+    qDebug() << "xxxxxxxx onMeetingMode iMode:" << eType;
+    enterMode(eType);
+    if (eType != eLayoutShare)
+        onDisplayOrder(false);
 }
 
 // --- The speaker tool -------------------------------------------------------------------------

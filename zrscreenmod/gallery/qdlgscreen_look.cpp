@@ -6,18 +6,11 @@
 #include "moderules.h"
 #include "qzrscreenconfig.h"
 #include "speaktool.h"
-#include "volumelevel.h"
 
 #include <QCursor>
 #include <QDebug>
 
 #include <utility>
-
-namespace {
-
-constexpr int kMaxVolume = 100;
-
-} // namespace
 
 void QDlgScreen::applyLook(tagPersonInfo* person, bool bOn)
 {
@@ -118,12 +111,6 @@ void QDlgScreen::onModVolume(void* pPerson, int iVolume)
     tagPersonInfo* person = checkedPerson(pPerson);
     if (person && noteVolume(*person, iVolume))
         updatePersonDisplayInfo(person);
-}
-
-bool QDlgScreen::noteVolume(tagPersonInfo& person, int iVolume)
-{
-    const int volume = qBound(0, iVolume, kMaxVolume);
-    return zr::volumeLevel(person.iVolume.exchange(volume)) != zr::volumeLevel(volume);
 }
 
 void QDlgScreen::onModPersonHandup(void* pPerson, bool bHandUp)

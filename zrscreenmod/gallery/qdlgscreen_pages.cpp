@@ -3,13 +3,9 @@
 
 #include "meetingmode.h"
 #include "qdlgnovideo.h"
-#include "qdlgpagemark.h"
-#include "qmypagectrl.h"
-#include "qmypagescroll.h"
 #include "qzrscreenconfig.h"
 
 #include <QDebug>
-#include <QImage>
 #include <QKeyEvent>
 #include <QWheelEvent>
 
@@ -87,76 +83,14 @@ bool QDlgScreen::pagePre()
 
 // --- What the user turns them with ------------------------------------------------------------
 
-void QDlgScreen::makePageControls()
-{
-    m_pPagePre = new QMyPageCtrl(this);
-    m_pPageNext = new QMyPageCtrl(this);
-    m_pPageMark = new QDlgPageMark(this);
-    m_pPageScroll = new QMyPageScroll(this);
-    m_pPagePre->hide();
-    m_pPageNext->hide();
-    hub().getImgPrefix();
-    scalePageControls();
-}
-
 void QDlgScreen::scalePageControls()
 {
-    const QString prefix = hub().imgPrefix();
-    m_pPagePre->setImage(QImage(prefix + QStringLiteral("pagePre.png")));
-    m_pPageNext->setImage(QImage(prefix + QStringLiteral("pageNext.png")));
-    for (QMyPageCtrl* control : {m_pPagePre, m_pPageNext})
-        control->resize(control->sizeHint());
-    placePageControls();
-    updatePageControls(); // the column has room for fewer marks, or for more
-}
-
-void QDlgScreen::placePageControls()
-{
-    const int margin = hub().scaled(kControlMarginPx);
-    // Both arrows stand at the left one's height.
-    const int y = (height() - m_pPagePre->height()) / 2;
-    m_pPagePre->move(margin, y);
-    m_pPageNext->move(width() - m_pPageNext->width() - margin, y);
-    m_pPageMark->move(width() - margin, (height() - m_pPageMark->height()) / 2);
-    placePageBar(pageCount());
-    if (m_pNoVideo)
-        m_pNoVideo->setGeometry(rect());
-}
-
-void QDlgScreen::placePageBar(int pages)
-{
-    // The bar runs where the marks would stand, in the middle of the margin.
-    const QRect track = m_pPageMark->geometry();
-    const zr::PageBar bar = zr::pageBar(m_iPage, pages, track.height());
-    m_pPageScroll->setBarHeight(bar.heightPx);
-    m_pPageScroll->move((track.left() + width() - m_pPageScroll->width()) / 2,
-                        track.top() + bar.topPx);
+    m_pageControls.rescale(hub().imgPrefix(), hub().scaled(kControlMarginPx));
 }
 
 void QDlgScreen::updatePageControls()
 {
-    const int pages = pageCount();
-    const bool shown = pages > 1;
-    const bool marks = pages <= m_pPageMark->capacity();
-    const auto show = [](QWidget* control, bool visible) {
-        if (control->isHidden() == visible)
-            control->setVisible(visible);
-    };
-    if (marks)
-        m_pPageMark->setPages(m_iPage, pages);
-    else
-        placePageBar(pages);
-    show(m_pPagePre, shown);
-    show(m_pPageNext, shown);
-    show(m_pPageMark, shown && marks);
-    show(m_pPageScroll, shown && !marks);
-    // A tile is created above them. Putting it below at once would repaint the gallery whenever
-    // somebody joins; raising them costs nothing while tiles appear.
-    if (std::exchange(m_bRaiseControls, false)) {
-        for (QWidget* control :
-             std::initializer_list<QWidget*>{m_pPagePre, m_pPageNext, m_pPageMark, m_pPageScroll})
-            control->raise();
-    }
+    m_pageControls.show(m_iPage, pageCount());
 }
 
 void QDlgScreen::updateNoVideo()
@@ -174,9 +108,9 @@ void QDlgScreen::updateNoVideo()
 
 void QDlgScreen::onClickPageCtl(QWidget* control)
 {
-    if (control == m_pPagePre)
+    if (m_pageControls.isBack(control))
         pagePre();
-    else if (control == m_pPageNext)
+    else if (m_pageControls.isForward(control))
         pageNext(true);
 }
 

@@ -12,14 +12,22 @@
 class FrameIntake
 {
 public:
-    /// Whether a frame can be played: a size that the tiles take, and memory that can be read. The
-    /// frame record itself is readable. Of several in a row that cannot be played the first is
-    /// logged: a media engine that sends one bad frame tends to send thousands.
-    [[nodiscard]] bool accept(const VantrelRTCVideoFrameQT& frame, const QString& userId);
-
-    /// Counts a frame that is taken, before it is copied: one that is on its way while the stream
-    /// is opened again is none of the new ones.
-    void count() { m_taken.fetch_add(1); }
+    /// Takes a frame: has `copy()` copy the picture, and `tell(widthPx, heightPx)` tell the GUI
+    /// thread, when that has not heard of this size yet. Afterwards, since it uncovers the tile.
+    /// The frame record itself is readable. @return false when the frame was refused
+    template<typename Copy, typename Tell>
+    bool take(const VantrelRTCVideoFrameQT& frame, const QString& userId, Copy&& copy, Tell&& tell)
+    {
+        if (!accept(frame, userId))
+            return false;
+        // Counted before it is copied: one that is on its way while the stream is opened again is
+        // none of the new ones.
+        m_taken.fetch_add(1);
+        copy();
+        if (isNoticeDue(frame))
+            tell(static_cast<int>(frame.width), static_cast<int>(frame.height));
+        return true;
+    }
     /// Frames that were taken so far.
     [[nodiscard]] quint64 taken() const { return m_taken; }
 
@@ -29,13 +37,18 @@ public:
     void notePainted() { m_painted.fetch_add(1); }
     [[nodiscard]] quint64 painted() const { return m_painted; }
 
-    /// Whether the GUI thread is to hear of a frame that has been copied. One that falls behind
-    /// finds one notice of each size in its queue, not one for each frame.
-    [[nodiscard]] bool isNoticeDue(const VantrelRTCVideoFrameQT& frame);
-    /// A notice has arrived. GUI thread.
+    /// What `tell` has told has arrived. GUI thread.
     void noticed() { m_pendingSize.store(0); }
 
 private:
+    /// Whether a frame can be played: a size that the tiles take, and memory that can be read. Of
+    /// several in a row that cannot be played the first is logged: a media engine that sends one
+    /// bad frame tends to send thousands.
+    [[nodiscard]] bool accept(const VantrelRTCVideoFrameQT& frame, const QString& userId);
+    /// Whether the GUI thread is to hear of a frame that has been copied. One that falls behind
+    /// finds one notice of each size in its queue, not one for each frame.
+    [[nodiscard]] bool isNoticeDue(const VantrelRTCVideoFrameQT& frame);
+
     std::atomic<quint64> m_taken{0};
     std::atomic<quint64> m_refused{0};
     std::atomic<quint64> m_painted{0};

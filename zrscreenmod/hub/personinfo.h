@@ -5,6 +5,7 @@
 #include "frameintake.h"
 #include "handletable.h"
 #include "overlaystate.h"
+#include "volumelevel.h"
 #include "zrscreenmod.h"
 
 #include <QString>
@@ -74,6 +75,7 @@ struct tagPersonInfo
     quint64 framesBefore = 0;  ///< of `frames`, those of a stream that is or was to be closed
     quint64 framesSampled = 0; ///< of `frames`, those of before the last second; see Statistics
     int iFramesPerS = 0;       ///< in the last second, while somebody asks
+    int iTimesOpened = 0;      ///< the stream, by the host's reports
     int iTimesShown = 0;       ///< reports to the host that the tile is shown, and hidden
     int iTimesHidden = 0;
     int iSentStreamType = 0; ///< the grade that the host was asked for; 0 once the stream closes
@@ -94,12 +96,23 @@ using PersonPin = Pin<tagPersonInfo>;
 /// before it was opened again are another stream's. GUI thread.
 inline void setStreamOpen(tagPersonInfo& person, bool bOpen)
 {
-    if (bOpen && !person.bPreview && person.bVideoStatusChange)
-        person.framesBefore = person.frames.taken();
+    if (bOpen && !person.bPreview) {
+        ++person.iTimesOpened;
+        if (person.bVideoStatusChange)
+            person.framesBefore = person.frames.taken();
+    }
     if (!bOpen)
         person.iStreamStatus = kStreamNone;
     person.bPreview = bOpen;
     person.bVideoStatusChange = true;
+}
+
+/// Takes a volume over, clamped; any thread that pins the record.
+/// @return whether the microphone's level is another one now, and the tile to be refreshed
+[[nodiscard]] inline bool noteVolume(tagPersonInfo& person, int volume)
+{
+    const int clamped = qBound(0, volume, zr::kMaxVolume);
+    return zr::volumeLevel(person.iVolume.exchange(clamped)) != zr::volumeLevel(clamped);
 }
 
 /// Whether the latest frame is one of a stream that is open. The last frames of one that closes

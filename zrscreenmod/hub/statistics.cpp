@@ -100,7 +100,8 @@ void Statistics::log()
                          .arg(person.iVideoHeight)
                          .arg(person.iStreamType)
                          .arg(person.bPreview ? "open" : "closed")
-                         .arg(QStringLiteral("told shown %1, hidden %2 times")
+                         .arg(QStringLiteral("opened %1 times, told shown %2, hidden %3 times")
+                                  .arg(person.iTimesOpened)
                                   .arg(person.iTimesShown)
                                   .arg(person.iTimesHidden)));
         counts.insert(person.serial, now);

@@ -38,6 +38,21 @@ void passOn(QtMsgType type, const QMessageLogContext& context, const QString& me
         previous(type, context, message);
 }
 
+/// What a message begins with; nothing for what is only told.
+QString severity(QtMsgType type)
+{
+    switch (type) {
+    case QtWarningMsg:
+        return QStringLiteral("warning: ");
+    case QtCriticalMsg:
+        return QStringLiteral("critical: ");
+    case QtFatalMsg:
+        return QStringLiteral("fatal: ");
+    default:
+        return {};
+    }
+}
+
 void logFileTimes(const QString& path)
 {
     const QString format = QStringLiteral("yyyy-MM-dd hh:mm:ss");
@@ -62,7 +77,7 @@ void logMessageHandler(QtMsgType type, const QMessageLogContext& context, const 
         const quint64 key = qHash(message, qHash(QByteArray(context.function), uint(context.line)));
         if (!target->admits(key))
             return;
-        target->giveLine(key, qFormatLogMessage(type, context, message));
+        target->giveLine(key, qFormatLogMessage(type, context, severity(type) + message));
         if (type == QtFatalMsg)
             target->waitUntilWritten(kFatalWaitMs);
     } catch (const std::exception&) {

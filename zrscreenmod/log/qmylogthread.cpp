@@ -42,6 +42,7 @@ LogSettings LogSettings::forApplication()
 
 QMyLogThread::QMyLogThread(LogSettings settings)
     : m_settings(std::move(settings))
+    , m_guiThread(platform::threadNumber())
     , m_date(m_settings.now().date())
 {
     // Direct: the lines wait in a queue of this class instead of the event queue, which has no
@@ -93,7 +94,7 @@ void QMyLogThread::enqueue(const QString& line)
         ++m_lostLines;
         return;
     }
-    m_queue.push_back(line);
+    m_queue.push_back({line, platform::threadNumber()});
     m_queueBytes += bytes;
     ++m_given;
     if (std::exchange(m_waiting, false))
@@ -210,11 +211,19 @@ QString QMyLogThread::lostLine(qint64 count) const
 
 void QMyLogThread::myWriteLog(QString qstrLog)
 {
-    addToBatch(qstrLog);
+    addToBatch({qstrLog, platform::threadNumber()});
     flushBatch();
 }
 
-void QMyLogThread::addToBatch(const QString& line)
+QString QMyLogThread::headerOf(const Line& line) const
+{
+    return QStringLiteral("[%1][thread %2%3]\r\n")
+        .arg(m_date.toString(Qt::ISODate))
+        .arg(line.thread)
+        .arg(line.thread == m_guiThread ? QStringLiteral(", GUI") : QString());
+}
+
+void QMyLogThread::addToBatch(const Line& line)
 {
     const QDateTime now = m_settings.now();
     if (now.date() != m_date) {
@@ -222,6 +231,7 @@ void QMyLogThread::addToBatch(const QString& line)
         m_date = now.date();
         m_iWriteCount = 0;
         m_qstrSuffix.clear();
+        m_headThread = 0;
     }
     bool fileIsFull = false;
     if (m_iWriteCount > zr::kLinesBetweenSizeChecks) {
@@ -232,9 +242,13 @@ void QMyLogThread::addToBatch(const QString& line)
             fileIsFull = QFileInfo(filePath()).size() > zr::kLogFileLimitBytes;
         }
     }
-    if (fileIsFull)
+    if (fileIsFull) {
         m_qstrSuffix = zr::logFileSuffix(now.time());
-    m_batch += line.toLocal8Bit();
+        m_headThread = 0;
+    }
+    if (std::exchange(m_headThread, line.thread) != line.thread)
+        m_batch += headerOf(line).toLocal8Bit();
+    m_batch += line.text.toLocal8Bit();
     ++m_iBatchLines;
     ++m_iWriteCount;
     if (fileIsFull) {

@@ -34,7 +34,8 @@ struct LogSettings
 
 /// Lines are given by emitting notifyWiteLog, from any thread. They wait in a queue in memory, and
 /// the thread writes them in the order in which they came. Lines are taken from the construction
-/// until finish(), whether or not the thread has been started.
+/// until finish(), whether or not the thread has been started. Where a file begins, and wherever
+/// the next line is another thread's, a line of its own tells day and thread.
 ///
 /// A line that cannot be written is lost, and so is nothing else.
 class QMyLogThread : public QThread
@@ -90,25 +91,33 @@ protected:
 private:
     void giveCounts(bool all);
     void enqueue(const QString& line);
+    struct Line
+    {
+        QString text;
+        quint64 thread; ///< platform::threadNumber() of who gave it
+    };
     struct Work
     {
-        std::deque<QString> lines;
+        std::deque<Line> lines;
         qint64 lostLines = 0; ///< lines that came behind them and found the queue full
     };
     Work takeWork();
     void write();
-    void addToBatch(const QString& line);
+    void addToBatch(const Line& line);
     void flushBatch();
+    [[nodiscard]] QString headerOf(const Line& line) const;
     [[nodiscard]] QString lostLine(qint64 count) const;
     QString filePath() const;
 
     const LogSettings m_settings;
+    const quint64 m_guiThread; ///< on which this object was made
 
     // The writer's. The lines of the batch count as written while they wait there.
-    int m_iWriteCount = 0; ///< lines written since the last look at the file's size
-    QString m_qstrSuffix;  ///< empty for the day's first file, else as in its name
-    QDate m_date;          ///< the day of the current file
-    QByteArray m_batch;    ///< encoded lines that go to the current file in one write
+    int m_iWriteCount = 0;    ///< lines written since the last look at the file's size
+    QString m_qstrSuffix;     ///< empty for the day's first file, else as in its name
+    QDate m_date;             ///< the day of the current file
+    quint64 m_headThread = 0; ///< of the lines that come; 0 where a file begins
+    QByteArray m_batch;       ///< encoded lines that go to the current file in one write
     int m_iBatchLines = 0;
     qint64 m_unwritten = 0; ///< lines lost since the disk has taken one
     /// What is being written, and how many of its lines are dealt with. Kept here so that another
@@ -121,7 +130,7 @@ private:
 
     std::mutex m_lock; ///< guards what follows; nothing is logged or written under it
     std::condition_variable m_changed;
-    std::deque<QString> m_queue;
+    std::deque<Line> m_queue;
     qint64 m_queueBytes = 0;
     qint64 m_lostLines = 0; ///< since the queue was last taken
     quint64 m_given = 0;    ///< lines that came into the queue so far

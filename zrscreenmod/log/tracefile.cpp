@@ -1,5 +1,15 @@
 #include "tracefile.h"
 
+#include <QFileInfo>
+
+bool TraceFile::moveAside(const QString& path, const QString& newPath)
+{
+    if (!QFileInfo(path).isFile())
+        return true;
+    QFile::remove(newPath);
+    return QFile::rename(path, newPath);
+}
+
 TraceFile::TraceFile(const QString& path)
     : m_file(path)
     , m_failed(!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))

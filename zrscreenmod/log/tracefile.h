@@ -9,6 +9,10 @@
 class TraceFile
 {
 public:
+    /// Renames a file that is there, over an earlier one of that name; nothing where there is none,
+    /// or a device. @return false when the system refuses
+    [[nodiscard]] static bool moveAside(const QString& path, const QString& newPath);
+
     /// Begins the file anew.
     explicit TraceFile(const QString& path);
 

@@ -5,7 +5,6 @@
 #include "qdlgplayinfo.h"
 #include "qtparent.h"
 #include "qzrscreenconfig.h"
-#include "volumelevel.h"
 
 #include <QCloseEvent>
 #include <QDebug>
@@ -156,10 +155,7 @@ void QDlgExtScreen::setMute(bool bMute)
 
 bool QDlgExtScreen::setVolume(const QString& userId, int iVolume)
 {
-    if (!m_pPerson || m_pPerson->userID != userId)
-        return false;
-    const int volume = qBound(0, iVolume, 100);
-    if (zr::volumeLevel(m_pPerson->iVolume.exchange(volume)) == zr::volumeLevel(volume))
+    if (!m_pPerson || m_pPerson->userID != userId || !noteVolume(*m_pPerson, iVolume))
         return false;
     emit hub().participantChanged(m_pPerson.get());
     return true;
@@ -198,14 +194,9 @@ bool QDlgExtScreen::playFrame(const VantrelRTCVideoFrameQT& frame)
 {
     bool taken = false;
     m_gate.pass(m_gate.key(), [&] {
-        taken = m_pPerson->frames.accept(frame, m_pPerson->userID);
-        if (!taken)
-            return;
-        m_pPerson->frames.count();
-        m_pTile->PlayFrame(frame);
-        if (m_pPerson->frames.isNoticeDue(frame))
-            emit notifyUpdateDisplayInfo(static_cast<int>(frame.width),
-                                         static_cast<int>(frame.height));
+        taken = m_pPerson->frames.take(
+            frame, m_pPerson->userID, [&] { m_pTile->PlayFrame(frame); },
+            [this](int width, int height) { emit notifyUpdateDisplayInfo(width, height); });
     });
     return taken;
 }

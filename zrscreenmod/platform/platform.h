@@ -104,6 +104,9 @@ bool returnKeyboardFocus(NativeWindow window);
 /// data on Windows. Any thread.
 [[nodiscard]] QString stateFolder();
 
+/// The system's number of the calling thread, as debuggers show it. Any thread.
+[[nodiscard]] quint64 threadNumber();
+
 /// Milliseconds since an arbitrary start, wrapping around after 49.7 days. Any thread.
 [[nodiscard]] quint32 tickMs();
 /// Milliseconds since an arbitrary start that no change of the clock moves. Any thread.

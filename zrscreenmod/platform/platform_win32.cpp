@@ -218,6 +218,11 @@ QString stateFolder()
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
 }
 
+quint64 threadNumber()
+{
+    return GetCurrentThreadId();
+}
+
 quint32 tickMs()
 {
     return GetTickCount();

@@ -540,6 +540,11 @@ QString stateFolder()
     return folder.isEmpty() ? QDir::homePath() + QStringLiteral("/.local/state") : folder;
 }
 
+quint64 threadNumber()
+{
+    return static_cast<quint64>(gettid());
+}
+
 quint32 tickMs()
 {
     return static_cast<quint32>(steadyMs());
@@ -570,7 +575,7 @@ PriorityChange setThreadPriorityTimeCritical()
 {
     // At nice -10 a thread gets nine tenths of a core that it shares with an ordinary one.
     constexpr int kWantedNice = -10;
-    const auto thread = static_cast<id_t>(syscall(SYS_gettid));
+    const auto thread = static_cast<id_t>(threadNumber());
     const auto niceValue = [thread] { return getpriority(PRIO_PROCESS, thread); };
     const int before = niceValue();
     if (before <= kWantedNice)

@@ -2,21 +2,19 @@
 // in which a tile keeps and uploads them, and the copy from one to the other.
 #pragma once
 
+#include "zrtypes.h"
+
 #include <QtGlobal>
 
 #include <cstddef>
 
 namespace zr {
 
-/// Longest side of a picture that is accepted, in pixels. At this limit every size below still
-/// fits an int.
-constexpr quint32 kMaxFrameSidePx = 16384;
-
-/// A picture with pixels in it and with sides that are accepted.
+/// A picture with pixels in it and with sides that are accepted: every size below fits an int.
 constexpr bool isFrameSizeValid(quint32 widthPx, quint32 heightPx)
 {
-    return widthPx >= 1 && heightPx >= 1 && widthPx <= kMaxFrameSidePx
-           && heightPx <= kMaxFrameSidePx;
+    return widthPx >= 1 && heightPx >= 1 && widthPx <= ZR_MAX_FRAME_SIDE_PX
+           && heightPx <= ZR_MAX_FRAME_SIDE_PX;
 }
 
 /// The three planes of a picture in one block without gaps between rows or planes; sizes and

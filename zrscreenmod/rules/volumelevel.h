@@ -3,9 +3,11 @@
 
 namespace zr {
 
+constexpr int kMaxVolume = 100;
 constexpr int kVolumeLevels = 7;
 
-/// @param volume 0 to 100; what lies outside counts as the nearest end @return 1 to kVolumeLevels
+/// @param volume 0 to kMaxVolume; what lies outside counts as the nearest end @return 1 to
+/// kVolumeLevels
 constexpr int volumeLevel(int volume)
 {
     constexpr int kFirstStep = 10;

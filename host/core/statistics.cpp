@@ -1,0 +1,154 @@
+#include "statistics.h"
+
+#include "host_platform.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <system_error>
+#include <utility>
+
+namespace zrhost {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// With this line each run of the module begins.
+constexpr std::string_view kRunBegins = "\n Init sys";
+
+std::optional<MeetingStatistics> readMeeting(const std::string& message, std::size_t& tiles)
+{
+    static const std::regex form("stats: (\\d+) participants, ([\\d.]+) compositions/s, "
+                                 "longest paint ([\\d.]+) ms, longest stall (\\d+) ms");
+    std::smatch part;
+    if (!std::regex_match(message, part, form))
+        return std::nullopt;
+    tiles = std::stoul(part[1]);
+    return MeetingStatistics{std::stod(part[2]), std::stod(part[3]), std::stoi(part[4]), {}};
+}
+
+std::optional<TileStatistics> readTile(const std::string& message)
+{
+    static const std::regex form(
+        "stats (.*): in ([\\d.]+)/s, refused (\\d+), painted ([\\d.]+)/s, (\\d+)x(\\d+), "
+        "grade (\\d+), stream (open|closed), opened (\\d+) times, told shown (\\d+), hidden (\\d+) "
+        "times");
+    std::smatch part;
+    if (!std::regex_match(message, part, form))
+        return std::nullopt;
+    TileStatistics tile;
+    tile.userId = part[1];
+    tile.framesPerS = std::stod(part[2]);
+    tile.refused = std::stoi(part[3]);
+    tile.paintedPerS = std::stod(part[4]);
+    tile.picture = {std::stoi(part[5]), std::stoi(part[6])};
+    tile.grade = std::stoi(part[7]);
+    tile.isOpen = part[8] == "open";
+    tile.timesOpened = std::stoi(part[9]);
+    tile.timesShown = std::stoi(part[10]);
+    tile.timesHidden = std::stoi(part[11]);
+    return tile;
+}
+
+/// The folders that the module may have chosen, those first that it prefers.
+std::vector<fs::path> logFolders(const std::string& program)
+{
+    std::vector<fs::path> folders;
+    const auto add = [&folders](const char* variable, const fs::path& below) {
+        if (const char* const value = std::getenv(variable))
+            folders.push_back(value / below);
+    };
+    const fs::path ours = fs::path("ZRScreenMod") / fs::u8path(program);
+    add("ZRSCREEN_LOG_DIR", {});
+    folders.push_back(fs::u8path(programFolder()) / "log");
+    add("XDG_STATE_HOME", ours);
+    add("HOME", fs::path(".local/state") / ours);
+    add("LOCALAPPDATA", ours);
+    return folders;
+}
+
+/// The log file of a folder that was written to last; empty without one.
+fs::path newestLog(const fs::path& folder)
+{
+    fs::path newest;
+    fs::file_time_type when{};
+    std::error_code none;
+    for (const auto& file : fs::directory_iterator(folder, none)) {
+        if (file.path().filename().u8string().find("zrscreenLog") != 0)
+            continue;
+        const fs::file_time_type written = fs::last_write_time(file, none);
+        if (newest.empty() || written > when) {
+            newest = file.path();
+            when = written;
+        }
+    }
+    return newest;
+}
+
+std::string formatted(const char* form, double a, double b, double c)
+{
+    char text[96];
+    std::snprintf(text, sizeof text, form, a, b, c);
+    return text;
+}
+
+} // namespace
+
+std::optional<MeetingStatistics> newestStatistics(std::string_view log)
+{
+    if (const std::size_t run = log.rfind(kRunBegins); run != std::string_view::npos)
+        log.remove_prefix(run);
+    std::optional<MeetingStatistics> newest;
+    std::optional<MeetingStatistics> current;
+    std::size_t wanted = 0;
+    constexpr std::string_view kMark = "]  stats";
+    for (std::size_t at = log.find(kMark); at != std::string_view::npos; at = log.find(kMark, at)) {
+        at += kMark.find('s');
+        const std::string message(log.substr(at, log.find_first_of("\r\n", at) - at));
+        if (auto meeting = readMeeting(message, wanted))
+            current = std::move(meeting);
+        else if (auto tile = current ? readTile(message) : std::nullopt)
+            current->tiles.push_back(*std::move(tile));
+        if (current && current->tiles.size() == wanted)
+            newest = std::exchange(current, std::nullopt);
+    }
+    return newest;
+}
+
+std::string readModuleLog(const std::string& program)
+{
+    for (const fs::path& folder : logFolders(program)) {
+        std::ifstream stream(newestLog(folder), std::ios::binary);
+        if (stream)
+            return fromLocal8Bit(
+                {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()});
+    }
+    return {};
+}
+
+std::string statisticsTable(const MeetingStatistics& statistics)
+{
+    std::string table = formatted(
+        "%.1f compositions/s, longest paint %.1f ms, longest stall %.0f ms",
+        statistics.compositionsPerS, statistics.longestPaintMs, statistics.longestStallMs);
+    for (const TileStatistics& tile : statistics.tiles) {
+        const Size& picture = tile.picture;
+        table += "\n" + tile.userId + ": "
+                 + formatted("%.1f frames/s, %.1f coalesced, %.1f painted", tile.framesPerS,
+                             tile.coalescedPerS(), tile.paintedPerS)
+                 + ", refused " + std::to_string(tile.refused) + ", "
+                 + std::to_string(picture.width) + "x" + std::to_string(picture.height) + ", grade "
+                 + std::to_string(tile.grade) + ", stream " + (tile.isOpen ? "open" : "closed")
+                 + ", opened " + std::to_string(tile.timesOpened) + ", shown "
+                 + std::to_string(tile.timesShown) + ", hidden " + std::to_string(tile.timesHidden)
+                 + " times";
+    }
+    return table;
+}
+
+} // namespace zrhost
