@@ -3,9 +3,9 @@
 #   ./test.sh         the tests, built with optimisation
 #   ./test.sh windows the library for Windows, built with MinGW-w64 and tested under Wine
 #   ./test.sh asan    the tests with the address and undefined-behaviour sanitizers
-#   ./test.sh tsan    the tests with the thread sanitizer
+#   ./test.sh tsan    the tests of what threads share, with the thread sanitizer
 #   ./test.sh lint    clang-format, clang-tidy and the public header
-#   ./test.sh all     what continuous integration runs: lint, Linux, asan and Windows
+#   ./test.sh all     what continuous integration runs: lint, Linux, asan, tsan and Windows
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -101,6 +101,7 @@ all() {
   run_tests linux
   unity=ON # Linux has shown that each source includes what it needs
   suite linux-asan
+  suite linux-tsan
   suite windows
   wait "$lint" || { cat build/lint.log; return 1; }
 }
