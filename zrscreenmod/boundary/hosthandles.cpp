@@ -1,5 +1,6 @@
 #include "hosthandles.h"
 
+#include "boundary.h"
 #include "calltrace.h"
 #include "controlhandle.h"
 #include "datehandle.h"
@@ -21,11 +22,14 @@ int s_hubUsers = 0;
 bool CWin32UICallback::UIMsgNotify(unsigned long dwMsg, unsigned long long wParam, long long lParam)
 {
     qDebug() << "dwMsg:" << dwMsg << ",wParam:" << wParam << ",lParam:" << lParam;
-    if (m_pHandle && m_pHandle->m_hostNotify) {
-        const calltrace::MessageScope traced(m_pHandle, {dwMsg, wParam, lParam});
-        m_pHandle->m_hostNotify(dwMsg, wParam, lParam);
-    }
-    return true;
+    if (!m_pHandle || !m_pHandle->m_hostNotify)
+        return true;
+    const calltrace::MessageScope traced(m_pHandle, {dwMsg, wParam, lParam});
+    // What is on the stack below, Qt and the event loop, lets no exception through.
+    return boundary::guarded(false, [&, notify = m_pHandle->m_hostNotify] {
+        notify(dwMsg, wParam, lParam);
+        return true;
+    });
 }
 
 bool HubUser::isAny()
