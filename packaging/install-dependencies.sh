@@ -4,7 +4,7 @@
 #   packaging/install-dependencies.sh demo     what building and showing on Linux take
 #   packaging/install-dependencies.sh          and the tests
 #   packaging/install-dependencies.sh bench    and what the long measurements plot with
-#   packaging/install-dependencies.sh checks   and the linters
+#   packaging/install-dependencies.sh checks   and the linters and the fuzzer
 #   packaging/install-dependencies.sh windows  and what builds and runs the library for Windows
 #   packaging/install-dependencies.sh all      everything
 # With --list behind it the script only prints the list.
@@ -29,7 +29,7 @@ tests=(
 )
 # plots, and what runs the comparison
 bench=(gnuplot-nox python3)
-checks=(clang clang-format clang-tidy doxygen)
+checks=(clang libclang-rt-14-dev clang-format clang-tidy doxygen)
 # Compiler, Qt's source package, Wine and what it loads when it is there.
 windows=(
     g++-mingw-w64-x86-64-posix dpkg-dev make perl wine wine64

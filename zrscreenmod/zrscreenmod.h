@@ -172,7 +172,9 @@ enum eZRMsg ZR_OF_ULONG
                                     ///< wParam = 1 when a shared screen is shown, else 0
 };
 
-/// The host's notification function. Its result is ignored. `dwMsg` is 32 bits wide on Windows.
+/// The host's notification function. Its result is ignored. `dwMsg` is 32 bits wide on Windows. An
+/// exception that leaves it is logged and goes no further, where the C++ runtime is the library's;
+/// another runtime's ends the process.
 typedef int (*ZRNotify)(unsigned long dwMsg, unsigned long long wParam, long long lParam);
 
 /// One decoded picture, owned by the caller and only read during the call.

@@ -25,28 +25,6 @@ ZR_CASE(messages, whoIsDeletedWhileAddedHasNoHandle)
     CHECK(pumpUntil([&] { return meeting.inbox.count(ZRMSG_PERSON_INFO_UPDATED) == 2; }));
 }
 
-/// What leaves the host's function neither cuts short the call that sent the message nor ends the
-/// loop.
-ZR_CASE(messages, hostsFunctionMayThrow)
-{
-    const HostWindow window(1280, 720);
-    Meeting meeting(&window);
-    int thrown = 0;
-    meeting.inbox.onMessage = [&](const Message&) {
-        ++thrown;
-        throw thrown;
-    };
-    void* const play =
-        meeting.zr.AddPerson(meeting.screen, text("u1"), text("P"), 1, 0, hostValue(1));
-    REQUIRE(play != nullptr);
-    CHECK_EQUAL(meeting.zr.JoinMeetingFinish(meeting.screen, true), 1);
-    CHECK(pumpUntil([&] { return meeting.inbox.count(ZRMSG_VIDEO_SHOWN) == 1; }));
-    CHECK_EQUAL(meeting.zr.Preview(meeting.screen, play, true), 1);
-    CHECK_EQUAL(meeting.zr.DelPerson(meeting.screen, play, false), 1); // sends from inside
-    CHECK_EQUAL(meeting.inbox.count(ZRMSG_PERSON_REMOVED), 1);
-    CHECK(thrown >= 3);
-}
-
 /// Releases the screen from inside the first message with this id, and runs an event loop there.
 /// @param otherThread the message comes of calls that another thread makes
 static void releaseFromWithin(const HostWindow& window, unsigned long id, bool otherThread)

@@ -23,12 +23,6 @@ constexpr int kStepsInARow = 12;
 /// Steps between two quiet moments, at which streams are compared with what is visible.
 constexpr int kStepsToQuiet = 1250;
 
-long long setting(const char* name, long long standard)
-{
-    const char* const value = std::getenv(name);
-    return value ? std::atoll(value) : standard;
-}
-
 /// The walker, and what it must remember of what the host has asked for.
 class Walk
 {

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <functional>
@@ -15,6 +16,13 @@
 #include <string>
 
 using Clock = std::chrono::steady_clock;
+
+/// How much of something a test does: a number of the environment's, if it names one.
+inline long long setting(const char* name, long long standard)
+{
+    const char* const value = std::getenv(name);
+    return value ? std::atoll(value) : standard;
+}
 
 /// Runs the event loop of this thread for a time.
 void pump(int timeMs);

@@ -5,10 +5,12 @@
 
 #include "dlgextscreen.h"
 #include "exthandle.h"
+#include "qdlgmain.h"
 #include "qdlgpagemark.h"
 #include "qdlgplayinfo.h"
 #include "qmypagescroll.h"
 #include "qmyscrollbar.h"
+#include "screenhandle.h"
 #include "statistics.h"
 
 #include <thread>
@@ -371,21 +373,13 @@ private slots:
 
     void aHostThatThrowsKeepsNothingBack()
     {
-        {
-            Meeting m;
-            m.host.onMessage = [](const auto&) { throw 1; };
-            m->AddPerson("u1", "Ann", 1, 0, nullptr);
-            QVERIFY_EXCEPTION_THROWN(m->isPersonVisible("u1"), int);
-            m.host.onMessage = nullptr;
-            m->AddPerson("u2", "Bob", 2, 0, nullptr);
-            QVERIFY(m->isPersonVisible("u2")); // arranged once more
-        }
-        int data = 0;
-        ST_ZRExtHdl* const ext = createExtScreen(
-            nullptr, [](unsigned long, unsigned long long, long long) -> int { throw 1; });
-        ext->m_pDlg->updatePersonInfo(&data, "u1", false, 1, "Ann", 0);
-        QVERIFY_EXCEPTION_THROWN(ext->m_pDlg->onExtPlayWidgetLBtnClick(ext->m_pDlg->tile()), int);
-        g_extScreens.release(ext);
+        const auto throwing = [](unsigned long, unsigned long long, long long) -> int { throw 1; };
+        ST_ZRScreenHdl* const screen = createScreen(nullptr, throwing);
+        QDlgScreen& gallery = *screen->m_pDlgMain->gallery();
+        gallery.setJoinMeetingFinish(true);
+        gallery.AddPerson("u1", "Ann", 1, 0, nullptr);
+        QVERIFY(gallery.isPersonVisible("u1")); // which sends messages
+        g_screens.release(screen);
         QVERIFY(!HubUser::isAny()); // nobody is inside
     }
 

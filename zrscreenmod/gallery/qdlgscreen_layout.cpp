@@ -70,7 +70,7 @@ void QDlgScreen::reLayout()
 
 void QDlgScreen::arrange()
 {
-    const QScopedValueRollback<bool> inLayout(m_bInLayout, true); // a host may throw
+    const QScopedValueRollback<bool> inLayout(m_bInLayout, true);
     const int mode = hub().curScreenMode();
     if (mode != std::exchange(m_iLaidOutMode, mode))
         m_iPollTick = 0;

@@ -112,12 +112,12 @@ private:
         return zr::scaledSize(base, 2.0F, m_paint.images.isHighResolution());
     }
 
-    void drawText(const OverlayElement& element, Qt::AlignmentFlag horizontally)
+    void drawText(const OverlayElement& element, Qt::Alignment horizontally)
     {
         m_p.setPen(Qt::white);
         m_p.setFont(overlayFont(element.fontPx));
-        m_p.drawText(element.textRect, horizontally | Qt::AlignVCenter | Qt::TextSingleLine,
-                     element.text);
+        const auto place = static_cast<int>(horizontally | Qt::AlignVCenter);
+        m_p.drawText(element.textRect, place | Qt::TextSingleLine, element.text);
     }
     void fillRounded(const QRect& rect, const QColor& color)
     {
