@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <vector>
 
 namespace glwatch {
 
@@ -18,5 +19,13 @@ struct Upload
 /// before the module is used.
 extern std::function<void(const Upload&)> onUpload;
 extern std::function<void()> onSwap;
+
+/// Objects of OpenGL that have been made and not been deleted. Any thread.
+struct Objects
+{
+    const char* kind;
+    long long count;
+};
+std::vector<Objects> objects();
 
 } // namespace glwatch

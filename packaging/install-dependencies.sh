@@ -19,7 +19,7 @@ packages=(
     # virtual display
     xvfb xauth
     # benchmarks
-    libbenchmark-dev libsdl2-dev
+    libbenchmark-dev libsdl2-dev libxres-dev
 )
 tests=(
     # packages and their interface

@@ -171,7 +171,7 @@ bool MediaEngine::runUntil(const std::function<bool()>& done, int timeoutMs)
                 if (stream.answerAt <= Clock::now())
                     apply(stream);
             });
-            if (Clock::now() >= m_nextFrame) {
+            if (delivers && Clock::now() >= m_nextFrame) {
                 m_nextFrame = Clock::now() + kFramePeriod;
                 deliver();
             }

@@ -73,6 +73,8 @@ public:
 
     /// How long a message takes to come true for a participant, unless that is done inside of it.
     std::function<int()> delayMs = [] { return 50; };
+    /// Whether it delivers pictures while it runs, or others do.
+    bool delivers = true;
     /// Called with every message, after it has been judged.
     std::function<void(const Message&)> onMessage;
     /// Name of what the test does, for failures.

@@ -45,12 +45,26 @@ int Inbox::count(unsigned long id, std::optional<long long> lParam) const
 }
 
 Meeting::Meeting(const HostWindow* parent, int widthPx, int heightPx)
+    : m_parent(parent ? parent->hwnd() : nullptr)
+    , m_widthPx(widthPx)
+    , m_heightPx(heightPx)
+{
+    openScreen();
+}
+
+void Meeting::openScreen()
 {
     inbox.reset();
-    screen = zr.Init(parent ? parent->hwnd() : nullptr, inbox.notify());
+    screen = zr.Init(m_parent, inbox.notify());
     REQUIRE(screen != nullptr);
-    moveTo(widthPx, heightPx);
+    moveTo(m_widthPx, m_heightPx);
     CHECK_EQUAL(zr.JoinMeetingFinish(screen, true), 1);
+}
+
+void Meeting::renewScreen()
+{
+    zr.Release(screen);
+    openScreen();
 }
 
 Meeting::~Meeting()

@@ -74,6 +74,8 @@ class Meeting
 public:
     explicit Meeting(const HostWindow* parent, int widthPx = 1280, int heightPx = 720);
     ~Meeting();
+    /// Releases the screen and makes another one.
+    void renewScreen();
     Meeting(const Meeting&) = delete;
     Meeting& operator=(const Meeting&) = delete;
 
@@ -90,4 +92,11 @@ public:
     Module zr;
     Inbox& inbox = Inbox::first();
     void* screen = nullptr;
+
+private:
+    void openScreen();
+
+    const HWND m_parent;
+    const int m_widthPx;
+    const int m_heightPx;
 };
