@@ -244,6 +244,11 @@ void Application::print(const std::string& line)
     std::fflush(stdout);
 }
 
+void Application::hear(const MessageWords& message)
+{
+    print(message.line());
+}
+
 void Application::fail(const std::string& line)
 {
     std::fprintf(stderr, "zrhost: %s\n", line.c_str());

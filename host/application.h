@@ -32,6 +32,7 @@ public:
     void typeText(const std::string& utf8) override;
     void pressKey(Key key) override;
     void print(const std::string& line) override;
+    void hear(const MessageWords& message) override;
     void fail(const std::string& line) override;
     void quit() override;
     void post(std::function<void()> task) override;

@@ -1,7 +1,6 @@
 #include "session.h"
 
 #include "host_error.h"
-#include "messages.h"
 #include "native_rect.h"
 #include "synthetic_picture.h"
 
@@ -253,22 +252,22 @@ std::string Session::nameOfHostValue(long long value) const
     return m_idsByNumber[static_cast<std::size_t>(value) - 1];
 }
 
-void Session::note(unsigned long message, unsigned long long wParam, long long lParam,
+void Session::hear(unsigned long message, unsigned long long wParam, long long lParam,
                    bool ofDatePicker)
 {
-    if (g_session)
-        g_session->m_messages.seen(lastingWords(message, wParam, lParam, ofDatePicker));
+    if (!g_session)
+        return;
+    g_session->m_messages.seen(lastingWords(message, wParam, lParam, ofDatePicker));
+    g_session->m_stage.hear(
+        describeMessage(message, wParam, lParam, ofDatePicker,
+                        [](long long value) { return g_session->nameOfHostValue(value); }));
 }
 
 int Session::notify(unsigned long message, unsigned long long wParam, long long lParam)
 {
-    if (!g_session)
-        return 0;
-    note(message, wParam, lParam, false);
-    g_session->m_stage.print(describeMessage(message, wParam, lParam, [](long long value) {
-        return g_session->nameOfHostValue(value);
-    }));
-    g_session->onMessage(message, lParam);
+    hear(message, wParam, lParam, false);
+    if (g_session)
+        g_session->onMessage(message, lParam);
     return 0;
 }
 

@@ -96,8 +96,8 @@ public:
 
     /// For ZRScreen_Init.
     static int notify(unsigned long message, unsigned long long wParam, long long lParam);
-    /// Takes down, for the comparison, what any of the notification functions hears.
-    static void note(unsigned long message, unsigned long long wParam, long long lParam,
+    /// What any of the notification functions hears.
+    static void hear(unsigned long message, unsigned long long wParam, long long lParam,
                      bool ofDatePicker);
 
 private:
