@@ -7,15 +7,11 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <random>
 #include <utility>
 
 namespace zrhost {
 
 namespace {
-
-/// The videos of the participants who are there at the start begin within this time.
-constexpr unsigned kArrivalSpreadMs = 700;
 
 } // namespace
 
@@ -73,11 +69,9 @@ void Application::joinMeeting()
     m_session->openScreen();
     const zr::ScreenExports& api = m_session->api();
     api.ChangeLayout(m_session->screen(), static_cast<eLayoutType>(m_options.mode), {});
-    // The division keeps the numbers the same with every standard library.
-    std::mt19937 random(m_options.seed);
     for (int number = 1; number <= m_options.participantCount(); ++number)
         m_session->add("user" + std::to_string(number), m_options.nameOf(number),
-                       m_options.sourceOf(number), static_cast<int>(random() % kArrivalSpreadMs));
+                       m_options.sourceOf(number), m_session->nextArrivalMs());
     api.JoinMeetingFinish(m_session->screen(), true);
 }
 

@@ -12,7 +12,8 @@ using std::chrono::milliseconds;
 /// What comes many times a second and arranges nothing.
 bool isFrequent(const ScenarioStep& step)
 {
-    for (const char* const name : {"PlayFrame ", "SetVolume ", "UpdateUserNetStatus ", "expect "}) {
+    for (const char* const name :
+         {"PlayFrame ", "SetVolume ", "UpdateUserNetStatus ", "expect ", "volume ", "network "}) {
         if (step.command.find(name) != std::string::npos)
             return true;
     }

@@ -1,6 +1,7 @@
 #include "session.h"
 
 #include "host_error.h"
+#include "host_platform.h"
 #include "native_rect.h"
 #include "synthetic_picture.h"
 
@@ -35,6 +36,7 @@ Session::Session(const zr::Exports& exports, Stage& stage, const Settings& setti
     , m_calls(*this)
     , m_ext(exports.ZRScreenExt, stage)
     , m_followStreams(settings.followStreams)
+    , m_random(settings.seed)
 {
     g_session = this;
 }
@@ -99,11 +101,47 @@ Participant& Session::add(const std::string& id, const std::string& name, const 
         throw HostError("ZRScreen_AddPerson returned no participant for '" + id + "'");
     Participant& participant = *m_people.emplace_back(std::move(added));
     if (source.kind != SourceKind::None) {
-        m_api.SetMute(m_screen, participant.play, 0);
+        setMuted(participant, false);
         startMedia(participant, delayMs);
         updateStream(participant);
     }
     return participant;
+}
+
+int Session::nextArrivalMs()
+{
+    // The division keeps the numbers the same with every standard library.
+    constexpr unsigned kArrivalSpreadMs = 700;
+    return static_cast<int>(m_random() % kArrivalSpreadMs);
+}
+
+void Session::addMany(int count, const SourceSpec& source)
+{
+    for (int i = 0; i < count; ++i) {
+        const std::string number = std::to_string(m_idsByNumber.size() + 1);
+        add("user" + number, "Participant " + number, source, nextArrivalMs());
+    }
+}
+
+void Session::setMuted(Participant& participant, bool muted)
+{
+    participant.muted = muted;
+    m_api.SetMute(m_screen, participant.play, muted ? 1 : 0);
+}
+
+void Session::reportInfo(Participant& participant)
+{
+    m_api.SetPersonInfo(m_screen, participant.play, participant.self, participant.role,
+                        participant.name.data(), 0);
+}
+
+void Session::setSpeaking(const Participant* speaker)
+{
+    for (const auto& participant : m_people)
+        participant->speaking = participant.get() == speaker;
+    const std::string id = speaker ? speaker->id : "";
+    m_api.SetActivateUser(screen(), toLocal8Bit(id).data());
+    m_api.SetCurrentSpeakingPerson(m_screen, id);
 }
 
 void Session::followStreams(bool follow)

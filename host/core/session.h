@@ -9,6 +9,7 @@
 #include "stage.h"
 
 #include <memory>
+#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -24,9 +25,17 @@ struct Participant
     std::string id;
     std::string name;
     SourceSpec source;
-    void* play = nullptr;               ///< the module's play handle
-    bool camera = true;                 ///< there are pictures to send
-    bool open = false;                  ///< the stream, as reported to the module
+    void* play = nullptr; ///< the module's play handle
+    bool camera = true;   ///< there are pictures to send
+    bool open = false;    ///< the stream, as reported to the module
+    // As the commands have told it to the module, which begins with the same.
+    bool self = false;
+    int role = 0; ///< 1 host, 2 administrator
+    bool muted = true;
+    int volume = 0; ///< 0 to 100
+    bool hand = false;
+    int network = -1; ///< level, 0 to 5; -1: nothing was told
+    bool speaking = false;
     std::unique_ptr<MediaThread> media; ///< null without a source
 };
 
@@ -64,12 +73,22 @@ public:
     /// taken, or an unreadable file
     Participant& add(const std::string& id, const std::string& name, const SourceSpec& source,
                      int delayMs = 0);
+    /// How long after joining the next participant's video begins.
+    [[nodiscard]] int nextArrivalMs();
+    /// Adds so many, whose ids and names have their numbers, and whose videos begin within a
+    /// second.
+    void addMany(int count, const SourceSpec& source);
     void remove(Participant& participant);
     /// Finds a participant by id, number or name. @throws HostError
     [[nodiscard]] Participant& person(const std::string& name);
     /// Whether streams are opened and closed as the module asks (ZRMSG_VIDEO_SHOWN,
     /// ZRMSG_VIDEO_HIDDEN), as a media engine does, or are open all the time.
     void followStreams(bool follow);
+    void setMuted(Participant& participant, bool muted);
+    /// Reports name, role, and whether this is the local user.
+    void reportInfo(Participant& participant);
+    /// Somebody speaks, or for null nobody.
+    void setSpeaking(const Participant* speaker);
     /// The participant's camera is switched on or off.
     void setCamera(Participant& participant, bool on);
     /// Shows a participant on the extended screen, with an open stream.
@@ -93,6 +112,9 @@ public:
     }
     /// Prints how many pictures each participant delivered.
     void printStatistics();
+
+    /// The number of a new sentence of the subtitles.
+    [[nodiscard]] int nextSentence() { return ++m_lastSentence; }
 
     /// For ZRScreen_Init.
     static int notify(unsigned long message, unsigned long long wParam, long long lParam);
@@ -119,6 +141,8 @@ private:
     std::vector<std::unique_ptr<Participant>> m_people;
     std::vector<std::string> m_idsByNumber; ///< also of those who have left: messages come late
     bool m_followStreams;
+    int m_lastSentence = 0;
+    std::mt19937 m_random;       ///< when videos begin
     std::set<long long> m_shown; ///< numbers of those whose tiles are visible
 };
 
