@@ -9,7 +9,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// What comes many times a second and arranges nothing.
+} // namespace
+
 bool isFrequent(const ScenarioStep& step)
 {
     for (const char* const name :
@@ -19,8 +20,6 @@ bool isFrequent(const ScenarioStep& step)
     }
     return false;
 }
-
-} // namespace
 
 ScenarioPlayer::ScenarioPlayer(Hooks hooks)
     : m_hooks(std::move(hooks))

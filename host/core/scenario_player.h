@@ -11,6 +11,9 @@
 
 namespace zrhost {
 
+/// What comes many times a second and arranges nothing: pictures, volumes, levels.
+[[nodiscard]] bool isFrequent(const ScenarioStep& step);
+
 /// By the clock, as fast as it goes, or one at a time; what is done by hand becomes a step as well.
 /// GUI thread.
 class ScenarioPlayer
