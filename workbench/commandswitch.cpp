@@ -4,26 +4,52 @@
 
 namespace zrworkbench {
 
-CommandSwitch::CommandSwitch(Meeting& meeting, const QString& text, QStringList words, bool isOn)
+CommandSwitch::CommandSwitch(Meeting& meeting, const QString& text, QStringList on, QStringList off,
+                             bool isOn)
     : QCheckBox(text)
-    , m_words(std::move(words))
+    , m_meeting(meeting)
+    , m_on(std::move(on))
+    , m_off(std::move(off))
 {
-    setObjectName(m_words.join(QLatin1Char('-')));
+    setObjectName(m_on.join(QLatin1Char(' ')));
     setChecked(isOn);
-    connect(this, &QCheckBox::clicked, &meeting, [this, &meeting](bool on) {
-        if (!meeting.perform(m_words
-                             + QStringList(on ? QStringLiteral("on") : QStringLiteral("off"))))
-            setChecked(!on);
-    });
+    connect(this, &QCheckBox::clicked, this, &CommandSwitch::perform);
     connect(&meeting, &Meeting::performed, this, &CommandSwitch::follow);
     connect(&meeting, &Meeting::begun, this, [this, isOn] { setChecked(isOn); });
 }
 
+CommandSwitch::CommandSwitch(Meeting& meeting, const QString& text, const QString& word, bool isOn)
+    : CommandSwitch(meeting, text, {word, QStringLiteral("on")}, {word, QStringLiteral("off")},
+                    isOn)
+{
+}
+
+void CommandSwitch::setArguments(std::function<QStringList()> arguments)
+{
+    m_arguments = std::move(arguments);
+}
+
+void CommandSwitch::performAgain()
+{
+    if (isChecked())
+        perform();
+}
+
+void CommandSwitch::perform()
+{
+    QStringList words = isChecked() ? m_on : m_off;
+    if (isChecked() && m_arguments)
+        words += m_arguments();
+    if (!m_meeting.perform(words))
+        setChecked(!isChecked());
+}
+
 void CommandSwitch::follow(const QStringList& words)
 {
-    const int at = m_words.size();
-    if (words.size() > at && words.mid(0, at) == m_words)
-        setChecked(words[at] == QLatin1String("on") || words[at] == QLatin1String("1"));
+    if (words.mid(0, m_on.size()) == m_on)
+        setChecked(true);
+    else if (words.mid(0, m_off.size()) == m_off)
+        setChecked(false);
 }
 
 } // namespace zrworkbench

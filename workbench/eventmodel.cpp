@@ -14,7 +14,7 @@ QVariant colourOf(Event::Kind kind)
 {
     switch (kind) {
     case Event::Kind::Command:
-        return QBrush(QGuiApplication::palette().color(QPalette::Disabled, QPalette::Text));
+        return QBrush(QGuiApplication::palette().color(QPalette::Link));
     case Event::Kind::Failure:
         return QBrush(Qt::red);
     default:

@@ -64,32 +64,20 @@ QWidget* MeetingPanel::makeArrangement()
     addModes(*form);
     addPages(*form);
 
-    auto* const nine = new QCheckBox(tr("Nine tiles a page in mode 1"));
-    connect(nine, &QCheckBox::clicked, this, [this](bool on) {
-        performLines(
-            {on ? "call ZRScreen_SetSupport9EqualCut on" : "call ZRScreen_SetSupport9EqualCut off",
-             "call ZRScreen_ReOrder off"});
-    });
-    connect(&m_meeting, &Meeting::begun, nine, [nine] { nine->setChecked(false); });
+    auto* const nine =
+        makeCallSwitch(tr("Nine tiles a page in mode 1"), "ZRScreen_SetSupport9EqualCut");
+    connect(nine, &QCheckBox::clicked, this,
+            [this] { performLines({"call ZRScreen_ReOrder off"}); });
     form->addRow(nine);
-    auto* const voices = new CommandSwitch(m_meeting, tr("The focus follows the voices"),
-                                           {"call", "ZRScreen_SetVoiceActivate"});
-    form->addRow(voices);
+    form->addRow(makeCallSwitch(tr("The focus follows the voices"), "ZRScreen_SetVoiceActivate"));
     auto* const tool = new CommandSwitch(
-        m_meeting, tr("Speaker tool, or strip beside the speakers"), {"tool"}, true);
+        m_meeting, tr("Speaker tool, or strip beside the speakers"), QStringLiteral("tool"), true);
     tool->setToolTip(tr("The small window of modes 4 and 5; in modes 6 to 9 the strip"));
     form->addRow(tool);
-    auto* const streams = new QCheckBox(tr("Deliver only the streams that the module asks for"));
+    auto* const streams =
+        new CommandSwitch(m_meeting, tr("Deliver only the streams that the module asks for"),
+                          {"streams", "follow"}, {"streams", "always"});
     streams->setToolTip(tr("As a media engine does; else all streams are open all the time"));
-    connect(streams, &QCheckBox::clicked, this, [this](bool on) {
-        m_meeting.perform(
-            {QStringLiteral("streams"), on ? QStringLiteral("follow") : QStringLiteral("always")});
-    });
-    connect(&m_meeting, &Meeting::begun, streams, [streams] { streams->setChecked(false); });
-    connect(&m_meeting, &Meeting::performed, streams, [streams](const QStringList& words) {
-        if (words[0] == QLatin1String("streams"))
-            streams->setChecked(words[1] == QLatin1String("follow"));
-    });
     form->addRow(streams);
     return page;
 }
@@ -122,23 +110,10 @@ void MeetingPanel::addPages(QFormLayout& form)
     seconds->setRange(1, 3600);
     seconds->setValue(5);
     seconds->setSuffix(tr(" s"));
-    auto* const polling = new QCheckBox(tr("Turn by themselves every"));
-    polling->setObjectName(QStringLiteral("polling"));
-    const auto poll = [this, polling, seconds] {
-        m_meeting.perform({QStringLiteral("polling"),
-                           polling->isChecked() ? QStringLiteral("on") : QStringLiteral("off"),
-                           QString::number(seconds->value())});
-    };
-    connect(polling, &QCheckBox::clicked, this, poll);
-    connect(seconds, &QSpinBox::editingFinished, this, [polling, poll] {
-        if (polling->isChecked())
-            poll();
-    });
-    connect(&m_meeting, &Meeting::begun, polling, [polling] { polling->setChecked(false); });
-    connect(&m_meeting, &Meeting::performed, polling, [polling](const QStringList& words) {
-        if (words[0] == QLatin1String("polling"))
-            polling->setChecked(words[1] == QLatin1String("on"));
-    });
+    auto* const polling =
+        new CommandSwitch(m_meeting, tr("Turn by themselves every"), QStringLiteral("polling"));
+    polling->setArguments([seconds] { return QStringList(QString::number(seconds->value())); });
+    connect(seconds, &QSpinBox::editingFinished, polling, &CommandSwitch::performAgain);
     form.addRow(inRow({polling, seconds}));
 }
 
@@ -153,7 +128,7 @@ QWidget* MeetingPanel::makeOverlays()
 
 void MeetingPanel::addSubtitles(QFormLayout& form)
 {
-    form.addRow(new CommandSwitch(m_meeting, tr("Subtitles"), {"subtitles"}));
+    form.addRow(new CommandSwitch(m_meeting, tr("Subtitles"), QStringLiteral("subtitles")));
     auto* const sentence = new QLineEdit(tr("Good morning. Can everybody hear me?"));
     sentence->setToolTip(tr("What the selected participant says, for the subtitles"));
     auto* const say = new QPushButton(tr("Say"));
@@ -172,24 +147,13 @@ void MeetingPanel::addSubtitles(QFormLayout& form)
 
 void MeetingPanel::addWatermark(QFormLayout& form)
 {
-    auto* const watermark = new QCheckBox(tr("Watermark over shared screens"));
-    watermark->setObjectName(QStringLiteral("watermark"));
+    auto* const watermark = new CommandSwitch(m_meeting, tr("Watermark over shared screens"),
+                                              QStringLiteral("watermark"));
     auto* const name = new QLineEdit(QStringLiteral("Ann"));
     auto* const phone = new QLineEdit(QStringLiteral("13812345678"));
-    const auto show = [this, watermark, name, phone] {
-        QStringList words{QStringLiteral("watermark"),
-                          watermark->isChecked() ? QStringLiteral("on") : QStringLiteral("off")};
-        if (watermark->isChecked())
-            words << name->text() << phone->text();
-        m_meeting.perform(words);
-    };
-    connect(watermark, &QCheckBox::clicked, this, show);
+    watermark->setArguments([name, phone] { return QStringList{name->text(), phone->text()}; });
     for (QLineEdit* const edit : {name, phone})
-        connect(edit, &QLineEdit::returnPressed, this, show);
-    connect(&m_meeting, &Meeting::performed, watermark, [watermark](const QStringList& words) {
-        if (words[0] == QLatin1String("watermark"))
-            watermark->setChecked(words[1] == QLatin1String("on"));
-    });
+        connect(edit, &QLineEdit::returnPressed, watermark, &CommandSwitch::performAgain);
     form.addRow(watermark);
     form.addRow(tr("&Name"), name);
     form.addRow(tr("&Phone"), phone);
@@ -201,7 +165,9 @@ QWidget* MeetingPanel::makeWindows()
     auto* const form = new QFormLayout(page);
     form->addRow(
         tr("Extended screen"),
-        inRow({new CommandSwitch(m_meeting, tr("Is on"), {"call", "ZRScreen_SetExtendScreen"}),
+        inRow({new CommandSwitch(m_meeting, tr("Is on"),
+                                 {"call", "ZRScreen_SetExtendScreen", "on", "off"},
+                                 {"call", "ZRScreen_SetExtendScreen", "off", "off"}),
                makeButton(tr("Close"), tr("Close the extended screen in the second window"),
                           {"ext close"})}));
     form->addRow(tr("Date picker"),
@@ -222,6 +188,12 @@ QWidget* MeetingPanel::makeWindows()
                            "call ZRCtrl_QTextEdit_SetText box \"1. Last week<br>2. Next week\""}),
                makeButton(tr("Release"), {}, {"call ZRCtrl_QTextEdit_Release box"})}));
     return page;
+}
+
+QCheckBox* MeetingPanel::makeCallSwitch(const QString& text, const QString& name)
+{
+    return new CommandSwitch(m_meeting, text, {QStringLiteral("call"), name, QStringLiteral("on")},
+                             {QStringLiteral("call"), name, QStringLiteral("off")});
 }
 
 QWidget* MeetingPanel::makeButton(const QString& text, const QString& toolTip,

@@ -5,7 +5,7 @@
 
 #include <functional>
 
-class QComboBox;
+class QCheckBox;
 class QFormLayout;
 
 namespace zrworkbench {
@@ -28,6 +28,8 @@ private:
     void addPages(QFormLayout& form);
     void addSubtitles(QFormLayout& form);
     void addWatermark(QFormLayout& form);
+    /// A check box for the call of an export with a flag.
+    QCheckBox* makeCallSwitch(const QString& text, const QString& name);
     /// A button that performs lines of commands, one after the other, up to one that fails.
     QWidget* makeButton(const QString& text, const QString& toolTip, const QStringList& lines);
     void performLines(const QStringList& lines);

@@ -13,6 +13,7 @@
 #include <QRegularExpression>
 #include <QSignalBlocker>
 #include <QSlider>
+#include <QStandardItemModel>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -92,13 +93,13 @@ QWidget* ParticipantPanel::makeDetails()
 
     m_network = new QComboBox;
     m_network->setObjectName(QStringLiteral("network"));
-    for (const QString& text :
-         {tr("0: none, the picture freezes"), tr("1: weak, the picture freezes"), tr("2"), tr("3"),
-          tr("4"), tr("5: best")})
-        m_network->addItem(text);
-    m_network->setPlaceholderText(tr("not reported"));
-    connect(m_network, QOverload<int>::of(&QComboBox::activated), this, [this](int level) {
-        performOnSelected({QStringLiteral("network"), {}, QString::number(level)});
+    m_network->addItems({tr("Not reported"), tr("0: none, the picture freezes"),
+                         tr("1: weak, the picture freezes"), QStringLiteral("2"),
+                         QStringLiteral("3"), QStringLiteral("4"), tr("5: best")});
+    // There is no way back to it.
+    qobject_cast<QStandardItemModel*>(m_network->model())->item(0)->setEnabled(false);
+    connect(m_network, QOverload<int>::of(&QComboBox::activated), this, [this](int index) {
+        performOnSelected({QStringLiteral("network"), {}, QString::number(index - 1)});
     });
     form->addRow(tr("Net&work"), m_network);
     form->addRow(makeButtons());
@@ -183,7 +184,7 @@ void ParticipantPanel::showSelected()
     const QSignalBlocker blocker(m_volume);
     m_volume->setValue(row.volume);
     showValue(*m_role, row.role);
-    showValue(*m_network, row.network);
+    showValue(*m_network, row.network + 1);
 }
 
 /// @param words of the command; an empty one stands for the participant

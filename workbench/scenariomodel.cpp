@@ -48,7 +48,7 @@ QVariant ScenarioModel::data(const QModelIndex& index, int role) const
     const auto row = static_cast<std::size_t>(index.row());
     if (row >= scenario.steps().size()) // the scenario is a moment ahead
         return {};
-    if (role == Qt::ForegroundRole && row < scenario.next())
+    if (role == Qt::ForegroundRole && row > scenario.next())
         return QBrush(QGuiApplication::palette().color(QPalette::Disabled, QPalette::Text));
     if (role == Qt::FontRole && row == scenario.next()) {
         QFont font;
