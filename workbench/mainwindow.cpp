@@ -18,6 +18,7 @@
 #include <QInputDialog>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QScrollArea>
 #include <QStatusBar>
 #include <QStyle>
 
@@ -27,6 +28,19 @@ namespace {
 
 const char* const kScenarioFiles = QT_TRANSLATE_NOOP(
     "MainWindow", "Scenarios and traces (*.scenario *.txt *.trace);;All files (*)");
+
+/// A recorded picture may be larger than the window. The native picture is cut by native windows
+/// around it alone.
+QScrollArea* inScrollArea(QWidget* picture)
+{
+    auto* const area = new QScrollArea;
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->viewport()->setAttribute(Qt::WA_DontCreateNativeAncestors);
+    area->viewport()->setAttribute(Qt::WA_NativeWindow);
+    area->setWidget(picture);
+    return area;
+}
 
 } // namespace
 
@@ -38,8 +52,8 @@ MainWindow::MainWindow(LogTap& log, const QString& library)
     setWindowTitle(tr("ZRScreenMod Workbench"));
     resize(1280, 800);
     m_second->setWindowTitle(tr("ZRScreenMod Workbench: second window"));
-    m_second->resize(640, 360);
-    setCentralWidget(m_main);
+    m_second->resize(480, 270);
+    setCentralWidget(inScrollArea(m_main));
     makeActions();
     makeDocks(log);
     makeMenus();
@@ -65,7 +79,11 @@ void MainWindow::openFile(const QString& file)
 {
     attempt([&] {
         m_meeting->open(file);
-        statusBar()->showMessage(tr("%1: step through it, or play it.").arg(file));
+        m_scenarioDock->raise();
+        statusBar()->showMessage(
+            m_meeting->scenario().isReplay()
+                ? tr("A trace: its own calls make the meeting. Step through it, or play it.")
+                : tr("A scenario: step through it, or play it."));
     });
 }
 
@@ -141,14 +159,14 @@ void MainWindow::makeDocks(LogTap& log)
     setTabPosition(Qt::BottomDockWidgetArea, QTabWidget::North);
     auto* const participants = new ParticipantPanel(*m_meeting);
     QDockWidget* const people = addPanel(Qt::RightDockWidgetArea, tr("Participants"), participants);
-    QDockWidget* const controls = addPanel(
-        Qt::RightDockWidgetArea, tr("Meeting"),
-        new MeetingPanel(*m_meeting, [participants] { return participants->selectedId(); }));
+    m_switches =
+        new MeetingPanel(*m_meeting, [participants] { return participants->selectedId(); });
+    QDockWidget* const controls = addPanel(Qt::RightDockWidgetArea, tr("Meeting"), m_switches);
     QDockWidget* const messages =
         addPanel(Qt::BottomDockWidgetArea, tr("Messages"), new EventPanel(*m_meeting));
     auto* const steps =
         new ScenarioPanel(*m_meeting, {m_rewind, m_step, m_stepToChange, m_play, m_playFast});
-    QDockWidget* const scenario = addPanel(Qt::BottomDockWidgetArea, tr("Scenario"), steps);
+    m_scenarioDock = addPanel(Qt::BottomDockWidgetArea, tr("Scenario"), steps);
     auto* const figures = new StatisticsPanel;
     QDockWidget* const statistics = addPanel(Qt::BottomDockWidgetArea, tr("Statistics"), figures);
     auto* const lines = new LogPanel;
@@ -156,8 +174,8 @@ void MainWindow::makeDocks(LogTap& log)
     // Lines come on any thread, and from inside whatever logs.
     connect(&log, &LogTap::logged, figures, &StatisticsPanel::take, Qt::QueuedConnection);
     connect(&log, &LogTap::logged, lines, &LogPanel::take, Qt::QueuedConnection);
-    tabifyDockWidget(messages, scenario);
-    tabifyDockWidget(scenario, statistics);
+    tabifyDockWidget(messages, m_scenarioDock);
+    tabifyDockWidget(m_scenarioDock, statistics);
     tabifyDockWidget(statistics, logDock);
     messages->raise();
     resizeDocks({people, controls}, {400, 300}, Qt::Vertical);
@@ -247,6 +265,7 @@ void MainWindow::showPlaying()
     for (QAction* const action : {m_step, m_stepToChange, m_playFast})
         action->setEnabled(isMore && !isPlaying);
     m_rewind->setEnabled(scenario.next() > 0);
+    m_switches->setEnabled(m_meeting->session().hasScreen());
     m_save->setEnabled(!scenario.steps().empty());
 }
 

@@ -52,6 +52,8 @@ private:
     std::unique_ptr<ScreenView> m_second;
     ScreenView* m_main;
     std::unique_ptr<Meeting> m_meeting;
+    QWidget* m_switches = nullptr; ///< of the meeting as a whole
+    class QDockWidget* m_scenarioDock = nullptr;
     QAction* m_new = nullptr;
     QAction* m_open = nullptr;
     QAction* m_save = nullptr;

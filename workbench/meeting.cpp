@@ -61,6 +61,7 @@ void Meeting::openSession()
 {
     m_session.reset();
     m_second.hide();
+    m_main.freeSize();
     zrhost::Session::Settings settings;
     settings.frames = m_file.toStdString() + ".frames";
     zrhost::Stage& stage = *this;
@@ -168,11 +169,6 @@ void Meeting::stepToChange()
     showSoon();
 }
 
-int Meeting::mode() const
-{
-    return m_session->hasScreen() ? m_session->api().GetCurMode(m_session->screen()) : 0;
-}
-
 /// The end of a scenario: a trace also says which messages came when it was recorded.
 void Meeting::checkMessages()
 {
@@ -204,6 +200,9 @@ ScreenView& Meeting::view(WindowId id)
 
 HWND Meeting::nativeWindow(WindowId id)
 {
+    if (id == WindowId::Second && !m_second.isVisible()) // in the corner of the picture
+        m_second.move(m_main.mapToGlobal(m_main.rect().bottomRight())
+                      - m_second.rect().bottomRight());
     return reinterpret_cast<HWND>(view(id).nativeWindow());
 }
 

@@ -68,8 +68,6 @@ public:
 
     [[nodiscard]] const zrhost::ScenarioPlayer& scenario() const { return m_player; }
     [[nodiscard]] const zrhost::Session& session() const { return *m_session; }
-    /// The meeting mode; 0 without a screen.
-    [[nodiscard]] int mode() const;
 
 signals:
     /// There is a new, empty meeting: all settings are the module's own.

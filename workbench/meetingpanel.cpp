@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -93,7 +94,7 @@ void MeetingPanel::addModes(QFormLayout& form)
     });
     connect(&m_meeting, &Meeting::changed, modes, [this, modes] {
         const QSignalBlocker blocker(modes);
-        modes->setCurrentIndex(m_meeting.mode() - 1);
+        modes->setCurrentIndex(m_meeting.session().mode() - 1);
     });
     form.addRow(tr("&Mode"), modes);
 }
@@ -129,7 +130,7 @@ QWidget* MeetingPanel::makeOverlays()
 void MeetingPanel::addSubtitles(QFormLayout& form)
 {
     form.addRow(new CommandSwitch(m_meeting, tr("Subtitles"), QStringLiteral("subtitles")));
-    auto* const sentence = new QLineEdit(tr("Good morning. Can everybody hear me?"));
+    auto* const sentence = new QLineEdit(tr("Good morning, everybody."));
     sentence->setToolTip(tr("What the selected participant says, for the subtitles"));
     auto* const say = new QPushButton(tr("Say"));
     const auto speak = [this, sentence] {
@@ -141,8 +142,9 @@ void MeetingPanel::addSubtitles(QFormLayout& form)
     auto* const row = new QHBoxLayout;
     row->addWidget(sentence);
     row->addWidget(say);
-    form.addRow(tr("&Sentence"), row);
-    form.labelForField(row);
+    auto* const label = new QLabel(tr("&Sentence"));
+    label->setBuddy(sentence);
+    form.addRow(label, row);
 }
 
 void MeetingPanel::addWatermark(QFormLayout& form)
@@ -184,7 +186,7 @@ QWidget* MeetingPanel::makeWindows()
     form->addRow(
         tr("Text box"),
         inRow({makeButton(tr("Make"), tr("In the second window"),
-                          {"call box=ZRCtrl_QTextEdit_Init second 24,84,420x228 32 36 44",
+                          {"call box=ZRCtrl_QTextEdit_Init second 24,84,420x160 32 36 44",
                            "call ZRCtrl_QTextEdit_SetText box \"1. Last week<br>2. Next week\""}),
                makeButton(tr("Release"), {}, {"call ZRCtrl_QTextEdit_Release box"})}));
     return page;

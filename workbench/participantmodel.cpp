@@ -34,7 +34,7 @@ ParticipantRow rowOf(const zrhost::Participant& participant)
     ParticipantRow row;
     row.id = QString::fromStdString(participant.id);
     row.name = QString::fromStdString(participant.name);
-    row.camera = participant.camera && participant.media;
+    row.camera = participant.camera;
     row.muted = participant.muted;
     row.hand = participant.hand;
     row.self = participant.self;
@@ -189,7 +189,8 @@ QVariant ParticipantModel::headerData(int section, Qt::Orientation orientation, 
 Qt::ItemFlags ParticipantModel::flags(const QModelIndex& index) const
 {
     const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
-    return isSwitch(index.column()) ? flags | Qt::ItemIsUserCheckable : flags;
+    const bool canSwitch = isSwitch(index.column()) && m_meeting.session().hasScreen();
+    return canSwitch ? flags | Qt::ItemIsUserCheckable : flags;
 }
 
 } // namespace zrworkbench

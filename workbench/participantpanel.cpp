@@ -173,7 +173,7 @@ void ParticipantPanel::selectSomebody()
 void ParticipantPanel::showSelected()
 {
     const QModelIndexList rows = m_table->selectionModel()->selectedRows();
-    m_details->setEnabled(!rows.isEmpty());
+    m_details->setEnabled(!rows.isEmpty() && m_meeting.session().hasScreen());
     if (rows.isEmpty()) {
         m_who->setText(tr("Nobody is selected."));
         return;

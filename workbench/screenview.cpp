@@ -11,7 +11,7 @@ ScreenView::ScreenView(QWidget* parent)
 {
     setAttribute(Qt::WA_DontCreateNativeAncestors);
     setAttribute(Qt::WA_NativeWindow);
-    setMinimumSize(320, 180);
+    freeSize();
     setAutoFillBackground(true);
     setPalette(QPalette(Qt::black));
 }
@@ -37,8 +37,15 @@ QPoint ScreenView::onScreen(QPoint pixel) const
 
 void ScreenView::resizePicture(QSize pixels)
 {
-    const QSize wanted = pixels / devicePixelRatioF() + window()->size() - size();
-    window()->resize(wanted.boundedTo(screen()->availableSize()));
+    const QSize wanted = pixels / devicePixelRatioF();
+    const QSize around = window()->size() - (isWindow() ? size() : parentWidget()->size());
+    window()->resize((wanted + around).boundedTo(screen()->availableSize()));
+    setMinimumSize(wanted);
+}
+
+void ScreenView::freeSize()
+{
+    setMinimumSize(320, 180);
 }
 
 void ScreenView::resizeEvent(QResizeEvent* event)

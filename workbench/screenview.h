@@ -20,8 +20,11 @@ public:
     [[nodiscard]] QSize pixelSize() const;
     /// Pixels of the screen, from the picture's top left corner to the screen's.
     [[nodiscard]] QPoint onScreen(QPoint pixel) const;
-    /// Gives the picture a size in pixels, by way of the window around it, as far as there is room.
+    /// Gives the picture a size in pixels, by way of the window around it. Where the desktop has no
+    /// room for that, only a part is seen.
     void resizePicture(QSize pixels);
+    /// Takes the size that the window around leaves.
+    void freeSize();
 
     QSize sizeHint() const override { return {860, 484}; }
 

@@ -2,10 +2,14 @@
 
 #include "tables.h"
 
+#include <QCollator>
+#include <QHeaderView>
 #include <QLabel>
 #include <QRegularExpression>
 #include <QTableWidget>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace zrworkbench {
 
@@ -14,51 +18,56 @@ StatisticsPanel::StatisticsPanel(QWidget* parent)
     , m_all(new QLabel(tr("The module tells its figures every second.")))
     , m_table(new QTableWidget)
 {
-    const QStringList titles{tr("Participant"), tr("Frames in"),  tr("Refused"),
-                             tr("Painted"),     tr("Picture"),    tr("Grade"),
-                             tr("Stream"),      tr("Told shown"), tr("Hidden")};
+    const QStringList titles{tr("Participant"), tr("Frames in"), tr("Refused"),
+                             tr("Painted"),     tr("Picture"),   tr("Grade"),
+                             tr("Stream"),      tr("Shown"),     tr("Hidden")};
     m_table->setObjectName(QStringLiteral("statistics"));
     m_table->setColumnCount(titles.size());
     m_table->setHorizontalHeaderLabels(titles);
     makeList(*m_table);
+    m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->addWidget(m_all);
     layout->addWidget(m_table);
+    m_blockEnd.setSingleShot(true);
+    connect(&m_blockEnd, &QTimer::timeout, this, &StatisticsPanel::show);
 }
 
 void StatisticsPanel::take(const QString& line)
 {
     const QString all = QStringLiteral("stats: ");
     if (line.startsWith(all)) {
-        m_table->setRowCount(m_row);
-        m_row = 0;
         m_all->setText(line.mid(all.size()));
+        m_participants.clear();
+        m_blockEnd.start();
     } else if (line.startsWith(QLatin1String("stats "))) {
-        addParticipant(line);
+        m_participants.append(line);
     }
 }
 
-/// "stats ID: in 25.0/s, refused 0, painted 25.0/s, ..."
-void StatisticsPanel::addParticipant(const QString& line)
+void StatisticsPanel::show()
 {
-    const int colon = line.lastIndexOf(QStringLiteral(": in "));
-    if (colon < 0)
-        return;
+    QCollator byNumbers;
+    byNumbers.setNumericMode(true); // user2 before user10
+    std::sort(m_participants.begin(), m_participants.end(), byNumbers);
+    m_table->setRowCount(m_participants.size());
+    for (int row = 0; row < m_participants.size(); ++row)
+        showParticipant(row, m_participants[row]);
+}
+
+/// "stats ID: in 25.0/s, refused 0, painted 25.0/s, ...": what the column's title says goes.
+void StatisticsPanel::showParticipant(int row, const QString& line)
+{
     static const QRegularExpression label(
-        QStringLiteral("^(in|refused|painted|grade|stream|told shown|hidden) "));
+        QStringLiteral("^(in|refused|painted|grade|stream|told shown|hidden) | times$"));
+    const int begin = line.indexOf(QLatin1Char(' ')) + 1;
+    const int colon = qMax(line.lastIndexOf(QStringLiteral(": in ")), begin);
     QStringList cells = line.mid(colon + 2).split(QStringLiteral(", "));
     cells.replaceInStrings(label, QString());
-    cells.prepend(line.mid(6, colon - 6));
-    if (m_row >= m_table->rowCount())
-        m_table->setRowCount(m_row + 1);
-    for (int column = 0; column < qMin(cells.size(), m_table->columnCount()); ++column) {
-        QTableWidgetItem* item = m_table->item(m_row, column);
-        if (!item)
-            m_table->setItem(m_row, column, item = new QTableWidgetItem);
-        item->setText(cells[column]);
-    }
-    ++m_row;
+    cells.prepend(line.mid(begin, colon - begin));
+    for (int column = 0; column < qMin(cells.size(), m_table->columnCount()); ++column)
+        m_table->setItem(row, column, new QTableWidgetItem(cells[column]));
 }
 
 } // namespace zrworkbench

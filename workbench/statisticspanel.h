@@ -1,6 +1,8 @@
 // The newest figures of the module: one line for all, and one for each participant.
 #pragma once
 
+#include <QStringList>
+#include <QTimer>
 #include <QWidget>
 
 class QLabel;
@@ -19,11 +21,13 @@ public:
     void take(const QString& line);
 
 private:
-    void addParticipant(const QString& line);
+    void show();
+    void showParticipant(int row, const QString& line);
 
     QLabel* m_all;
     QTableWidget* m_table;
-    int m_row = 0; ///< of the next participant in the block that comes
+    QStringList m_participants; ///< lines of the newest block
+    QTimer m_blockEnd;          ///< the lines of a block come together
 };
 
 } // namespace zrworkbench

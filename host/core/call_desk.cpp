@@ -305,6 +305,7 @@ void CallDesk::call(const std::vector<std::string>& words)
             end(row->arguments[i].kind, values[i].handle);
     }
     const Answer answer = callExport(m_session.exports(), *row, values);
+    m_session.follow(*row, values, answer, m_replays);
     if (m_replays && row == &zr::kExports[zr::table::kZRScreenExt_Release])
         (void)m_session.stage().nativeWindow(m_session.parent()); // before the empty window
     if (isHandle(row->answer.kind))

@@ -89,9 +89,11 @@ Participant& Session::add(const std::string& id, const std::string& name, const 
     auto added = std::make_unique<Participant>();
     m_idsByNumber.push_back(id);
     added->number = static_cast<int>(m_idsByNumber.size());
+    added->hostValue = added->number;
     added->id = id;
     added->name = name;
     added->source = source;
+    added->camera = source.kind != SourceKind::None;
     std::string idBytes = id;
     std::string nameBytes = name;
     added->play =
@@ -178,8 +180,10 @@ void Session::showExtended(Participant& participant)
         updateStream(*other); // that of the former one may close
 }
 
-void Session::onMessage(unsigned long message, long long hostValue)
+void Session::onMessage(unsigned long message, unsigned long long wParam, long long hostValue)
 {
+    if (message == ZRMSG_SCREEN_MODE)
+        m_mode = static_cast<int>(wParam);
     if (message == ZRMSG_VIDEO_SHOWN)
         m_shown.insert(hostValue);
     else if (message == ZRMSG_VIDEO_HIDDEN || message == ZRMSG_PERSON_REMOVED)
@@ -188,7 +192,7 @@ void Session::onMessage(unsigned long message, long long hostValue)
         return;
     // Nobody yet: the message came from inside ZRScreen_AddPerson, and add() goes on with him.
     for (const auto& participant : m_people) {
-        if (participant->number == hostValue) {
+        if (participant->hostValue == hostValue) {
             updateStream(*participant);
             break;
         }
@@ -285,6 +289,10 @@ void Session::printStatistics()
 
 std::string Session::nameOfHostValue(long long value) const
 {
+    for (const auto& participant : m_people) {
+        if (participant->hostValue == value)
+            return participant->id;
+    }
     if (value < 1 || value > static_cast<long long>(m_idsByNumber.size()))
         return {};
     return m_idsByNumber[static_cast<std::size_t>(value) - 1];
@@ -305,7 +313,7 @@ int Session::notify(unsigned long message, unsigned long long wParam, long long 
 {
     hear(message, wParam, lParam, false);
     if (g_session)
-        g_session->onMessage(message, lParam);
+        g_session->onMessage(message, wParam, lParam);
     return 0;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "call_desk.h"
+#include "called_people.h"
 #include "ext_desk.h"
 #include "media_source.h"
 #include "media_thread.h"
@@ -21,7 +22,8 @@ namespace zrhost {
 
 struct Participant
 {
-    int number = 0; ///< 1, 2, ... in the order of joining, never used again; also the host value
+    int number = 0; ///< 1, 2, ... in the order of joining, never used again; 0 for recorded ones
+    long long hostValue = 0; ///< the number, or what was recorded
     std::string id;
     std::string name;
     SourceSpec source;
@@ -106,10 +108,15 @@ public:
     /// What they have made outlives the screen, and goes with the session.
     [[nodiscard]] CallDesk& calls() { return m_calls; }
     [[nodiscard]] ExtDesk& ext() { return m_ext; }
-    [[nodiscard]] const std::vector<std::unique_ptr<Participant>>& people() const
+    [[nodiscard]] const People& people() const { return m_people; }
+    /// Takes down a call that was made by name. @param replays it was recorded
+    void follow(const zr::Export& row, const std::vector<Value>& values, const Answer& answer,
+                bool replays)
     {
-        return m_people;
+        followCall(m_people, row, values, answer, replays);
     }
+    /// The meeting mode, as the module has told it.
+    [[nodiscard]] int mode() const { return m_mode; }
     /// Prints how many pictures each participant delivered.
     void printStatistics();
 
@@ -124,7 +131,7 @@ public:
 
 private:
     void startMedia(Participant& participant, int delayMs);
-    void onMessage(unsigned long message, long long hostValue);
+    void onMessage(unsigned long message, unsigned long long wParam, long long hostValue);
     void updateStream(Participant& participant);
     void onSourceEnded(int number, const std::string& problem);
     void fillWindow(Size size);
@@ -138,10 +145,11 @@ private:
     CallDesk m_calls;
     ExtDesk m_ext; ///< outlives the media threads of m_people
     void* m_screen = nullptr;
-    std::vector<std::unique_ptr<Participant>> m_people;
+    People m_people;
     std::vector<std::string> m_idsByNumber; ///< also of those who have left: messages come late
     bool m_followStreams;
     int m_lastSentence = 0;
+    int m_mode = eLayoutEqualCut;
     std::mt19937 m_random;       ///< when videos begin
     std::set<long long> m_shown; ///< numbers of those whose tiles are visible
 };
