@@ -26,6 +26,8 @@ Meeting::Meeting(ScreenView& main, ScreenView& second, const QString& library)
     : m_main(main)
     , m_second(second)
     , m_player({[this](const zrhost::ScenarioStep& step) {
+                    if (!zrhost::isFrequent(step))
+                        tellCommand(step.command);
                     if (!run(step.command))
                         m_player.pause();
                 },
@@ -82,6 +84,7 @@ bool Meeting::performLine(const QString& line)
         if (words.empty())
             return true;
         const std::string command = zrhost::joinWords(words);
+        tellCommand(command);
         if (!run(command))
             return false;
         m_player.record(command);
@@ -100,13 +103,17 @@ bool Meeting::perform(const QStringList& words)
     return performLine(QString::fromStdString(zrhost::joinWords(bytes)));
 }
 
+void Meeting::tellCommand(const std::string& command)
+{
+    const QString text = QString::fromStdString(command);
+    const int blank = text.indexOf(QLatin1Char(' '));
+    tell(Event::Kind::Command, text.left(blank), blank < 0 ? QString() : text.mid(blank + 1));
+}
+
 /// @return false when it failed
 bool Meeting::run(const std::string& command)
 {
     const std::vector<std::string> words = zrhost::splitWords(command);
-    if (!zrhost::isFrequent({0, 0, command}))
-        tell(Event::Kind::Command, QString::fromStdString(words[0]),
-             QString::fromStdString(command).mid(static_cast<int>(words[0].size()) + 1));
     showSoon();
     try {
         zrhost::bindCommand(words).run(*m_session);

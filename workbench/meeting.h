@@ -97,6 +97,7 @@ private:
     [[nodiscard]] ScreenView& view(zrhost::WindowId id);
     void openSession();
     bool run(const std::string& command);
+    void tellCommand(const std::string& command);
     void tell(Event::Kind kind, const QString& name, const QString& text);
     void checkMessages();
     void showSoon();

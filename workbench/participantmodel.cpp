@@ -54,7 +54,7 @@ QString nameOf(const ParticipantRow& row)
     if (row.role == 2)
         name += ParticipantModel::tr(" (administrator)");
     if (row.self)
-        name += ParticipantModel::tr(" (you)");
+        name += ParticipantModel::tr(" (me)");
     return name;
 }
 

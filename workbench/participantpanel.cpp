@@ -125,7 +125,7 @@ QWidget* ParticipantPanel::makeButtons()
         {tr("Extended"),
          tr("Show on the extended screen, in the second window"),
          {"ext", "show", ""}},
-        {tr("Is you"), tr("Make this the local user"), {"self", "", "on"}},
+        {tr("Is me"), tr("Make this the local user"), {"self", "", "on"}},
         {tr("Leave"), tr("The participant leaves the meeting"), {"delete", ""}},
     };
     auto* const buttons = new QWidget;
