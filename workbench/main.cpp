@@ -5,14 +5,43 @@
 #include "logtap.h"
 #include "mainwindow.h"
 #include "screencapture.h"
+#include "text.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QMessageBox>
 #include <QTimer>
 
 #include <cstdio>
 
 namespace {
+
+int fail(const std::exception& error)
+{
+    std::fprintf(stderr, "zrworkbench: %s\n", error.what());
+    return 1;
+}
+
+/// @param file empty for none @return the program's status
+int photograph(const QWidget& window, const QString& file)
+{
+    if (file.isEmpty())
+        return 0;
+    try {
+        zrworkbench::saveScreen(window, file);
+        return 0;
+    } catch (const zrhost::HostError& error) {
+        return fail(error);
+    }
+}
+
+/// @throws HostError for another number than 0 to `most`
+int numberOf(const QCommandLineParser& parser, const QCommandLineOption& option, int most)
+{
+    const std::string what = "--" + option.names().first().toStdString();
+    return static_cast<int>(
+        zrhost::parseInteger(parser.value(option).toStdString(), 0, most, what));
+}
 
 int runWorkbench(QApplication& application)
 {
@@ -22,10 +51,9 @@ int runWorkbench(QApplication& application)
     parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("a scenario or a trace"),
                                  QStringLiteral("[FILE]"));
-    const QCommandLineOption participants(
-        QStringLiteral("participants"),
-        QStringLiteral("of the simulated meeting (default: 6, none with a file)"),
-        QStringLiteral("N"));
+    const QCommandLineOption participants(QStringLiteral("participants"),
+                                          QStringLiteral("of the simulated meeting (default: 6)"),
+                                          QStringLiteral("N"), QStringLiteral("6"));
     const QCommandLineOption play(QStringLiteral("play"), QStringLiteral("play the file at once"));
     const QCommandLineOption screenshot(
         QStringLiteral("screenshot"),
@@ -33,7 +61,7 @@ int runWorkbench(QApplication& application)
         QStringLiteral("FILE.png"));
     const QCommandLineOption duration(QStringLiteral("duration"),
                                       QStringLiteral("end after so many seconds"),
-                                      QStringLiteral("S"));
+                                      QStringLiteral("S"), QStringLiteral("0"));
     const QCommandLineOption library(
         QStringLiteral("library"),
         QStringLiteral("the module (default: beside the program, or where it is installed)"),
@@ -45,20 +73,19 @@ int runWorkbench(QApplication& application)
     zrworkbench::MainWindow window(log, parser.value(library));
     window.show();
     const QStringList files = parser.positionalArguments();
-    if (files.isEmpty() || parser.isSet(participants))
-        window.beginMeeting(parser.isSet(participants) ? parser.value(participants).toInt() : 6);
+    window.beginMeeting(files.isEmpty() ? numberOf(parser, participants, 500) : 0);
     if (!files.isEmpty())
         window.openFile(files.first());
     if (parser.isSet(play))
         window.meeting().play(zrworkbench::Meeting::Speed::Real);
-    if (parser.isSet(duration))
-        QTimer::singleShot(static_cast<int>(parser.value(duration).toDouble() * 1000), &window,
-                           [&] {
-                               if (parser.isSet(screenshot))
-                                   zrworkbench::saveScreen(window, parser.value(screenshot));
-                               window.close();
-                           });
-    return QApplication::exec();
+    int status = 0;
+    if (const int seconds = numberOf(parser, duration, 86400); seconds > 0)
+        QTimer::singleShot(seconds * 1000, &window, [&] {
+            status = photograph(window, parser.value(screenshot));
+            window.close();
+        });
+    const int ended = QApplication::exec();
+    return status != 0 ? status : ended;
 }
 
 } // namespace
@@ -67,12 +94,14 @@ int main(int argc, char** argv)
 {
     zrhost::useUtf8Text();
     zrhost::rememberStartPriority();
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("zrworkbench"));
     try {
-        QApplication application(argc, argv);
-        QApplication::setApplicationName(QStringLiteral("zrworkbench"));
         return runWorkbench(application);
     } catch (const zrhost::HostError& error) {
-        std::fprintf(stderr, "zrworkbench: %s\n", error.what());
-        return 1;
+        if (argc == 1) // from a desktop, where nobody sees the error output
+            QMessageBox::critical(nullptr, QStringLiteral("zrworkbench"),
+                                  QString::fromUtf8(error.what()));
+        return fail(error);
     }
 }

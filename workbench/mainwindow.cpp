@@ -18,6 +18,7 @@
 #include <QInputDialog>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QScreen>
 #include <QScrollArea>
 #include <QStatusBar>
 #include <QStyle>
@@ -42,6 +43,19 @@ QScrollArea* inScrollArea(QWidget* picture)
     return area;
 }
 
+/// On a small screen, or with a large font, a panel scrolls.
+QScrollArea* scrolling(QWidget* panel)
+{
+    auto* const area = new QScrollArea;
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setWidget(panel);
+    area->setMinimumWidth(panel->minimumSizeHint().width()
+                          + area->style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+    return area;
+}
+
 } // namespace
 
 MainWindow::MainWindow(LogTap& log, const QString& library)
@@ -50,7 +64,7 @@ MainWindow::MainWindow(LogTap& log, const QString& library)
     , m_meeting(std::make_unique<Meeting>(*m_main, *m_second, library))
 {
     setWindowTitle(tr("ZRScreenMod Workbench"));
-    resize(1280, 800);
+    resize(QSize(1280, 800).boundedTo(screen()->availableSize()));
     m_second->setWindowTitle(tr("ZRScreenMod Workbench: second window"));
     m_second->resize(480, 270);
     setCentralWidget(inScrollArea(m_main));
@@ -119,7 +133,7 @@ void MainWindow::makeActions()
                               Qt::CTRL + Qt::Key_P, [this] { askWhereToPhotograph(); });
     m_rewind =
         makeAction(tr("&Rewind"), tr("Begin the meeting anew, with the first step as the next one"),
-                   Qt::Key_F5, [this] { m_meeting->rewind(); });
+                   Qt::Key_F5, [this] { attempt([this] { m_meeting->rewind(); }); });
     m_step = makeAction(tr("&Step"), tr("Run the next step"), Qt::Key_F10,
                         [this] { m_meeting->step(); });
     m_stepToChange = makeAction(
@@ -134,7 +148,7 @@ void MainWindow::makeActions()
         action->setIcon(style()->standardIcon(pixmap));
         action->setObjectName(QLatin1String(name));
     };
-    icon(m_new, QStyle::SP_FileIcon, "new");
+    m_new->setObjectName(QStringLiteral("new"));
     icon(m_open, QStyle::SP_DialogOpenButton, "open");
     icon(m_save, QStyle::SP_DialogSaveButton, "save");
     icon(m_rewind, QStyle::SP_MediaSkipBackward, "rewind");
@@ -158,10 +172,12 @@ void MainWindow::makeDocks(LogTap& log)
     setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
     setTabPosition(Qt::BottomDockWidgetArea, QTabWidget::North);
     auto* const participants = new ParticipantPanel(*m_meeting);
-    QDockWidget* const people = addPanel(Qt::RightDockWidgetArea, tr("Participants"), participants);
+    QDockWidget* const people =
+        addPanel(Qt::RightDockWidgetArea, tr("Participants"), scrolling(participants));
     m_switches =
         new MeetingPanel(*m_meeting, [participants] { return participants->selectedId(); });
-    QDockWidget* const controls = addPanel(Qt::RightDockWidgetArea, tr("Meeting"), m_switches);
+    QDockWidget* const controls =
+        addPanel(Qt::RightDockWidgetArea, tr("Meeting"), scrolling(m_switches));
     QDockWidget* const messages =
         addPanel(Qt::BottomDockWidgetArea, tr("Messages"), new EventPanel(*m_meeting));
     auto* const steps =
@@ -217,7 +233,7 @@ void MainWindow::askForMeeting()
                                            tr("Participants, each with a drawn, moving picture:"),
                                            6, 0, 500, 1, &ok);
     if (ok)
-        beginMeeting(count);
+        attempt([&] { beginMeeting(count); });
 }
 
 void MainWindow::askForFile()

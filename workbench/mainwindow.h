@@ -23,7 +23,7 @@ public:
     ~MainWindow() override;
 
     [[nodiscard]] Meeting& meeting() { return *m_meeting; }
-    /// Begins a meeting of drawn pictures.
+    /// Begins a meeting of drawn pictures. @throws zrhost::HostError
     void beginMeeting(int participants);
     /// Opens a scenario or a trace; a failure is shown.
     void openFile(const QString& file);

@@ -68,13 +68,13 @@ void Meeting::openSession()
     settings.frames = m_file.toStdString() + ".frames";
     zrhost::Stage& stage = *this;
     m_session = std::make_unique<zrhost::Session>(m_module.exports(), stage, settings);
+    m_sinceBegin.start();
+    emit begun();
+    showSoon();
     if (!m_player.isReplay()) {
         m_session->openScreen();
         m_session->api().JoinMeetingFinish(m_session->screen(), true);
     }
-    m_sinceBegin.start();
-    showSoon();
-    emit begun();
 }
 
 bool Meeting::performLine(const QString& line)
@@ -256,7 +256,8 @@ void Meeting::pressKey(zrhost::Key key)
 
 void Meeting::print(const std::string& line)
 {
-    tell(Event::Kind::Answer, {}, QString::fromStdString(line));
+    for (const QString& text : QString::fromStdString(line).split(QLatin1Char('\n')))
+        tell(Event::Kind::Answer, {}, text);
 }
 
 void Meeting::hear(const zrhost::MessageWords& message)

@@ -48,7 +48,8 @@ public:
     /// Ends the meeting and unloads the module.
     ~Meeting() override;
 
-    /// An empty meeting, and an empty scenario.
+    /// An empty meeting, and an empty scenario. @throws zrhost::HostError where the module makes
+    /// none
     void begin();
     /// Does what the words of a command say, and adds it to the scenario. @return success
     bool perform(const QStringList& words);
@@ -59,7 +60,7 @@ public:
     void open(const QString& file);
     /// Writes the scenario. @throws zrhost::HostError
     void save(const QString& file) const;
-    /// Begins anew, with the scenario's first step as the next one.
+    /// Begins anew, with the scenario's first step as the next one. @throws zrhost::HostError
     void rewind();
     void play(Speed speed);
     void pause();
