@@ -2,10 +2,8 @@
 
 #include "tables.h"
 
-#include <QCollator>
 #include <QHeaderView>
 #include <QLabel>
-#include <QRegularExpression>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
@@ -13,17 +11,41 @@
 
 namespace zrworkbench {
 
+namespace {
+
+/// "stats ID: in 25.0/s, refused 0, 640x360, hidden 0 times": of each figure the last word is the
+/// value, and those before it are its name.
+QVector<Figure> figuresOf(const QString& line)
+{
+    const int begin = line.indexOf(QLatin1Char(' ')) + 1;
+    const int colon = qMax(line.lastIndexOf(QStringLiteral(": in ")), begin);
+    QVector<Figure> figures{{StatisticsPanel::tr("participant"), line.mid(begin, colon - begin)}};
+    for (QString text : line.mid(colon + 2).split(QStringLiteral(", "))) {
+        text.remove(QStringLiteral(" times"));
+        const int blank = text.lastIndexOf(QLatin1Char(' '));
+        const QString name = blank < 0 ? StatisticsPanel::tr("picture") : text.left(blank);
+        figures.append({name, text.mid(blank + 1)});
+    }
+    return figures;
+}
+
+/// "stats user2: in ..." before "stats user10: in ...".
+bool comesBefore(const QString& one, const QString& other)
+{
+    const QString end = QStringLiteral(": in ");
+    const int length = one.lastIndexOf(end);
+    const int otherLength = other.lastIndexOf(end);
+    return length != otherLength ? length < otherLength : one < other;
+}
+
+} // namespace
+
 StatisticsPanel::StatisticsPanel(QWidget* parent)
     : QWidget(parent)
     , m_all(new QLabel(tr("The module tells its figures every second.")))
     , m_table(new QTableWidget)
 {
-    const QStringList titles{tr("Participant"), tr("Frames in"), tr("Refused"),
-                             tr("Painted"),     tr("Picture"),   tr("Grade"),
-                             tr("Stream"),      tr("Shown"),     tr("Hidden")};
     m_table->setObjectName(QStringLiteral("statistics"));
-    m_table->setColumnCount(titles.size());
-    m_table->setHorizontalHeaderLabels(titles);
     makeList(*m_table);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     auto* const layout = new QVBoxLayout(this);
@@ -48,26 +70,19 @@ void StatisticsPanel::take(const QString& line)
 
 void StatisticsPanel::show()
 {
-    QCollator byNumbers;
-    byNumbers.setNumericMode(true); // user2 before user10
-    std::sort(m_participants.begin(), m_participants.end(), byNumbers);
+    std::sort(m_participants.begin(), m_participants.end(), comesBefore);
     m_table->setRowCount(m_participants.size());
     for (int row = 0; row < m_participants.size(); ++row)
-        showParticipant(row, m_participants[row]);
+        showParticipant(row, figuresOf(m_participants[row]));
 }
 
-/// "stats ID: in 25.0/s, refused 0, painted 25.0/s, ...": what the column's title says goes.
-void StatisticsPanel::showParticipant(int row, const QString& line)
+void StatisticsPanel::showParticipant(int row, const QVector<Figure>& figures)
 {
-    static const QRegularExpression label(
-        QStringLiteral("^(in|refused|painted|grade|stream|told shown|hidden) | times$"));
-    const int begin = line.indexOf(QLatin1Char(' ')) + 1;
-    const int colon = qMax(line.lastIndexOf(QStringLiteral(": in ")), begin);
-    QStringList cells = line.mid(colon + 2).split(QStringLiteral(", "));
-    cells.replaceInStrings(label, QString());
-    cells.prepend(line.mid(begin, colon - begin));
-    for (int column = 0; column < qMin(cells.size(), m_table->columnCount()); ++column)
-        m_table->setItem(row, column, new QTableWidgetItem(cells[column]));
+    m_table->setColumnCount(figures.size());
+    for (int column = 0; column < figures.size(); ++column) {
+        m_table->setHorizontalHeaderItem(column, new QTableWidgetItem(figures[column].title));
+        m_table->setItem(row, column, new QTableWidgetItem(figures[column].value));
+    }
 }
 
 } // namespace zrworkbench

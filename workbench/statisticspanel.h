@@ -3,12 +3,19 @@
 
 #include <QStringList>
 #include <QTimer>
+#include <QVector>
 #include <QWidget>
 
 class QLabel;
 class QTableWidget;
 
 namespace zrworkbench {
+
+struct Figure
+{
+    QString title;
+    QString value;
+};
 
 class StatisticsPanel : public QWidget
 {
@@ -22,7 +29,7 @@ public:
 
 private:
     void show();
-    void showParticipant(int row, const QString& line);
+    void showParticipant(int row, const QVector<Figure>& figures);
 
     QLabel* m_all;
     QTableWidget* m_table;
