@@ -52,7 +52,7 @@ QString nameOf(const ParticipantRow& row)
     if (row.role == 1)
         name += ParticipantModel::tr(" (host)");
     if (row.role == 2)
-        name += ParticipantModel::tr(" (administrator)");
+        name += ParticipantModel::tr(" (admin)");
     if (row.self)
         name += ParticipantModel::tr(" (me)");
     return name;
@@ -156,7 +156,7 @@ QVariant ParticipantModel::data(const QModelIndex& index, int role) const
     if (role == Qt::CheckStateRole && isSwitch(index.column()))
         return isOn(row, index.column()) ? Qt::Checked : Qt::Unchecked;
     if (role == Qt::ToolTipRole)
-        return index.column() == Name ? QVariant(row.id)
+        return index.column() == Name ? QVariant(row.id + QStringLiteral(": ") + nameOf(row))
                                       : headerData(index.column(), Qt::Horizontal, role);
     if (role == Qt::DisplayRole && index.column() == Name)
         return nameOf(row);
