@@ -4,11 +4,14 @@
 #     ./demo.sh --mode 1 --participants 4    a meeting of your own
 #     ./demo.sh --help                       all options and commands
 #     ./demo.sh --gallery DIR                a picture of every arrangement, in DIR
-# Without a display it runs on a virtual one and leaves the picture demo.png.
+#     ./demo.sh --workbench                  the workbench: switches, messages, scenarios
+# Without a display it runs on a virtual one and leaves the picture demo.png or workbench.png.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
 preset=linux
+program=zrhost
+[[ ${1:-} != --workbench ]] || program=zrworkbench
 host=build/$preset/host/zrhost
 log=build/demo.log
 footage_package=python3-imageio
@@ -35,7 +38,25 @@ fetch_footage() {
 }
 
 build() {
-    cmake --preset "$preset" && cmake --build --preset "$preset" --target zrhost
+    cmake --preset "$preset" && cmake --build --preset "$preset" --target "$program"
+}
+
+# The workbench, on a virtual display for some seconds where there is no other.
+workbench() {
+    local run=build/$preset/workbench/zrworkbench
+    if [[ -n ${DISPLAY:-} || " $* " == *" --help "* ]]; then
+        echo "Starting the workbench ..."
+        exec "$run" "$@"
+    fi
+    echo "There is no display: the workbench runs on a virtual one for some seconds."
+    rm -f workbench.png
+    xvfb-run -a -s "-screen 0 1280x800x24 -nolisten tcp" \
+        "$run" "$@" --duration 8 --screenshot workbench.png >"$log" 2>&1 </dev/null || {
+        tail -n 20 "$log" >&2
+        echo "The workbench failed; all of its output is in $log." >&2
+        exit 1
+    }
+    echo "The workbench's last picture is in workbench.png."
 }
 
 packaging/install-dependencies.sh demo
@@ -46,6 +67,11 @@ build >"$log" 2>&1 </dev/null || {
     echo "The build failed; all of its output is in $log." >&2
     exit 1
 }
+
+if [[ $program == zrworkbench ]]; then
+    workbench "${@:2}"
+    exit
+fi
 
 footage=$(find_footage)
 if [[ -z $footage ]]; then

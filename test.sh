@@ -46,7 +46,7 @@ sources() { git ls-files '*.cpp' '*.h'; }
 
 # tidy COMMANDS FILES [CHECKS]: generated code is left out.
 tidy() {
-  run-clang-tidy -quiet -p "$1" -j "$jobs" -header-filter="^$PWD/(zrscreenmodc?|host|tests|bench)/" \
+  run-clang-tidy -quiet -p "$1" -j "$jobs" -header-filter="^$PWD/(zrscreenmodc?|host|workbench|tests|bench)/" \
     ${3:+"-checks=$3"} "^$PWD/$2" >build/tidy.log 2>&1 \
     || { sed 's/\x1b\[[0-9;]*m//g' build/tidy.log | grep -E '(warning|error):' | sort -u; return 1; }
 }
@@ -55,7 +55,7 @@ tidy() {
 lint_code() {
   say "Running clang-tidy"
   # It spends its time on Qt's headers: once for each library in place of once for each source.
-  cmake/unity_commands.py build/linux/compile_commands.json build/tidy zrscreenmod zrscreenmodc host
+  cmake/unity_commands.py build/linux/compile_commands.json build/tidy zrscreenmod zrscreenmodc host workbench
   tidy build/tidy 'build/tidy/'
   # The analyzer takes half of the time; neither it nor speed nor huge sizes matter in tests.
   tidy build/linux '(tests|bench)/.*\.cpp$' '-clang-analyzer-*,-performance-*,-readability-*,'`

@@ -7,32 +7,27 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <random>
 #include <utility>
 
 namespace zrhost {
 
 namespace {
 
-/// The videos of the participants who are there at the start begin within this time.
-constexpr unsigned kArrivalSpreadMs = 700;
-
-/// What comes many times a second and arranges nothing.
-bool isFrequent(const ScenarioStep& step)
-{
-    for (const char* const name : {"PlayFrame ", "SetVolume ", "UpdateUserNetStatus ", "expect "}) {
-        if (step.command.find(name) != std::string::npos)
-            return true;
-    }
-    return false;
-}
-
 } // namespace
 
 Application::Application(Options options, std::vector<ScenarioStep> scenario)
     : m_options(std::move(options))
-    , m_scenario(std::move(scenario))
+    , m_player({[this](const ScenarioStep& step) { runStep(step); },
+                [this](int ms, EventLoop::Task task) { m_loop.after(ms, std::move(task)); },
+                [this] { linger(); }})
 {
+    if (m_options.untilMs >= 0) {
+        const auto isLate = [](int ms, const ScenarioStep& step) { return ms < step.timeMs; };
+        scenario.erase(
+            std::upper_bound(scenario.begin(), scenario.end(), m_options.untilMs, isLate),
+            scenario.end());
+    }
+    m_player.load(std::move(scenario));
 }
 
 Application::~Application()
@@ -47,7 +42,7 @@ int Application::run()
         m_display = openDisplay();
         (void)window(WindowId::Main);
     }
-    loadLibrary();
+    m_library = std::make_unique<ModuleLibrary>(m_options.library);
     Session::Settings settings;
     settings.seed = m_options.seed;
     settings.pictureSize = m_options.pictureSize;
@@ -55,10 +50,10 @@ int Application::run()
     settings.followStreams = m_options.followStreams;
     settings.window = m_options.headless ? WindowId::None : WindowId::Main;
     settings.frames = m_options.scenario + ".frames";
-    m_session = std::make_unique<Session>(m_exports, *this, settings);
-    if (!isReplay())
+    m_session = std::make_unique<Session>(m_library->exports(), *this, settings);
+    if (!m_player.isReplay())
         joinMeeting();
-    playScenario();
+    m_player.play(m_options.fast ? ScenarioPlayer::Speed::Fast : ScenarioPlayer::Speed::Real);
     watchInput();
     if (m_options.durationMs > 0)
         m_loop.after(m_options.durationMs, [this] { quit(); });
@@ -69,86 +64,15 @@ int Application::run()
     return m_status;
 }
 
-void Application::loadLibrary()
-{
-    std::vector<std::string> candidates{m_options.library};
-    if (m_options.library.empty())
-        candidates = libraryCandidates(programFolder());
-    for (const std::string& candidate : candidates) {
-        if (whyUnreadable(candidate).empty()) {
-            m_library = std::make_unique<DynamicLibrary>(candidate);
-            const std::string missing =
-                m_exports.load([&](const char* name) { return m_library->symbol(name); });
-            if (!missing.empty())
-                throw HostError("the library does not export " + missing);
-            return;
-        }
-    }
-    if (!m_options.library.empty())
-        throw HostError("cannot load the library '" + m_options.library
-                        + "': " + whyUnreadable(m_options.library));
-    throw HostError("the library is not there (" + candidates.front()
-                    + "); name it with --library");
-}
-
 void Application::joinMeeting()
 {
     m_session->openScreen();
-    m_exports.ZRScreen.ChangeLayout(m_session->screen(), static_cast<eLayoutType>(m_options.mode),
-                                    {});
-    // The division keeps the numbers the same with every standard library.
-    std::mt19937 random(m_options.seed);
+    const zr::ScreenExports& api = m_session->api();
+    api.ChangeLayout(m_session->screen(), static_cast<eLayoutType>(m_options.mode), {});
     for (int number = 1; number <= m_options.participantCount(); ++number)
         m_session->add("user" + std::to_string(number), m_options.nameOf(number),
-                       m_options.sourceOf(number), static_cast<int>(random() % kArrivalSpreadMs));
-    m_exports.ZRScreen.JoinMeetingFinish(m_session->screen(), true);
-}
-
-/// Whether the scenario is a trace, which brings its screen and participants along.
-bool Application::isReplay() const
-{
-    return !m_scenario.empty() && m_scenario.front().command == "trace";
-}
-
-void Application::playScenario()
-{
-    if (m_options.untilMs >= 0) {
-        const auto isLate = [](int ms, const ScenarioStep& step) { return ms < step.timeMs; };
-        m_scenario.erase(
-            std::upper_bound(m_scenario.begin(), m_scenario.end(), m_options.untilMs, isLate),
-            m_scenario.end());
-    }
-    m_loop.after(0, [this] {
-        m_scenarioStart = std::chrono::steady_clock::now();
-        runDueSteps();
-    });
-}
-
-/// Runs steps, and comes back for the next ones.
-void Application::runDueSteps()
-{
-    using namespace std::chrono;
-    constexpr milliseconds kStretch(50); // of what comes often, between two looks at the window
-    const auto begin = steady_clock::now();
-    int timeMs = -1; // of the last step that may change the arrangement
-    while (m_nextStep < m_scenario.size()) {
-        const ScenarioStep& step = m_scenario[m_nextStep];
-        const auto due = m_scenarioStart + milliseconds(step.timeMs);
-        const auto now = steady_clock::now();
-        const bool isOther = timeMs >= 0 && step.timeMs != timeMs;
-        if (m_options.fast ? isOther || now > begin + kStretch : now < due) {
-            const auto left =
-                m_options.fast ? 0 : duration_cast<milliseconds>(due - now).count() + 1;
-            m_loop.after(static_cast<int>(left), [this] { runDueSteps(); });
-            return;
-        }
-        if (!isFrequent(step))
-            timeMs = step.timeMs;
-        ++m_nextStep;
-        runStep(step);
-    }
-    if (m_options.lingerMs >= 0)
-        m_loop.after(m_options.lingerMs, [this] { quit(); });
+                       m_options.sourceOf(number), m_session->nextArrivalMs());
+    api.JoinMeetingFinish(m_session->screen(), true);
 }
 
 void Application::runStep(const ScenarioStep& step)
@@ -158,6 +82,13 @@ void Application::runStep(const ScenarioStep& step)
     } catch (const HostError& error) {
         fail(m_options.scenario + ":" + std::to_string(step.line) + ": " + error.what());
     }
+}
+
+/// The scenario has come to its end.
+void Application::linger()
+{
+    if (m_options.lingerMs >= 0)
+        m_loop.after(m_options.lingerMs, [this] { quit(); });
 }
 
 void Application::reportMessages()
@@ -217,7 +148,7 @@ void Application::holdCommands(int ms)
 
 void Application::saveFinalScreenshot()
 {
-    if (m_options.screenshot.empty() || !(m_session->hasScreen() || isReplay()))
+    if (m_options.screenshot.empty() || !(m_session->hasScreen() || m_player.isReplay()))
         return;
     try {
         saveWindow(m_session->parent(), m_options.screenshot);
@@ -307,6 +238,11 @@ void Application::print(const std::string& line)
     std::fflush(stdout);
 }
 
+void Application::hear(const MessageWords& message)
+{
+    print(message.line());
+}
+
 void Application::fail(const std::string& line)
 {
     std::fprintf(stderr, "zrhost: %s\n", line.c_str());
@@ -318,7 +254,7 @@ void Application::fail(const std::string& line)
 
 void Application::quit()
 {
-    m_nextStep = m_scenario.size();
+    m_player.pause();
     m_loop.quit();
 }
 

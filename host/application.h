@@ -3,11 +3,11 @@
 
 #include "event_loop.h"
 #include "host_window.h"
+#include "module_library.h"
 #include "options.h"
-#include "scenario.h"
+#include "scenario_player.h"
 #include "session.h"
 
-#include <chrono>
 #include <deque>
 #include <memory>
 
@@ -32,19 +32,17 @@ public:
     void typeText(const std::string& utf8) override;
     void pressKey(Key key) override;
     void print(const std::string& line) override;
+    void hear(const MessageWords& message) override;
     void fail(const std::string& line) override;
     void quit() override;
     void post(std::function<void()> task) override;
     void holdCommands(int ms) override;
 
 private:
-    void loadLibrary();
     void joinMeeting();
-    void playScenario();
-    void runDueSteps();
     void runStep(const ScenarioStep& step);
+    void linger();
     void reportMessages();
-    [[nodiscard]] bool isReplay() const;
     void watchInput();
     void runTypedCommands();
     void runTyped(const std::string& line);
@@ -53,9 +51,7 @@ private:
     [[nodiscard]] HostWindow& window(WindowId id);
 
     Options m_options;
-    std::vector<ScenarioStep> m_scenario;
-    std::size_t m_nextStep = 0;
-    std::chrono::steady_clock::time_point m_scenarioStart;
+    ScenarioPlayer m_player;
     int m_status = 0;
     bool m_tolerant = false; ///< a person at the terminal can correct what failed
     bool m_held = false;
@@ -66,8 +62,7 @@ private:
     std::unique_ptr<HostDisplay> m_display;
     std::unique_ptr<HostWindow> m_main;
     std::unique_ptr<HostWindow> m_second;
-    std::unique_ptr<DynamicLibrary> m_library;
-    zr::Exports m_exports;
+    std::unique_ptr<ModuleLibrary> m_library;
     std::unique_ptr<Session> m_session;
 };
 

@@ -1,5 +1,5 @@
 # What is installed, in three components: Runtime (the library), Development (header, CMake package
-# and pkg-config file) and Host (the demonstration host). Packages have a fourth on Windows, see
+# and pkg-config file) and Host (the demonstration host and the workbench). Packages have a fourth on Windows, see
 # Package.cmake.
 include(CMakePackageConfigHelpers)
 

@@ -42,7 +42,7 @@ set(CPACK_DEBIAN_HOST_PACKAGE_DEPENDS "${zrSameRuntime}")
 set(CPACK_DEBIAN_HOST_PACKAGE_SUGGESTS ffmpeg)
 set(CPACK_COMPONENT_HOST_DESCRIPTION
   "The program zrhost shows meetings with ZRScreenMod, plays scenarios and prints\n\
- the messages of the library.")
+ the messages of the library; zrworkbench does it in a window with switches.")
 
 foreach(component Runtime Host)
   string(TOUPPER ${component} upper)
@@ -69,11 +69,11 @@ if(ZR_GZIP)
       zr_install_documents(${component} . ${PROJECT_BINARY_DIR}/package/${name}.gz)
     endforeach()
   endforeach()
-  if(ZR_BUILD_HOST)
+  foreach(tool IN LISTS zrTools)
     set_property(DIRECTORY APPEND PROPERTY
-      CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/zrhost.1)
-    zr_compress(${CMAKE_CURRENT_LIST_DIR}/zrhost.1)
-    install(FILES ${PROJECT_BINARY_DIR}/package/zrhost.1.gz
+      CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/${tool}.1)
+    zr_compress(${CMAKE_CURRENT_LIST_DIR}/${tool}.1)
+    install(FILES ${PROJECT_BINARY_DIR}/package/${tool}.1.gz
       DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Host)
-  endif()
+  endforeach()
 endif()

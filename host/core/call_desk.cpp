@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <limits>
 #include <utility>
 
@@ -18,8 +17,6 @@ namespace zrhost {
 namespace {
 
 using zr::Kind;
-
-Session* g_dateSession = nullptr;
 
 /// An answer that is no handle.
 std::string wordsOf(const zr::Export& row, const Answer& answer, const std::vector<Value>& values)
@@ -275,7 +272,6 @@ CallDesk::CallDesk(Session& session)
     : m_session(session)
     , m_pictures(session.settings().frames, session.settings().seed)
 {
-    g_dateSession = &session;
 }
 
 CallDesk::~CallDesk()
@@ -284,7 +280,6 @@ CallDesk::~CallDesk()
         if (!named.hasEnded && named.handle)
             releaseHandle(m_session.exports(), named.kind, named.handle);
     }
-    g_dateSession = nullptr;
 }
 
 void CallDesk::check(const std::vector<std::string>& words)
@@ -310,6 +305,7 @@ void CallDesk::call(const std::vector<std::string>& words)
             end(row->arguments[i].kind, values[i].handle);
     }
     const Answer answer = callExport(m_session.exports(), *row, values);
+    m_session.follow(*row, values, answer, m_replays);
     if (m_replays && row == &zr::kExports[zr::table::kZRScreenExt_Release])
         (void)m_session.stage().nativeWindow(m_session.parent()); // before the empty window
     if (isHandle(row->answer.kind))
@@ -408,19 +404,7 @@ WindowId CallDesk::chooseWindow(const zr::Export& row) const
 
 int CallDesk::onDate(unsigned long message, unsigned long long wParam, long long lParam)
 {
-    if (!g_dateSession)
-        return 0;
-    Session::note(message, wParam, lParam, true);
-    std::string line = "date cleared";
-    if (message == ZRDATE_CHOSEN) {
-        const auto* const record =
-            reinterpret_cast<const ZRDateRecord*>(static_cast<std::uintptr_t>(wParam));
-        char text[64];
-        std::snprintf(text, sizeof text, "date chosen %04d-%02d-%02d %02d:%02d", record->year,
-                      record->month, record->day, record->hour, record->minute);
-        line = text;
-    }
-    g_dateSession->stage().print(line);
+    Session::hear(message, wParam, lParam, true);
     return 0;
 }
 

@@ -14,8 +14,7 @@ namespace zrhost {
 
 class Session;
 
-/// GUI thread. At most one exists at a time: the notification function of a date picker has no
-/// argument of the host's own.
+/// GUI thread.
 class CallDesk
 {
 public:

@@ -49,9 +49,124 @@ void people(Session& session, const Args&)
                               + participant->name + "\" " + participant->source.toText());
 }
 
+void meeting(Session& session, const Args& args)
+{
+    session.addMany(args.number(0), SourceSpec::parse(args.has(1) ? args.text(1) : "synthetic"));
+}
+
 void mute(Session& session, const Args& args)
 {
-    session.api().SetMute(session.screen(), session.person(args.text(0)).play, args.number(1));
+    session.setMuted(session.person(args.text(0)), args.number(1) != 0);
+}
+
+void volume(Session& session, const Args& args)
+{
+    Participant& participant = session.person(args.text(0));
+    participant.volume = args.number(1);
+    session.api().SetVolume(session.screen(), participant.play, participant.volume);
+}
+
+void hand(Session& session, const Args& args)
+{
+    Participant& participant = session.person(args.text(0));
+    participant.hand = args.number(1) != 0;
+    session.api().SetPersonHandUp(session.screen(), participant.play, participant.hand);
+}
+
+void role(Session& session, const Args& args)
+{
+    Participant& participant = session.person(args.text(0));
+    participant.role = args.number(1);
+    session.reportInfo(participant);
+}
+
+void self(Session& session, const Args& args)
+{
+    Participant& participant = session.person(args.text(0));
+    participant.self = args.number(1) != 0;
+    session.reportInfo(participant);
+}
+
+void rename(Session& session, const Args& args)
+{
+    Participant& participant = session.person(args.text(0));
+    participant.name = args.text(1);
+    session.reportInfo(participant);
+}
+
+void network(Session& session, const Args& args)
+{
+    constexpr int kWeakUpTo = 1;
+    constexpr int kSending = 1;
+    constexpr int kReceiving = 2;
+    Participant& participant = session.person(args.text(0));
+    participant.network = args.number(1);
+    session.api().UpdateUserNetStatus(session.screen(), toLocal8Bit(participant.id).c_str(),
+                                      participant.self ? kSending : kReceiving,
+                                      participant.network <= kWeakUpTo, participant.network);
+}
+
+void speaking(Session& session, const Args& args)
+{
+    session.setSpeaking(args.has(0) ? &session.person(args.text(0)) : nullptr);
+}
+
+void focus(Session& session, const Args& args)
+{
+    const std::string id = args.has(0) ? session.person(args.text(0)).id : "";
+    session.api().FocusByUserID(session.screen(), toLocal8Bit(id).data(), false);
+}
+
+void pin(Session& session, const Args& args)
+{
+    constexpr int kForMe = 1;
+    constexpr int kForAll = 2;
+    void* const play = session.person(args.text(0)).play;
+    session.api().LockLook(session.screen(), play, args.number(1) == kForMe);
+    session.api().AllLook(session.screen(), play, args.number(1) == kForAll);
+}
+
+void page(Session& session, const Args& args)
+{
+    const Size size = session.stage().windowSize(session.parent());
+    session.stage().turnWheel(session.parent(), {size.width / 2, size.height / 2},
+                              args.number(0) == 0 ? -1 : 1);
+}
+
+void polling(Session& session, const Args& args)
+{
+    constexpr int kSeconds = 5;
+    session.api().SetOpenPollingPage(session.screen(), args.number(0) != 0,
+                                     args.number(1, kSeconds));
+}
+
+void subtitles(Session& session, const Args& args)
+{
+    session.api().OpenSubtitle(session.screen(), args.number(0) != 0);
+}
+
+void say(Session& session, const Args& args)
+{
+    constexpr int kColours = 4;
+    const Participant& speaker = session.person(args.text(0));
+    session.api().AddSentence(session.screen(), session.nextSentence(), speaker.number % kColours,
+                              toLocal8Bit(speaker.name).data(), toLocal8Bit(args.text(1)).data());
+}
+
+void watermark(Session& session, const Args& args)
+{
+    constexpr int kWithPhone = 1;
+    const auto& api = session.exports().ZRScreenWtmark;
+    if (!args.has(1)) {
+        api.SetEnabled(args.number(0) != 0);
+        return;
+    }
+    __WTMark_Info info{};
+    info.bEnabled = args.number(0) != 0;
+    info.cloundType = args.has(2) ? kWithPhone : 0;
+    info.name = toLocal8Bit(args.text(1));
+    info.phone = args.has(2) ? args.text(2) : "";
+    api.SetInfo(info);
 }
 
 void mode(Session& session, const Args& args)
@@ -123,6 +238,10 @@ const std::vector<Command>& commandTable()
     static const ArgSpec source = optional({"SOURCE", ArgKind::Source});
     static const std::vector<Command> table{
         {"add", {{"ID"}, source, optional({"NAME"})}, "a participant joins", add},
+        {"meeting",
+         {{"N", ArgKind::Integer, false, 1, 500}, source},
+         "so many participants join: user1, user2, ...",
+         meeting},
         {"delete",
          {who},
          "a participant leaves",
@@ -130,6 +249,21 @@ const std::vector<Command>& commandTable()
         {"people", {}, "list the participants", people},
         {"share", {who, source}, "a participant begins to share (id sharescreen_ID)", share},
         {"mute", {who, onOff}, "the microphone is muted", mute},
+        {"volume",
+         {who, {"VOLUME", ArgKind::Integer, false, 0, 100}},
+         "how loud the microphone is, 0 to 100",
+         volume},
+        {"hand", {who, onOff}, "a hand is raised", hand},
+        {"role", {who, choice({"none", "host", "administrator"})}, "what somebody is here", role},
+        {"self", {who, onOff}, "this is the local user", self},
+        {"rename", {who, {"NAME"}}, "somebody has another name", rename},
+        {"network",
+         {who, {"LEVEL", ArgKind::Integer, false, 0, 5}},
+         "0 none to 5 best; up to 1 it is weak, and the picture freezes",
+         network},
+        {"speaking", {optional(who)}, "somebody speaks, or nobody", speaking},
+        {"focus", {optional(who)}, "is chosen as the speaker of modes that have one", focus},
+        {"pin", {who, choice({"off", "me", "all"})}, "is pinned for the local user or all", pin},
         {"preview",
          {who, onOff},
          "the camera is on, pictures flow",
@@ -139,6 +273,26 @@ const std::vector<Command>& commandTable()
          "are open all the time, or as the module asks",
          [](Session& s, const Args& a) { s.followStreams(a.number(0) != 0); }},
         {"mode", {{"MODE", ArgKind::Integer, false, -1000, 1000}}, "meeting mode, 1 to 14", mode},
+        {"page",
+         {choice({"next", "previous"})},
+         "turn the page, with the wheel over the middle of the window",
+         page},
+        {"polling",
+         {onOff, optional({"SECONDS", ArgKind::Integer, false, 1, 3600})},
+         "pages turn by themselves",
+         polling},
+        {"subtitles", {onOff}, "the subtitle panel", subtitles},
+        {"say", {who, {"TEXT"}}, "a sentence for the subtitles", say},
+        {"watermark",
+         {onOff, optional({"NAME"}), optional({"PHONE"})},
+         "over shared screens; without a name as before",
+         watermark},
+        {"tool",
+         {onOff},
+         "the speaker tool of modes 4 and 5, or the strip beside the speakers",
+         [](Session& s, const Args& a) {
+             s.api().SetHideSmallWidget(s.screen(), a.number(0) == 0);
+         }},
         {"ext",
          {choice({"show", "close"}), optional(who)},
          "show a participant in the second window",

@@ -10,23 +10,15 @@
 
 namespace zrhost {
 
-namespace {
-
-Stage* g_extStage = nullptr;
-
-} // namespace
-
 ExtDesk::ExtDesk(const zr::ExtExports& api, Stage& stage)
     : m_api(api)
     , m_stage(stage)
 {
-    g_extStage = &stage;
 }
 
 ExtDesk::~ExtDesk()
 {
     close();
-    g_extStage = nullptr;
 }
 
 void ExtDesk::show(const Participant& participant)
@@ -84,9 +76,7 @@ void ExtDesk::deliver(int number, VantrelRTCVideoFrameQT& frame) const
 
 int ExtDesk::notify(unsigned long message, unsigned long long wParam, long long hostValue)
 {
-    Session::note(message, wParam, hostValue, false);
-    if (g_extStage && message == ZRMSG_EXT_CLICK)
-        g_extStage->print("extended screen clicked, participant " + std::to_string(hostValue));
+    Session::hear(message, wParam, hostValue, false);
     return 0;
 }
 

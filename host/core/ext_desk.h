@@ -11,8 +11,7 @@ namespace zrhost {
 
 struct Participant;
 
-/// GUI thread, except where a function says otherwise. At most one exists at a time: the
-/// notification function has no argument of the host's own.
+/// GUI thread, except where a function says otherwise.
 class ExtDesk
 {
 public:

@@ -12,6 +12,8 @@ namespace {
 
 using zr::MessageValue;
 
+constexpr const char* kStreamRequest = "stream request";
+
 std::string hex(unsigned long long value)
 {
     char text[32];
@@ -69,25 +71,30 @@ std::string lasting(MessageValue kind, unsigned long long value)
 
 } // namespace
 
-std::string describeMessage(unsigned long message, unsigned long long wParam, long long lParam,
-                            const HostValueName& nameOf)
+std::string MessageWords::line() const
 {
-    const zr::MessageRow* const row = zr::messageRow(message, false);
+    return (name == kStreamRequest ? "" : "message ") + name + (values.empty() ? "" : " ") + values;
+}
+
+MessageWords describeMessage(unsigned long message, unsigned long long wParam, long long lParam,
+                             bool ofDatePicker, const HostValueName& nameOf)
+{
+    const zr::MessageRow* const row = zr::messageRow(message, ofDatePicker);
     if (!row)
-        return "message " + std::to_string(message) + " wParam=" + hex(wParam)
-               + " lParam=" + std::to_string(lParam);
+        return {message, std::to_string(message),
+                "wParam=" + hex(wParam) + " lParam=" + std::to_string(lParam)};
     const std::string name = row->lParam == MessageValue::HostValue ? nameOf(lParam) : "";
     const std::string value = name.empty() ? std::to_string(lParam) : name;
-    if (message >= 2 && message <= 4)
-        return "stream request grade=" + std::to_string(message) + " for " + value;
-    std::string text = "message " + std::string(row->name);
+    if (row->wParam == MessageValue::Person && message >= 2 && message <= 4)
+        return {message, kStreamRequest, "grade=" + std::to_string(message) + " for " + value};
+    std::string values;
     if (row->wParam != MessageValue::Nothing)
-        text += ' ' + std::string(row->label) + '=' + describeFirst(row->wParam, wParam);
+        values = std::string(row->label) + '=' + describeFirst(row->wParam, wParam);
     if (row->lParam == MessageValue::HostValue)
-        text += " hostValue=" + value;
+        values += (values.empty() ? "hostValue=" : " hostValue=") + value;
     if (row->lParam == MessageValue::Number)
-        text += lParam != 0 ? " focus=new" : " focus=old";
-    return text;
+        values += lParam != 0 ? " focus=new" : " focus=old";
+    return {message, row->name, values};
 }
 
 std::string lastingWords(unsigned long message, unsigned long long wParam, long long lParam,

@@ -9,11 +9,21 @@ namespace zrhost {
 /// Gives the participant that a host value stands for; an empty text for none.
 using HostValueName = std::function<std::string(long long)>;
 
-/// One line for a message, with its name and its arguments. A stream request reads
-/// "stream request grade=3 for alice"; a number that is not known is printed as it is.
-/// Reads the text that ZRMSG_FOCUS_STREAM points to.
-[[nodiscard]] std::string describeMessage(unsigned long message, unsigned long long wParam,
-                                          long long lParam, const HostValueName& nameOf);
+/// A message in words for people.
+struct MessageWords
+{
+    unsigned long number = 0;
+    std::string name; ///< "ZRMSG_CLICK_MORE", "stream request"; a number that is not known as it is
+    std::string values; ///< "right=250 hostValue=alice", "grade=3 for alice"
+
+    /// "message ZRMSG_CLICK_MORE right=250 hostValue=alice"
+    [[nodiscard]] std::string line() const;
+};
+
+/// Reads what ZRMSG_FOCUS_STREAM and ZRDATE_CHOSEN point to.
+[[nodiscard]] MessageWords describeMessage(unsigned long message, unsigned long long wParam,
+                                           long long lParam, bool ofDatePicker,
+                                           const HostValueName& nameOf);
 
 /// The message in words that are the same in every run: participants and handles are not told
 /// apart.

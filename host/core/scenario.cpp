@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -36,15 +37,6 @@ int takeTime(std::vector<std::string>& words, int previousMs)
     if (time.front() == '+')
         return previousMs + parseSecondsMs(std::string_view(time).substr(1), "time");
     return parseSecondsMs(time, "time");
-}
-
-/// The words again as a line.
-std::string joinWords(const std::vector<std::string>& words)
-{
-    std::string line;
-    for (const std::string& word : words)
-        line += (line.empty() ? "" : " ") + quotedWord(word);
-    return line;
 }
 
 void addStep(std::vector<ScenarioStep>& steps, std::string_view text, int line, int& timeMs)
@@ -83,6 +75,17 @@ std::vector<ScenarioStep> parseScenario(std::string_view text, const std::string
     std::stable_sort(steps.begin(), steps.end(),
                      [](const auto& a, const auto& b) { return a.timeMs < b.timeMs; });
     return steps;
+}
+
+std::string scenarioText(const std::vector<ScenarioStep>& steps)
+{
+    std::string text;
+    for (const ScenarioStep& step : steps) {
+        char time[32];
+        std::snprintf(time, sizeof time, "%d.%03d ", step.timeMs / 1000, step.timeMs % 1000);
+        text += time + step.command + '\n';
+    }
+    return text;
 }
 
 std::vector<ScenarioStep> readScenario(const std::string& file)

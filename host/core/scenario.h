@@ -28,6 +28,9 @@ struct ScenarioStep
 [[nodiscard]] std::vector<ScenarioStep> parseScenario(std::string_view text,
                                                       const std::string& name);
 
+/// The way back: each step with its time in seconds.
+[[nodiscard]] std::string scenarioText(const std::vector<ScenarioStep>& steps);
+
 /// Reads a scenario file. @throws HostError
 [[nodiscard]] std::vector<ScenarioStep> readScenario(const std::string& file);
 

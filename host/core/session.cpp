@@ -1,7 +1,7 @@
 #include "session.h"
 
 #include "host_error.h"
-#include "messages.h"
+#include "host_platform.h"
 #include "native_rect.h"
 #include "synthetic_picture.h"
 
@@ -36,6 +36,7 @@ Session::Session(const zr::Exports& exports, Stage& stage, const Settings& setti
     , m_calls(*this)
     , m_ext(exports.ZRScreenExt, stage)
     , m_followStreams(settings.followStreams)
+    , m_random(settings.seed)
 {
     g_session = this;
 }
@@ -88,9 +89,11 @@ Participant& Session::add(const std::string& id, const std::string& name, const 
     auto added = std::make_unique<Participant>();
     m_idsByNumber.push_back(id);
     added->number = static_cast<int>(m_idsByNumber.size());
+    added->hostValue = added->number;
     added->id = id;
     added->name = name;
     added->source = source;
+    added->camera = source.kind != SourceKind::None;
     std::string idBytes = id;
     std::string nameBytes = name;
     added->play =
@@ -100,11 +103,47 @@ Participant& Session::add(const std::string& id, const std::string& name, const 
         throw HostError("ZRScreen_AddPerson returned no participant for '" + id + "'");
     Participant& participant = *m_people.emplace_back(std::move(added));
     if (source.kind != SourceKind::None) {
-        m_api.SetMute(m_screen, participant.play, 0);
+        setMuted(participant, false);
         startMedia(participant, delayMs);
         updateStream(participant);
     }
     return participant;
+}
+
+int Session::nextArrivalMs()
+{
+    // The division keeps the numbers the same with every standard library.
+    constexpr unsigned kArrivalSpreadMs = 700;
+    return static_cast<int>(m_random() % kArrivalSpreadMs);
+}
+
+void Session::addMany(int count, const SourceSpec& source)
+{
+    for (int i = 0; i < count; ++i) {
+        const std::string number = std::to_string(m_idsByNumber.size() + 1);
+        add("user" + number, "Participant " + number, source, nextArrivalMs());
+    }
+}
+
+void Session::setMuted(Participant& participant, bool muted)
+{
+    participant.muted = muted;
+    m_api.SetMute(m_screen, participant.play, muted ? 1 : 0);
+}
+
+void Session::reportInfo(Participant& participant)
+{
+    m_api.SetPersonInfo(m_screen, participant.play, participant.self, participant.role,
+                        participant.name.data(), 0);
+}
+
+void Session::setSpeaking(const Participant* speaker)
+{
+    for (const auto& participant : m_people)
+        participant->speaking = participant.get() == speaker;
+    const std::string id = speaker ? speaker->id : "";
+    m_api.SetActivateUser(screen(), toLocal8Bit(id).data());
+    m_api.SetCurrentSpeakingPerson(m_screen, id);
 }
 
 void Session::followStreams(bool follow)
@@ -141,8 +180,10 @@ void Session::showExtended(Participant& participant)
         updateStream(*other); // that of the former one may close
 }
 
-void Session::onMessage(unsigned long message, long long hostValue)
+void Session::onMessage(unsigned long message, unsigned long long wParam, long long hostValue)
 {
+    if (message == ZRMSG_SCREEN_MODE)
+        m_mode = static_cast<int>(wParam);
     if (message == ZRMSG_VIDEO_SHOWN)
         m_shown.insert(hostValue);
     else if (message == ZRMSG_VIDEO_HIDDEN || message == ZRMSG_PERSON_REMOVED)
@@ -151,7 +192,7 @@ void Session::onMessage(unsigned long message, long long hostValue)
         return;
     // Nobody yet: the message came from inside ZRScreen_AddPerson, and add() goes on with him.
     for (const auto& participant : m_people) {
-        if (participant->number == hostValue) {
+        if (participant->hostValue == hostValue) {
             updateStream(*participant);
             break;
         }
@@ -248,27 +289,31 @@ void Session::printStatistics()
 
 std::string Session::nameOfHostValue(long long value) const
 {
+    for (const auto& participant : m_people) {
+        if (participant->hostValue == value)
+            return participant->id;
+    }
     if (value < 1 || value > static_cast<long long>(m_idsByNumber.size()))
         return {};
     return m_idsByNumber[static_cast<std::size_t>(value) - 1];
 }
 
-void Session::note(unsigned long message, unsigned long long wParam, long long lParam,
+void Session::hear(unsigned long message, unsigned long long wParam, long long lParam,
                    bool ofDatePicker)
 {
-    if (g_session)
-        g_session->m_messages.seen(lastingWords(message, wParam, lParam, ofDatePicker));
+    if (!g_session)
+        return;
+    g_session->m_messages.seen(lastingWords(message, wParam, lParam, ofDatePicker));
+    g_session->m_stage.hear(
+        describeMessage(message, wParam, lParam, ofDatePicker,
+                        [](long long value) { return g_session->nameOfHostValue(value); }));
 }
 
 int Session::notify(unsigned long message, unsigned long long wParam, long long lParam)
 {
-    if (!g_session)
-        return 0;
-    note(message, wParam, lParam, false);
-    g_session->m_stage.print(describeMessage(message, wParam, lParam, [](long long value) {
-        return g_session->nameOfHostValue(value);
-    }));
-    g_session->onMessage(message, lParam);
+    hear(message, wParam, lParam, false);
+    if (g_session)
+        g_session->onMessage(message, wParam, lParam);
     return 0;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "call_desk.h"
+#include "called_people.h"
 #include "ext_desk.h"
 #include "media_source.h"
 #include "media_thread.h"
@@ -9,6 +10,7 @@
 #include "stage.h"
 
 #include <memory>
+#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -20,13 +22,22 @@ namespace zrhost {
 
 struct Participant
 {
-    int number = 0; ///< 1, 2, ... in the order of joining, never used again; also the host value
+    int number = 0; ///< 1, 2, ... in the order of joining, never used again; 0 for recorded ones
+    long long hostValue = 0; ///< the number, or what was recorded
     std::string id;
     std::string name;
     SourceSpec source;
-    void* play = nullptr;               ///< the module's play handle
-    bool camera = true;                 ///< there are pictures to send
-    bool open = false;                  ///< the stream, as reported to the module
+    void* play = nullptr; ///< the module's play handle
+    bool camera = true;   ///< there are pictures to send
+    bool open = false;    ///< the stream, as reported to the module
+    // As the commands have told it to the module, which begins with the same.
+    bool self = false;
+    int role = 0; ///< 1 host, 2 administrator
+    bool muted = true;
+    int volume = 0; ///< 0 to 100
+    bool hand = false;
+    int network = -1; ///< level, 0 to 5; -1: nothing was told
+    bool speaking = false;
     std::unique_ptr<MediaThread> media; ///< null without a source
 };
 
@@ -64,12 +75,22 @@ public:
     /// taken, or an unreadable file
     Participant& add(const std::string& id, const std::string& name, const SourceSpec& source,
                      int delayMs = 0);
+    /// How long after joining the next participant's video begins.
+    [[nodiscard]] int nextArrivalMs();
+    /// Adds so many, whose ids and names have their numbers, and whose videos begin within a
+    /// second.
+    void addMany(int count, const SourceSpec& source);
     void remove(Participant& participant);
     /// Finds a participant by id, number or name. @throws HostError
     [[nodiscard]] Participant& person(const std::string& name);
     /// Whether streams are opened and closed as the module asks (ZRMSG_VIDEO_SHOWN,
     /// ZRMSG_VIDEO_HIDDEN), as a media engine does, or are open all the time.
     void followStreams(bool follow);
+    void setMuted(Participant& participant, bool muted);
+    /// Reports name, role, and whether this is the local user.
+    void reportInfo(Participant& participant);
+    /// Somebody speaks, or for null nobody.
+    void setSpeaking(const Participant* speaker);
     /// The participant's camera is switched on or off.
     void setCamera(Participant& participant, bool on);
     /// Shows a participant on the extended screen, with an open stream.
@@ -87,22 +108,30 @@ public:
     /// What they have made outlives the screen, and goes with the session.
     [[nodiscard]] CallDesk& calls() { return m_calls; }
     [[nodiscard]] ExtDesk& ext() { return m_ext; }
-    [[nodiscard]] const std::vector<std::unique_ptr<Participant>>& people() const
+    [[nodiscard]] const People& people() const { return m_people; }
+    /// Takes down a call that was made by name. @param replays it was recorded
+    void follow(const zr::Export& row, const std::vector<Value>& values, const Answer& answer,
+                bool replays)
     {
-        return m_people;
+        followCall(m_people, row, values, answer, replays);
     }
+    /// The meeting mode, as the module has told it.
+    [[nodiscard]] int mode() const { return m_mode; }
     /// Prints how many pictures each participant delivered.
     void printStatistics();
 
+    /// The number of a new sentence of the subtitles.
+    [[nodiscard]] int nextSentence() { return ++m_lastSentence; }
+
     /// For ZRScreen_Init.
     static int notify(unsigned long message, unsigned long long wParam, long long lParam);
-    /// Takes down, for the comparison, what any of the notification functions hears.
-    static void note(unsigned long message, unsigned long long wParam, long long lParam,
+    /// What any of the notification functions hears.
+    static void hear(unsigned long message, unsigned long long wParam, long long lParam,
                      bool ofDatePicker);
 
 private:
     void startMedia(Participant& participant, int delayMs);
-    void onMessage(unsigned long message, long long hostValue);
+    void onMessage(unsigned long message, unsigned long long wParam, long long hostValue);
     void updateStream(Participant& participant);
     void onSourceEnded(int number, const std::string& problem);
     void fillWindow(Size size);
@@ -116,9 +145,12 @@ private:
     CallDesk m_calls;
     ExtDesk m_ext; ///< outlives the media threads of m_people
     void* m_screen = nullptr;
-    std::vector<std::unique_ptr<Participant>> m_people;
+    People m_people;
     std::vector<std::string> m_idsByNumber; ///< also of those who have left: messages come late
     bool m_followStreams;
+    int m_lastSentence = 0;
+    int m_mode = eLayoutEqualCut;
+    std::mt19937 m_random;       ///< when videos begin
     std::set<long long> m_shown; ///< numbers of those whose tiles are visible
 };
 

@@ -2,6 +2,7 @@
 // implements it, and so do the tests, without either.
 #pragma once
 
+#include "messages.h"
 #include "text.h"
 #include "zrscreenmod/zrscreenmod.h"
 
@@ -57,6 +58,8 @@ public:
 
     /// Prints one line for the user.
     virtual void print(const std::string& line) = 0;
+    /// Tells the user of a message that the module has sent.
+    virtual void hear(const MessageWords& message) = 0;
     /// Reports a failure that happened outside a command. May end the program.
     virtual void fail(const std::string& line) = 0;
     /// Ends the program in order, after the present event.

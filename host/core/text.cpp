@@ -74,6 +74,14 @@ std::string quotedWord(const std::string& word)
     return quoted + '"';
 }
 
+std::string joinWords(const std::vector<std::string>& words)
+{
+    std::string line;
+    for (const std::string& word : words)
+        line += (line.empty() ? "" : " ") + quotedWord(word);
+    return line;
+}
+
 long long parseInteger(std::string_view text, long long min, long long max, std::string_view what)
 {
     long long value = 0;

@@ -27,6 +27,9 @@ constexpr int kMaxEdgePx = ZR_MAX_FRAME_SIDE_PX;
 /// The way back for one word: in quotes where it needs them.
 [[nodiscard]] std::string quotedWord(const std::string& word);
 
+/// The words again as a line.
+[[nodiscard]] std::string joinWords(const std::vector<std::string>& words);
+
 /// Splits at commas; an empty text is one empty part.
 [[nodiscard]] std::vector<std::string> splitList(const std::string& text);
 

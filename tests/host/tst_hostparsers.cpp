@@ -269,7 +269,8 @@ private slots:
         };
         const auto nameOf = [](long long value) { return std::string(value == 7 ? "alice" : ""); };
         for (const auto& [message, wParam, lParam, text] : rows)
-            QCOMPARE(describeMessage(message, wParam, lParam, nameOf), std::string(text));
+            QCOMPARE(describeMessage(message, wParam, lParam, false, nameOf).line(),
+                     std::string(text));
     }
 
     void headers()

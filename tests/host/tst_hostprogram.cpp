@@ -85,6 +85,18 @@ private slots:
         call ZRCtrl_QLineEdit_GetText title
         call when=ZRScreenDate_Init none
         call ZRScreenDate_Move when 500,20 2150 12 24 18 30 -1
+        meeting 1 none
+        self user4 on
+        role user4 administrator
+        network user4 1
+        volume user4 70
+        hand user4 on
+        speaking user4
+        pin user4 all
+        polling on 3
+        subtitles on
+        say user4 "Good morning"
+        watermark on Ann 13812345678
         call erin=ZRScreen_AddPerson erin Erin 9 0 77
         call ZRScreen_DelPerson erin
         +1.6 stats
@@ -119,6 +131,20 @@ private slots:
               "carol: [1-9]\\d* frames delivered, 0 refused\n"})
             QVERIFY2(QRegularExpression(line).match(result.output).hasMatch(),
                      qPrintable(result.output));
+
+        // What the commands come to.
+        QFile calls(trace);
+        QVERIFY(calls.open(QIODevice::ReadOnly));
+        const QByteArray traced = calls.readAll();
+        calls.close();
+        for (const char* const call :
+             {"SetPersonInfo s1 p4 on 2 \"Participant 4\" 0", "UpdateUserNetStatus s1 user4 1 on 1",
+              "SetVolume s1 p4 70", "SetPersonHandUp s1 p4 on", "SetActivateUser s1 user4",
+              "SetCurrentSpeakingPerson s1 user4", "LockLook s1 p4 off", "AllLook s1 p4 on",
+              "SetOpenPollingPage s1 on 3", "OpenSubtitle s1 on",
+              "AddSentence s1 1 0 \"Participant 4\" \"Good morning\"",
+              "ZRScreenWtmark_SetInfo 1,Ann,13812345678,,on"})
+            QVERIFY2(traced.contains(call), call);
 
         // The trace makes the same calls, and the same messages come; but for grades, which depend
         // on when a thread's frame comes between two arrangements.

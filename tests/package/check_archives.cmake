@@ -3,7 +3,7 @@ cmake_minimum_required(VERSION 3.22)
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
 unpack(TGZ tar.gz)
-require(bin/zrhost include/zrcontrols.h include/zrextscreen.h include/zrscreenmod.h include/zrtypes.h
+require(bin/zrhost bin/zrworkbench include/zrcontrols.h include/zrextscreen.h include/zrscreenmod.h include/zrtypes.h
   include/zrscreenmod_c.h ${LIBDIR}/${SONAME} ${LIBDIR}/cmake/ZRScreenMod/ZRScreenModConfig.cmake
   ${LIBDIR}/pkgconfig/ZRScreenMod.pc ${LIBDIR}/pkgconfig/ZRScreenModC.pc)
 
@@ -37,8 +37,8 @@ if(NOT archived STREQUAL debian)
 endif()
 string(REGEX REPLACE "^lib(.*)\\.so\\." "lib\\1" runtime ${SONAME})
 string(TOLOWER ${runtime} runtime)
-if(NOT symbols_${runtime}-dbgsym EQUAL 2 OR NOT symbols_zrscreenmod-tools-dbgsym EQUAL 1)
-  message(SEND_ERROR "there are not the symbols of two libraries and a program")
+if(NOT symbols_${runtime}-dbgsym EQUAL 2 OR NOT symbols_zrscreenmod-tools-dbgsym EQUAL 2)
+  message(SEND_ERROR "there are not the symbols of two libraries and two programs")
 endif()
 
 # require_depends(package patterns...): the package depends on these.

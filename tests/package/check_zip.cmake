@@ -3,14 +3,14 @@ cmake_minimum_required(VERSION 3.22)
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
 unpack(ZIP zip)
-require(bin/ZRScreenMod.dll bin/zrhost.exe bin/platforms/qwindows.dll include/zrcontrols.h
+require(bin/ZRScreenMod.dll bin/zrhost.exe bin/zrworkbench.exe bin/platforms/qwindows.dll include/zrcontrols.h
   include/zrextscreen.h include/zrscreenmod.h include/zrtypes.h
   lib/libZRScreenMod.dll.a lib/ZRScreenMod.def lib/cmake/ZRScreenMod/ZRScreenModConfig.cmake
   share/doc/zrscreenmod/licences.md share/doc/zrscreenmod/LGPL-3)
 file(GLOB symbols ${WORK_DIR}/archive/*-symbols.zip)
 execute_process(COMMAND ${CMAKE_COMMAND} -E tar t ${symbols} OUTPUT_VARIABLE symbols
   COMMAND_ERROR_IS_FATAL ANY)
-foreach(name ZRScreenMod.dll ZRScreenModC.dll zrhost.exe)
+foreach(name ZRScreenMod.dll ZRScreenModC.dll zrhost.exe zrworkbench.exe)
   if(NOT symbols MATCHES "/bin/${name}.debug\n")
     message(SEND_ERROR "the symbols have none of ${name}: ${symbols}")
   endif()
