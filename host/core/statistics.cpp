@@ -8,7 +8,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <system_error>
 #include <utility>
 
@@ -23,36 +22,33 @@ constexpr std::string_view kRunBegins = "\n Init sys";
 
 std::optional<MeetingStatistics> readMeeting(const std::string& message, std::size_t& tiles)
 {
-    static const std::regex form("stats: (\\d+) participants, ([\\d.]+) compositions/s, "
-                                 "longest paint ([\\d.]+) ms, longest stall (\\d+) ms");
-    std::smatch part;
-    if (!std::regex_match(message, part, form))
-        return std::nullopt;
-    tiles = std::stoul(part[1]);
-    return MeetingStatistics{std::stod(part[2]), std::stod(part[3]), std::stoi(part[4]), {}};
+    MeetingStatistics all;
+    const int read =
+        std::sscanf(message.c_str(),
+                    "stats: %zu participants, %lf compositions/s, "
+                    "longest paint %lf ms, longest stall %d ms",
+                    &tiles, &all.compositionsPerS, &all.longestPaintMs, &all.longestStallMs);
+    return read == 4 ? std::optional(all) : std::nullopt;
 }
 
 std::optional<TileStatistics> readTile(const std::string& message)
 {
-    static const std::regex form(
-        "stats (.*): in ([\\d.]+)/s, refused (\\d+), painted ([\\d.]+)/s, (\\d+)x(\\d+), "
-        "grade (\\d+), stream (open|closed), opened (\\d+) times, told shown (\\d+), hidden (\\d+) "
-        "times");
-    std::smatch part;
-    if (!std::regex_match(message, part, form))
+    constexpr std::string_view kBegin = "stats ";
+    const std::size_t figures = message.rfind(": in "); // an id may hold anything
+    if (figures == std::string::npos || message.compare(0, kBegin.size(), kBegin) != 0)
         return std::nullopt;
     TileStatistics tile;
-    tile.userId = part[1];
-    tile.framesPerS = std::stod(part[2]);
-    tile.refused = std::stoi(part[3]);
-    tile.paintedPerS = std::stod(part[4]);
-    tile.picture = {std::stoi(part[5]), std::stoi(part[6])};
-    tile.grade = std::stoi(part[7]);
-    tile.isOpen = part[8] == "open";
-    tile.timesOpened = std::stoi(part[9]);
-    tile.timesShown = std::stoi(part[10]);
-    tile.timesHidden = std::stoi(part[11]);
-    return tile;
+    tile.userId = message.substr(kBegin.size(), figures - kBegin.size());
+    char stream[7] = {};
+    const int read =
+        std::sscanf(message.c_str() + figures,
+                    ": in %lf/s, refused %d, painted %lf/s, %dx%d, grade %d, stream %6[a-z], "
+                    "opened %d times, told shown %d, hidden %d times",
+                    &tile.framesPerS, &tile.refused, &tile.paintedPerS, &tile.picture.width,
+                    &tile.picture.height, &tile.grade, stream, &tile.timesOpened, &tile.timesShown,
+                    &tile.timesHidden);
+    tile.isOpen = std::string_view(stream) == "open";
+    return read == 10 ? std::optional(tile) : std::nullopt;
 }
 
 /// The folders that the module may have chosen, those first that it prefers.
