@@ -15,6 +15,14 @@ foreach(name letters digits)
   string(REPEAT "z" 144 v)
   file(WRITE ${WORK_DIR}/${name}.y4m "YUV4MPEG2 W32 H18 F10:1\nFRAME\n${luma}${u}${v}")
 endforeach()
+# The user makes somebody the speaker. Not under Wine: when windows come and go at full speed, the
+# second one may come to lie above the first in that mode, and nothing is seen.
+set(mode 6)
+set(click "+0.5 click 930 170")
+if(RUN)
+  set(mode 12)
+  set(click "")
+endif()
 file(WRITE ${WORK_DIR}/meeting.scenario [[
 0.2  add ann y4m:letters.y4m "Ann \"A\" 李"
      add bob y4m:digits.y4m
@@ -38,13 +46,13 @@ file(WRITE ${WORK_DIR}/meeting.scenario [[
 +0.5 call ZRScreenDate_Move when 780,250 2150 12 1 9 30 -1
      share bob y4m:letters.y4m
      call ZRScreenWtmark_SetInfo 1,王小明,13812345678,
-     mode 6
+]] "     mode ${mode}
      ext show ann
 +0.5 ext close
-+0.5 click 930 170
+${click}
 +2   screenshot original.png
 +1   quit
-]])
+")
 
 # run(arguments...)
 function(run)
