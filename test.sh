@@ -4,6 +4,8 @@
 #   ./test.sh windows the library for Windows, built with MinGW-w64 and tested under Wine
 #   ./test.sh asan    the tests with the address and undefined-behaviour sanitizers
 #   ./test.sh tsan    the tests of what threads share, with the thread sanitizer
+#   ./test.sh fuzz SECONDS  strangers' bytes for every way in, for so long each; what is found lies in
+#                     build/linux-fuzz/findings
 #   ./test.sh lint    clang-format, clang-tidy and the public header
 #   ./test.sh all     what continuous integration runs: lint, Linux, asan, tsan and Windows
 set -euo pipefail
@@ -91,6 +93,23 @@ suite() {
   run_tests "$1"
 }
 
+fuzz() {
+  build linux-fuzz
+  local name kept findings=build/linux-fuzz/findings/
+  for name in y4m scenario exports; do
+    say "Fuzzing: $name"
+    kept=build/linux-fuzz/corpus/$name
+    mkdir -p "$findings" "$kept"
+    tar -xJf "fuzz/corpus/$name.tar.xz" -C "$kept"
+    # What Qt and the driver keep counts as leaked; the programs look themselves for what is left.
+    ASAN_OPTIONS=detect_leaks=0 LIBGL_ALWAYS_SOFTWARE=1 LP_NUM_THREADS=0 \
+      xvfb-run -a -n 950 -s "-screen 0 1280x720x24 -nolisten tcp -noreset" \
+      "build/linux-fuzz/fuzz/fuzz_$name" -max_total_time="$1" -max_len=2000 -timeout=60 \
+      -rss_limit_mb=4096 -detect_leaks=0 -print_final_stats=1 -artifact_prefix="$findings" \
+      "$kept"
+  done
+}
+
 # The tests wait for half of their time: clang-tidy takes what they leave.
 all() {
   lint_texts
@@ -111,13 +130,14 @@ what=${1:-linux}
 case $what in
   linux|asan|tsan) packages=linux ;;
   windows|all) packages=$what ;;
-  lint) packages=checks ;;
-  *) sed -n '2,8s/^# //p' "$0"; exit 2 ;;
+  lint | fuzz) packages=checks ;;
+  *) sed -n '2,10s/^# //p' "$0"; exit 2 ;;
 esac
 
 packaging/install-dependencies.sh "$packages"
 case $what in
   all) all ;;
+  fuzz) unity=ON && fuzz "${2:-60}" ;;
   lint) lint_texts; build linux; lint_code ;;
   *) suite "${what/#[at]san/linux-$what}" ;;
 esac

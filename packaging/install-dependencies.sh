@@ -3,7 +3,7 @@
 # The one list of them: demo.sh and test.sh call this script.
 #   packaging/install-dependencies.sh demo     what building and showing on Linux take
 #   packaging/install-dependencies.sh          and the tests
-#   packaging/install-dependencies.sh checks   and the linters
+#   packaging/install-dependencies.sh checks   and the linters and the fuzzer
 #   packaging/install-dependencies.sh windows  and what builds and runs the library for Windows
 #   packaging/install-dependencies.sh all      everything
 # With --list behind it the script only prints the list.
@@ -26,7 +26,7 @@ tests=(
     # examples
     gcc libgtk-3-dev python3 python3-tk
 )
-checks=(clang clang-format clang-tidy doxygen)
+checks=(clang libclang-rt-14-dev clang-format clang-tidy doxygen)
 # Compiler, Qt's source package, Wine and what it loads when it is there.
 windows=(
     g++-mingw-w64-x86-64-posix dpkg-dev make perl wine wine64
