@@ -100,12 +100,13 @@ fuzz() {
     say "Fuzzing: $name"
     kept=build/linux-fuzz/corpus/$name
     mkdir -p "$findings" "$kept"
+    tar -xJf "fuzz/corpus/$name.tar.xz" -C "$kept"
     # What Qt and the driver keep counts as leaked; the programs look themselves for what is left.
-    LIBGL_ALWAYS_SOFTWARE=1 LP_NUM_THREADS=0 \
+    ASAN_OPTIONS=detect_leaks=0 LIBGL_ALWAYS_SOFTWARE=1 LP_NUM_THREADS=0 \
       xvfb-run -a -n 950 -s "-screen 0 1280x720x24 -nolisten tcp -noreset" \
       "build/linux-fuzz/fuzz/fuzz_$name" -max_total_time="$1" -max_len=2000 -timeout=60 \
       -rss_limit_mb=4096 -detect_leaks=0 -print_final_stats=1 -artifact_prefix="$findings" \
-      "$kept" "fuzz/corpus/$name"
+      "$kept"
   done
 }
 

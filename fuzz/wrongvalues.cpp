@@ -23,14 +23,15 @@ void* unreadable()
     return reinterpret_cast<void*>(std::uintptr_t{0x10});
 }
 
-/// Where memory ends that can be read: pictures and texts lie before it.
+/// Where memory ends that can be read, before as much that cannot: no picture that reaches beyond
+/// it has its last byte in somebody else's memory. Pictures and texts lie before it.
 char* memoryEnd()
 {
     static char* const end = [] {
-        void* const pages = native::makePages(kMemoryBytes + native::pageSize());
+        void* const pages = native::makePages(2 * kMemoryBytes);
         std::memset(pages, 'a', kMemoryBytes);
         char* const closed = static_cast<char*>(pages) + kMemoryBytes;
-        native::protectPages(closed, native::pageSize(), false);
+        native::protectPages(closed, kMemoryBytes, false);
         return closed;
     }();
     return end;

@@ -11,6 +11,7 @@
 #include <QPaintEvent>
 #include <QSignalSpy>
 
+#include <new>
 #include <thread>
 
 using zr::OverlayPart;
@@ -105,6 +106,8 @@ std::unique_ptr<tagPersonInfo> makePerson(const QString& id)
     return person;
 }
 
+bool s_isMemoryFull = false;
+
 bool isColour(const QImage& image, const QPoint& at, const Rgb& expected)
 {
     const QColor c = image.pixelColor(at);
@@ -115,6 +118,12 @@ bool isColour(const QImage& image, const QPoint& at, const Rgb& expected)
 }
 
 } // namespace
+
+/// What the tile makes its block with.
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+{
+    return s_isMemoryFull ? nullptr : ::operator new[](size);
+}
 
 class TestTile : public QObject
 {
@@ -231,6 +240,17 @@ private slots:
         play(kBlue); // none is lost after the burst
         QVERIFY(shows(kBlue));
         QCOMPARE(overlay.count, 0); // it lies above the picture, and none of its state has changed
+    }
+
+    void aPictureWithoutMemoryIsBlackAndTheNextSizeIsNot()
+    {
+        showRed();
+        s_isMemoryFull = true;
+        play({320, 180, kGreen});
+        s_isMemoryFull = false;
+        QVERIFY(shows(kBlack));
+        play(kBlue);
+        QVERIFY(shows(kBlue));
     }
 
     void hiddenTileTakesNothing()
