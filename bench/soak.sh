@@ -28,20 +28,20 @@ fi
     && cmake --build "$build" --target zr_soak >>"$log") || { tail -n 50 "$log"; exit 1; }
 
 export ZR_SOAK_SECONDS=${1:-300} LIBGL_ALWAYS_SOFTWARE=1 ZRSCREEN_LOG_STDERR=1
-cd "$results"
-export ZR_SOAK_CSV=soak.csv
-status=0
-if [[ $system == windows ]]; then
-    emulator=$(sed -n 's/^CMAKE_CROSSCOMPILING_EMULATOR[^=]*=//p' "$build/CMakeCache.txt")
+export ZR_SOAK_CSV=$results/soak.csv
+rm -f "$ZR_SOAK_CSV"
+run=(cmake --build "$build" --target soak)
+if [[ $system == windows ]]; then # with a display of its own
     export ZR_LIBRARY=$build/zrscreenmod/ZRScreenMod.dll
-    IFS=';' read -r -a run <<<"$emulator"
-    "${run[@]}" "$build/bench/soak/zr_soak.exe" soak 2>"$log" || status=$?
 else
     export ZR_LIBRARY=$build/zrscreenmod/libZRScreenMod.so QT_QPA_PLATFORM=xcb
-    xvfb-run -a -n 460 -s "-screen 0 1920x1080x24 -nolisten tcp -noreset" \
-        "$build/bench/soak/zr_soak" soak 2>"$log" || status=$?
+    run=(xvfb-run -a -n 460 -s "-screen 0 1920x1080x24 -nolisten tcp -noreset" "${run[@]}")
 fi
+status=0
+"${run[@]}" 2>"$log" || status=$?
+[[ -f $ZR_SOAK_CSV ]] || { tail -n 20 "$log" >&2; exit 1; }
 
+cd "$results"
 gnuplot <<'PLOT'
 set terminal svg size 1000,700 font 'sans-serif,12' background 'white'
 set output 'soak.svg'

@@ -4,6 +4,66 @@
 #include <windows.h>
 
 #include <psapi.h>
+#include <winternl.h>
+
+#include <algorithm>
+
+namespace {
+
+/// What NtQuerySystemInformation tells of every handle in the system.
+struct HandleEntry
+{
+    void* object;
+    ULONG_PTR process;
+    ULONG_PTR value;
+    ULONG access;
+    USHORT backTrace;
+    USHORT type;
+    ULONG attributes;
+    ULONG reserved;
+};
+
+/// From the list of all handles: Wine does not know GetProcessHandleCount. -1 without the list.
+long long handles()
+{
+    constexpr int kExtendedHandles = 64; // of an enumeration whose header does not know it
+    constexpr std::size_t kHead = 2 * sizeof(ULONG_PTR); // how many there are, reserved
+    using Query = NTSTATUS(NTAPI*)(int, void*, ULONG, ULONG*);
+    static const auto query = reinterpret_cast<Query>(reinterpret_cast<void*>(
+        GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation")));
+    std::vector<ULONG_PTR> buffer((kHead + 200000 * sizeof(HandleEntry)) / sizeof(ULONG_PTR));
+    const auto bytes = static_cast<ULONG>(buffer.size() * sizeof(ULONG_PTR));
+    if (!query || query(kExtendedHandles, buffer.data(), bytes, nullptr) < 0)
+        return -1;
+    const auto* const entries = reinterpret_cast<const HandleEntry*>(&buffer[2]);
+    return std::count_if(entries, entries + buffer[0], [](const HandleEntry& entry) {
+        return entry.process == GetCurrentProcessId();
+    });
+}
+
+BOOL CALLBACK countWindow(HWND window, LPARAM count)
+{
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process == GetCurrentProcessId())
+        ++*reinterpret_cast<long long*>(count);
+    return TRUE;
+}
+
+BOOL CALLBACK countFamily(HWND window, LPARAM count)
+{
+    EnumChildWindows(window, countWindow, count);
+    return countWindow(window, count);
+}
+
+long long nativeWindows()
+{
+    long long count = 0;
+    EnumWindows(countFamily, reinterpret_cast<LPARAM>(&count));
+    return count;
+}
+
+} // namespace
 
 Figures systemFigures()
 {
@@ -11,11 +71,11 @@ Figures systemFigures()
     PROCESS_MEMORY_COUNTERS_EX memory{};
     GetProcessMemoryInfo(process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory),
                          sizeof memory);
-    DWORD handles = 0;
-    GetProcessHandleCount(process, &handles);
+    // Wine answers 0 for the objects of GDI and of the user interface.
     return {{"resident_kb", static_cast<long long>(memory.WorkingSetSize / 1024)},
             {"threads", native::threadCount()},
-            {"handles", static_cast<long long>(handles)},
+            {"handles", handles()},
+            {"native_windows", nativeWindows()},
             {"gdi_objects", static_cast<long long>(GetGuiResources(process, GR_GDIOBJECTS))},
             {"user_objects", static_cast<long long>(GetGuiResources(process, GR_USEROBJECTS))}};
 }

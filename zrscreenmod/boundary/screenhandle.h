@@ -2,11 +2,11 @@
 #pragma once
 
 #include "hosthandles.h"
+#include "locks.h"
 #include "personinfo.h"
 
 #include <map>
 #include <memory>
-#include <mutex>
 #include <unordered_map>
 
 class QDlgMain;
@@ -53,7 +53,7 @@ private:
         std::unique_ptr<ST_ZRPlayHdl> handle;
         quint64 personSerial; ///< tells the participant from a later one at the same address
     };
-    mutable std::mutex m_playLock; ///< guards the two maps
+    mutable platform::Mutex m_playLock; ///< guards the two maps
     std::unordered_map<const void*, IssuedPlay> m_mapPlay;
 };
 

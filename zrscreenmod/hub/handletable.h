@@ -3,12 +3,11 @@
 #pragma once
 
 #include "guithread.h"
+#include "locks.h"
 
 #include <QScopedValueRollback>
 
 #include <atomic>
-#include <mutex>
-#include <shared_mutex>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -151,6 +150,6 @@ public:
 private:
     static T* object(const void* handle) { return static_cast<T*>(const_cast<void*>(handle)); }
 
-    mutable std::shared_mutex m_lock;
+    mutable platform::SharedMutex m_lock;
     std::unordered_set<const void*> m_live;
 };

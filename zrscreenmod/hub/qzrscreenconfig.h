@@ -4,6 +4,7 @@
 #pragma once
 
 #include "hostcallbacks.h"
+#include "locks.h"
 #include "overlaystate.h"
 #include "personinfo.h"
 #include "subtitlestore.h"
@@ -18,7 +19,6 @@
 #include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <shared_mutex>
 #include <utility>
 #include <vector>
@@ -278,6 +278,6 @@ private:
     HostCallbacks m_hosts;
     SubtitleStore m_subtitles;
 
-    mutable std::mutex m_textLock; ///< guards the sponsor and the participants' names
+    mutable platform::Mutex m_textLock; ///< guards the sponsor and the participants' names
     QString m_qstrShareSponsor;
 };

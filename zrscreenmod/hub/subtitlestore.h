@@ -1,10 +1,10 @@
 // The sentences of the subtitles.
 #pragma once
 
+#include "locks.h"
+
 #include <QMap>
 #include <QString>
-
-#include <mutex>
 
 /// A sentence of the subtitles.
 struct SubtitleRecord
@@ -28,6 +28,6 @@ public:
     [[nodiscard]] SubtitleRecord one(int iIDSentence) const;
 
 private:
-    mutable std::mutex m_lock;
+    mutable platform::Mutex m_lock;
     QMap<int, SubtitleRecord> m_sentences;
 };

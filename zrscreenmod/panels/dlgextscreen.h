@@ -3,13 +3,13 @@
 
 #include "embedding.h"
 #include "framegate.h"
+#include "locks.h"
 #include "personinfo.h"
 
 #include <QDialog>
 
 #include <atomic>
 #include <memory>
-#include <mutex>
 
 class CPlayWidget;
 class QZRScreenConfig;
@@ -90,6 +90,6 @@ private:
     std::unique_ptr<tagPersonInfo> m_pPerson;
     FrameGate m_gate; ///< open for the record
 
-    mutable std::mutex m_idLock;
+    mutable platform::Mutex m_idLock;
     QString m_qstrUserId; ///< the record's, for any thread; guarded by m_idLock
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "i420frame.h"
+#include "locks.h"
 #include "personinfo.h"
 #include "tilereveal.h"
 #include "yuvrenderer.h"
@@ -14,7 +15,6 @@
 
 #include <atomic>
 #include <memory>
-#include <mutex>
 
 class QDlgPlayInfo;
 class RepaintPacer;
@@ -152,7 +152,7 @@ private:
     QMetaObject::Connection m_contextConnection;
 
     // Guarded by m_mutex.
-    mutable std::recursive_mutex m_mutex;
+    mutable platform::RecursiveMutex m_mutex;
     unsigned int m_nVideoWidth = 0;
     unsigned int m_nVideoHeight = 0;
     QRect m_rcView; ///< the picture in the tile, in the tile's pixels from its top left corner
