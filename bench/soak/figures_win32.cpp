@@ -7,6 +7,7 @@
 #include <winternl.h>
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -41,6 +42,24 @@ long long handles()
     });
 }
 
+/// What all heaps have in use.
+long long heapKb()
+{
+    std::array<HANDLE, 64> heaps{};
+    const DWORD count = GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
+    unsigned long long bytes = 0;
+    for (DWORD i = 0; i < std::min<DWORD>(count, heaps.size()); ++i) {
+        HeapLock(heaps[i]);
+        PROCESS_HEAP_ENTRY entry{};
+        while (HeapWalk(heaps[i], &entry) != FALSE) {
+            if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0)
+                bytes += entry.cbData;
+        }
+        HeapUnlock(heaps[i]);
+    }
+    return static_cast<long long>(bytes / 1024);
+}
+
 BOOL CALLBACK countWindow(HWND window, LPARAM count)
 {
     DWORD process = 0;
@@ -73,6 +92,7 @@ Figures systemFigures()
                          sizeof memory);
     // Wine answers 0 for the objects of GDI and of the user interface.
     return {{"resident_kb", static_cast<long long>(memory.WorkingSetSize / 1024)},
+            {"heap_kb", heapKb()},
             {"threads", native::threadCount()},
             {"handles", handles()},
             {"native_windows", nativeWindows()},
