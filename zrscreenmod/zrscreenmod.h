@@ -27,8 +27,7 @@
 ///   main context on Linux).
 /// - In a program that uses Qt's widgets itself the library creates none: it attaches with the
 ///   first call after the program's `QApplication` has been made, on the same thread, and detaches
-///   with its end. Before and after, calls are refused, with a line on stderr. Where the texts on
-///   the screen are not Chinese, a translator is installed in it while the library is attached.
+///   with its end. Before and after, calls are refused, with a line on stderr.
 /// - High-DPI scaling of Qt is switched off, and Qt's message pattern is set. Variables of the
 ///   environment that scale Qt programs, choose Wayland or switch GLib off do not reach this
 ///   `QApplication`. On Windows the process becomes aware of the resolution, where its manifest

@@ -110,6 +110,9 @@ private slots:
         log.myWriteLog("kept\r\n"); // makes the folder
         const QString name = "log/" + kFirstFile;
         QVERIFY(content(name).endsWith("log lines lost: 2000\r\nkept\r\n"));
+        QVERIFY(QFile::remove(path(name)));
+        log.myWriteLog("anew\r\n");
+        QVERIFY(raw(name).startsWith("[2026-03-02][thread"));
         // Had the lost lines counted, the next line would find the file full.
         QVERIFY(QFile::resize(path(name), zr::kLogFileLimitBytes + 1));
         log.myWriteLog("also\r\n");

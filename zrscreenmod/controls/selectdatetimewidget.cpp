@@ -435,7 +435,7 @@ void SelectDateTimeWidget::hideEvent(QHideEvent* event)
 /// What can be confirmed changes with the minutes, and what can be chosen with the days.
 void SelectDateTimeWidget::scheduleMinute()
 {
-    constexpr int kMinuteMs = 60'000;
+    constexpr int kMinuteMs = 60000;
     if (m_iMinuteTimer != 0)
         killTimer(m_iMinuteTimer);
     m_iMinuteTimer = startTimer(kMinuteMs - m_clock().time().msecsSinceStartOfDay() % kMinuteMs,

@@ -246,6 +246,8 @@ void QMyLogThread::addToBatch(const Line& line)
         m_qstrSuffix = zr::logFileSuffix(now.time());
         m_headThread = 0;
     }
+    if (m_iBatchLines == 0)
+        m_batchHead = headerOf(line).toLocal8Bit();
     if (std::exchange(m_headThread, line.thread) != line.thread)
         m_batch += headerOf(line).toLocal8Bit();
     m_batch += line.text.toLocal8Bit();
@@ -270,6 +272,8 @@ void QMyLogThread::flushBatch()
     constexpr QIODevice::OpenMode kMode =
         QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered;
     const bool opened = file.open(kMode) || (QDir().mkpath(m_settings.folder) && file.open(kMode));
+    if (opened && file.size() == 0 && !text.startsWith(m_batchHead))
+        text.prepend(m_batchHead); // the file that was there has been moved or deleted
     if (opened && file.write(text) == text.size()) {
         m_unwritten = 0;
     } else {
@@ -278,6 +282,7 @@ void QMyLogThread::flushBatch()
                          qPrintable(file.fileName()), qPrintable(file.errorString()));
         m_unwritten += lines;
         m_iWriteCount -= lines;
+        m_headThread = 0;
     }
     m_uDone += static_cast<size_t>(lines);
 }
