@@ -27,9 +27,10 @@ struct Participant
     std::string id;
     std::string name;
     SourceSpec source;
-    void* play = nullptr; ///< the module's play handle
-    bool camera = true;   ///< there are pictures to send
-    bool open = false;    ///< the stream, as reported to the module
+    void* play = nullptr;         ///< the module's play handle
+    const void* screen = nullptr; ///< the module's; for those of recorded calls
+    bool camera = true;           ///< there are pictures to send
+    bool open = false;            ///< the stream, as reported to the module
     // As the commands have told it to the module, which begins with the same.
     bool self = false;
     int role = 0; ///< 1 host, 2 administrator
