@@ -148,6 +148,8 @@ private:
     void* m_screen = nullptr;
     People m_people;
     std::vector<std::string> m_idsByNumber; ///< also of those who have left: messages come late
+    /// Ends with the session: what is posted to the stage, which may live on, asks for it.
+    const std::shared_ptr<void> m_life = std::make_shared<char>();
     bool m_followStreams;
     int m_lastSentence = 0;
     int m_mode = eLayoutEqualCut;
