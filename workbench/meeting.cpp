@@ -19,6 +19,8 @@ namespace {
 
 /// What changes is shown so long after its first change, with all that follows meanwhile.
 constexpr int kShowChangesMs = 50;
+/// Messages may come so long after the last step of a trace.
+constexpr int kLingerMs = 2000;
 
 } // namespace
 
@@ -32,12 +34,15 @@ Meeting::Meeting(ScreenView& main, ScreenView& second, const QString& library)
                         m_player.pause();
                 },
                 [this](int ms, std::function<void()> task) { QTimer::singleShot(ms, this, task); },
-                [this] { checkMessages(); }})
+                [this] { finish(); }})
     , m_module(library.toStdString())
 {
     m_changed.setSingleShot(true);
     m_changed.setInterval(kShowChangesMs);
     connect(&m_changed, &QTimer::timeout, this, &Meeting::changed);
+    m_linger.setSingleShot(true);
+    m_linger.setInterval(kLingerMs);
+    connect(&m_linger, &QTimer::timeout, this, &Meeting::checkMessages);
     const auto fill = [this](WindowId id) {
         if (m_session)
             m_session->onWindowResized(id, windowSize(id));
@@ -61,6 +66,7 @@ void Meeting::begin()
 
 void Meeting::openSession()
 {
+    m_linger.stop();
     m_session.reset();
     m_second.hide();
     m_main.freeSize();
@@ -68,6 +74,7 @@ void Meeting::openSession()
     settings.frames = m_file.toStdString() + ".frames";
     zrhost::Stage& stage = *this;
     m_session = std::make_unique<zrhost::Session>(m_module.exports(), stage, settings);
+    m_module.exports().ZRScreenWtmark.SetInfo({}); // no screen takes the last one along
     m_sinceBegin.start();
     emit begun();
     showSoon();
@@ -177,11 +184,15 @@ void Meeting::stepToChange()
 }
 
 /// The end of a scenario: a trace also says which messages came when it was recorded.
-void Meeting::checkMessages()
+void Meeting::finish()
 {
     showSoon();
-    if (!m_player.isReplay())
-        return;
+    if (m_player.isReplay())
+        m_linger.start();
+}
+
+void Meeting::checkMessages()
+{
     const std::vector<std::string> differences = m_session->messages().differences();
     for (const std::string& difference : differences)
         print(difference);

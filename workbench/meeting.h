@@ -71,7 +71,7 @@ public:
     [[nodiscard]] const zrhost::Session& session() const { return *m_session; }
 
 signals:
-    /// There is a new, empty meeting: all settings are the module's own.
+    /// There is a new, empty meeting; nothing of the one before it is set in the module.
     void begun();
     void happened(const zrworkbench::Event& event);
     /// A command was carried out, by hand or as a step.
@@ -100,6 +100,7 @@ private:
     bool run(const std::string& command);
     void tellCommand(const std::string& command);
     void tell(Event::Kind kind, const QString& name, const QString& text);
+    void finish();
     void checkMessages();
     void showSoon();
 
@@ -107,6 +108,7 @@ private:
     ScreenView& m_second;
     QElapsedTimer m_sinceBegin;
     QTimer m_changed;
+    QTimer m_linger; ///< behind the end of a trace
     QString m_file; ///< of the scenario
     zrhost::ScenarioPlayer m_player;
     zrhost::ModuleLibrary m_module;

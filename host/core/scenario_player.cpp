@@ -59,11 +59,13 @@ void ScenarioPlayer::step()
         return;
     setClock(m_steps[m_next].timeMs);
     runNext();
+    if (m_next == m_steps.size())
+        m_hooks.ended();
 }
 
 void ScenarioPlayer::stepToChange()
 {
-    while (m_next < m_steps.size() && isFrequent(m_steps[m_next]))
+    while (m_next + 1 < m_steps.size() && isFrequent(m_steps[m_next]))
         runNext();
     step();
 }
