@@ -108,6 +108,7 @@ public:
     [[nodiscard]] Stage& stage() { return m_stage; }
     /// What they have made outlives the screen, and goes with the session.
     [[nodiscard]] CallDesk& calls() { return m_calls; }
+    [[nodiscard]] const CallDesk& calls() const { return m_calls; }
     [[nodiscard]] ExtDesk& ext() { return m_ext; }
     [[nodiscard]] const People& people() const { return m_people; }
     /// Takes down a call that was made by name. @param replays it was recorded
