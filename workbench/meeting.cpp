@@ -240,18 +240,28 @@ void Meeting::saveWindow(WindowId id, const std::string& file)
     saveScreen(view(id), QString::fromStdString(file));
 }
 
+/// Where the mouse has to go; elsewhere it would reach the workbench, or another program.
+/// @throws HostError for a point that nobody sees
+zrhost::Point Meeting::reveal(WindowId id, zrhost::Point at)
+{
+    if (!view(id).reveal({at.x, at.y}))
+        throw HostError("the point " + std::to_string(at.x) + ',' + std::to_string(at.y)
+                        + " of the picture is not seen");
+    const QPoint point = view(id).onScreen({at.x, at.y});
+    return {point.x(), point.y()};
+}
+
 void Meeting::click(WindowId id, zrhost::Point at, int times)
 {
-    const QPoint point = view(id).onScreen({at.x, at.y});
-    zrhost::desktop::click({point.x(), point.y()}, times);
+    zrhost::desktop::click(reveal(id, at), times);
 }
 
 /// The user's mouse goes back to where it was: a button may have asked for this.
 void Meeting::turnWheel(WindowId id, zrhost::Point at, int steps)
 {
-    const QPoint point = view(id).onScreen({at.x, at.y});
+    const zrhost::Point point = reveal(id, at);
     const QPoint before = QCursor::pos();
-    zrhost::desktop::turnWheel({point.x(), point.y()}, steps);
+    zrhost::desktop::turnWheel(point, steps);
     QCursor::setPos(before);
 }
 

@@ -96,6 +96,7 @@ private:
     void holdCommands(int ms) override;
 
     [[nodiscard]] ScreenView& view(zrhost::WindowId id);
+    [[nodiscard]] zrhost::Point reveal(zrhost::WindowId id, zrhost::Point at);
     void openSession();
     bool run(const std::string& command);
     void tellCommand(const std::string& command);
@@ -109,7 +110,7 @@ private:
     QElapsedTimer m_sinceBegin;
     QTimer m_changed;
     QTimer m_linger; ///< behind the end of a trace
-    QString m_file; ///< of the scenario
+    QString m_file;  ///< of the scenario
     zrhost::ScenarioPlayer m_player;
     zrhost::ModuleLibrary m_module;
     std::unique_ptr<zrhost::Session> m_session; ///< goes before the module
