@@ -74,7 +74,7 @@ MainWindow::MainWindow(LogTap& log, const QString& library)
     connect(m_meeting.get(), &Meeting::changed, this, &MainWindow::showPlaying);
     connect(m_meeting.get(), &Meeting::happened, this, &MainWindow::showFailure);
     statusBar()->showMessage(
-        tr("Switches on the right, messages below; all that you do becomes a scenario."));
+        tr("Switches on the right, messages below; all that you switch becomes a scenario."));
 }
 
 MainWindow::~MainWindow()

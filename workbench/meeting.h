@@ -32,8 +32,8 @@ struct Event
     QString text;
 };
 
-/// GUI thread. Everything that is done goes through the commands of scenarios; functions that fail
-/// say so with an event. Make one at most.
+/// GUI thread. All but the user's own mouse in the picture goes through the commands of scenarios;
+/// functions that fail say so with an event. Make one at most.
 class Meeting : public QObject, private zrhost::Stage
 {
     Q_OBJECT
