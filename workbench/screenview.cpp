@@ -1,5 +1,6 @@
 #include "screenview.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 #include <QPalette>
 #include <QScreen>
@@ -44,7 +45,7 @@ bool ScreenView::reveal(QPoint pixel)
         isWindow() ? nullptr : qobject_cast<QScrollArea*>(parentWidget()->parentWidget());
     if (area)
         area->ensureVisible(at.x(), at.y());
-    QGuiApplication::sync(); // the mouse is moved on another connection
+    (void)QCursor::pos(); // asks the window system: the mouse is moved on another connection
     return visibleRegion().contains(at) && screen()->virtualGeometry().contains(mapToGlobal(at));
 }
 
