@@ -68,18 +68,23 @@ int runWorkbench(QApplication& application)
         QStringLiteral("FILE"));
     parser.addOptions({participants, play, screenshot, duration, library});
     parser.process(application);
+    const int people = numberOf(parser, participants, 500);
+    const int seconds = numberOf(parser, duration, 86400);
+    const bool isBatch = parser.isSet(play) || seconds > 0; // perhaps without a user
 
     zrworkbench::LogTap log;
     zrworkbench::MainWindow window(log, parser.value(library));
     window.show();
     const QStringList files = parser.positionalArguments();
-    window.beginMeeting(files.isEmpty() ? numberOf(parser, participants, 500) : 0);
-    if (!files.isEmpty())
+    window.beginMeeting(files.isEmpty() ? people : 0);
+    if (!files.isEmpty() && isBatch)
         window.openFile(files.first());
+    else if (!files.isEmpty())
+        window.tryFile(files.first());
     if (parser.isSet(play))
         window.meeting().play(zrworkbench::Meeting::Speed::Real);
     int status = 0;
-    if (const int seconds = numberOf(parser, duration, 86400); seconds > 0)
+    if (seconds > 0)
         QTimer::singleShot(seconds * 1000, &window, [&] {
             status = photograph(window, parser.value(screenshot));
             window.close();

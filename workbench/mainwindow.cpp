@@ -74,7 +74,7 @@ MainWindow::MainWindow(LogTap& log, const QString& library)
     connect(m_meeting.get(), &Meeting::changed, this, &MainWindow::showPlaying);
     connect(m_meeting.get(), &Meeting::happened, this, &MainWindow::showFailure);
     statusBar()->showMessage(
-        tr("Switches on the right, messages below; all that you do becomes a scenario."));
+        tr("Switches on the right, messages below; all that you switch becomes a scenario."));
 }
 
 MainWindow::~MainWindow()
@@ -91,14 +91,17 @@ void MainWindow::beginMeeting(int participants)
 
 void MainWindow::openFile(const QString& file)
 {
-    attempt([&] {
-        m_meeting->open(file);
-        m_scenarioDock->raise();
-        statusBar()->showMessage(
-            m_meeting->scenario().isReplay()
-                ? tr("A trace: its own calls make the meeting. Step through it, or play it.")
-                : tr("A scenario: step through it, or play it."));
-    });
+    m_meeting->open(file);
+    m_scenarioDock->raise();
+    statusBar()->showMessage(
+        m_meeting->scenario().isReplay()
+            ? tr("A trace: its own calls make the meeting. Step through it, or play it.")
+            : tr("A scenario: step through it, or play it."));
+}
+
+void MainWindow::tryFile(const QString& file)
+{
+    attempt([&] { openFile(file); });
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)
@@ -241,7 +244,7 @@ void MainWindow::askForFile()
     const QString file = QFileDialog::getOpenFileName(this, tr("Open a scenario or a trace"), {},
                                                       tr(kScenarioFiles));
     if (!file.isEmpty())
-        openFile(file);
+        tryFile(file);
 }
 
 void MainWindow::askWhereToSave()

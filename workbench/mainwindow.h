@@ -25,8 +25,10 @@ public:
     [[nodiscard]] Meeting& meeting() { return *m_meeting; }
     /// Begins a meeting of drawn pictures. @throws zrhost::HostError
     void beginMeeting(int participants);
-    /// Opens a scenario or a trace; a failure is shown.
+    /// Opens a scenario or a trace. @throws zrhost::HostError
     void openFile(const QString& file);
+    /// The same; the user is told of a failure, and waited for.
+    void tryFile(const QString& file);
 
 protected:
     void closeEvent(QCloseEvent* event) override;

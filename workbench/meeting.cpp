@@ -19,6 +19,8 @@ namespace {
 
 /// What changes is shown so long after its first change, with all that follows meanwhile.
 constexpr int kShowChangesMs = 50;
+/// Messages may come so long after the last step of a trace.
+constexpr int kLingerMs = 2000;
 
 } // namespace
 
@@ -32,12 +34,15 @@ Meeting::Meeting(ScreenView& main, ScreenView& second, const QString& library)
                         m_player.pause();
                 },
                 [this](int ms, std::function<void()> task) { QTimer::singleShot(ms, this, task); },
-                [this] { checkMessages(); }})
+                [this] { finish(); }})
     , m_module(library.toStdString())
 {
     m_changed.setSingleShot(true);
     m_changed.setInterval(kShowChangesMs);
     connect(&m_changed, &QTimer::timeout, this, &Meeting::changed);
+    m_linger.setSingleShot(true);
+    m_linger.setInterval(kLingerMs);
+    connect(&m_linger, &QTimer::timeout, this, &Meeting::checkMessages);
     const auto fill = [this](WindowId id) {
         if (m_session)
             m_session->onWindowResized(id, windowSize(id));
@@ -61,6 +66,7 @@ void Meeting::begin()
 
 void Meeting::openSession()
 {
+    m_linger.stop();
     m_session.reset();
     m_second.hide();
     m_main.freeSize();
@@ -68,6 +74,7 @@ void Meeting::openSession()
     settings.frames = m_file.toStdString() + ".frames";
     zrhost::Stage& stage = *this;
     m_session = std::make_unique<zrhost::Session>(m_module.exports(), stage, settings);
+    m_module.exports().ZRScreenWtmark.SetInfo({}); // no screen takes the last one along
     m_sinceBegin.start();
     emit begun();
     showSoon();
@@ -177,11 +184,15 @@ void Meeting::stepToChange()
 }
 
 /// The end of a scenario: a trace also says which messages came when it was recorded.
-void Meeting::checkMessages()
+void Meeting::finish()
 {
     showSoon();
-    if (!m_player.isReplay())
-        return;
+    if (m_player.isReplay())
+        m_linger.start();
+}
+
+void Meeting::checkMessages()
+{
     const std::vector<std::string> differences = m_session->messages().differences();
     for (const std::string& difference : differences)
         print(difference);
@@ -229,18 +240,28 @@ void Meeting::saveWindow(WindowId id, const std::string& file)
     saveScreen(view(id), QString::fromStdString(file));
 }
 
+/// Where the mouse has to go; elsewhere it would reach the workbench, or another program.
+/// @throws HostError for a point that nobody sees
+zrhost::Point Meeting::reveal(WindowId id, zrhost::Point at)
+{
+    if (!view(id).reveal({at.x, at.y}))
+        throw HostError("the point " + std::to_string(at.x) + ',' + std::to_string(at.y)
+                        + " of the picture is not seen");
+    const QPoint point = view(id).onScreen({at.x, at.y});
+    return {point.x(), point.y()};
+}
+
 void Meeting::click(WindowId id, zrhost::Point at, int times)
 {
-    const QPoint point = view(id).onScreen({at.x, at.y});
-    zrhost::desktop::click({point.x(), point.y()}, times);
+    zrhost::desktop::click(reveal(id, at), times);
 }
 
 /// The user's mouse goes back to where it was: a button may have asked for this.
 void Meeting::turnWheel(WindowId id, zrhost::Point at, int steps)
 {
-    const QPoint point = view(id).onScreen({at.x, at.y});
+    const zrhost::Point point = reveal(id, at);
     const QPoint before = QCursor::pos();
-    zrhost::desktop::turnWheel({point.x(), point.y()}, steps);
+    zrhost::desktop::turnWheel(point, steps);
     QCursor::setPos(before);
 }
 

@@ -32,8 +32,8 @@ struct Event
     QString text;
 };
 
-/// GUI thread. Everything that is done goes through the commands of scenarios; functions that fail
-/// say so with an event. Make one at most.
+/// GUI thread. All but the user's own mouse in the picture goes through the commands of scenarios;
+/// functions that fail say so with an event. Make one at most.
 class Meeting : public QObject, private zrhost::Stage
 {
     Q_OBJECT
@@ -71,7 +71,7 @@ public:
     [[nodiscard]] const zrhost::Session& session() const { return *m_session; }
 
 signals:
-    /// There is a new, empty meeting: all settings are the module's own.
+    /// There is a new, empty meeting; nothing of the one before it is set in the module.
     void begun();
     void happened(const zrworkbench::Event& event);
     /// A command was carried out, by hand or as a step.
@@ -96,10 +96,12 @@ private:
     void holdCommands(int ms) override;
 
     [[nodiscard]] ScreenView& view(zrhost::WindowId id);
+    [[nodiscard]] zrhost::Point reveal(zrhost::WindowId id, zrhost::Point at);
     void openSession();
     bool run(const std::string& command);
     void tellCommand(const std::string& command);
     void tell(Event::Kind kind, const QString& name, const QString& text);
+    void finish();
     void checkMessages();
     void showSoon();
 
@@ -107,7 +109,8 @@ private:
     ScreenView& m_second;
     QElapsedTimer m_sinceBegin;
     QTimer m_changed;
-    QString m_file; ///< of the scenario
+    QTimer m_linger; ///< behind the end of a trace
+    QString m_file;  ///< of the scenario
     zrhost::ScenarioPlayer m_player;
     zrhost::ModuleLibrary m_module;
     std::unique_ptr<zrhost::Session> m_session; ///< goes before the module

@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSignalBlocker>
 #include <QSpinBox>
 
@@ -211,9 +212,16 @@ QWidget* MeetingPanel::makeButton(const QString& text, const QString& toolTip,
 void MeetingPanel::performLines(const QStringList& lines)
 {
     for (const QString& line : lines) {
-        if (!m_meeting.performLine(line))
+        if (!makesAgain(line) && !m_meeting.performLine(line))
             return;
     }
+}
+
+bool MeetingPanel::makesAgain(const QString& line) const
+{
+    static const QRegularExpression making(QStringLiteral("^call (\\w+)="));
+    const QString name = making.match(line).captured(1);
+    return m_meeting.session().calls().has(name.toStdString());
 }
 
 } // namespace zrworkbench

@@ -32,7 +32,9 @@ private:
     QCheckBox* makeCallSwitch(const QString& text, const QString& name);
     /// A button that performs lines of commands, one after the other, up to one that fails.
     QWidget* makeButton(const QString& text, const QString& toolTip, const QStringList& lines);
+    /// One after the other up to a failure, but for those that make what is there already.
     void performLines(const QStringList& lines);
+    [[nodiscard]] bool makesAgain(const QString& line) const;
 
     Meeting& m_meeting;
     const std::function<QString()> m_selectedId;

@@ -1,8 +1,10 @@
 #include "screenview.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 #include <QPalette>
 #include <QScreen>
+#include <QScrollArea>
 
 namespace zrworkbench {
 
@@ -33,6 +35,18 @@ QPoint ScreenView::onScreen(QPoint pixel) const
 {
     const QPointF corner = mapToGlobal(QPoint(0, 0));
     return (corner * devicePixelRatioF()).toPoint() + pixel;
+}
+
+bool ScreenView::reveal(QPoint pixel)
+{
+    const QPoint at = (QPointF(pixel) / devicePixelRatioF()).toPoint();
+    // The viewport is between both.
+    auto* const area =
+        isWindow() ? nullptr : qobject_cast<QScrollArea*>(parentWidget()->parentWidget());
+    if (area)
+        area->ensureVisible(at.x(), at.y());
+    (void)QCursor::pos(); // asks the window system: the mouse is moved on another connection
+    return visibleRegion().contains(at) && screen()->virtualGeometry().contains(mapToGlobal(at));
 }
 
 void ScreenView::resizePicture(QSize pixels)

@@ -20,6 +20,8 @@ public:
     [[nodiscard]] QSize pixelSize() const;
     /// Pixels of the screen, from the picture's top left corner to the screen's.
     [[nodiscard]] QPoint onScreen(QPoint pixel) const;
+    /// Scrolls there what is around the picture. @return whether the user can see that pixel
+    [[nodiscard]] bool reveal(QPoint pixel);
     /// Gives the picture a size in pixels, by way of the window around it. Where the desktop has no
     /// room for that, only a part is seen.
     void resizePicture(QSize pixels);

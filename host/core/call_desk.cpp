@@ -294,7 +294,7 @@ void CallDesk::call(const std::vector<std::string>& words)
 {
     check(words);
     const auto [name, row] = findExport(words.front());
-    if (const auto found = m_named.find(name); found != m_named.end() && !found->second.hasEnded)
+    if (has(name))
         throw HostError("call: there is a '" + name + "' already");
     std::vector<Value> values;
     Reader reader(*this, *row, words);
@@ -312,6 +312,12 @@ void CallDesk::call(const std::vector<std::string>& words)
         keep(name, row->answer.kind, answer.handle);
     else if (!m_replays && row->answer.kind != Kind::Nothing)
         m_session.stage().print(std::string(row->name) + " = " + wordsOf(*row, answer, values));
+}
+
+bool CallDesk::has(const std::string& name) const
+{
+    const auto found = m_named.find(name);
+    return found != m_named.end() && !found->second.hasEnded;
 }
 
 std::string CallDesk::help()

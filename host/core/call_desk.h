@@ -29,6 +29,8 @@ public:
     /// the export gives is known by the name from then on. The arguments are those that a person
     /// types, or all that the export has. @throws HostError
     void call(const std::vector<std::string>& words);
+    /// Whether a call has made a handle of this name, which has not ended.
+    [[nodiscard]] bool has(const std::string& name) const;
     /// The calls from here on are recorded ones: no answer is printed, a null handle and one that
     /// has ended have names, and windows other ones than those of this host.
     void beginReplay() { m_replays = true; }

@@ -25,15 +25,40 @@ void addPerson(People& people, const std::vector<Value>& values, void* play)
     added->name = values[2].text;
     added->hostValue = reinterpret_cast<std::intptr_t>(values[5].handle);
     added->play = play;
+    added->screen = values[0].handle;
     added->camera = false;
     people.push_back(std::move(added));
 }
 
-void removePerson(People& people, const void* play)
+/// Takes away those for whom `leaves` is true.
+template<typename Leaves>
+void removePeople(People& people, Leaves leaves)
 {
     people.erase(std::remove_if(people.begin(), people.end(),
-                                [&](const auto& other) { return other->play == play; }),
+                                [&](const auto& person) { return leaves(*person); }),
                  people.end());
+}
+
+/// Calls by which whoever was recorded comes and goes.
+void followMembership(People& people, std::size_t call, const std::vector<Value>& values,
+                      const Answer& answer)
+{
+    switch (call) {
+    case zr::table::kZRScreen_AddPerson:
+        addPerson(people, values, answer.handle);
+        break;
+    case zr::table::kZRScreen_DelPerson:
+        removePeople(people,
+                     [&](const Participant& person) { return person.play == values[1].handle; });
+        break;
+    case zr::table::kZRScreen_ExitMeeting:
+    case zr::table::kZRScreen_Release:
+        removePeople(people,
+                     [&](const Participant& person) { return person.screen == values[0].handle; });
+        break;
+    default:
+        break;
+    }
 }
 
 void setInfo(Participant& person, const std::vector<Value>& values)
@@ -88,19 +113,9 @@ void followCall(People& people, const zr::Export& row, const std::vector<Value>&
                 const Answer& answer, bool replays)
 {
     const auto call = static_cast<std::size_t>(&row - zr::kExports);
+    if (replays)
+        followMembership(people, call, values, answer);
     switch (call) {
-    case zr::table::kZRScreen_AddPerson:
-        if (replays)
-            addPerson(people, values, answer.handle);
-        break;
-    case zr::table::kZRScreen_DelPerson:
-        if (replays)
-            removePerson(people, values[1].handle);
-        break;
-    case zr::table::kZRScreen_Release:
-        if (replays)
-            people.clear();
-        break;
     case zr::table::kZRScreen_SetActivateUser:
     case zr::table::kZRScreen_UpdateUserNetStatus:
         followId(people, call, values);

@@ -216,7 +216,7 @@ void wheel(Session& session, const Args& args)
 
 void stats(Session& session, const Args&)
 {
-    const auto statistics = newestStatistics(readModuleLog("zrhost"));
+    const auto statistics = newestStatistics(readModuleLog());
     if (!statistics)
         throw HostError("stats: there are none (yet); start with ZRSCREEN_STATS=SECONDS");
     session.stage().print(statisticsTable(*statistics));

@@ -2,6 +2,7 @@
 
 #include "host_error.h"
 
+#include <filesystem>
 #include <vector>
 
 namespace zrhost {
@@ -16,7 +17,8 @@ std::string findLibrary(const std::string& file)
             throw HostError("cannot load the library '" + file + "': " + problem);
         return file;
     }
-    const std::vector<std::string> candidates = libraryCandidates(programFolder());
+    const auto folder = std::filesystem::u8path(programFile()).parent_path();
+    const std::vector<std::string> candidates = libraryCandidates(folder.u8string());
     for (const std::string& candidate : candidates) {
         if (whyUnreadable(candidate).empty())
             return candidate;

@@ -1,6 +1,7 @@
 #include "scenario_player.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace zrhost {
@@ -9,13 +10,29 @@ namespace {
 
 using std::chrono::milliseconds;
 
+/// Takes the first word away from `text`.
+std::string_view takeWord(std::string_view& text)
+{
+    constexpr std::string_view kBlanks = " \t";
+    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+    const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
+    text.remove_prefix(word.size());
+    return word;
+}
+
 } // namespace
 
 bool isFrequent(const ScenarioStep& step)
 {
-    for (const char* const name :
-         {"PlayFrame ", "SetVolume ", "UpdateUserNetStatus ", "expect ", "volume ", "network "}) {
-        if (step.command.find(name) != std::string::npos)
+    std::string_view rest = step.command;
+    std::string_view name = takeWord(rest);
+    if (name == "call") {
+        name = takeWord(rest);
+        name.remove_prefix(name.rfind('_') + 1); // the family; none of these has another "_"
+    }
+    for (const std::string_view frequent :
+         {"PlayFrame", "SetVolume", "UpdateUserNetStatus", "expect", "volume", "network"}) {
+        if (name == frequent)
             return true;
     }
     return false;
@@ -59,17 +76,21 @@ void ScenarioPlayer::step()
         return;
     setClock(m_steps[m_next].timeMs);
     runNext();
+    if (m_next == m_steps.size())
+        m_hooks.ended();
 }
 
 void ScenarioPlayer::stepToChange()
 {
-    while (m_next < m_steps.size() && isFrequent(m_steps[m_next]))
+    while (m_next + 1 < m_steps.size() && isFrequent(m_steps[m_next]))
         runNext();
     step();
 }
 
 void ScenarioPlayer::record(std::string command)
 {
+    if (m_next == 0 && isReplay())
+        runNext(); // a trace says so before all else
     int timeMs = now();
     if (m_next > 0)
         timeMs = std::max(timeMs, m_steps[m_next - 1].timeMs);

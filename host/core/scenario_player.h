@@ -30,7 +30,7 @@ public:
         std::function<void(const ScenarioStep&)> run;
         /// Calls a function from the event loop, not before so many milliseconds.
         std::function<void(int, std::function<void()>)> after;
-        /// The last step of those that are played has run.
+        /// The last step has run, of those that are played or by itself.
         std::function<void()> ended;
     };
 

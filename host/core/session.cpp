@@ -219,7 +219,10 @@ void Session::startMedia(Participant& participant, int delayMs)
         return playFrame(screen, play, &frame) != 0;
     };
     work.ended = [this, number = participant.number](const std::string& problem) {
-        m_stage.post([this, number, problem] { onSourceEnded(number, problem); });
+        m_stage.post([this, session = std::weak_ptr<void>(m_life), number, problem] {
+            if (!session.expired())
+                onSourceEnded(number, problem);
+        });
     };
     participant.media = std::make_unique<MediaThread>(std::move(work), true);
 }

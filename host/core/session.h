@@ -27,9 +27,10 @@ struct Participant
     std::string id;
     std::string name;
     SourceSpec source;
-    void* play = nullptr; ///< the module's play handle
-    bool camera = true;   ///< there are pictures to send
-    bool open = false;    ///< the stream, as reported to the module
+    void* play = nullptr;         ///< the module's play handle
+    const void* screen = nullptr; ///< the module's; for those of recorded calls
+    bool camera = true;           ///< there are pictures to send
+    bool open = false;            ///< the stream, as reported to the module
     // As the commands have told it to the module, which begins with the same.
     bool self = false;
     int role = 0; ///< 1 host, 2 administrator
@@ -107,6 +108,7 @@ public:
     [[nodiscard]] Stage& stage() { return m_stage; }
     /// What they have made outlives the screen, and goes with the session.
     [[nodiscard]] CallDesk& calls() { return m_calls; }
+    [[nodiscard]] const CallDesk& calls() const { return m_calls; }
     [[nodiscard]] ExtDesk& ext() { return m_ext; }
     [[nodiscard]] const People& people() const { return m_people; }
     /// Takes down a call that was made by name. @param replays it was recorded
@@ -147,6 +149,8 @@ private:
     void* m_screen = nullptr;
     People m_people;
     std::vector<std::string> m_idsByNumber; ///< also of those who have left: messages come late
+    /// Ends with the session: what is posted to the stage, which may live on, asks for it.
+    const std::shared_ptr<void> m_life = std::make_shared<char>();
     bool m_followStreams;
     int m_lastSentence = 0;
     int m_mode = eLayoutEqualCut;

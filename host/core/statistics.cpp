@@ -52,16 +52,18 @@ std::optional<TileStatistics> readTile(const std::string& message)
 }
 
 /// The folders that the module may have chosen, those first that it prefers.
-std::vector<fs::path> logFolders(const std::string& program)
+std::vector<fs::path> logFolders()
 {
     std::vector<fs::path> folders;
     const auto add = [&folders](const char* variable, const fs::path& below) {
         if (const char* const value = std::getenv(variable))
             folders.push_back(value / below);
     };
-    const fs::path ours = fs::path("ZRScreenMod") / fs::u8path(program);
+    const fs::path program = fs::u8path(programFile());
+    const std::string name = program.filename().u8string(); // of which endings are no part
+    const fs::path ours = fs::path("ZRScreenMod") / fs::u8path(name.substr(0, name.find('.')));
     add("ZRSCREEN_LOG_DIR", {});
-    folders.push_back(fs::u8path(programFolder()) / "log");
+    folders.push_back(program.parent_path() / "log");
     add("XDG_STATE_HOME", ours);
     add("HOME", fs::path(".local/state") / ours);
     add("LOCALAPPDATA", ours);
@@ -116,9 +118,9 @@ std::optional<MeetingStatistics> newestStatistics(std::string_view log)
     return newest;
 }
 
-std::string readModuleLog(const std::string& program)
+std::string readModuleLog()
 {
-    for (const fs::path& folder : logFolders(program)) {
+    for (const fs::path& folder : logFolders()) {
         std::ifstream stream(newestLog(folder), std::ios::binary);
         if (stream)
             return fromLocal8Bit(

@@ -45,10 +45,8 @@ struct MeetingStatistics
 [[nodiscard]] std::optional<MeetingStatistics> newestStatistics(std::string_view log);
 
 /// What the module logs in this process: the newest file of the first folder, of those that it
-/// chooses from, that has one.
-/// @param program the name of the program, without its folder and ending @return UTF-8; empty
-/// without a file
-[[nodiscard]] std::string readModuleLog(const std::string& program);
+/// chooses from, that has one. @return UTF-8; empty without a file
+[[nodiscard]] std::string readModuleLog();
 
 /// As lines for a terminal, the last one without its end.
 [[nodiscard]] std::string statisticsTable(const MeetingStatistics& statistics);

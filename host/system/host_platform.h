@@ -24,8 +24,8 @@ void useUtf8Text();
 
 /// @return why `file` cannot be opened for reading; empty when it can
 [[nodiscard]] std::string whyUnreadable(const std::string& file);
-/// Folder of the running program, without a separator at its end.
-[[nodiscard]] std::string programFolder();
+/// The running program, with its folder.
+[[nodiscard]] std::string programFile();
 /// The places where the library may lie, best first, for a program in `folder`.
 [[nodiscard]] std::vector<std::string> libraryCandidates(const std::string& folder);
 

@@ -146,13 +146,11 @@ std::string whyUnreadable(const std::string& file)
     return access(file.c_str(), R_OK) == 0 ? std::string() : errorText(errno);
 }
 
-std::string programFolder()
+std::string programFile()
 {
     std::array<char, 4096> path{};
     const ssize_t size = readlink("/proc/self/exe", path.data(), path.size());
-    const std::string file(path.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
-    const std::size_t slash = file.rfind('/');
-    return slash == std::string::npos ? "." : file.substr(0, slash);
+    return size > 0 ? std::string(path.data(), static_cast<std::size_t>(size)) : "./";
 }
 
 std::vector<std::string> libraryCandidates(const std::string& folder)

@@ -251,7 +251,7 @@ std::string whyUnreadable(const std::string& file)
     return handle.get() ? std::string() : windowsErrorText(GetLastError());
 }
 
-std::string programFolder()
+std::string programFile()
 {
     std::wstring path(MAX_PATH, L'\0');
     DWORD size = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
@@ -260,8 +260,7 @@ std::string programFolder()
         size = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
     }
     path.resize(size);
-    const std::size_t separator = path.find_last_of(L"\\/");
-    return separator == std::wstring::npos ? "." : fromWide(path.substr(0, separator));
+    return fromWide(path);
 }
 
 std::vector<std::string> libraryCandidates(const std::string& folder)

@@ -4,6 +4,7 @@
 #include "messages.h"
 #include "options.h"
 #include "scenario.h"
+#include "scenario_player.h"
 #include "scenariowords.h"
 #include "statistics.h"
 #include "traced_words.h"
@@ -114,6 +115,28 @@ private slots:
         for (int i = 0; i < 10; ++i)
             QVERIFY(buffer.add(std::string(1000, 'x')).empty());
         QCOMPARE(buffer.takeRest().size(), LineBuffer::kMaxLineBytes);
+    }
+
+    /// What frequent steps are is told by the command, and a trace remains one.
+    void aTraceIsStepped()
+    {
+        std::vector<std::string> run;
+        int ends = 0;
+        ScenarioPlayer player({[&](const ScenarioStep& step) { run.push_back(step.command); },
+                               [](int, const auto&) {}, [&] { ++ends; }});
+        player.load({{0, 1, "trace"},
+                     {1, 2, "call ZRScreen_PlayFrame s1 p1 2x2"},
+                     {2, 3, "say ann \"the volume network \""},
+                     {3, 4, "call ZRScreen_SetVolume s1 p1 3"},
+                     {4, 5, "expect s1 ZRMSG_SCREEN_MODE 6 0"}});
+        player.record("people");
+        QVERIFY(player.isReplay() && player.steps()[1].command == "people");
+        player.stepToChange();
+        QCOMPARE(run.back(), player.steps()[3].command);
+        QCOMPARE(ends, 0);
+        player.stepToChange();
+        QCOMPARE(run.size(), std::size_t(5)); // "people" was run by whoever records it
+        QCOMPARE(ends, 1);
     }
 
     void optionsAreParsed()

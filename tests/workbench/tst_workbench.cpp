@@ -30,9 +30,15 @@ private slots:
         LogTap log;
         MainWindow window(log, QStringLiteral(ZR_LIBRARY));
         QStringList failures;
+        QStringList answers;
+        QStringList messages;
         connect(&window.meeting(), &Meeting::happened, [&](const Event& event) {
             if (event.kind == Event::Kind::Failure)
                 failures << event.text;
+            else if (event.kind == Event::Kind::Answer)
+                answers << event.text;
+            else if (event.kind == Event::Kind::Message)
+                messages << event.text;
         });
         window.show();
         window.beginMeeting(6);
@@ -69,6 +75,8 @@ private slots:
         for (QPushButton* const button : window.findChildren<QPushButton*>()) {
             if (!button->objectName().isEmpty())
                 button->click(); // in the order of their making: who leaves is the last
+            if (button->objectName().contains("ZRScreenDate_Init"))
+                button->click(); // it opens again
         }
         QTRY_COMPARE(people->model()->rowCount(), 6); // one shares, one has left
         QCOMPARE(failures, QStringList());
@@ -88,6 +96,39 @@ private slots:
         QCOMPARE(failures, QStringList());
         QCOMPARE(window.meeting().scenario().next(), count);
         QCOMPARE(window.meeting().session().people().size(), std::size_t(6));
+
+        // A trace of two screens, in which a host value comes again in the next meeting.
+        QFile trace(m_folder.filePath("two.trace"));
+        QVERIFY(trace.open(QIODevice::WriteOnly) && trace.write(R"(trace
+call s1=ZRScreen_Init w1 notify
+call ZRScreen_MoveWindow s1 0,0,640,360 0
+call p1=ZRScreen_AddPerson s1 ann Ann 0 0 7
+expect s1 ZRMSG_PERSON_INFO_UPDATED p1 7
+call s2=ZRScreen_Init w1 notify
+call p2=ZRScreen_AddPerson s2 carl Carl 0 0 8
+expect s1 ZRMSG_PERSON_INFO_UPDATED p2 8
+expect s2 ZRMSG_PERSON_INFO_UPDATED p2 8
+call ZRScreen_ExitMeeting s1
+call ZRScreen_JoinMeetingFinish s1 on
+call p3=ZRScreen_AddPerson s1 bob Bob 0 0 7
+expect s1 ZRMSG_PERSON_INFO_UPDATED p3 7
+expect s2 ZRMSG_PERSON_INFO_UPDATED p3 7
+call ZRScreen_Release s2
+expect s1 ZRMSG_VIDEO_SHOWN person 7
+)") > 0);
+        trace.close();
+        window.openFile(trace.fileName());
+        auto* const step = window.findChild<QAction*>("stepToChange");
+        QTRY_VERIFY(step->isEnabled());
+        answers.clear();
+        const auto& scenario = window.meeting().scenario();
+        while (scenario.next() < scenario.steps().size())
+            step->trigger();
+        QCOMPARE(window.meeting().session().people().size(), std::size_t(1));
+        QTRY_VERIFY(!answers.isEmpty());
+        QCOMPARE(answers.join('\n'), QStringLiteral("The messages are those of the trace."));
+        QVERIFY2(messages.last().endsWith("hostValue=bob"), qPrintable(messages.join('\n')));
+        QCOMPARE(failures, QStringList());
     }
 
 private:
