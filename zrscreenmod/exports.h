@@ -467,11 +467,12 @@ struct Exports
     template<typename Visit>
     void forEach(Visit&& visit)
     {
-// NOLINTNEXTLINE(bugprone-macro-parentheses)
+// NOLINTBEGIN(bugprone-macro-parentheses): as above
 #define ZR_VISIT(family, name, thread, answer, arguments)                                          \
     visit(kExports[table::k##family##_##name], family.name);
         ZR_EXPORTS(ZR_VISIT)
 #undef ZR_VISIT
+        // NOLINTEND(bugprone-macro-parentheses)
     }
     template<typename Visit>
     void forEach(Visit&& visit) const
