@@ -2,6 +2,8 @@
 // promises.
 #include "benchhost.h"
 
+#include <QApplication>
+
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -126,6 +128,8 @@ bool checkFigures(const std::map<std::string, double>& figures)
 
 int main(int argc, char** argv)
 {
+    // Some benchmarks look at Qt's widgets: then the program is one of Qt, and brings its own.
+    const QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return EXIT_FAILURE;

@@ -122,12 +122,13 @@ private slots:
               "ZRScreen_AddSentence = 1", "ZRCtrl_QLineEdit_GetText = 8 \"会议 5\"",
               "ZRScreen_DelPerson = 1", "message ZRMSG_SCREEN_MODE mode=14"})
             QVERIFY2(result.output.contains(QString::fromUtf8(line) + '\n'), line);
+        constexpr const char* kFigures =
+            "carol: [\\d.]+ frames/s, [\\d.]+ coalesced, [\\d.]+ painted, refused 0, "
+            "\\d+x\\d+, grade [234], stream open, opened [12], shown 1, hidden 0 times\n";
         for (const char* const line :
              {"message ZRMSG_VIDEO_SHOWN person=0x[0-9a-f]+ hostValue=carol\n",
               "message ZRMSG_PERSON_INFO_UPDATED play=0x[0-9a-f]+ hostValue=77\n",
-              "\\d compositions/s, longest paint \\d+\\.\\d ms, longest stall \\d+ ms\n",
-              "carol: [\\d.]+ frames/s, [\\d.]+ coalesced, [\\d.]+ painted, refused 0, "
-              "\\d+x\\d+, grade [234], stream open, opened [12], shown 1, hidden 0 times\n",
+              "\\d compositions/s, longest paint \\d+\\.\\d ms, longest stall \\d+ ms\n", kFigures,
               "carol: [1-9]\\d* frames delivered, 0 refused\n"})
             QVERIFY2(QRegularExpression(line).match(result.output).hasMatch(),
                      qPrintable(result.output));
