@@ -1,7 +1,7 @@
 #!/bin/bash
 # Builds the module and its peers, has them show the same pictures on a virtual display with software
 # GL, and compares the CPU time: a table, and compare.csv and compare.svg in build/compare.
-#   bench/compare/compare.sh              all rows, 5 s each, the median of 3 runs: about 12 minutes
+#   bench/compare/compare.sh              all rows, 5 s each, the median of 3 runs: about 20 minutes
 #   bench/compare/compare.sh --quick      all rows once
 #   bench/compare/compare.sh --help       all options
 # ZR_BENCH_BUILD names another build folder than that of the preset "linux".
