@@ -83,14 +83,9 @@ public:
 
     void redraw() override
     {
-        const int cells = m_workload.columns;
         for (int tile = 0; tile < m_workload.tiles(); ++tile) {
-            const int column = tile % cells;
-            const int row = tile / cells;
-            const int left = compare::edge(column, cells, kWindowWidthPx);
-            const int bottom = compare::edge(row, cells, kWindowHeightPx);
-            glViewport(left, bottom, compare::edge(column + 1, cells, kWindowWidthPx) - left,
-                       compare::edge(row + 1, cells, kWindowHeightPx) - bottom);
+            const auto [left, bottom, width, height] = compare::cellOf(tile, m_workload.columns);
+            glViewport(left, bottom, width, height);
             m_textures[static_cast<std::size_t>(tile)].draw();
         }
         m_window.swap();

@@ -53,14 +53,9 @@ public:
     explicit QtPainter(const compare::Workload& workload)
     {
         m_window.resize(kWindowWidthPx, kWindowHeightPx);
-        const int cells = workload.columns;
         for (int tile = 0; tile < workload.tiles(); ++tile) {
-            const int column = tile % cells;
-            const int row = tile / cells;
-            const int left = compare::edge(column, cells, kWindowWidthPx);
-            const int top = compare::edge(row, cells, kWindowHeightPx);
-            const QRect place(left, top, compare::edge(column + 1, cells, kWindowWidthPx) - left,
-                              compare::edge(row + 1, cells, kWindowHeightPx) - top);
+            const auto [left, top, width, height] = compare::cellOf(tile, workload.columns);
+            const QRect place(left, top, width, height);
             m_tiles.push_back(new Tile(&m_window, place, workload));
         }
         QObject::connect(m_tiles.back(), &QOpenGLWidget::frameSwapped, [this] { ++m_swaps; });

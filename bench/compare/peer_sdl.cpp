@@ -57,14 +57,9 @@ public:
     void redraw() override
     {
         SDL_PumpEvents();
-        const int cells = m_workload.columns;
         for (int tile = 0; tile < m_workload.tiles(); ++tile) {
-            const int column = tile % cells;
-            const int row = tile / cells;
-            const int left = compare::edge(column, cells, kWindowWidthPx);
-            const int top = compare::edge(row, cells, kWindowHeightPx);
-            const SDL_Rect place{left, top, compare::edge(column + 1, cells, kWindowWidthPx) - left,
-                                 compare::edge(row + 1, cells, kWindowHeightPx) - top};
+            const auto [left, top, width, height] = compare::cellOf(tile, m_workload.columns);
+            const SDL_Rect place{left, top, width, height};
             SDL_RenderCopy(m_renderer, m_textures[static_cast<std::size_t>(tile)], nullptr, &place);
         }
         SDL_RenderPresent(m_renderer);

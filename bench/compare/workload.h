@@ -145,6 +145,24 @@ constexpr int edge(int cell, int cells, int length)
     return length * cell / cells;
 }
 
+/// Where a tile is in the window, in pixels.
+struct Cell
+{
+    int left;
+    int top;
+    int width;
+    int height;
+};
+constexpr Cell cellOf(int tile, int cells)
+{
+    const int column = tile % cells;
+    const int row = tile / cells;
+    const int left = edge(column, cells, kWindowWidthPx);
+    const int top = edge(row, cells, kWindowHeightPx);
+    return {left, top, edge(column + 1, cells, kWindowWidthPx) - left,
+            edge(row + 1, cells, kWindowHeightPx) - top};
+}
+
 /// Shows the workload with a peer, and prints the figures.
 void runPeer(const Workload& workload, Painter& painter);
 

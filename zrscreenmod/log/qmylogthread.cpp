@@ -246,10 +246,12 @@ void QMyLogThread::addToBatch(const Line& line)
         m_qstrSuffix = zr::logFileSuffix(now.time());
         m_headThread = 0;
     }
+    if (std::exchange(m_headThread, line.thread) != line.thread) {
+        m_head = headerOf(line).toLocal8Bit();
+        m_batch += m_head;
+    }
     if (m_iBatchLines == 0)
-        m_batchHead = headerOf(line).toLocal8Bit();
-    if (std::exchange(m_headThread, line.thread) != line.thread)
-        m_batch += headerOf(line).toLocal8Bit();
+        m_batchHead = m_head;
     m_batch += line.text.toLocal8Bit();
     ++m_iBatchLines;
     ++m_iWriteCount;

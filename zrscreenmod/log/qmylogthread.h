@@ -119,6 +119,7 @@ private:
     quint64 m_headThread = 0; ///< of the lines that come; 0 where a file begins
     QByteArray m_batch;       ///< encoded lines that go to the current file in one write
     int m_iBatchLines = 0;
+    QByteArray m_head;      ///< of the lines that come
     QByteArray m_batchHead; ///< what a file that begins with the batch begins with
     qint64 m_unwritten = 0; ///< lines lost since the disk has taken one
     /// What is being written, and how many of its lines are dealt with. Kept here so that another
