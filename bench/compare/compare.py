@@ -48,8 +48,10 @@ def rows_of(options):
 
 
 def run(options, program, row):
-    command = [options.programs / f"zr_compare_{program}", row.columns, row.width, row.height, row.phases,
-               row.redraws or 25, options.seconds, *(["patient"] if options.patient else [])]
+    name, *words = program.split()
+    command = [options.programs / f"zr_compare_{name}", row.columns, row.width, row.height, row.phases,
+               row.redraws or 25, options.seconds, *words,
+               *(["patient"] if options.patient else [])]
     done = subprocess.run([str(word) for word in command], capture_output=True, text=True,
                           timeout=120 + 10 * options.seconds, check=False)
     if done.returncode != 0:
@@ -68,6 +70,7 @@ def measure(options):
     for repeat in range(options.repeats):
         for module_row, peer_rows in rows_of(options):
             runs = [("module", module_row)]
+            runs += [("module plain", module_row)] if options.overlays else []
             runs += [(peer, row) for row in peer_rows for peer in options.peers]
             for program, row in runs:
                 progress(f"{repeat + 1}/{options.repeats} {program}: {row.name}")
@@ -113,6 +116,15 @@ def print_tables(options, figures):
                         f"{one['compositions_per_new_frame']:.3f}"])
     table(["", "offered", "painted", "skipped", "GUI CPU/frame", "median", "p99", "copied",
            "uploaded", "compositions/new frame"], lines)
+
+
+def print_overlays(options, figures):
+    print("The module with and without what lies over the pictures, CPU milliseconds per frame painted")
+    lines = []
+    for row, _ in rows_of(options):
+        both, plain = (per_painted(figures[row.name, name]) for name in ("module", "module plain"))
+        lines.append([row.name, f"{both:.2f}", f"{plain:.2f}", f"{both / plain:.3f}"])
+    table(["", "with", "without", "ratio"], lines)
 
 
 def per_painted(one):
@@ -171,6 +183,8 @@ def main():
                         help="the time stands still for who is late, so that nothing is skipped: "
                         "for busy machines; latencies mean little then")
     parser.add_argument("--quick", action="store_true", help="each row once")
+    parser.add_argument("--overlays", action="store_true",
+                        help="also the module without what lies over the pictures")
     options = parser.parse_args()
     if options.quick:
         options.repeats = 1
@@ -180,6 +194,8 @@ def main():
     print(f"{os.cpu_count()} cores, {options.seconds} s a run, the median of {options.repeats}; load "
           f"{load:.1f} before, {os.getloadavg()[0]:.1f} behind\n")
     print_tables(options, figures)
+    if options.overlays:
+        print_overlays(options, figures)
     save(options, figures)
     plot(options, figures)
     print(f"{options.results}/compare.csv, {options.results}/compare.svg")

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <dlfcn.h>
 #include <exception>
 #include <map>
 #include <stdexcept>
@@ -68,6 +69,17 @@ void waitUntilShown(compare::FrameLog& log, int tile, int number)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
+/// Hides what lies over the pictures. GUI thread. It takes Qt, and a program that is linked with Qt
+/// has to bring an application object of its own, which other hosts have not.
+void hideOverlays()
+{
+    void* const library = dlopen(ZR_HIDEOVERLAYS, RTLD_NOW);
+    void* const hide = library ? dlsym(library, "hideOverlays") : nullptr;
+    if (!hide)
+        throw std::runtime_error(dlerror());
+    reinterpret_cast<void (*)()>(hide)();
+}
+
 void measure(const compare::Workload& workload)
 {
     compare::Pictures pictures(workload);
@@ -84,6 +96,8 @@ void measure(const compare::Workload& workload)
     {
         const Watch watch(log);
         for (int number = 0; number < schedule.frames(); ++number) {
+            if (workload.isPlain && number == 1)
+                onGui(hideOverlays);
             if (number == Schedule::kFirstCounted) {
                 std::this_thread::sleep_until(schedule.due(0, number));
                 log.begin();

@@ -37,18 +37,26 @@ double quantile(const std::vector<double>& sorted, double share)
 Workload workloadOf(int argc, char** argv)
 {
     Workload workload;
-    if (argc == 7 || argc == 8) {
+    if (argc >= 7) {
         const std::string_view phases(argv[4]);
-        workload = {std::atoi(argv[1]), std::atoi(argv[2]), std::atoi(argv[3]), phases == "step",
-                    std::atof(argv[5]), std::atoi(argv[6]), argc == 8};
+        workload = {std::atoi(argv[1]), std::atoi(argv[2]), std::atoi(argv[3]),
+                    phases == "step",   std::atof(argv[5]), std::atoi(argv[6])};
         if (workload.inStep)
             workload.redrawsPerS = kFramesPerSecond;
-        if (workload.columns > 0 && workload.widthPx >= 8 && workload.heightPx >= 2
-            && workload.seconds > 0 && workload.redrawsPerS > 0
-            && (workload.inStep || phases == "own"))
+        bool isUnderstood = workload.columns > 0 && workload.widthPx >= 8 && workload.heightPx >= 2
+                            && workload.seconds > 0 && workload.redrawsPerS > 0
+                            && (workload.inStep || phases == "own");
+        for (int i = 7; i < argc; ++i) {
+            const std::string_view word(argv[i]);
+            workload.isPatient |= word == "patient";
+            workload.isPlain |= word == "plain";
+            isUnderstood &= word == "patient" || word == "plain";
+        }
+        if (isUnderstood)
             return workload;
     }
-    std::fprintf(stderr, "usage: %s COLUMNS WIDTH HEIGHT step|own REDRAWS SECONDS [patient]\n",
+    std::fprintf(stderr,
+                 "usage: %s COLUMNS WIDTH HEIGHT step|own REDRAWS SECONDS [patient] [plain]\n",
                  argv[0]);
     std::exit(2);
 }

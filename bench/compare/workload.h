@@ -27,12 +27,13 @@ struct Workload
     double redrawsPerS{}; ///< of a peer whose pictures are not in step
     int seconds = 0;      ///< that are measured
     bool isPatient{};     ///< the schedule waits for who is late, so that nothing is skipped
+    bool isPlain{};       ///< nothing lies over the module's pictures
 
     [[nodiscard]] int tiles() const { return columns * columns; }
 };
 
-/// Reads `COLUMNS WIDTH HEIGHT step|own REDRAWS SECONDS [patient]`. Ends the program, with the
-/// usage, where that is not what is there.
+/// Reads `COLUMNS WIDTH HEIGHT step|own REDRAWS SECONDS [patient] [plain]`. Ends the program, with
+/// the usage, where that is not what is there.
 Workload workloadOf(int argc, char** argv);
 
 /// When which picture comes.
