@@ -8,34 +8,48 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <string_view>
+#include <utility>
 
 namespace zrworkbench {
 
 namespace {
 
-/// "stats ID: in 25.0/s, refused 0, 640x360, hidden 0 times": of each figure the last word is the
-/// value, and those before it are its name.
-QVector<Figure> figuresOf(const QString& line)
+QStringList titles()
 {
-    const int begin = line.indexOf(QLatin1Char(' ')) + 1;
-    const int colon = qMax(line.lastIndexOf(QStringLiteral(": in ")), begin);
-    QVector<Figure> figures{{StatisticsPanel::tr("participant"), line.mid(begin, colon - begin)}};
-    for (QString text : line.mid(colon + 2).split(QStringLiteral(", "))) {
-        text.remove(QStringLiteral(" times"));
-        const int blank = text.lastIndexOf(QLatin1Char(' '));
-        const QString name = blank < 0 ? StatisticsPanel::tr("picture") : text.left(blank);
-        figures.append({name, text.mid(blank + 1)});
-    }
-    return figures;
+    return {StatisticsPanel::tr("participant"), StatisticsPanel::tr("frames/s"),
+            StatisticsPanel::tr("refused"),     StatisticsPanel::tr("painted/s"),
+            StatisticsPanel::tr("coalesced/s"), StatisticsPanel::tr("picture"),
+            StatisticsPanel::tr("grade"),       StatisticsPanel::tr("stream"),
+            StatisticsPanel::tr("opened"),      StatisticsPanel::tr("told shown"),
+            StatisticsPanel::tr("told hidden")};
 }
 
-/// "stats user2: in ..." before "stats user10: in ...".
-bool comesBefore(const QString& one, const QString& other)
+QString rate(double perS)
 {
-    const QString end = QStringLiteral(": in ");
-    const int length = one.lastIndexOf(end);
-    const int otherLength = other.lastIndexOf(end);
-    return length != otherLength ? length < otherLength : one < other;
+    return QString::number(perS, 'f', 1);
+}
+
+QStringList cells(const zrhost::TileStatistics& tile)
+{
+    return {QString::fromStdString(tile.userId),
+            rate(tile.framesPerS),
+            QString::number(tile.refused),
+            rate(tile.paintedPerS),
+            rate(tile.coalescedPerS()),
+            QStringLiteral("%1x%2").arg(tile.picture.width).arg(tile.picture.height),
+            QString::number(tile.grade),
+            tile.isOpen ? StatisticsPanel::tr("open") : StatisticsPanel::tr("closed"),
+            QString::number(tile.timesOpened),
+            QString::number(tile.timesShown),
+            QString::number(tile.timesHidden)};
+}
+
+/// "user2" before "user10".
+bool comesBefore(const zrhost::TileStatistics& one, const zrhost::TileStatistics& other)
+{
+    return std::pair(one.userId.size(), std::string_view(one.userId))
+           < std::pair(other.userId.size(), std::string_view(other.userId));
 }
 
 } // namespace
@@ -47,41 +61,35 @@ StatisticsPanel::StatisticsPanel(QWidget* parent)
 {
     m_table->setObjectName(QStringLiteral("statistics"));
     makeList(*m_table);
+    m_table->setColumnCount(titles().size());
+    m_table->setHorizontalHeaderLabels(titles());
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->addWidget(m_all);
     layout->addWidget(m_table);
-    m_blockEnd.setSingleShot(true);
-    connect(&m_blockEnd, &QTimer::timeout, this, &StatisticsPanel::show);
 }
 
 void StatisticsPanel::take(const QString& line)
 {
-    const QString all = QStringLiteral("stats: ");
-    if (line.startsWith(all)) {
-        m_all->setText(line.mid(all.size()));
-        m_participants.clear();
-        m_blockEnd.start();
-    } else if (line.startsWith(QLatin1String("stats "))) {
-        m_participants.append(line);
-    }
+    if (auto figures = m_reader.take(line.toStdString()))
+        show(*std::move(figures));
 }
 
-void StatisticsPanel::show()
+void StatisticsPanel::show(zrhost::MeetingStatistics figures)
 {
-    std::sort(m_participants.begin(), m_participants.end(), comesBefore);
-    m_table->setRowCount(m_participants.size());
-    for (int row = 0; row < m_participants.size(); ++row)
-        showParticipant(row, figuresOf(m_participants[row]));
-}
-
-void StatisticsPanel::showParticipant(int row, const QVector<Figure>& figures)
-{
-    m_table->setColumnCount(figures.size());
-    for (int column = 0; column < figures.size(); ++column) {
-        m_table->setHorizontalHeaderItem(column, new QTableWidgetItem(figures[column].title));
-        m_table->setItem(row, column, new QTableWidgetItem(figures[column].value));
+    m_all->setText(
+        tr("%1 participants, %2 compositions/s, longest paint %3 ms, longest stall %4 ms")
+            .arg(figures.tiles.size())
+            .arg(figures.compositionsPerS, 0, 'f', 1)
+            .arg(figures.longestPaintMs, 0, 'f', 1)
+            .arg(figures.longestStallMs));
+    std::sort(figures.tiles.begin(), figures.tiles.end(), comesBefore);
+    m_table->setRowCount(static_cast<int>(figures.tiles.size()));
+    for (int row = 0; row < m_table->rowCount(); ++row) {
+        const QStringList texts = cells(figures.tiles[static_cast<std::size_t>(row)]);
+        for (int column = 0; column < texts.size(); ++column)
+            m_table->setItem(row, column, new QTableWidgetItem(texts[column]));
     }
 }
 

@@ -1,21 +1,14 @@
 // The newest figures of the module: one line for all, and one for each participant.
 #pragma once
 
-#include <QStringList>
-#include <QTimer>
-#include <QVector>
+#include "statistics.h"
+
 #include <QWidget>
 
 class QLabel;
 class QTableWidget;
 
 namespace zrworkbench {
-
-struct Figure
-{
-    QString title;
-    QString value;
-};
 
 class StatisticsPanel : public QWidget
 {
@@ -28,13 +21,11 @@ public:
     void take(const QString& line);
 
 private:
-    void show();
-    void showParticipant(int row, const QVector<Figure>& figures);
+    void show(zrhost::MeetingStatistics figures);
 
     QLabel* m_all;
     QTableWidget* m_table;
-    QStringList m_participants; ///< lines of the newest block
-    QTimer m_blockEnd;          ///< the lines of a block come together
+    zrhost::StatisticsReader m_reader;
 };
 
 } // namespace zrworkbench

@@ -97,23 +97,33 @@ std::string formatted(const char* form, double a, double b, double c)
 
 } // namespace
 
+std::optional<MeetingStatistics> StatisticsReader::take(const std::string& message)
+{
+    std::size_t participants = 0;
+    if (auto meeting = readMeeting(message, participants)) {
+        m_begun = std::move(meeting);
+        m_participants = participants;
+    } else if (auto tile = m_begun ? readTile(message) : std::nullopt) {
+        m_begun->tiles.push_back(*std::move(tile));
+    } else {
+        return std::nullopt;
+    }
+    return m_begun->tiles.size() == m_participants ? std::exchange(m_begun, std::nullopt)
+                                                   : std::nullopt;
+}
+
 std::optional<MeetingStatistics> newestStatistics(std::string_view log)
 {
     if (const std::size_t run = log.rfind(kRunBegins); run != std::string_view::npos)
         log.remove_prefix(run);
     std::optional<MeetingStatistics> newest;
-    std::optional<MeetingStatistics> current;
-    std::size_t wanted = 0;
+    StatisticsReader reader;
     constexpr std::string_view kMark = "]  stats";
     for (std::size_t at = log.find(kMark); at != std::string_view::npos; at = log.find(kMark, at)) {
         at += kMark.find('s');
         const std::string message(log.substr(at, log.find_first_of("\r\n", at) - at));
-        if (auto meeting = readMeeting(message, wanted))
-            current = std::move(meeting);
-        else if (auto tile = current ? readTile(message) : std::nullopt)
-            current->tiles.push_back(*std::move(tile));
-        if (current && current->tiles.size() == wanted)
-            newest = std::exchange(current, std::nullopt);
+        if (auto figures = reader.take(message))
+            newest = std::move(figures);
     }
     return newest;
 }

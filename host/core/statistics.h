@@ -41,6 +41,20 @@ struct MeetingStatistics
     std::vector<TileStatistics> tiles;
 };
 
+/// Puts the figures together from the module's messages: first one for all, then one for each
+/// participant.
+class StatisticsReader
+{
+public:
+    /// @return the figures that are complete with this message, if any are; messages of another
+    ///         kind are passed over
+    std::optional<MeetingStatistics> take(const std::string& message);
+
+private:
+    std::optional<MeetingStatistics> m_begun;
+    std::size_t m_participants = 0; ///< that it will have
+};
+
 /// The newest figures in a log, in its last run; nothing where there are none, or not all yet.
 [[nodiscard]] std::optional<MeetingStatistics> newestStatistics(std::string_view log);
 
