@@ -21,8 +21,9 @@ namespace {
 
 constexpr int kMinutes = 60;
 constexpr int kStepsAMinute = 60;
-constexpr int kMinutesOfAScreen = 10; ///< then it is released and made anew
-constexpr int kHomePeople = 4;        ///< who are there whenever it is counted
+/// Then it is released and made anew. Of equal age in both parts of the hour that are compared.
+constexpr int kMinutesOfAScreen = 12;
+constexpr int kHomePeople = 4; ///< who are there whenever it is counted
 constexpr int kMostPeople = 16;
 /// The host value of who is on the extended screen.
 constexpr long long kOnExtended = 1000000;
