@@ -12,6 +12,13 @@ find_program(ZR_XVFB_RUN xvfb-run)
 if(NOT WIN32 AND NOT ZR_TEST_ON_DISPLAY AND NOT ZR_XVFB_RUN)
   message(WARNING "xvfb-run was not found: widget tests will run on $DISPLAY")
 endif()
+# What brings a program a screen of its own; empty where there is none.
+set(zrVirtualScreen "")
+if(WIN32)
+  set(zrVirtualScreen ${CMAKE_CROSSCOMPILING_EMULATOR})
+elseif(ZR_XVFB_RUN AND NOT ZR_TEST_ON_DISPLAY)
+  set(zrVirtualScreen ${ZR_XVFB_RUN})
+endif()
 
 function(_zr_add_test name)
   add_executable(${name} ${ARGN})
@@ -45,16 +52,19 @@ endfunction()
 
 # Runs a test program on a display of its own, with a screen of that size.
 function(_zr_add_display_test name size program)
-  if(ZR_XVFB_RUN AND NOT ZR_TEST_ON_DISPLAY AND NOT WIN32)
+  if(NOT zrVirtualScreen)
+    add_test(NAME ${name} COMMAND ${program} ${ARGN})
+  elseif(WIN32)
+    add_test(NAME ${name} COMMAND ${zrVirtualScreen} --screen ${size} $<TARGET_FILE:${program}>
+      ${ARGN})
+  else()
     # Each test begins its search for a free display at another number: two that start together
     # must not both find the same one free.
     get_property(display GLOBAL PROPERTY ZR_TEST_DISPLAY)
     math(EXPR display "${display} + 10")
     set_property(GLOBAL PROPERTY ZR_TEST_DISPLAY ${display})
-    add_test(NAME ${name} COMMAND ${ZR_XVFB_RUN} -a -n ${display}
+    add_test(NAME ${name} COMMAND ${zrVirtualScreen} -a -n ${display}
       -s "-screen 0 ${size}x24 -nolisten tcp" $<TARGET_FILE:${program}> ${ARGN})
-  else()
-    add_test(NAME ${name} COMMAND ${program} ${ARGN})
   endif()
   if(WIN32)
     # The software renderer is slower under Wine.
@@ -73,7 +83,7 @@ function(zr_add_widget_test name)
 endfunction()
 
 function(zr_repeat_on_large_screen name)
-  if(ZR_XVFB_RUN AND NOT ZR_TEST_ON_DISPLAY AND NOT WIN32)
+  if(zrVirtualScreen)
     _zr_add_display_test(${name}_4k 3840x2160 ${name} ${ARGN})
   endif()
 endfunction()

@@ -1,26 +1,32 @@
 #!/bin/bash
 # Runs a Windows program under Wine, on a virtual display of its own, and ends as it does:
-#   wine-run.sh --prefixes FOLDER [--path FOLDER]... [--plugins FOLDER] [--display host] \
-#     PROGRAM ARGUMENT...
+#   wine-run.sh --prefixes FOLDER [--path FOLDER]... [--plugins FOLDER] [--screen WIDTHxHEIGHT] \
+#     [--display host] [--preload SOURCE]... PROGRAM ARGUMENT...
 #
 #   --prefixes  where the Windows drives and settings ("prefixes") are kept; made on first use
 #   --path      a folder in which the program finds its libraries
 #   --plugins   the folder of Qt's platform plugins
+#   --screen    size of the virtual display, 1920x1080 unless told
 #   --display   "host" uses the display at hand
+#   --preload   functions in C that stand before those of the libraries of Linux
 set -euo pipefail
 
-prefixes= plugins= host_display= search=
+prefixes= plugins= screen=1920x1080 host_display= search=
+# Debian's Wine 8.0 loses what OpenGL draws in child windows; the source says more.
+sources=("$(dirname "$0")/wine-child-gl.c")
 while [ $# -gt 0 ]; do
   case $1 in
     --prefixes) prefixes=$2 ;;
     --path) search=$search${search:+;}Z:${2//\//\\} ;;
     --plugins) plugins=$2 ;;
+    --screen) screen=$2 ;;
     --display) host_display=$2 ;;
+    --preload) sources+=("$2") ;;
     *) break ;;
   esac
   shift 2
 done
-[ -n "$prefixes" ] && [ $# -gt 0 ] || { sed -n '2,9s/^# \?//p' "$0" >&2; exit 2; }
+[ -n "$prefixes" ] && [ $# -gt 0 ] || { sed -n '2,11s/^# \?//p' "$0" >&2; exit 2; }
 
 # The plain loader: the `wine` script in front of it complains about missing 32-bit libraries.
 wine=
@@ -39,7 +45,7 @@ export LC_ALL=C.UTF-8 # names of files
 [ -z "$search" ] || export WINEPATH=$search
 # Wine keeps variables that begin with QT_ from its programs, as those of the desktop around it are
 # not for them; what has WINE in front of it gets through.
-for name in QT_FORCE_STDERR_LOGGING QT_LOGGING_RULES QT_FATAL_WARNINGS; do
+for name in QT_FORCE_STDERR_LOGGING QT_LOGGING_RULES QT_FATAL_WARNINGS QT_SCALE_FACTOR; do
   [ -z "${!name:-}" ] || export "WINE$name=${!name}"
 done
 [ -z "$plugins" ] || export WINEQT_QPA_PLATFORM_PLUGIN_PATH=Z:${plugins//\//\\}
@@ -97,7 +103,7 @@ trap 'exit 143' TERM INT HUP
 wineserver -k {lock}>&- 2>/dev/null || true
 if [ "$host_display" != host ]; then
   # The server finds a free display number itself, and says it when it is ready.
-  exec {number}< <(exec Xvfb -displayfd 1 -screen 0 1920x1080x24 -nolisten tcp -noreset \
+  exec {number}< <(exec Xvfb -displayfd 1 -screen 0 "${screen}x24" -nolisten tcp -noreset \
     {lock}>&- 2>/dev/null)
   display_pid=$!
   read -r -t 30 -u "$number" display || { echo "wine-run: Xvfb does not start" >&2; exit 2; }
@@ -105,15 +111,17 @@ if [ "$host_display" != host ]; then
 fi
 [ -f "$WINEPREFIX/.ready" ] || make_prefix {lock}>&-
 
-# Debian's Wine 8.0 loses what OpenGL draws in child windows; the source says more.
-fix=$prefixes/child-gl.so
-source=$(dirname "$0")/wine-child-gl.c
-if [ ! "$fix" -nt "$source" ]; then
-  cc -shared -fPIC -O1 -o "$fix.$$" "$source" -ldl && mv "$fix.$$" "$fix"
-fi
+preload=
+for source in "${sources[@]}"; do
+  library=$(realpath "$prefixes")/$(basename "$source" .c).so
+  if [ ! "$library" -nt "$source" ]; then
+    cc -shared -fPIC -O1 -o "$library.$$" "$source" -ldl && mv "$library.$$" "$library"
+  fi
+  preload=$preload${preload:+:}$library
+done
 
 # In the background, so that a signal to this script is acted on at once.
-LD_PRELOAD=$(realpath "$fix") "$wine" "$@" {lock}>&- <&0 &
+LD_PRELOAD=$preload "$wine" "$@" {lock}>&- <&0 &
 status=0
 wait $! || status=$?
 exit $status

@@ -5,6 +5,7 @@
 #include "mediaengine.h"
 #include "qtfigures.h"
 #include "verdict.h"
+#include "weightedrow.h"
 
 #include <QApplication>
 
@@ -13,7 +14,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <numeric>
 #include <optional>
 #include <random>
 
@@ -21,19 +21,14 @@ namespace {
 
 constexpr int kMinutes = 60;
 constexpr int kStepsAMinute = 60;
-constexpr int kMinutesOfAScreen = 10; ///< then it is released and made anew
-constexpr int kHomePeople = 4;        ///< who are there whenever it is counted
+/// Then it is released and made anew. Of equal age in both parts of the hour that are compared.
+constexpr int kMinutesOfAScreen = 12;
+constexpr int kHomePeople = 4; ///< who are there whenever it is counted
 constexpr int kMostPeople = 16;
 /// The host value of who is on the extended screen.
 constexpr long long kOnExtended = 1000000;
 /// Until nothing is on its way: streams close a second after an arrangement.
 constexpr int kSettleMs = 1800;
-
-int setting(const char* name, int standard)
-{
-    const char* const value = std::getenv(name);
-    return value ? std::atoi(value) : standard;
-}
 
 class Soak
 {
@@ -284,14 +279,7 @@ const Step kSteps[] = {
 
 void Soak::step()
 {
-    static const int total =
-        std::accumulate(std::begin(kSteps), std::end(kSteps), 0,
-                        [](int sum, const Step& candidate) { return sum + candidate.weight; });
-    int at = pick(0, total - 1);
-    const Step* candidate = kSteps;
-    while ((at -= candidate->weight) >= 0)
-        ++candidate;
-    candidate->take(*this);
+    drawRow(kSteps, random).take(*this);
     shareOut();
     meeting.inbox.clear();
     Inbox::second().clear();
@@ -354,12 +342,12 @@ void save(const std::string& file, const std::vector<Figures>& samples)
 
 ZR_CASE(soak, nothingGrowsInAnHour)
 {
-    const int seconds = setting("ZR_SOAK_SECONDS", 300);
-    const int seed = setting("ZR_SOAK_SEED", 1);
+    const auto seconds = static_cast<int>(setting("ZR_SOAK_SECONDS", 300));
+    const auto seed = static_cast<unsigned>(setting("ZR_SOAK_SEED", 1));
     const char* const file = std::getenv("ZR_SOAK_CSV");
     const int stepMs = std::max(0, (1000 * seconds / kMinutes - kSettleMs - 400) / kStepsAMinute);
-    std::printf("seed %d, %d ms a step\n", seed, stepMs);
-    Soak soak(static_cast<unsigned>(seed));
+    std::printf("seed %u, %d ms a step\n", seed, stepMs);
+    Soak soak(seed);
     std::vector<Figures> samples;
     for (int minute = 1; minute <= kMinutes; ++minute) {
         for (int i = 0; i < kStepsAMinute; ++i) {

@@ -15,8 +15,8 @@ foreach(name letters digits)
   string(REPEAT "z" 144 v)
   file(WRITE ${WORK_DIR}/${name}.y4m "YUV4MPEG2 W32 H18 F10:1\nFRAME\n${luma}${u}${v}")
 endforeach()
-# The user makes somebody the speaker. Not under Wine: when windows come and go at full speed, the
-# second one may come to lie above the first in that mode, and nothing is seen.
+# The user makes somebody the speaker. Not under Wine, which has no window manager here, puts both
+# windows of the host at one place, and in that mode leaves the second, then empty one above.
 set(mode 6)
 set(click "+0.5 click 930 170")
 if(RUN)

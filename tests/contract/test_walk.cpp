@@ -3,13 +3,13 @@
 #include "check.h"
 #include "mediaengine.h"
 #include "scenario.h"
+#include "weightedrow.h"
 
 #include <algorithm>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
-#include <numeric>
 #include <random>
 #include <set>
 #include <thread>
@@ -243,16 +243,10 @@ const Step kStepTable[] = {
 
 void Walk::step()
 {
-    static const int total =
-        std::accumulate(std::begin(kStepTable), std::end(kStepTable), 0,
-                        [](int sum, const Step& candidate) { return sum + candidate.weight; });
-    int at = pick(0, total - 1);
-    const Step* candidate = kStepTable;
-    while ((at -= candidate->weight) >= 0)
-        ++candidate;
-    trace += std::string(depth > 0 ? ">" : " ") + candidate->name;
+    const Step& drawn = drawRow(kStepTable, random);
+    trace += std::string(depth > 0 ? ">" : " ") + drawn.name;
     engine.step = trace;
-    candidate->take(*this);
+    drawn.take(*this);
 }
 
 void Walk::checkBatch()

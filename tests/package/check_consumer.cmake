@@ -1,5 +1,6 @@
 # Programs find the library by the CMake package and link it by the import library: the example, whose
-# picture is watched where a display for that is at hand, and one that calls it with types of C++.
+# picture is watched where a display for that is at hand, one that calls it with types of C++, and one
+# of C.
 cmake_minimum_required(VERSION 3.22)
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
@@ -18,9 +19,11 @@ endfunction()
 
 build(examples "${PACKAGE_DIR}/share/doc/zrscreenmod/examples")
 build(consumer ${SOURCE_DIR}/consumer)
-file(COPY ${WORK_DIR}/consumer/consumer.exe ${WORK_DIR}/examples/meeting_win32.exe
-  DESTINATION "${PACKAGE_DIR}/bin")
+build(cconsumer ${SOURCE_DIR}/../contract/cconsumer)
+file(COPY ${WORK_DIR}/consumer/consumer.exe ${WORK_DIR}/cconsumer/c_host.exe
+  ${WORK_DIR}/examples/meeting_win32.exe DESTINATION "${PACKAGE_DIR}/bin")
 run(${RUN} "${PACKAGE_DIR}/bin/consumer.exe")
+run(${RUN} "${PACKAGE_DIR}/bin/c_host.exe")
 if(DEFINED ENV{DISPLAY})
   run(/usr/bin/python3 ${CMAKE_CURRENT_LIST_DIR}/watch_example.py ${FRAMEBUFFER} 00FFFF
     ${RUN} "${PACKAGE_DIR}/bin/meeting_win32.exe")
