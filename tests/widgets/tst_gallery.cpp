@@ -342,8 +342,13 @@ private slots:
         ZR_TELL(m, "remove sharescreen_1; mode: 4");
         other.DelPerson(share);
         QCOMPARE(m.mode(), int(eLayoutGrid4));
-        // A screen that nobody is on any more leaves the other's mode alone, but no tile maximised.
-        ZR_TELL(m, "mode 7; double u0; mode: 10; exit; mode: 7; people 1; remove u0; mode: 7");
+        // A screen that nobody is on any more leaves the other's mode alone, but not one that was
+        // entered for somebody who has gone with it.
+        for (const char* story :
+             {"mode 7; people 3; double u0; mode: 10; exit; mode: 7; people 1; remove u0; mode: 7",
+              "mode 10; people 3; double u1; mode: 10; exit; mode: 10",
+              "mode 9; add sharescreen_1; mode: 4; exit; mode: 9"})
+            ZR_TELL(m, story);
         other.ProcessExitMeeting();
         QCOMPARE(m.mode(), int(eLayoutEqualCut));
     }
