@@ -131,7 +131,13 @@ private slots:
             {"h.p.-s.-", false, -1},
             {"-p", false, -1},
             {"s.-h.+", true, 3}, // what was told before it was switched off has its answer
-            {"s.p", false, -1},
+            {"s.p", true, -1},   // not known yet
+            {"s.p.......", true, -1},
+            {"s.p........", false, -1},
+            {"s........p", false, -1},
+            {"s.h........p", true, -1}, // nor has a host an answer to this any more
+            {"s........h.p", false, -1},
+            {"s.-h.p", false, -1},
         };
         for (const auto& [events, on, tellAgainS] : rows) {
             CameraState camera;
@@ -144,7 +150,7 @@ private slots:
                 else if (event == 'h')
                     camera.tellHidden(nowMs);
                 else if (event == 'p')
-                    camera.presumeOn();
+                    camera.presumeOn(nowMs);
                 else if (event == 'g')
                     camera.tellGrade(nowMs);
                 else

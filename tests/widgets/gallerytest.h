@@ -118,7 +118,12 @@ public:
         settle();
         return taken;
     }
-    /// The gallery's timers of this interval fire; nobody waits for them.
+    /// The gallery's timers.
+    QList<QAbstractEventDispatcher::TimerInfo> running() const
+    {
+        return QAbstractEventDispatcher::instance()->registeredTimers(gallery.get());
+    }
+    /// Those of this interval fire; nobody waits for them.
     void elapse(int intervalMs)
     {
         nowMs += intervalMs;
@@ -380,10 +385,6 @@ private:
         };
         const auto found = answers.find(question);
         return found == answers.end() ? "no such question" : found->second();
-    }
-    QList<QAbstractEventDispatcher::TimerInfo> running() const
-    {
-        return QAbstractEventDispatcher::instance()->registeredTimers(gallery.get());
     }
 };
 

@@ -336,14 +336,21 @@ private slots:
         // One leaves the maximised tile, and with it both.
         ZR_TELL(m, "double u1; mode: 1");
         QVERIFY(other.isPersonVisible("b0"));
+        ZR_TELL(m, "mode 10; shown: u0 u1 u2");
+        QVERIFY(other.isPersonVisible("b0"));
         // A share that is on both has gone when it has left both.
         ZR_TELL(m, "mode 11; add sharescreen_1; mode: 4");
         tagPersonInfo* share = other.AddPerson("sharescreen_1", {}, 0, 0, nullptr);
         ZR_TELL(m, "remove sharescreen_1; mode: 4");
         other.DelPerson(share);
         QCOMPARE(m.mode(), int(eLayoutGrid4));
-        // A screen that nobody is on any more leaves the other's mode alone, but no tile maximised.
-        ZR_TELL(m, "mode 7; double u0; mode: 10; exit; mode: 7; people 1; remove u0; mode: 7");
+        // A screen that nobody is on any more leaves the other's mode alone, but not one that was
+        // entered for somebody who has gone with it.
+        for (const char* story :
+             {"mode 7; people 3; double u0; mode: 10; exit; mode: 7; people 1; remove u0; mode: 7",
+              "mode 10; people 3; double u1; mode: 10; exit; mode: 10",
+              "mode 9; add sharescreen_1; mode: 4; exit; mode: 9"})
+            ZR_TELL(m, story);
         other.ProcessExitMeeting();
         QCOMPARE(m.mode(), int(eLayoutEqualCut));
     }
@@ -398,7 +405,9 @@ private slots:
         VantrelRTCVideoFrameQT bad{};
         QVERIFY(m.play(ann) && m.play(ann) && !m->playFrame(ann, &bad));
         QTRY_VERIFY(!g_lines.filter("stats: 1 participants").isEmpty());
+        ZR_TELL(m, "people 1; mode 6");
         qInstallMessageHandler(before);
+        QCOMPARE(g_lines.filter("speaker 1  person i: 0 ,userName: \"u0\"").size(), 1);
         QCOMPARE(g_lines.filter("stats ann: in 2.0/s, refused 1, painted").size(), 1);
         QCOMPARE(ann->iFramesPerS, 2);
         QVERIFY(ann->pWidget->playInfo()->state().resolution.endsWith("2 fps, grade 4, open"));

@@ -119,14 +119,18 @@ void QDlgScreen::buildDisplayList()
 
 void QDlgScreen::presumeCameras()
 {
-    // A mode with longer pages may skip some that nobody has seen. Who turns out to have a camera
-    // on the page that is shown must not pass those before it, of whom nothing is known: they would
-    // come to the page in turn, and go once they are known.
-    const auto before =
-        std::min(static_cast<std::size_t>(m_iPage) * static_cast<std::size_t>(tilesPerPage()),
-                 m_vecCurPersons.size());
-    for (std::size_t i = 0; i < before; ++i)
-        m_vecCurPersons[i]->camera.presumeOn();
+    // Pages may be skipped, or left again before the host has answered. Who turns out to have a
+    // camera on the page that is shown must not pass those before it, of whom nothing is known:
+    // they would come to the page in turn, and go once they are known.
+    const qint64 nowMs = hub().nowMs();
+    const bool pair = zr::largeTiles(arrangedMode()) > 1;
+    int before = m_iPage * tilesPerPage();
+    for (int i = 0; before > 0 && i < static_cast<int>(m_vecCurPersons.size()); ++i) {
+        if (i == m_iSpeaker || (pair && i == m_iNextSpeaker))
+            continue; // who is on no page
+        m_vecCurPersons[static_cast<std::size_t>(i)]->camera.presumeOn(nowMs);
+        --before;
+    }
 }
 
 void QDlgScreen::chooseSpeakers()

@@ -223,15 +223,20 @@ int QDlgScreen::ProcessExitMeeting()
     qDebug() << "QDlgScreen::ProcessExitMeeting()";
     QCoreApplication::removePostedEvents(this, kLayoutEvent);
     m_bLayoutScheduled = false;
-    const bool wasMaximised = m_share.isMaximised();
+    zr::LeaveInput leaving;
+    leaving.share = m_roster.shareCount() > 0;
+    // Who was maximised in the gallery of that mode leaves the mode itself as it is.
+    leaving.maximised = m_share.isMaximised() && !m_share.maximisedInGallery;
+    leaving.last = true;
     clearGallery();
     static_cast<MeetingState&>(*this) = {};
     nameWhoSpeaks();
     // Messages from here on. Screens share a meeting: it ends with the last participant.
+    leaving.otherShare = hub().hasLiveShare();
     if (hub().livePersons.isEmpty())
         hub().endMeeting();
-    else if (wasMaximised)
-        leaveMaximised();
+    else
+        applyLeave(zr::leaveEffect(leaving));
     shareRect(); // a share at the same place in the next meeting is news to the host
     return 1;
 }

@@ -1,7 +1,6 @@
 #include "camerastate.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace zr {
 
@@ -38,9 +37,10 @@ void CameraState::tellShown(qint64 nowMs)
 {
     m_told = Told::Shown;
     m_tellAgainMs = -1;
-    const bool presumed = !std::exchange(m_bKnown, true) && m_bOn;
+    const bool presumed = m_known == Known::Nothing && m_bOn;
     if (presumed || m_doubtEndMs >= 0)
         m_doubtEndMs = nowMs + kAnswerLimitMs;
+    m_known = std::max(m_known, Known::Asked);
     m_shown.add(nowMs);
 }
 
@@ -49,6 +49,8 @@ void CameraState::tellHidden(qint64 nowMs)
     // A host that had not opened the stream yet has no reason to any more: what is in doubt stays.
     m_bOn = isOn(nowMs);
     m_doubtEndMs = -1;
+    if (m_known == Known::Asked && m_shown.isWaiting(nowMs))
+        m_known = Known::Nothing; // nor to answer
     m_told = Told::Hidden;
     m_tellAgainMs = -1;
     m_toldHiddenMs = nowMs;
@@ -60,9 +62,13 @@ void CameraState::tellGrade(qint64 nowMs)
     m_grades.add(nowMs);
 }
 
-void CameraState::presumeOn()
+void CameraState::presumeOn(qint64 nowMs)
 {
-    m_bOn = m_bOn || !m_bKnown;
+    const bool awaited = m_known == Known::Asked && m_shown.isWaiting(nowMs);
+    if (m_bOn || !(awaited || m_known == Known::Nothing))
+        return;
+    m_bOn = true;
+    m_doubtEndMs = awaited ? nowMs + kAnswerLimitMs : -1;
 }
 
 void CameraState::report(bool bOpen, qint64 nowMs)
@@ -76,7 +82,8 @@ void CameraState::report(bool bOpen, qint64 nowMs)
 
 void CameraState::reportOpen(qint64 nowMs)
 {
-    m_bOn = m_bKnown = true;
+    m_bOn = true;
+    m_known = Known::Reported;
     m_doubtEndMs = -1;
     const bool answers = m_shown.take(nowMs);
     if (m_told != Told::Hidden)
@@ -92,7 +99,7 @@ void CameraState::reportClosed(qint64 nowMs)
     const bool mayReopen = m_grades.isWaiting(nowMs);
     if (!m_hidden.take(nowMs) && !m_grades.take(nowMs)) {
         m_bOn = false;
-        m_bKnown = true;
+        m_known = Known::Reported;
         m_doubtEndMs = -1;
         m_shown.take(nowMs);
     } else if (m_told == Told::Shown) {

@@ -42,8 +42,9 @@ public:
     void tellHidden(qint64 nowMs);
     /// The host is asked for a grade.
     void tellGrade(qint64 nowMs);
-    /// Takes a camera of which nothing is known for on, until the host has been asked.
-    void presumeOn();
+    /// Takes a camera of which nothing is known for on, until the host has been asked and has
+    /// answered, or was given the time for it.
+    void presumeOn(qint64 nowMs);
     /// The host reports the stream as open or closed, asked or not.
     void report(bool bOpen, qint64 nowMs);
 
@@ -58,12 +59,18 @@ private:
         Shown,
         Hidden,
     };
+    enum class Known
+    {
+        Nothing,
+        Asked, ///< the participant was shown, and not hidden before an answer could come
+        Reported,
+    };
     void reportOpen(qint64 nowMs);
     void reportClosed(qint64 nowMs);
 
     Told m_told = Told::Nothing;
+    Known m_known = Known::Nothing;
     bool m_bOn = false;
-    bool m_bKnown = false;    ///< the host was asked, or has said by itself, whether it is on
     qint64 m_doubtEndMs = -1; ///< off from then on, unless an open stream is reported
     qint64 m_tellAgainMs = -1;
     qint64 m_toldHiddenMs = 0;
