@@ -86,21 +86,20 @@ zr::I420Layout CPlayWidget::layoutLocked() const
 CPlayWidget::SizeChange CPlayWidget::setVideoSizeLocked(unsigned int w, unsigned int h)
 {
     SizeChange change;
-    if (w == m_nVideoWidth && h == m_nVideoHeight)
+    change.bChanged = w != m_nVideoWidth || h != m_nVideoHeight;
+    if (!change.bChanged && m_pBufYuv420p)
         return change;
-    change.bChanged = true;
     m_nVideoWidth = w;
     m_nVideoHeight = h;
     const int need = static_cast<int>(zr::tileBufferBytes(w, h));
-    if (need > m_nBufSize) {
-        change.bGrown = true;
+    if (need > m_nBufSize)
         m_pBufYuv420p.reset();
     }
     if (!m_pBufYuv420p) {
         m_nBufSize = need;
         m_pBufYuv420p.reset(new (std::nothrow) uchar[static_cast<std::size_t>(need)]);
-        change.bFailed = !m_pBufYuv420p;
-    }
+        change.bAllocated = m_pBufYuv420p != nullptr;
+        change.bFailed = !std::exchange(m_bNoMemory, !m_pBufYuv420p) && !m_pBufYuv420p;
     fillBlackLocked();
     m_rcView =
         zr::letterboxRect(QSize(static_cast<int>(w), static_cast<int>(h)), unpackSize(m_uTileSize));
@@ -109,9 +108,7 @@ CPlayWidget::SizeChange CPlayWidget::setVideoSizeLocked(unsigned int w, unsigned
 
 void CPlayWidget::announce(const SizeChange& change, unsigned int w, unsigned int h)
 {
-    if (!change.bChanged)
-        return;
-    if (change.bGrown)
+    if (change.bAllocated)
         qDebug() << "xxxxx setVideoSize,iWidth,iHeight:" << w << h;
     if (change.bFailed) {
         qDebug().noquote() << QStringLiteral("m_pBufYuv420p alloc failed! Maybe no frames shown in "
@@ -119,7 +116,8 @@ void CPlayWidget::announce(const SizeChange& change, unsigned int w, unsigned in
                            << zr::tileBufferBytes(w, h);
     }
     const QSize tile = unpackSize(m_uTileSize);
-    emit notifyViewCenter(tile.width(), tile.height());
+    if (change.bChanged && !m_bSizeTold.exchange(true))
+        emit notifyViewCenter(tile.width(), tile.height());
 }
 
 void CPlayWidget::SetVideoSize(unsigned int w, unsigned int h)
@@ -149,7 +147,7 @@ void CPlayWidget::PlayFrame(const VantrelRTCVideoFrameQT& frame)
     {
         const Locker lock(m_mutex);
         // The stored width may be the aligned one or not; the layout is the same for both.
-        if ((w & ~7U) != m_nVideoWidth || h != m_nVideoHeight)
+        if ((w & ~7U) != m_nVideoWidth || h != m_nVideoHeight || !m_pBufYuv420p)
             change = setVideoSizeLocked(w, h);
         if (m_pBufYuv420p) {
             zr::copyFrameToTile(data, w, h, m_pBufYuv420p.get());
@@ -281,6 +279,7 @@ void CPlayWidget::onViewCenter(int /*iWidth*/, int /*iHeight*/)
     {
         const Locker lock(m_mutex);
         if (m_nVideoWidth == 0 || m_nVideoHeight == 0)
+    m_bSizeTold = false;
             return;
         const QSize video(static_cast<int>(m_nVideoWidth), static_cast<int>(m_nVideoHeight));
         view = m_rcView = zr::letterboxRect(video, size());

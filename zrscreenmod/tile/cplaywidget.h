@@ -37,7 +37,8 @@ public:
     // --- Pictures; any thread ---
     /// Prepares the tile for pictures of this size and shows black until one comes. Does nothing
     /// for the present size and for a size that is not valid (zr::isFrameSizeValid). The block
-    /// only grows; when it cannot be allocated, the tile stays black.
+    /// only grows; while it cannot be allocated the tile stays black, and each picture that comes
+    /// tries again.
     void SetVideoSize(unsigned int w, unsigned int h);
     /// Copies a picture in and has it painted. Does nothing while the tile is hidden, or for a
     /// picture without data or of an invalid size.
@@ -99,6 +100,8 @@ signals:
     /// A picture waits to be painted. Emitted from any thread, and not again before onRender has
     /// run: a burst of pictures costs one repaint.
     void notifyRender(bool bCheckLocal = true);
+    /// The picture or the tile has another size. Emitted from any thread, for a picture not again
+    /// before onViewCenter has run.
     void notifyViewCenter(int iWidth, int iHeight);
 
 public slots:
@@ -127,8 +130,8 @@ private:
     struct SizeChange
     {
         bool bChanged = false;
-        bool bGrown = false;
-        bool bFailed = false;
+        bool bAllocated = false;
+        bool bFailed = false; ///< for the first time since there was memory
     };
 
     // The caller holds m_mutex.
@@ -166,6 +169,8 @@ private:
     /// Calls of requestRender since the last onRender; pictures in the upper half.
     std::atomic<quint64> m_uRenderRequests{0};
 
+    bool m_bNoMemory = false;               ///< for the block, which has been logged
     zr::TileReveal m_reveal;
     bool m_bPaused = false; ///< a shared screen that is paused: no picture is painted
 };
+    std::atomic<bool> m_bSizeTold{false}; ///< a notifyViewCenter for a picture is under way
