@@ -11,6 +11,7 @@
 #include <QDebug>
 #include <QElapsedTimer>
 #include <QMouseEvent>
+#include <QOpenGLContext>
 #include <QPointer>
 
 #include <algorithm>
@@ -22,6 +23,8 @@ namespace {
 
 constexpr int kClickDelayMs = 300;
 constexpr int kChangeDelayMs = 100;
+/// Between two attempts to have a lost GL context again, and looks whether it is there.
+constexpr int kRenewalMs = 1000;
 /// The local user's picture counts as confirmed after more pictures than this, over all tiles.
 constexpr int kLocalVideoFrames = 68;
 
@@ -49,6 +52,7 @@ CPlayWidget::CPlayWidget(QWidget* parent, bool bOverlayMode)
     , m_pPacer(RepaintPacer::shared())
     , m_pClickTimer(new QTimer(this))
     , m_pChangeTimer(new QTimer(this))
+    , m_pRenewalTimer(new QTimer(this))
 {
     m_pClickTimer->setSingleShot(true);
     m_pClickTimer->setInterval(kClickDelayMs);
@@ -58,6 +62,8 @@ CPlayWidget::CPlayWidget(QWidget* parent, bool bOverlayMode)
     connect(this, &CPlayWidget::notifyViewCenter, this, &CPlayWidget::onViewCenter);
     connect(m_pClickTimer, &QTimer::timeout, this, &CPlayWidget::mouseClick);
     connect(m_pChangeTimer, &QTimer::timeout, this, &CPlayWidget::delayResetChangeTag);
+    m_pRenewalTimer->setSingleShot(true);
+    connect(m_pRenewalTimer, &QTimer::timeout, this, &CPlayWidget::renewContext);
     connect(m_pPlayInfo.get(), &QDlgPlayInfo::stateChanged, this, &CPlayWidget::followState);
     if (Statistics* const statistics = Statistics::active())
         connect(this, &QOpenGLWidget::frameSwapped, statistics, &Statistics::noteSwap);
@@ -94,12 +100,12 @@ CPlayWidget::SizeChange CPlayWidget::setVideoSizeLocked(unsigned int w, unsigned
     const int need = static_cast<int>(zr::tileBufferBytes(w, h));
     if (need > m_nBufSize)
         m_pBufYuv420p.reset();
-    }
     if (!m_pBufYuv420p) {
         m_nBufSize = need;
         m_pBufYuv420p.reset(new (std::nothrow) uchar[static_cast<std::size_t>(need)]);
         change.bAllocated = m_pBufYuv420p != nullptr;
         change.bFailed = !std::exchange(m_bNoMemory, !m_pBufYuv420p) && !m_pBufYuv420p;
+    }
     fillBlackLocked();
     m_rcView =
         zr::letterboxRect(QSize(static_cast<int>(w), static_cast<int>(h)), unpackSize(m_uTileSize));
@@ -274,12 +280,12 @@ void CPlayWidget::countLocalPictures(int pictures)
 
 void CPlayWidget::onViewCenter(int /*iWidth*/, int /*iHeight*/)
 {
+    m_bSizeTold = false;
     m_uTileSize = packSize(size());
     QRect view;
     {
         const Locker lock(m_mutex);
         if (m_nVideoWidth == 0 || m_nVideoHeight == 0)
-    m_bSizeTold = false;
             return;
         const QSize video(static_cast<int>(m_nVideoWidth), static_cast<int>(m_nVideoHeight));
         view = m_rcView = zr::letterboxRect(video, size());
@@ -308,10 +314,44 @@ void CPlayWidget::releaseGL()
 
 void CPlayWidget::resizeGL(int w, int h)
 {
-    initializeOpenGLFunctions();
     m_pPlayInfo->setGeometry(0, 0, w, h);
     m_uTileSize = packSize(QSize(w, h));
     emit notifyViewCenter(w, h);
+}
+
+void CPlayWidget::resizeEvent(QResizeEvent* event)
+{
+    if (isContextLost())
+        resizeGL(width(), height());
+    else
+        QOpenGLWidget::resizeEvent(event);
+}
+
+void CPlayWidget::paintEvent(QPaintEvent* event)
+{
+    if (!isContextLost()) {
+        QOpenGLWidget::paintEvent(event);
+    } else if (!m_pRenewalTimer->isActive()) {
+        qDebug() << "the GL context is lost, window:" << window();
+        m_pRenewalTimer->start(0);
+    }
+}
+
+bool CPlayWidget::isContextLost()
+{
+    makeCurrent();
+    return context() && !(isValid() && QOpenGLContext::currentContext() == context());
+}
+
+void CPlayWidget::renewContext()
+{
+    // Another tile may have had the window made anew, and when this one is shown again Qt tries.
+    if (!isVisible() || (context() && !isContextLost()))
+        return;
+    m_pRenewalTimer->start(kRenewalMs);
+    QOpenGLContext probe;
+    if (probe.create()) // else the window would come and go in vain
+        platform::renewWindow(*window());
 }
 
 void CPlayWidget::paintGL()
@@ -398,6 +438,7 @@ void CPlayWidget::StopShow()
     m_bShow = false;
     m_pClickTimer->stop();
     m_pChangeTimer->stop(); // StartShow begins the delay anew
+    m_pRenewalTimer->stop();
     hide();
 }
 

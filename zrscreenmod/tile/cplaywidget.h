@@ -119,6 +119,8 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void initializeGL() override;
     void resizeGL(int w, int h) override;
     void paintGL() override;
@@ -144,13 +146,20 @@ private:
     void countLocalPictures(int pictures);
     void beginChangeDelay();
     void followState();
+    /// The driver has taken the context away (a reset, an adapter that goes): Qt would paint
+    /// without one.
+    [[nodiscard]] bool isContextLost();
+    /// Makes a lost context anew, with all of the window's; again and again until there is one.
+    /// The host may be called from inside, so that the tile may be gone afterwards.
+    void renewContext();
     void releaseGL();
 
     std::unique_ptr<QDlgPlayInfo> m_pPlayInfo;
     std::shared_ptr<RepaintPacer> m_pPacer;
-    QTimer* m_pClickTimer;  ///< child
-    QTimer* m_pChangeTimer; ///< child; ends the change mark
-    QPoint m_ptPress;       ///< of the last left press, on the screen
+    QTimer* m_pClickTimer;   ///< child
+    QTimer* m_pChangeTimer;  ///< child; ends the change mark
+    QTimer* m_pRenewalTimer; ///< child; runs while the GL context is lost
+    QPoint m_ptPress;        ///< of the last left press, on the screen
     YuvRenderer m_renderer;
     QMetaObject::Connection m_contextConnection;
 
@@ -161,16 +170,16 @@ private:
     QRect m_rcView; ///< the picture in the tile, in the tile's pixels from its top left corner
     std::unique_ptr<uchar[]> m_pBufYuv420p; ///< laid out as zr::tileLayout
     int m_nBufSize = 0;                     ///< bytes allocated; at least zr::tileLayout's
+    bool m_bNoMemory = false;               ///< for the block, which has been logged
     quint64 m_uFrameSerial = 1;             ///< counts changes of the block
 
     std::atomic<bool> m_bShow{false};
+    std::atomic<bool> m_bSizeTold{false}; ///< a notifyViewCenter for a picture is under way
     /// The tile's size, packed, for threads that may not ask the widget.
     std::atomic<quint64> m_uTileSize{0};
     /// Calls of requestRender since the last onRender; pictures in the upper half.
     std::atomic<quint64> m_uRenderRequests{0};
 
-    bool m_bNoMemory = false;               ///< for the block, which has been logged
     zr::TileReveal m_reveal;
     bool m_bPaused = false; ///< a shared screen that is paused: no picture is painted
 };
-    std::atomic<bool> m_bSizeTold{false}; ///< a notifyViewCenter for a picture is under way
