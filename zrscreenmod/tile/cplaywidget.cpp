@@ -7,6 +7,7 @@
 #include "repaintpacer.h"
 #include "statistics.h"
 
+#include <QCoreApplication>
 #include <QCursor>
 #include <QDebug>
 #include <QElapsedTimer>
@@ -23,8 +24,9 @@ namespace {
 
 constexpr int kClickDelayMs = 300;
 constexpr int kChangeDelayMs = 100;
-/// Between two attempts to have a lost GL context again, and looks whether it is there.
-constexpr int kRenewalMs = 1000;
+// Between two attempts to have a lost GL context again: twice as long as before the last one.
+constexpr int kFirstRenewalMs = 1000;
+constexpr int kLastRenewalMs = 60000;
 /// The local user's picture counts as confirmed after more pictures than this, over all tiles.
 constexpr int kLocalVideoFrames = 68;
 
@@ -348,9 +350,11 @@ void CPlayWidget::renewContext()
     // Another tile may have had the window made anew, and when this one is shown again Qt tries.
     if (!isVisible() || (context() && !isContextLost()))
         return;
-    m_pRenewalTimer->start(kRenewalMs);
+    m_pRenewalTimer->start(
+        std::clamp(2 * m_pRenewalTimer->interval(), kFirstRenewalMs, kLastRenewalMs));
+    // The window is not to come and go in vain; contexts that the program shares Qt keeps.
     QOpenGLContext probe;
-    if (probe.create()) // else the window would come and go in vain
+    if (!QCoreApplication::testAttribute(Qt::AA_ShareOpenGLContexts) && probe.create())
         platform::renewWindow(*window());
 }
 
