@@ -85,18 +85,27 @@
 ///
 /// ## When something fails
 /// - Without an OpenGL context the windows stay black; calls and messages go on. The log says why.
-/// - A participant for whose picture there is no memory stays black until a smaller one comes.
+/// - A context that the driver takes away in mid-meeting (a reset, an adapter that goes) is made
+///   anew, and with it the native window that is painted in it, in its place: tried at once, and
+///   again less and less often. The last pictures are there again without new frames. The log says
+///   so. In a program of Qt's that shares all of its contexts (`Qt::AA_ShareOpenGLContexts`) the
+///   windows stay as they are.
+/// - A participant for whose picture there is no memory is black, and each frame tries again. The
+///   log tells it once.
 /// - A C++ exception that leaves the host's function ends there and is logged; the call or event
 ///   that sent the message goes on.
-/// - A parent window that goes first takes the embedded windows along. Their handles stay valid,
-///   and must still be released.
+/// - A parent window that goes first takes the embedded windows along. Their handles stay valid
+///   and go on taking calls and frames, hidden; what is put into another parent is shown there.
+///   They must still be released.
 /// - The log that cannot be written, say on a full disk, is told of once on stderr. Its lines are
 ///   lost and counted in the first line that can be written again.
-/// - Where the GUI thread stands still, each participant keeps the last picture, `posted` calls
-///   wait in order, and `gui` calls of other threads are refused after 10 seconds.
+/// - Where the GUI thread stands still, each participant keeps the last picture and its size,
+///   however many frames come. `posted` calls wait in order, without a limit, and `gui` calls of
+///   other threads are refused after 10 seconds.
 /// - A wall clock that jumps changes the dates in the log and what the date picker offers, nothing
 ///   else.
-/// - When the X server goes away Qt ends the process with `exit(1)`, as Xlib does.
+/// - When the X server goes away Qt ends the process with `exit(1)`, as Xlib does. What was logged
+///   before is in the log.
 #ifndef ZRSCREENMOD_H
 #define ZRSCREENMOD_H
 

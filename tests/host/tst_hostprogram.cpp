@@ -207,6 +207,34 @@ private slots:
         QVERIFY2(output.contains("frames delivered"), output.constData());
     }
 
+    /// The X server goes away.
+    void theDisplayGoes()
+    {
+        QProcess server;
+        server.start(QStringLiteral("Xvfb"), {"-displayfd", "1", "-nolisten", "tcp"});
+        if (!server.waitForStarted())
+            QSKIP("there is no X server here");
+        QByteArray number;
+        QTRY_VERIFY((number += server.readAllStandardOutput()).endsWith('\n'));
+        const QString logs = m_folder.filePath(QStringLiteral("logs"));
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("DISPLAY", ":" + number.trimmed());
+        environment.insert("LIBGL_ALWAYS_SOFTWARE", "1");
+        environment.insert("ZRSCREEN_LOG_DIR", logs);
+        QProcess host;
+        host.setProcessEnvironment(environment);
+        host.start(QStringLiteral(ZRHOST_PROGRAM), QStringList());
+        QByteArray output;
+        QTRY_VERIFY_WITH_TIMEOUT(
+            (output += host.readAllStandardOutput()).contains("ZRMSG_VIDEO_SHOWN"), 20000);
+        server.kill();
+        QVERIFY(host.waitForFinished(10000) && server.waitForFinished());
+        QCOMPARE(host.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(host.exitCode(), 1);
+        QFile log(logs + '/' + QDir(logs).entryList(QDir::Files).value(0));
+        QVERIFY(log.open(QIODevice::ReadOnly) && log.readAll().contains("dwMsg: 21"));
+    }
+
 private:
     QString write(const char* name, const QByteArray& bytes) const
     {

@@ -91,10 +91,13 @@ private slots:
         makeFile(nextDay, zr::kLogFileLimitBytes + 1);
         log.myWriteLog("next day\r\n");
         QVERIFY(content(nextDay).endsWith("next day\r\n"));
-        // The clock may go back as well.
-        m_now = QDateTime(kToday, QTime(23, 59, 59));
+        // The clock may go back as well, to before the full files.
+        m_now = QDateTime(kToday, QTime(4, 30));
         log.myWriteLog("back\r\n");
         QVERIFY(content(kFirstFile).endsWith("back\r\n"));
+        fillUp(&log, kFirstFile, 1000);
+        log.myWriteLog("kept\r\n");
+        QCOMPARE(content("zrscreenLog20260302-043000.txt"), QByteArray("kept\r\n"));
     }
 
     void linesThatCannotBeWrittenAreCountedElsewhere()

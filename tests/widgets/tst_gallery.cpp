@@ -2,6 +2,8 @@
 // from inside a message; and the extended screen's record.
 #include "gallerytest.h"
 #include "golden.h"
+#include "hostprocess.h"
+#include "pictures.h"
 
 #include "dlgextscreen.h"
 #include "exthandle.h"
@@ -13,6 +15,9 @@
 #include "screenhandle.h"
 #include "statistics.h"
 
+#include <QDeadlineTimer>
+
+#include <atomic>
 #include <thread>
 
 using zrtest::HostDouble;
@@ -450,6 +455,45 @@ private slots:
             QVERIFY(!isRunning() && m.play(person) && isRunning());
             ZR_TELL(m, close);
             ZR_TELL(m, "stream u0");
+        }
+    }
+
+    /// While the GUI thread stands still, eight threads deliver pictures of changing sizes.
+    void aGuiThreadThatStoodStillFindsTheLastPictures()
+    {
+        Meeting m(true);
+        std::atomic<int> queued{0};
+        const auto count = [&] { ++queued; };
+        connect(&hub(), &QZRScreenConfig::playFrameUpdateUI, this, count, Qt::DirectConnection);
+        ZR_TELL(m, "set nine 1");
+        const auto persons = m.addMany(8);
+        QTest::qWait(150); // the tiles' own start
+        for (const tagPersonInfo* person : persons) {
+            const CPlayWidget* const tile = person->pWidget;
+            connect(tile, &CPlayWidget::notifyViewCenter, this, count, Qt::DirectConnection);
+            connect(tile, &CPlayWidget::notifyRender, this, count, Qt::DirectConnection);
+        }
+        queued = 0;
+        std::vector<std::thread> media;
+        for (tagPersonInfo* person : persons) {
+            media.emplace_back([&m, person] {
+                const Picture small(64, 36, kRed);
+                const Picture last(320, 180, kGreen);
+                const QDeadlineTimer end(setting("ZR_STALL_MS", 1000));
+                for (int i = 0; !end.hasExpired() || i % 2 != 0; ++i)
+                    QVERIFY(m->playFrame(person, i % 2 == 0 ? &small.frame : &last.frame));
+            });
+        }
+        for (std::thread& thread : media)
+            thread.join();
+        QCOMPARE(queued.load(), 3 * 8);
+        QTest::qWait(100);
+        for (const tagPersonInfo* person : persons) {
+            const QImage seen = person->pWidget->grabFramebuffer();
+            QCOMPARE(QSize(person->iVideoWidth, person->iVideoHeight), QSize(320, 180));
+            const QColor colour = seen.pixelColor(seen.rect().center());
+            QVERIFY(isNear({colour.red(), colour.green(), colour.blue()}, kGreen));
+            QVERIFY(person->frames.taken() > 100 && person->frames.painted() == 1);
         }
     }
 

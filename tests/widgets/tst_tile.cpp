@@ -8,7 +8,10 @@
 #include "repaintpacer.h"
 
 #include <QAccessible>
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
 #include <QPaintEvent>
+#include <QPointer>
 #include <QSignalSpy>
 
 #include <new>
@@ -242,15 +245,41 @@ private slots:
         QCOMPARE(overlay.count, 0); // it lies above the picture, and none of its state has changed
     }
 
-    void aPictureWithoutMemoryIsBlackAndTheNextSizeIsNot()
+    void picturesWithoutMemoryAreBlackUntilThereIsSome()
     {
         showRed();
+        static int refused; // lines of the log
+        refused = 0;
+        const auto before = qInstallMessageHandler([](auto, const auto&, const QString& line) {
+            refused += line.contains("alloc failed") ? 1 : 0;
+        });
         s_isMemoryFull = true;
-        play({320, 180, kGreen});
+        for (const quint32 height : {180U, 180U, 360U, 180U})
+            play({320, height, kGreen});
         s_isMemoryFull = false;
-        QVERIFY(shows(kBlack));
-        play(kBlue);
-        QVERIFY(shows(kBlue));
+        qInstallMessageHandler(before);
+        QVERIFY(shows(kBlack) && refused == 1);
+        play({320, 180, kGreen});
+        QVERIFY(shows(kGreen));
+    }
+
+    // The painting crashed. Without its surface a context is as if the driver had taken it away.
+    void aLostContextComesBackWithThePicture()
+    {
+        showRed();
+        m_tile->makeCurrent();
+        const QPointer<QOpenGLContext> lost(m_tile->context());
+        auto* const surface = static_cast<QOffscreenSurface*>(lost->surface());
+        m_tile->doneCurrent();
+        surface->destroy();
+        m_tile->resize(162, 90);
+        QVERIFY(lost);
+        for (int i = 0; i < 3; ++i) // textures that are lost, too
+            QTest::ignoreMessage(QtWarningMsg,
+                                 QRegularExpression("Texture has not been destroyed"));
+        play(kGreen);
+        QTRY_VERIFY(!lost && m_tile->isValid());
+        QVERIFY(shows(kGreen));
     }
 
     void hiddenTileTakesNothing()

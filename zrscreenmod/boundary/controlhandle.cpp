@@ -1,6 +1,7 @@
 #include "controlhandle.h"
 
 #include "platform.h"
+#include "qtparent.h"
 
 #include <QDebug>
 
@@ -19,9 +20,9 @@ HostHandles<QMyLineEdit> g_lineEdits({logNoControl, [](QMyLineEdit& edit) { retu
 HostHandles<QDlgTextEdit> g_textEdits({logNoControl, [](QDlgTextEdit& edit) { returnKeys(edit); },
                                        [](QDlgTextEdit& edit) { edit.hide(); }});
 
-bool putInto(HWND hParent, const QWidget& control, const QPoint& at)
+bool putInto(HWND hParent, QWidget& control, const QPoint& at)
 {
-    if (platform::setParentWindow(control.winId(), platform::toNative(hParent), at))
+    if (platform::setParentWindow(platform::livingWindow(control), platform::toNative(hParent), at))
         return true;
     qDebug() << "SetParent failed, hParent:" << hParent;
     return false;

@@ -38,7 +38,7 @@ bool QDlgScreen::takeFrame(tagPersonInfo& person, const VantrelRTCVideoFrameQT& 
     });
 }
 
-void QDlgScreen::onPlayFrameUpdateUI(void* pPerson, int iWidth, int iHeight)
+void QDlgScreen::onPlayFrameUpdateUI(void* pPerson, int /*iWidth*/, int /*iHeight*/)
 {
     if (!pPerson)
         return;
@@ -48,10 +48,12 @@ void QDlgScreen::onPlayFrameUpdateUI(void* pPerson, int iWidth, int iHeight)
             qDebug() << "xxxxx QDlgScreen::onPlayFrameUpdateUI testDelPerson, pPerson:" << pPerson;
         return;
     }
-    person->frames.noticed();
-    bool changed = person->iVideoWidth != iWidth || person->iVideoHeight != iHeight;
-    person->iVideoWidth = iWidth;
-    person->iVideoHeight = iHeight;
+    const QSize size = person->frames.noticed();
+    if (size.isEmpty())
+        return;
+    bool changed = QSize(person->iVideoWidth, person->iVideoHeight) != size;
+    person->iVideoWidth = size.width();
+    person->iVideoHeight = size.height();
     const bool open = isStreamRunning(*person);
     if (open && std::exchange(person->iStreamStatus, kStreamRunning) != kStreamRunning) {
         // Else the avatar would stay at the same size.

@@ -27,5 +27,11 @@ bool FrameIntake::accept(const VantrelRTCVideoFrameQT& frame, const QString& use
 bool FrameIntake::isNoticeDue(const VantrelRTCVideoFrameQT& frame)
 {
     const quint64 size = quint64(frame.width) << 32 | frame.height; // of a valid frame never 0
-    return m_pendingSize.exchange(size) != size;
+    return m_pendingSize.exchange(size) == 0;
+}
+
+QSize FrameIntake::noticed()
+{
+    const quint64 size = m_pendingSize.exchange(0);
+    return {static_cast<int>(size >> 32), static_cast<int>(size & 0xFFFFFFFFU)};
 }

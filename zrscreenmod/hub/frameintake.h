@@ -4,6 +4,7 @@
 
 #include "zrscreenmod.h"
 
+#include <QSize>
 #include <QString>
 
 #include <atomic>
@@ -13,8 +14,8 @@ class FrameIntake
 {
 public:
     /// Takes a frame: has `copy()` copy the picture, and `tell(widthPx, heightPx)` tell the GUI
-    /// thread, when that has not heard of this size yet. Afterwards, since it uncovers the tile.
-    /// The frame record itself is readable. @return false when the frame was refused
+    /// thread, unless a notice waits there already. Afterwards, since it uncovers the tile. The
+    /// frame record itself is readable. @return false when the frame was refused
     template<typename Copy, typename Tell>
     bool take(const VantrelRTCVideoFrameQT& frame, const QString& userId, Copy&& copy, Tell&& tell)
     {
@@ -38,7 +39,9 @@ public:
     [[nodiscard]] quint64 painted() const { return m_painted; }
 
     /// What `tell` has told has arrived. GUI thread.
-    void noticed() { m_pendingSize.store(0); }
+    /// @return size of the latest frame, which may have come since; empty when the notice was of
+    ///         frames that are known already
+    [[nodiscard]] QSize noticed();
 
 private:
     /// Whether a frame can be played: a size that the tiles take, and memory that can be read. Of
@@ -46,12 +49,12 @@ private:
     /// bad frame tends to send thousands.
     [[nodiscard]] bool accept(const VantrelRTCVideoFrameQT& frame, const QString& userId);
     /// Whether the GUI thread is to hear of a frame that has been copied. One that falls behind
-    /// finds one notice of each size in its queue, not one for each frame.
+    /// finds one notice in its queue, however many frames have come and of whatever sizes.
     [[nodiscard]] bool isNoticeDue(const VantrelRTCVideoFrameQT& frame);
 
     std::atomic<quint64> m_taken{0};
     std::atomic<quint64> m_refused{0};
     std::atomic<quint64> m_painted{0};
-    std::atomic<quint64> m_pendingSize{0}; ///< both sides of the frame whose notice waits
+    std::atomic<quint64> m_pendingSize{0}; ///< of the latest frame, while a notice waits; else 0
     std::atomic<bool> m_badLogged{false};  ///< a refused frame was logged, no good one since
 };

@@ -297,5 +297,6 @@ QString QMyLogThread::filePath() const
 void QMyLogThread::cleanDateLog()
 {
     const QDir folder(m_settings.folder);
-    deleteLogFiles(folder, zr::fullDayLogsToDelete(folder.entryList(QDir::Files), m_date));
+    deleteLogFiles(folder, zr::fullDayLogsToDelete(folder.entryList(QDir::Files), m_date,
+                                                   zr::logFileName(m_date, m_qstrSuffix)));
 }

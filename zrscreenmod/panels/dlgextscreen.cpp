@@ -201,16 +201,15 @@ bool QDlgExtScreen::playFrame(const VantrelRTCVideoFrameQT& frame)
     return taken;
 }
 
-void QDlgExtScreen::onUpdateDisplayInfo(int iWidth, int iHeight)
+void QDlgExtScreen::onUpdateDisplayInfo(int /*iWidth*/, int /*iHeight*/)
 {
-    if (!m_pPerson)
+    const QSize size = m_pPerson ? m_pPerson->frames.noticed() : QSize();
+    if (size.isEmpty())
         return;
-    m_pPerson->frames.noticed();
     const bool starts = isStreamRunning(*m_pPerson) && m_pPerson->iStreamStatus != kStreamRunning;
-    const bool changed =
-        starts || m_pPerson->iVideoWidth != iWidth || m_pPerson->iVideoHeight != iHeight;
-    m_pPerson->iVideoWidth = iWidth;
-    m_pPerson->iVideoHeight = iHeight;
+    const bool changed = starts || QSize(m_pPerson->iVideoWidth, m_pPerson->iVideoHeight) != size;
+    m_pPerson->iVideoWidth = size.width();
+    m_pPerson->iVideoHeight = size.height();
     if (starts)
         m_pPerson->iStreamStatus = kStreamRunning;
     if (changed)

@@ -24,7 +24,7 @@ bool Embedding::into(platform::NativeWindow parent)
     m_parent = parent;
     m_at = {};
     // Straight into the new parent: at the top level in between, a window manager could grab it.
-    if (platform::setParentWindow(m_window.winId(), parent))
+    if (platform::setParentWindow(platform::livingWindow(m_window), parent))
         return true;
     qDebug() << "SetParent failed, hParent:" << reinterpret_cast<const void*>(parent);
     if (parent == 0 || !platform::canEmbed())

@@ -9,6 +9,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QScreen>
+#include <QWidget>
 #include <QWindow>
 #include <QX11Info>
 
@@ -114,18 +115,19 @@ bool findInTree(xcb_connection_t* c, xcb_window_t window, TreePlace* place)
 
 /// Keeps from Qt what the server reports of a window from before its last placing, which Qt knows
 /// already: it would take the former place for a new one, until the next report. Takes a window
-/// that the server has destroyed with its parent off the display: renderers crash on one.
-class StaleReports : public QObject, public QAbstractNativeEventFilter
+/// that the server has destroyed with its parent off the display: Mesa's software renderer writes
+/// beyond its memory for one, since it takes no notice of an error when it asks for the size.
+class WindowReports : public QObject, public QAbstractNativeEventFilter
 {
 public:
     /// The one of this window, made when it is needed first.
-    static StaleReports& of(QWindow& window)
+    static WindowReports& of(QWindow& window)
     {
         for (QObject* child : window.children()) {
-            if (auto* const found = dynamic_cast<StaleReports*>(child))
+            if (auto* const found = dynamic_cast<WindowReports*>(child))
                 return *found;
         }
-        return *new StaleReports(window);
+        return *new WindowReports(window);
     }
     /// @param placing sequence number of the request that placed the window
     void dropOlder(xcb_window_t id, quint32 placing)
@@ -133,6 +135,15 @@ public:
         m_id = id;
         m_placing = placing;
         m_waiting = true;
+    }
+    /// The report of the end may come after the event that composes the window once more.
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        auto& window = static_cast<QWindow&>(*parent());
+        if (event->type() == QEvent::UpdateRequest && window.parent() && window.isVisible()
+            && sizeOf(connection(), m_id).isEmpty())
+            platform::leaveParent(window);
+        return false;
     }
     bool nativeEventFilter(const QByteArray&, void* message, long*) override
     {
@@ -153,10 +164,12 @@ public:
     }
 
 private:
-    explicit StaleReports(QWindow& window)
+    explicit WindowReports(QWindow& window)
         : QObject(&window)
     {
         QCoreApplication::instance()->installNativeEventFilter(this);
+        if (QWidget* const widget = QWidget::find(window.winId()))
+            widget->installEventFilter(this); // which has the requests to compose
     }
 
     xcb_window_t m_id = XCB_WINDOW_NONE;
@@ -474,7 +487,7 @@ void placeWindow(NativeWindow window, const QRect& rect)
     if (!succeeded(c, cookie))
         return;
     if (QWindow* const qtWindow = findQtWindow(window))
-        StaleReports::of(*qtWindow).dropOlder(id, cookie.sequence);
+        WindowReports::of(*qtWindow).dropOlder(id, cookie.sequence);
     setQtGeometry(window, place);
 }
 

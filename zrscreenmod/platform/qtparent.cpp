@@ -4,6 +4,7 @@
 
 #include <QDebug>
 #include <QGuiApplication>
+#include <QOpenGLWidget>
 #include <QPlatformSurfaceEvent>
 #include <QPointer>
 #include <QScreen>
@@ -97,6 +98,55 @@ bool isOrphaned(NativeWindow id)
 {
     const QWindow* const window = findQtWindow(id);
     return window && window->property(kOrphanProperty).toBool();
+}
+
+namespace {
+
+/// Gives up a widget's window and what is bound to it: the backing store and the GL contexts.
+void dropWindow(QWidget& widget)
+{
+    struct Opened : QWidget
+    {
+        using QWidget::destroy;
+    };
+    (widget.*(&Opened::destroy))(true, true);
+    for (QOpenGLWidget* const tile : widget.findChildren<QOpenGLWidget*>()) {
+        QEvent another(QEvent::WindowChangeInternal); // they would keep contexts of the former one
+        QCoreApplication::sendEvent(tile, &another);
+    }
+}
+
+} // namespace
+
+NativeWindow livingWindow(QWidget& widget)
+{
+    if (isOrphaned(widget.winId()))
+        dropWindow(widget);
+    return widget.winId();
+}
+
+void renewWindow(QWidget& widget)
+{
+    const HostCall inside;
+    const QPointer<QWidget> alive = &widget;
+    const bool wasVisible = widget.isVisible();
+    const QRect place = rectInParent(widget);
+    const QWindow* const outer = widget.windowHandle() ? widget.windowHandle()->parent() : nullptr;
+    const NativeWindow parent = outer ? outer->winId() : 0;
+    widget.hide();
+    if (!alive)
+        return;
+    dropWindow(widget);
+    if (parent != 0) {
+        if (!setParentWindow(widget.winId(), parent, place.topLeft()))
+            return; // which is gone
+        setChildStyle(widget.winId());
+        placeWindow(widget.winId(), place);
+    }
+    if (wasVisible && alive)
+        widget.show();
+    if (wasVisible && alive && parent != 0)
+        showOnTop(widget.winId());
 }
 
 bool isInParent(NativeWindow id)

@@ -24,6 +24,13 @@ void leaveParent(QWindow& child);
 /// Whether that has happened to a window of Qt's, and no other parent has come since: it would
 /// stand bare on the desktop if it were shown. GUI thread.
 [[nodiscard]] bool isOrphaned(NativeWindow id);
+/// The window of a widget at the top level of Qt's widgets; a new one, hidden, where the former has
+/// lost its parent: the system may have destroyed both. GUI thread.
+[[nodiscard]] NativeWindow livingWindow(QWidget& widget);
+/// Makes a widget's window and all GL contexts in it anew, in the same parent and place, and shows
+/// it if it was. Hiding and showing call the host, so that anything may be gone afterwards. GUI
+/// thread.
+void renewWindow(QWidget& widget);
 /// Whether a window of Qt's is inside another one, as far as Qt knows. GUI thread.
 [[nodiscard]] bool isInParent(NativeWindow id);
 

@@ -47,11 +47,12 @@ QString zr::logFileSuffix(QTime startedAt)
     return startedAt.toString(QStringLiteral("hhmmss"));
 }
 
-QStringList zr::fullDayLogsToDelete(const QStringList& names, QDate date)
+QStringList zr::fullDayLogsToDelete(const QStringList& names, QDate date, const QString& current)
 {
     constexpr int kKept = 3;
-    const QStringList files = logFilesOf(names, nameStart() + dateText(date));
-    return files.mid(0, std::max(0, files.size() - kKept));
+    QStringList files = logFilesOf(names, nameStart() + dateText(date));
+    files.removeOne(current);
+    return files.mid(0, std::max(0, files.size() - (kKept - 1)));
 }
 
 QStringList zr::oldLogsToDelete(const QStringList& names, QDate today)

@@ -23,8 +23,10 @@ constexpr int kLinesBetweenSizeChecks = 1000;
 
 /// The log files of `date` among `names` that go when a file is full: all but the last three in
 /// ascending order. '-' sorts before '.', so the first file of the day, which tells how it began,
-/// is always last and stays, with the two latest of the others.
-[[nodiscard]] QStringList fullDayLogsToDelete(const QStringList& names, QDate date);
+/// is always last and stays, with the two latest of the others. The one that is being written,
+/// `current`, counts as the latest: it is not when the clock has gone back.
+[[nodiscard]] QStringList fullDayLogsToDelete(const QStringList& names, QDate date,
+                                              const QString& current);
 
 /// The log files among `names`, in ascending order, that are too old at `today`: those whose name
 /// compares lower than that of the first file of the day three days before. Of that day itself

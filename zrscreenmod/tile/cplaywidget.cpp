@@ -7,10 +7,12 @@
 #include "repaintpacer.h"
 #include "statistics.h"
 
+#include <QCoreApplication>
 #include <QCursor>
 #include <QDebug>
 #include <QElapsedTimer>
 #include <QMouseEvent>
+#include <QOpenGLContext>
 #include <QPointer>
 
 #include <algorithm>
@@ -22,6 +24,9 @@ namespace {
 
 constexpr int kClickDelayMs = 300;
 constexpr int kChangeDelayMs = 100;
+// Between two attempts to have a lost GL context again: twice as long as before the last one.
+constexpr int kFirstRenewalMs = 1000;
+constexpr int kLastRenewalMs = 60000;
 /// The local user's picture counts as confirmed after more pictures than this, over all tiles.
 constexpr int kLocalVideoFrames = 68;
 
@@ -49,6 +54,7 @@ CPlayWidget::CPlayWidget(QWidget* parent, bool bOverlayMode)
     , m_pPacer(RepaintPacer::shared())
     , m_pClickTimer(new QTimer(this))
     , m_pChangeTimer(new QTimer(this))
+    , m_pRenewalTimer(new QTimer(this))
 {
     m_pClickTimer->setSingleShot(true);
     m_pClickTimer->setInterval(kClickDelayMs);
@@ -58,6 +64,8 @@ CPlayWidget::CPlayWidget(QWidget* parent, bool bOverlayMode)
     connect(this, &CPlayWidget::notifyViewCenter, this, &CPlayWidget::onViewCenter);
     connect(m_pClickTimer, &QTimer::timeout, this, &CPlayWidget::mouseClick);
     connect(m_pChangeTimer, &QTimer::timeout, this, &CPlayWidget::delayResetChangeTag);
+    m_pRenewalTimer->setSingleShot(true);
+    connect(m_pRenewalTimer, &QTimer::timeout, this, &CPlayWidget::renewContext);
     connect(m_pPlayInfo.get(), &QDlgPlayInfo::stateChanged, this, &CPlayWidget::followState);
     if (Statistics* const statistics = Statistics::active())
         connect(this, &QOpenGLWidget::frameSwapped, statistics, &Statistics::noteSwap);
@@ -86,20 +94,19 @@ zr::I420Layout CPlayWidget::layoutLocked() const
 CPlayWidget::SizeChange CPlayWidget::setVideoSizeLocked(unsigned int w, unsigned int h)
 {
     SizeChange change;
-    if (w == m_nVideoWidth && h == m_nVideoHeight)
+    change.bChanged = w != m_nVideoWidth || h != m_nVideoHeight;
+    if (!change.bChanged && m_pBufYuv420p)
         return change;
-    change.bChanged = true;
     m_nVideoWidth = w;
     m_nVideoHeight = h;
     const int need = static_cast<int>(zr::tileBufferBytes(w, h));
-    if (need > m_nBufSize) {
-        change.bGrown = true;
+    if (need > m_nBufSize)
         m_pBufYuv420p.reset();
-    }
     if (!m_pBufYuv420p) {
         m_nBufSize = need;
         m_pBufYuv420p.reset(new (std::nothrow) uchar[static_cast<std::size_t>(need)]);
-        change.bFailed = !m_pBufYuv420p;
+        change.bAllocated = m_pBufYuv420p != nullptr;
+        change.bFailed = !std::exchange(m_bNoMemory, !m_pBufYuv420p) && !m_pBufYuv420p;
     }
     fillBlackLocked();
     m_rcView =
@@ -109,9 +116,7 @@ CPlayWidget::SizeChange CPlayWidget::setVideoSizeLocked(unsigned int w, unsigned
 
 void CPlayWidget::announce(const SizeChange& change, unsigned int w, unsigned int h)
 {
-    if (!change.bChanged)
-        return;
-    if (change.bGrown)
+    if (change.bAllocated)
         qDebug() << "xxxxx setVideoSize,iWidth,iHeight:" << w << h;
     if (change.bFailed) {
         qDebug().noquote() << QStringLiteral("m_pBufYuv420p alloc failed! Maybe no frames shown in "
@@ -119,7 +124,8 @@ void CPlayWidget::announce(const SizeChange& change, unsigned int w, unsigned in
                            << zr::tileBufferBytes(w, h);
     }
     const QSize tile = unpackSize(m_uTileSize);
-    emit notifyViewCenter(tile.width(), tile.height());
+    if (change.bChanged && !m_bSizeTold.exchange(true))
+        emit notifyViewCenter(tile.width(), tile.height());
 }
 
 void CPlayWidget::SetVideoSize(unsigned int w, unsigned int h)
@@ -149,7 +155,7 @@ void CPlayWidget::PlayFrame(const VantrelRTCVideoFrameQT& frame)
     {
         const Locker lock(m_mutex);
         // The stored width may be the aligned one or not; the layout is the same for both.
-        if ((w & ~7U) != m_nVideoWidth || h != m_nVideoHeight)
+        if ((w & ~7U) != m_nVideoWidth || h != m_nVideoHeight || !m_pBufYuv420p)
             change = setVideoSizeLocked(w, h);
         if (m_pBufYuv420p) {
             zr::copyFrameToTile(data, w, h, m_pBufYuv420p.get());
@@ -276,6 +282,7 @@ void CPlayWidget::countLocalPictures(int pictures)
 
 void CPlayWidget::onViewCenter(int /*iWidth*/, int /*iHeight*/)
 {
+    m_bSizeTold = false;
     m_uTileSize = packSize(size());
     QRect view;
     {
@@ -309,10 +316,46 @@ void CPlayWidget::releaseGL()
 
 void CPlayWidget::resizeGL(int w, int h)
 {
-    initializeOpenGLFunctions();
     m_pPlayInfo->setGeometry(0, 0, w, h);
     m_uTileSize = packSize(QSize(w, h));
     emit notifyViewCenter(w, h);
+}
+
+void CPlayWidget::resizeEvent(QResizeEvent* event)
+{
+    if (isContextLost())
+        resizeGL(width(), height());
+    else
+        QOpenGLWidget::resizeEvent(event);
+}
+
+void CPlayWidget::paintEvent(QPaintEvent* event)
+{
+    if (!isContextLost()) {
+        QOpenGLWidget::paintEvent(event);
+    } else if (!m_pRenewalTimer->isActive()) {
+        qDebug() << "the GL context is lost, window:" << window();
+        m_pRenewalTimer->start(0);
+    }
+}
+
+bool CPlayWidget::isContextLost()
+{
+    makeCurrent();
+    return context() && !(isValid() && QOpenGLContext::currentContext() == context());
+}
+
+void CPlayWidget::renewContext()
+{
+    // Another tile may have had the window made anew, and when this one is shown again Qt tries.
+    if (!isVisible() || (context() && !isContextLost()))
+        return;
+    m_pRenewalTimer->start(
+        std::clamp(2 * m_pRenewalTimer->interval(), kFirstRenewalMs, kLastRenewalMs));
+    // The window is not to come and go in vain; contexts that the program shares Qt keeps.
+    QOpenGLContext probe;
+    if (!QCoreApplication::testAttribute(Qt::AA_ShareOpenGLContexts) && probe.create())
+        platform::renewWindow(*window());
 }
 
 void CPlayWidget::paintGL()
@@ -399,6 +442,7 @@ void CPlayWidget::StopShow()
     m_bShow = false;
     m_pClickTimer->stop();
     m_pChangeTimer->stop(); // StartShow begins the delay anew
+    m_pRenewalTimer->stop();
     hide();
 }
 

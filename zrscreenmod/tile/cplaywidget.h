@@ -37,7 +37,8 @@ public:
     // --- Pictures; any thread ---
     /// Prepares the tile for pictures of this size and shows black until one comes. Does nothing
     /// for the present size and for a size that is not valid (zr::isFrameSizeValid). The block
-    /// only grows; when it cannot be allocated, the tile stays black.
+    /// only grows; while it cannot be allocated the tile stays black, and each picture that comes
+    /// tries again.
     void SetVideoSize(unsigned int w, unsigned int h);
     /// Copies a picture in and has it painted. Does nothing while the tile is hidden, or for a
     /// picture without data or of an invalid size.
@@ -99,6 +100,8 @@ signals:
     /// A picture waits to be painted. Emitted from any thread, and not again before onRender has
     /// run: a burst of pictures costs one repaint.
     void notifyRender(bool bCheckLocal = true);
+    /// The picture or the tile has another size. Emitted from any thread, for a picture not again
+    /// before onViewCenter has run.
     void notifyViewCenter(int iWidth, int iHeight);
 
 public slots:
@@ -116,6 +119,8 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void initializeGL() override;
     void resizeGL(int w, int h) override;
     void paintGL() override;
@@ -127,8 +132,8 @@ private:
     struct SizeChange
     {
         bool bChanged = false;
-        bool bGrown = false;
-        bool bFailed = false;
+        bool bAllocated = false;
+        bool bFailed = false; ///< for the first time since there was memory
     };
 
     // The caller holds m_mutex.
@@ -141,13 +146,20 @@ private:
     void countLocalPictures(int pictures);
     void beginChangeDelay();
     void followState();
+    /// The driver has taken the context away (a reset, an adapter that goes): Qt would paint
+    /// without one.
+    [[nodiscard]] bool isContextLost();
+    /// Makes a lost context anew, with all of the window's; again and again until there is one.
+    /// The host may be called from inside, so that the tile may be gone afterwards.
+    void renewContext();
     void releaseGL();
 
     std::unique_ptr<QDlgPlayInfo> m_pPlayInfo;
     std::shared_ptr<RepaintPacer> m_pPacer;
-    QTimer* m_pClickTimer;  ///< child
-    QTimer* m_pChangeTimer; ///< child; ends the change mark
-    QPoint m_ptPress;       ///< of the last left press, on the screen
+    QTimer* m_pClickTimer;   ///< child
+    QTimer* m_pChangeTimer;  ///< child; ends the change mark
+    QTimer* m_pRenewalTimer; ///< child; runs while the GL context is lost
+    QPoint m_ptPress;        ///< of the last left press, on the screen
     YuvRenderer m_renderer;
     QMetaObject::Connection m_contextConnection;
 
@@ -158,9 +170,11 @@ private:
     QRect m_rcView; ///< the picture in the tile, in the tile's pixels from its top left corner
     std::unique_ptr<uchar[]> m_pBufYuv420p; ///< laid out as zr::tileLayout
     int m_nBufSize = 0;                     ///< bytes allocated; at least zr::tileLayout's
+    bool m_bNoMemory = false;               ///< for the block, which has been logged
     quint64 m_uFrameSerial = 1;             ///< counts changes of the block
 
     std::atomic<bool> m_bShow{false};
+    std::atomic<bool> m_bSizeTold{false}; ///< a notifyViewCenter for a picture is under way
     /// The tile's size, packed, for threads that may not ask the widget.
     std::atomic<quint64> m_uTileSize{0};
     /// Calls of requestRender since the last onRender; pictures in the upper half.
