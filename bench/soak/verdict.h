@@ -7,6 +7,6 @@
 
 /// Compares the last tenth of samples, all taken in the same state, with the second tenth, and
 /// prints a line for each figure. What was never as low at the end as the most that it was then has
-/// grown; memory, when its least is more than 5 % higher besides.
+/// grown; memory and handles, when the least is more than 5 % higher besides.
 /// @return the names of what has grown; of what there are too few samples of, nothing has
 std::vector<std::string> grownIn(const std::vector<Figures>& samples);
