@@ -210,6 +210,9 @@ ZR_CASE(controls, givesItsTextInBytes)
 {
     Desk desk;
     void* const edit = desk.addEdit();
+    desk.QLineEdit_SetMaxLength(edit, 0);
+    desk.QLineEdit_SetText(edit, "hello");
+    CHECK_EQUAL(desk.textOf(edit), "");
     desk.QLineEdit_SetMaxLength(edit, 5);
     const struct
     {

@@ -72,6 +72,13 @@ ZR_CASE(picture, tilesLieWhereTheyBelong)
         CHECK(zr.SetPauseShareWindow(nullptr, paused) == 1); // the pause is no screen's own
         CHECK(meeting.shows(share, kBlue, window, {120, 200}, !paused));
     }
+    // The watermark, which no picture brings along.
+    const auto plain = window.grab().data;
+    zr.exports.ZRScreenWtmark.SetInfo(
+        {true, 0, "A long name that reaches into every tile", "", ""});
+    CHECK(pumpUntil([&] { return window.grab().data != plain; }));
+    zr.exports.ZRScreenWtmark.SetEnabled(false);
+    CHECK(pumpUntil([&] { return window.grab().data == plain; }));
     const ZRRect told = zr.GetShareWgtPos(screen);
     const int slack = slackPx();
     CHECK(std::abs(told.left - (kX + 100)) <= slack && std::abs(told.top - (kY + 100)) <= slack);

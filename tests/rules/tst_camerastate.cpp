@@ -135,7 +135,7 @@ private slots:
             {"s.p.......", true, -1},
             {"s.p........", false, -1},
             {"s........p", false, -1},
-            {"s.h.p", true, -1}, // nor has a host an answer to this any more
+            {"s.h........p", true, -1}, // nor has a host an answer to this any more
             {"s........h.p", false, -1},
             {"s.-h.p", false, -1},
         };

@@ -336,6 +336,8 @@ private slots:
         // One leaves the maximised tile, and with it both.
         ZR_TELL(m, "double u1; mode: 1");
         QVERIFY(other.isPersonVisible("b0"));
+        ZR_TELL(m, "mode 10; shown: u0 u1 u2");
+        QVERIFY(other.isPersonVisible("b0"));
         // A share that is on both has gone when it has left both.
         ZR_TELL(m, "mode 11; add sharescreen_1; mode: 4");
         tagPersonInfo* share = other.AddPerson("sharescreen_1", {}, 0, 0, nullptr);
@@ -403,7 +405,9 @@ private slots:
         VantrelRTCVideoFrameQT bad{};
         QVERIFY(m.play(ann) && m.play(ann) && !m->playFrame(ann, &bad));
         QTRY_VERIFY(!g_lines.filter("stats: 1 participants").isEmpty());
+        ZR_TELL(m, "people 1; mode 6");
         qInstallMessageHandler(before);
+        QCOMPARE(g_lines.filter("speaker 1  person i: 0 ,userName: \"u0\"").size(), 1);
         QCOMPARE(g_lines.filter("stats ann: in 2.0/s, refused 1, painted").size(), 1);
         QCOMPARE(ann->iFramesPerS, 2);
         QVERIFY(ann->pWidget->playInfo()->state().resolution.endsWith("2 fps, grade 4, open"));
