@@ -74,7 +74,8 @@ ZR_CASE(picture, tilesLieWhereTheyBelong)
     }
     // The watermark, which no picture brings along.
     const auto plain = window.grab().data;
-    zr.exports.ZRScreenWtmark.SetInfo({true, 1, "Ann", "1", ""});
+    zr.exports.ZRScreenWtmark.SetInfo(
+        {true, 0, "A long name that reaches into every tile", "", ""});
     CHECK(pumpUntil([&] { return window.grab().data != plain; }));
     zr.exports.ZRScreenWtmark.SetEnabled(false);
     CHECK(pumpUntil([&] { return window.grab().data == plain; }));
