@@ -156,6 +156,18 @@ ZR_CASE(controls, theKeyboardArrives)
     desk.QLineEdit_SetFocus(second); // at once
     zrhost::typeText("x");
     CHECK(desk.becomes(second, "to twox"));
+
+    // Released from inside its message, while the user goes on with it: no other one follows.
+    inbox.clear();
+    inbox.onMessage = [&](const Message&) {
+        inbox.onMessage = nullptr;
+        desktop::click({40, kTop + 15});
+        desk.QLineEdit_Release(first);
+        pump(50);
+    };
+    Desk::clickInto();
+    CHECK(pumpUntil([&] { return inbox.count() > 0; }));
+    CHECK_EQUAL(inbox.count(), 1);
 }
 
 ZR_CASE(controls, takesWhatTheHostAllows)

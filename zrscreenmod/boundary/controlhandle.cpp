@@ -15,7 +15,11 @@ void returnKeys(QWidget& control)
 
 } // namespace
 
-HostHandles<QMyLineEdit> g_lineEdits({logNoControl, [](QMyLineEdit& edit) { returnKeys(edit); },
+HostHandles<QMyLineEdit> g_lineEdits({logNoControl,
+                                      [](QMyLineEdit& edit) {
+                                          edit.silence();
+                                          returnKeys(edit);
+                                      },
                                       [](QMyLineEdit& edit) { edit.hide(); }});
 HostHandles<QDlgTextEdit> g_textEdits({logNoControl, [](QDlgTextEdit& edit) { returnKeys(edit); },
                                        [](QDlgTextEdit& edit) { edit.hide(); }});

@@ -60,7 +60,8 @@ void QMyLineEdit::takeFocus()
 
 void QMyLineEdit::notifyHosts(unsigned long dwMsg) const
 {
-    QZRScreenConfig::getInstance()->broadcast(dwMsg, reinterpret_cast<quintptr>(this), 0);
+    QZRScreenConfig::getInstance()->broadcast(dwMsg, reinterpret_cast<quintptr>(this), 0,
+                                              [this] { return !m_bSilent; });
 }
 
 bool QMyLineEdit::event(QEvent* event)

@@ -20,6 +20,8 @@ public:
     bool setInputPattern(const QString& pattern);
     /// As QWidget::setFocus, and has the system send the keys here.
     void takeFocus();
+    /// The host has released it: it reports nothing any more.
+    void silence() { m_bSilent = true; }
 
     PinCount pins; ///< the host's calls that work on it
 
@@ -39,5 +41,6 @@ private:
     void dimPlaceholder();
     void dropHalfCharacters(const QString& text);
 
+    bool m_bSilent = false;
     bool m_bTakenBack = false; ///< the host has asked for the focus during the message of a Tab
 };

@@ -101,8 +101,11 @@ void QDlgMain::showSubtitlePanel(bool bShow)
 void QDlgMain::onHandleScreenMode(int)
 {
     QZRScreenConfig* hub = QZRScreenConfig::getInstance();
-    if (hub->m_pDlgScreen == m_pDlgScreen) // every host once, however many screens there are
-        hub->broadcast(ZRMSG_SCREEN_MODE, static_cast<unsigned long long>(hub->curScreenMode()), 0);
+    if (hub->m_pDlgScreen == m_pDlgScreen) { // every host once, however many screens there are
+        const int mode = hub->curScreenMode();
+        hub->broadcast(ZRMSG_SCREEN_MODE, static_cast<unsigned long long>(mode), 0,
+                       [=] { return hub->curScreenMode() == mode; });
+    }
     if (!hub->settings.subtitleOpen)
         return;
     const bool suppressed = hub->isSubtitleSuppressed();

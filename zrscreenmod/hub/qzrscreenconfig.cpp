@@ -255,8 +255,11 @@ void QZRScreenConfig::setPersonShown(tagPersonInfo* person, bool bShown)
     else
         person->camera.tellHidden(nowMs());
     emit participantChanged(person);
-    ++(bShown ? person->iTimesShown : person->iTimesHidden);
-    broadcast(bShown ? ZRMSG_VIDEO_SHOWN : ZRMSG_VIDEO_HIDDEN, person);
+    const int times = ++(bShown ? person->iTimesShown : person->iTimesHidden);
+    broadcast(bShown ? ZRMSG_VIDEO_SHOWN : ZRMSG_VIDEO_HIDDEN, person, [=] {
+        return person->iPlayState == (bShown ? kPlayShown : kPlayHidden)
+               && times == (bShown ? person->iTimesShown : person->iTimesHidden);
+    });
 }
 
 // --- Extended screens ---
@@ -287,9 +290,10 @@ bool QZRScreenConfig::unregisterDateCallback(CAbsUIMsgCallback* callback)
     return s_dateHosts.remove(callback);
 }
 
-void QZRScreenConfig::broadcast(unsigned long dwMsg, unsigned long long wParam, long long lParam)
+void QZRScreenConfig::broadcast(unsigned long dwMsg, unsigned long long wParam, long long lParam,
+                                const std::function<bool()>& holds)
 {
-    m_hosts.send(dwMsg, wParam, lParam);
+    m_hosts.send(dwMsg, wParam, lParam, holds);
 }
 
 void QZRScreenConfig::broadcastDate(unsigned long dwMsg, unsigned long long wParam,
@@ -298,10 +302,17 @@ void QZRScreenConfig::broadcastDate(unsigned long dwMsg, unsigned long long wPar
     s_dateHosts.send(dwMsg, wParam, lParam);
 }
 
-void QZRScreenConfig::broadcast(unsigned long dwMsg, const tagPersonInfo* person)
+void QZRScreenConfig::broadcast(unsigned long dwMsg, const tagPersonInfo* person,
+                                const std::function<bool()>& holds)
 {
-    broadcast(dwMsg, reinterpret_cast<quintptr>(person),
-              person ? static_cast<long long>(reinterpret_cast<qintptr>(person->pUserData)) : 0);
+    const auto record = reinterpret_cast<quintptr>(person);
+    const long long hostValue =
+        person ? static_cast<long long>(reinterpret_cast<qintptr>(person->pUserData)) : 0;
+    if (!livePersons.contains(person)) // nobody, or whom an extended screen shows
+        return broadcast(dwMsg, record, hostValue);
+    broadcast(dwMsg, record, hostValue, [&, serial = person->serial] {
+        return livePersons.contains(person) && person->serial == serial && (!holds || holds());
+    });
 }
 
 // --- Galleries --------------------------------------------------------------------------------

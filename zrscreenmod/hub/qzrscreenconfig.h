@@ -159,9 +159,13 @@ public:
     void registerUICallback(CAbsUIMsgCallback* callback) { m_hosts.add(callback); }
     /// @return whether the callback was registered.
     bool unregisterUICallback(CAbsUIMsgCallback* callback) { return m_hosts.remove(callback); }
-    /// Sends a message to every host.
-    void broadcast(unsigned long dwMsg, unsigned long long wParam, long long lParam);
-    void broadcast(unsigned long dwMsg, const tagPersonInfo* person);
+    /// Sends a message to every host, as HostCallbacks::send.
+    void broadcast(unsigned long dwMsg, unsigned long long wParam, long long lParam,
+                   const std::function<bool()>& holds = {});
+    /// The same for a participant, or for nobody; not to those who would hear of one whom another
+    /// host has removed from inside.
+    void broadcast(unsigned long dwMsg, const tagPersonInfo* person,
+                   const std::function<bool()>& holds = {});
     /// The hosts of the date pickers are a set of their own. They stay registered when the last
     /// screen goes and takes the settings with it.
     void registerDateCallback(CAbsUIMsgCallback* callback);
