@@ -5,7 +5,6 @@
 
 #include <QApplication>
 
-#include <cstdio>
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
@@ -13,7 +12,7 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
     QCoreApplication::setAttribute(Qt::AA_DisableHighDpiScaling);
     static auto* const application = new QApplication(*argc, *argv);
     static_cast<void>(application);
-    std::atexit([] { std::fprintf(stderr, "calls: %llu\n", HostileHost::callCount()); });
+    std::atexit(HostileHost::printCalls);
     return 0;
 }
 

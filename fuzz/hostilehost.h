@@ -19,8 +19,9 @@ public:
     HostileHost& operator=(const HostileHost&) = delete;
 
     void act();
-    /// Calls of exports by all hosts so far.
-    [[nodiscard]] static unsigned long long callCount();
+    /// To stderr: the calls that all hosts have made so far, by export, with how many of them were
+    /// accepted where the answer tells.
+    static void printCalls();
 
 private:
     struct Call
@@ -30,7 +31,9 @@ private:
         zrhost::Answer answer;
     };
     static int notify(unsigned long message, unsigned long long wParam, long long lParam);
-    void receive(unsigned long message, unsigned long long wParam);
+    static int notifyDate(unsigned long message, unsigned long long wParam, long long lParam);
+    void receive(const HostMessage& message);
+    [[nodiscard]] const zr::Export& anyExport();
     [[nodiscard]] Call anyCall();
     [[nodiscard]] bool isEnough(zr::Kind kind);
     void run(Call& call) const;
@@ -47,7 +50,7 @@ private:
     Handles m_handles;
     std::vector<std::unique_ptr<HostWindow>> m_own;
     std::vector<void*> m_windows;
-    ToldStreams m_told;
+    Told m_told;
     WrongValues m_wrong;
     int m_depth = 0; ///< of messages and threads from inside of which it goes on
     bool m_isQuiet = false;

@@ -111,8 +111,8 @@ tagRECT anyRect(Script& script)
     static const int extremes[] = {INT_MIN, INT_MIN + 1, -40000,      -1,
                                    16384,   40000,       INT_MAX - 1, INT_MAX};
     tagRECT rect{script.pick(64), script.pick(64), 0, 0};
-    rect.right = rect.left + 3 * script.pick(200);
-    rect.bottom = rect.top + 2 * script.pick(200);
+    rect.right = rect.left + 2 * script.pick(180);
+    rect.bottom = rect.top + script.pick(200);
     if (!script.once(8))
         return rect;
     rect.left = script.oneOf(extremes);

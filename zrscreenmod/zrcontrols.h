@@ -116,7 +116,7 @@ ZR_API void ZR_CALL ZRCtrl_QLineEdit_MoveWindow(void* h, tagRECT* rc);
 ZR_API void ZR_CALL ZRCtrl_QLineEdit_Show(void* h, int bShow);
 
 /// Sets a `Qt::WidgetAttribute` by its number. Those with which Qt keeps its own books
-/// (WA_WState_... and the like) and numbers without a meaning are refused.
+/// (WA_WState_... and the like), WA_PaintOnScreen and numbers without a meaning are refused.
 /// @thread posted
 ZR_API void ZR_CALL ZRCtrl_QLineEdit_SetAttribute(void* h, int attr, bool on);
 

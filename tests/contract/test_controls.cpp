@@ -206,6 +206,9 @@ ZR_CASE(controls, takesWhatTheHostAllows)
     desk.QLineEdit_SetCursorPos(edit, -1);
     zrhost::typeText("y");
     CHECK(desk.becomes(edit, "y1x"));
+    desk.QLineEdit_SetAttribute(edit, 8, true); // to be painted past everything
+    zrhost::typeText("z");
+    CHECK(desk.becomes(edit, "yz1x"));
     // What a host asks for may leave an edit useless, but nothing else.
     for (int attribute = -2; attribute < 200; ++attribute) {
         for (const bool on : {true, false})

@@ -60,10 +60,12 @@ void* createControl(HostHandles<T>& handles, HWND parent, const QRect& rect, Mak
     });
 }
 
-/// Qt's own books on a widget. Written to from outside, they make it use memory that is not there.
+/// Qt's own books on a widget, and what needs a paint engine of the widget's own. Written to from
+/// outside, they make it use memory that is not there.
 bool isBookkeeping(int attribute)
 {
     switch (attribute) {
+    case Qt::WA_PaintOnScreen:
     case Qt::WA_Mapped:
     case Qt::WA_ForceDisabled:
     case Qt::WA_ForceUpdatesDisabled:
