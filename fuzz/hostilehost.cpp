@@ -191,7 +191,7 @@ HostileHost::Call HostileHost::anyCall()
         if (argument.use == zr::Use::Ends)
             m_handles.end(argument.kind, value.handle);
         if (m_handles.live(Kind::Screen).empty())
-            m_told.mode = -1; // the next screen begins anew
+            m_told = Told(); // the next screen begins anew
         if (argument.kind == Kind::Notify && call.row->answer.kind == Kind::Screen)
             m_isDeaf |= value.notify != notify;
         if (value.notify == notify && call.row->answer.kind == Kind::DatePicker)
@@ -254,7 +254,7 @@ void HostileHost::callFromFourThreads()
     for (const std::vector<Call>& plan : plans)
         std::for_each(plan.begin(), plan.end(), [this](const Call& call) { note(call); });
     --m_depth;
-    m_told.mode = -1; // in between there may have been nobody to be told
+    m_told = Told(); // in between there may have been nobody to be told
 }
 
 // --- Messages ---------------------------------------------------------------------------------
@@ -346,7 +346,7 @@ void HostileHost::turn()
     else
         QCoreApplication::sendPostedEvents();
     if (m_handles.live(Kind::Screen).empty())
-        m_told.mode = -1;
+        m_told = Told();
     if (m_depth > 0)
         return;
     checkGalleries(m_isDeaf ? Told() : m_told);
