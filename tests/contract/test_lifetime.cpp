@@ -9,6 +9,7 @@
 #include <fstream>
 #include <future>
 #include <iterator>
+#include <utility>
 
 namespace {
 
@@ -131,19 +132,21 @@ ZR_CASE(lifetime, releasesOneOfTwoScreens)
         return second.count(ZRMSG_VIDEO_SHOWN, 1) > 0
                && meeting.inbox.count(ZRMSG_VIDEO_SHOWN, 2) > 0;
     }));
-    // What one host changes from inside a message, the others are told last.
-    void* const carol = meeting.join(3);
-    meeting.inbox.onMessage = second.onMessage = [&](const Message& m) {
-        if (m.id == ZRMSG_VIDEO_SHOWN && m.lParam == 3)
-            zr.DelPerson(meeting.screen, carol, false);
-        else if (m.id == ZRMSG_SCREEN_MODE && m.wParam == eLayoutGrid9)
-            zr.ChangeLayout(meeting.screen, eLayoutGrid16, {});
-    };
+    // What one host changes from inside a message holds, and the others are told last.
     const auto told = [&](unsigned long id, long long value) {
         return meeting.inbox.count(id, value) + second.count(id, value);
     };
+    void* const carol = meeting.join(3);
+    bool switchesOn = false;
+    meeting.inbox.onMessage = second.onMessage = [&](const Message& m) {
+        if (m.id == ZRMSG_VIDEO_SHOWN && m.lParam == 3)
+            zr.DelPerson(meeting.screen, carol, false);
+        else if (m.id == ZRMSG_SCREEN_MODE && std::exchange(switchesOn, false))
+            zr.ChangeLayout(meeting.screen, eLayoutGrid16, {});
+    };
     CHECK(pumpUntil([&] { return told(ZRMSG_PERSON_REMOVED, 3) > 0; }));
     CHECK_EQUAL(told(ZRMSG_VIDEO_SHOWN, 3), 1);
+    switchesOn = true;
     zr.ChangeLayout(meeting.screen, eLayoutGrid9, {});
     for (const Inbox* inbox : {&meeting.inbox, &second})
         CHECK_EQUAL(inbox->all().back().wParam, static_cast<unsigned>(eLayoutGrid16));

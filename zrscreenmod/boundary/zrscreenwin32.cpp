@@ -261,7 +261,7 @@ int ZR_CALL ZRScreen_ChangeLayout(void* hScreen, eLayoutType eType,
     return guarded(0, [&] {
         return onGallery(hScreen, [eType, sorting](QDlgScreen& gallery) {
             gallery.SetCustomizeSorting(sorting);
-            emit QZRScreenConfig::getInstance()->modSignalSwitchMode(eType);
+            QZRScreenConfig::getInstance()->switchMode(eType);
         });
     });
 }

@@ -349,6 +349,8 @@ void QDlgScreen::onModSwitchMode(int eType)
 {
     // Every gallery hears it: each orders its own participants, and none asks the others to.
     qDebug() << "xxxxxxxx onMeetingMode iMode:" << eType;
+    if (hub().curScreenMode() != eType)
+        return;
     enterMode(eType);
     if (eType != eLayoutShare)
         onDisplayOrder(false);

@@ -147,6 +147,12 @@ void QZRScreenConfig::setCurScreenMode(int mode)
     emit notifyCurScreenMode(mode);
 }
 
+void QZRScreenConfig::switchMode(int mode)
+{
+    setCurScreenMode(mode);
+    emit modSignalSwitchMode(mode);
+}
+
 void QZRScreenConfig::endMeeting()
 {
     setShareSponsor({});

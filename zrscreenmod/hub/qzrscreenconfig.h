@@ -97,6 +97,8 @@ public:
     /// Stores the mode and, when it differs, has the tiles follow and emits notifyCurScreenMode.
     /// GUI thread.
     void setCurScreenMode(int mode);
+    /// The same, and has every gallery order its own participants. GUI thread.
+    void switchMode(int mode);
     /// The mode before the share's, to which a maximised tile returns. GUI thread.
     int modeBeforeShareMode() const { return m_iModeBeforeShareMode; }
     /// The mode when the first shared screen came to a meeting that had none, on whichever screen;
@@ -229,6 +231,8 @@ signals:
 
     // --- What the host asks of all screens: it is the hub's state that every gallery follows ---
     void notifyDisplayOrder(bool bKeepFocusPerson = false);
+    /// The mode is entered, also where it is no other one. Where it is not the current one any
+    /// more, the host has switched on from inside a message, and every gallery has heard of that.
     void modSignalSwitchMode(int eType);
     void sigSetHideSmallWnd(bool);
     void sigSwitchExtendScreen(bool, bool);
