@@ -312,7 +312,7 @@ ZR_API int ZR_CALL ZRScreen_DelPerson(void* hScreen, void* pPlay, bool unused);
 /// takes the frame without copying it. The first and the last byte of the picture are probed:
 /// probing every page would cost more than the copy. Refused pictures are logged once, until a good
 /// one comes. For a GUI thread that stands still the latest picture of each participant is kept,
-/// and no other. Without memory for pictures of a size the tile is black until another size comes.
+/// and no other. Without memory for a picture the tile is black, and each frame tries again.
 /// @return 1 when the screen took the frame, 0 when it was refused.
 /// @thread any
 /// @sends 2, 3, 4

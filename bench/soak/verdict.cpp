@@ -16,15 +16,17 @@ std::vector<long long> valuesOf(const std::vector<Figures>& samples, std::size_t
     return values;
 }
 
-/// @param varies by what comes and goes, or comes once, like caches
-bool hasGrown(bool varies, const std::vector<long long>& early, const std::vector<long long>& late)
+/// @param isMemory of which some comes and goes with caches
+bool hasGrown(bool isMemory, const std::vector<long long>& early,
+              const std::vector<long long>& late)
 {
+    if (!isMemory)
+        return late.front() > early.back();
     constexpr double kMost = 1.05;
-    const auto least = [](const std::vector<long long>& sorted) {
-        return static_cast<double>(sorted.front());
+    const auto median = [](const std::vector<long long>& sorted) {
+        return static_cast<double>(sorted[sorted.size() / 2]);
     };
-    const bool isHigher = late.front() > early.back();
-    return isHigher && (!varies || least(late) > kMost * least(early));
+    return median(late) > kMost * median(early);
 }
 
 bool endsWith(const std::string& text, const std::string& end)
@@ -46,9 +48,7 @@ std::vector<std::string> grownIn(const std::vector<Figures>& samples)
         const auto& [name, value, isJudged] = samples.front()[figure];
         const auto early = valuesOf(samples, figure, tenth, 2 * tenth);
         const auto late = valuesOf(samples, figure, samples.size() - tenth, samples.size());
-        // A lock of Windows' takes a handle when threads meet at it first, and keeps it.
-        const bool varies = endsWith(name, "_kb") || name == "handles";
-        const bool grows = isJudged && hasGrown(varies, early, late);
+        const bool grows = isJudged && hasGrown(endsWith(name, "_kb"), early, late);
         if (grows)
             grown.push_back(name);
         const auto range = [](const std::vector<long long>& sorted) {

@@ -118,7 +118,9 @@ private slots:
             // Popups must find the place of a child when only its parent has moved.
             nativehost::moveWindow(parent, 330, 220);
             QTRY_COMPARE(dialog.mapToGlobal(QPoint(1, 2)), QPoint(371, 272));
+            const auto former = dialog.id();
             platform::renewWindow(dialog);
+            QVERIFY(dialog.id() != former);
             QTRY_VERIFY(nativehost::isViewable(dialog.id()));
             check(std::end(steps)[-1].expected);
             QVERIFY(platform::setParentWindow(dialog.id(), 0));

@@ -263,7 +263,7 @@ private slots:
         QVERIFY(shows(kGreen));
     }
 
-    // The painting crashed. Without its surface a context is as if the driver had taken it away.
+    // Painting without a context crashes. Without its surface a context is as if the driver had taken it away.
     void aLostContextComesBackWithThePicture()
     {
         showRed();

@@ -66,7 +66,7 @@ bool Embedding::isLost() const
 
 bool Embedding::tryAgain()
 {
-    if (!platform::setParentWindow(m_window.winId(), m_parent, m_at))
+    if (!platform::setParentWindow(platform::livingWindow(m_window), m_parent, m_at))
         return false;
     qDebug() << "embedded at last";
     m_bWaiting = false;

@@ -53,6 +53,9 @@ void keepQtLoaded();
 /// on Windows. Any thread.
 void keepModuleLoaded();
 
+/// Whether the system still has this window. GUI thread.
+[[nodiscard]] bool windowExists(NativeWindow window);
+
 // All that puts a native window somewhere goes through setParentWindow and placeWindow: they have
 // the system do it and tell Qt in the same step. A position or a size that is asked for in the same
 // turn of the event loop is right, and Qt never takes a place for the present one that it is not.

@@ -3,6 +3,7 @@
 #include "qtparent.h"
 #include "scopedenvironment.h"
 
+#include <QAbstractNativeEventFilter>
 #include <QApplication>
 #include <QCoreApplication>
 #include <QDebug>
@@ -12,6 +13,7 @@
 #include <QWidget>
 #include <QWindow>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -41,6 +43,40 @@ HMODULE libraryOf(const void* address)
         return nullptr;
     return library;
 }
+
+// --- Windows --------------------------------------------------------------------------------
+
+/// Tells of a window that the system destroys with its parent: Qt would go on painting in it.
+class WindowEnd : public QObject, public QAbstractNativeEventFilter
+{
+public:
+    static void watch(QWindow& window)
+    {
+        const QObjectList& parts = window.children();
+        if (std::none_of(parts.begin(), parts.end(),
+                         [](QObject* part) { return dynamic_cast<WindowEnd*>(part); }))
+            new WindowEnd(window);
+    }
+    bool nativeEventFilter(const QByteArray&, void* message, long*) override
+    {
+        const auto* const sent = static_cast<const MSG*>(message);
+        auto& window = static_cast<QWindow&>(*parent());
+        // One that Qt itself destroys has no handle any more.
+        if (sent->message == WM_DESTROY && window.handle() && window.parent()
+            && toHwnd(window.winId()) == sent->hwnd)
+            platform::leaveParent(window);
+        return false;
+    }
+
+private:
+    explicit WindowEnd(QWindow& window)
+        : QObject(&window)
+    {
+        QCoreApplication::instance()->installNativeEventFilter(this);
+    }
+};
+
+// --- Libraries ------------------------------------------------------------------------------
 
 /// Stands for the module's own library.
 const char kOwnAddress = 0;
@@ -114,6 +150,11 @@ void keepQtLoaded()
 
 void keepModuleLoaded() {}
 
+bool windowExists(NativeWindow window)
+{
+    return IsWindow(toHwnd(window)) != FALSE;
+}
+
 bool setParentWindow(NativeWindow child, NativeWindow parent, const QPoint& at)
 {
     const HWND childHwnd = toHwnd(child);
@@ -136,6 +177,8 @@ bool setParentWindow(NativeWindow child, NativeWindow parent, const QPoint& at)
         return false;
     }
     placeWindow(child, {at, QSize(before.right - before.left, before.bottom - before.top)});
+    if (QWindow* const window = parentHwnd ? findQtWindow(child) : nullptr)
+        WindowEnd::watch(*window);
     return true;
 }
 

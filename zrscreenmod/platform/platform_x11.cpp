@@ -141,7 +141,7 @@ public:
     {
         auto& window = static_cast<QWindow&>(*parent());
         if (event->type() == QEvent::UpdateRequest && window.parent() && window.isVisible()
-            && sizeOf(connection(), m_id).isEmpty())
+            && !platform::windowExists(m_id))
             platform::leaveParent(window);
         return false;
     }
@@ -434,6 +434,12 @@ bool setParentWindow(NativeWindow child, NativeWindow parent, const QPoint& at)
     if (withdrawn)
         succeeded(c, xcb_map_window_checked(c, childId));
     return reparented;
+}
+
+bool windowExists(NativeWindow window)
+{
+    xcb_connection_t* const c = connection();
+    return c && !sizeOf(c, toXcb(window)).isEmpty();
 }
 
 bool canEmbed()

@@ -120,6 +120,9 @@ void dropWindow(QWidget& widget)
 
 NativeWindow livingWindow(QWidget& widget)
 {
+    // The report that the system has destroyed it may still be under way.
+    if (isInParent(widget.winId()) && !windowExists(widget.winId()))
+        leaveParent(*widget.windowHandle());
     if (isOrphaned(widget.winId()))
         dropWindow(widget);
     return widget.winId();

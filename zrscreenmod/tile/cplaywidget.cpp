@@ -1,5 +1,6 @@
 #include "cplaywidget.h"
 
+#include "contextrenewal.h"
 #include "letterbox.h"
 #include "qdlgplayinfo.h"
 #include "qtparent.h"
@@ -7,7 +8,6 @@
 #include "repaintpacer.h"
 #include "statistics.h"
 
-#include <QCoreApplication>
 #include <QCursor>
 #include <QDebug>
 #include <QElapsedTimer>
@@ -25,8 +25,6 @@ namespace {
 constexpr int kClickDelayMs = 300;
 constexpr int kChangeDelayMs = 100;
 // Between two attempts to have a lost GL context again: twice as long as before the last one.
-constexpr int kFirstRenewalMs = 1000;
-constexpr int kLastRenewalMs = 60000;
 /// The local user's picture counts as confirmed after more pictures than this, over all tiles.
 constexpr int kLocalVideoFrames = 68;
 
@@ -54,7 +52,6 @@ CPlayWidget::CPlayWidget(QWidget* parent, bool bOverlayMode)
     , m_pPacer(RepaintPacer::shared())
     , m_pClickTimer(new QTimer(this))
     , m_pChangeTimer(new QTimer(this))
-    , m_pRenewalTimer(new QTimer(this))
 {
     m_pClickTimer->setSingleShot(true);
     m_pClickTimer->setInterval(kClickDelayMs);
@@ -64,8 +61,6 @@ CPlayWidget::CPlayWidget(QWidget* parent, bool bOverlayMode)
     connect(this, &CPlayWidget::notifyViewCenter, this, &CPlayWidget::onViewCenter);
     connect(m_pClickTimer, &QTimer::timeout, this, &CPlayWidget::mouseClick);
     connect(m_pChangeTimer, &QTimer::timeout, this, &CPlayWidget::delayResetChangeTag);
-    m_pRenewalTimer->setSingleShot(true);
-    connect(m_pRenewalTimer, &QTimer::timeout, this, &CPlayWidget::renewContext);
     connect(m_pPlayInfo.get(), &QDlgPlayInfo::stateChanged, this, &CPlayWidget::followState);
     if (Statistics* const statistics = Statistics::active())
         connect(this, &QOpenGLWidget::frameSwapped, statistics, &Statistics::noteSwap);
@@ -331,31 +326,20 @@ void CPlayWidget::resizeEvent(QResizeEvent* event)
 
 void CPlayWidget::paintEvent(QPaintEvent* event)
 {
-    if (!isContextLost()) {
+    if (isContextLost())
+        ContextRenewal::of(*window()).request();
+    else
         QOpenGLWidget::paintEvent(event);
-    } else if (!m_pRenewalTimer->isActive()) {
-        qDebug() << "the GL context is lost, window:" << window();
-        m_pRenewalTimer->start(0);
-    }
 }
 
 bool CPlayWidget::isContextLost()
 {
     makeCurrent();
-    return context() && !(isValid() && QOpenGLContext::currentContext() == context());
-}
-
-void CPlayWidget::renewContext()
-{
-    // Another tile may have had the window made anew, and when this one is shown again Qt tries.
-    if (!isVisible() || (context() && !isContextLost()))
-        return;
-    m_pRenewalTimer->start(
-        std::clamp(2 * m_pRenewalTimer->interval(), kFirstRenewalMs, kLastRenewalMs));
-    // The window is not to come and go in vain; contexts that the program shares Qt keeps.
-    QOpenGLContext probe;
-    if (!QCoreApplication::testAttribute(Qt::AA_ShareOpenGLContexts) && probe.create())
-        platform::renewWindow(*window());
+    QOpenGLContext* const own = context();
+    // Where that fails the context of before is current again, which may be this one.
+    return own
+           && !(isValid() && QOpenGLContext::currentContext() == own
+                && own->makeCurrent(own->surface()));
 }
 
 void CPlayWidget::paintGL()
@@ -442,7 +426,6 @@ void CPlayWidget::StopShow()
     m_bShow = false;
     m_pClickTimer->stop();
     m_pChangeTimer->stop(); // StartShow begins the delay anew
-    m_pRenewalTimer->stop();
     hide();
 }
 

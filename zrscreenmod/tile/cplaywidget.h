@@ -89,6 +89,9 @@ public:
     bool hasVideoRect() const;
     QDlgPlayInfo* playInfo() const { return m_pPlayInfo.get(); }
 
+    /// The driver has taken the context away (a reset, an adapter that goes): Qt would paint
+    /// without one.
+    [[nodiscard]] bool isContextLost();
     /// Pictures uploaded to the graphics system so far.
     quint64 uploadCount() const { return m_renderer.uploadCount(); }
 
@@ -146,20 +149,13 @@ private:
     void countLocalPictures(int pictures);
     void beginChangeDelay();
     void followState();
-    /// The driver has taken the context away (a reset, an adapter that goes): Qt would paint
-    /// without one.
-    [[nodiscard]] bool isContextLost();
-    /// Makes a lost context anew, with all of the window's; again and again until there is one.
-    /// The host may be called from inside, so that the tile may be gone afterwards.
-    void renewContext();
     void releaseGL();
 
     std::unique_ptr<QDlgPlayInfo> m_pPlayInfo;
     std::shared_ptr<RepaintPacer> m_pPacer;
-    QTimer* m_pClickTimer;   ///< child
-    QTimer* m_pChangeTimer;  ///< child; ends the change mark
-    QTimer* m_pRenewalTimer; ///< child; runs while the GL context is lost
-    QPoint m_ptPress;        ///< of the last left press, on the screen
+    QTimer* m_pClickTimer;  ///< child
+    QTimer* m_pChangeTimer; ///< child; ends the change mark
+    QPoint m_ptPress;       ///< of the last left press, on the screen
     YuvRenderer m_renderer;
     QMetaObject::Connection m_contextConnection;
 
