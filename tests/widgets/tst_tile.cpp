@@ -263,7 +263,8 @@ private slots:
         QVERIFY(shows(kGreen));
     }
 
-    // Painting without a context crashes. Without its surface a context is as if the driver had taken it away.
+    // Painting without a context crashes. Without its surface a context is as if the driver had
+    // taken it away.
     void aLostContextComesBackWithThePicture()
     {
         showRed();
