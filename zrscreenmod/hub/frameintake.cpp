@@ -1,6 +1,7 @@
 #include "frameintake.h"
 
 #include "i420frame.h"
+#include "packedsize.h"
 #include "platform.h"
 
 #include <QDebug>
@@ -26,12 +27,11 @@ bool FrameIntake::accept(const VantrelRTCVideoFrameQT& frame, const QString& use
 
 bool FrameIntake::isNoticeDue(const VantrelRTCVideoFrameQT& frame)
 {
-    const quint64 size = quint64(frame.width) << 32 | frame.height; // of a valid frame never 0
-    return m_pendingSize.exchange(size) == 0;
+    const QSize size(static_cast<int>(frame.width), static_cast<int>(frame.height));
+    return m_pendingSize.exchange(zr::packSize(size)) == 0;
 }
 
 QSize FrameIntake::noticed()
 {
-    const quint64 size = m_pendingSize.exchange(0);
-    return {static_cast<int>(size >> 32), static_cast<int>(size & 0xFFFFFFFFU)};
+    return zr::unpackSize(m_pendingSize.exchange(0));
 }

@@ -2,6 +2,7 @@
 
 #include "contextrenewal.h"
 #include "letterbox.h"
+#include "packedsize.h"
 #include "qdlgplayinfo.h"
 #include "qtparent.h"
 #include "qzrscreenconfig.h"
@@ -33,16 +34,6 @@ constexpr quint64 kOneRequest = 1;
 constexpr quint64 kOnePicture = quint64(1) << 32;
 
 using Locker = std::lock_guard<std::recursive_mutex>;
-
-quint64 packSize(const QSize& size)
-{
-    return (quint64(quint32(size.width())) << 32) | quint32(size.height());
-}
-
-QSize unpackSize(quint64 packed)
-{
-    return {static_cast<int>(packed >> 32), static_cast<int>(packed & 0xFFFFFFFFU)};
-}
 
 } // namespace
 
@@ -104,8 +95,8 @@ CPlayWidget::SizeChange CPlayWidget::setVideoSizeLocked(unsigned int w, unsigned
         change.bFailed = !std::exchange(m_bNoMemory, !m_pBufYuv420p) && !m_pBufYuv420p;
     }
     fillBlackLocked();
-    m_rcView =
-        zr::letterboxRect(QSize(static_cast<int>(w), static_cast<int>(h)), unpackSize(m_uTileSize));
+    m_rcView = zr::letterboxRect(QSize(static_cast<int>(w), static_cast<int>(h)),
+                                 zr::unpackSize(m_uTileSize));
     return change;
 }
 
@@ -118,7 +109,7 @@ void CPlayWidget::announce(const SizeChange& change, unsigned int w, unsigned in
                                              "the widget，alloc_size=")
                            << zr::tileBufferBytes(w, h);
     }
-    const QSize tile = unpackSize(m_uTileSize);
+    const QSize tile = zr::unpackSize(m_uTileSize);
     if (change.bChanged && !m_bSizeTold.exchange(true))
         emit notifyViewCenter(tile.width(), tile.height());
 }
@@ -278,7 +269,7 @@ void CPlayWidget::countLocalPictures(int pictures)
 void CPlayWidget::onViewCenter(int /*iWidth*/, int /*iHeight*/)
 {
     m_bSizeTold = false;
-    m_uTileSize = packSize(size());
+    m_uTileSize = zr::packSize(size());
     QRect view;
     {
         const Locker lock(m_mutex);
@@ -312,7 +303,7 @@ void CPlayWidget::releaseGL()
 void CPlayWidget::resizeGL(int w, int h)
 {
     m_pPlayInfo->setGeometry(0, 0, w, h);
-    m_uTileSize = packSize(QSize(w, h));
+    m_uTileSize = zr::packSize(QSize(w, h));
     emit notifyViewCenter(w, h);
 }
 
