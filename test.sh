@@ -107,11 +107,11 @@ fuzz() {
     tar -xJf "fuzz/corpus/$name.tar.xz" -C "$kept"
     # Meetings that have lasted for some time, which kept inputs would come to by and by only.
     if [ "$name" = exports ]; then
-      for i in {1..8}; do head -c 16000 /dev/urandom >"$kept/long$i"; done
+      for i in {1..8}; do head -c 64000 /dev/urandom >"$kept/long$i"; done
     fi
     # Long inputs: a meeting has to come about before much can go wrong.
     xvfb-run -a -n 950 -s "-screen 0 1280x720x24 -nolisten tcp -noreset" \
-      "build/linux-fuzz/fuzz/fuzz_$name" -max_total_time="$1" -max_len=16000 -len_control=0 -entropic=0 \
+      "build/linux-fuzz/fuzz/fuzz_$name" -max_total_time="$1" -max_len=64000 -len_control=0 -entropic=0 \
       -timeout=60 -rss_limit_mb=4096 -detect_leaks=0 -print_final_stats=1 -artifact_prefix="$findings" \
       "$kept"
   done
