@@ -24,7 +24,8 @@
 /// - On attach the library creates one `QApplication` on the loading thread, unless the process
 ///   already has one. That thread is the **GUI thread**. The library runs no event loop of its
 ///   own: the host's loop on that thread drives it (the message loop on Windows, the default GLib
-///   main context on Linux).
+///   main context on Linux). Where Qt's platform plug-in is missing it creates none, and calls are
+///   refused, with a line on stderr.
 /// - In a program that uses Qt's widgets itself the library creates none: it attaches with the
 ///   first call after the program's `QApplication` has been made, on the same thread, and detaches
 ///   with its end. Before and after, calls are refused, with a line on stderr.

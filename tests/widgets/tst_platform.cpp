@@ -2,9 +2,12 @@
 // tested with the library as a whole.
 #include "hostprocess.h"
 #include "nativehost.h"
+#include "platformplugin.h"
 #include "qtparent.h"
+#include "scopedenvironment.h"
 #include "testsupport.h"
 
+#include <QTemporaryDir>
 #include <QtMath>
 
 #include <cstdint>
@@ -63,6 +66,34 @@ private slots:
         std::memset(p, 'x', 2 * page);
         p[page] = '\0'; // over the seam between two pages
         QCOMPARE(readableStringLength(p + 3), qptrdiff(page - 3));
+    }
+
+    void findsPluginsWhereQtWillLook()
+    {
+        const QTemporaryDir folder;
+        const QDir here(folder.path());
+        QVERIFY(here.mkpath("some/platforms") && here.mkpath("program"));
+        for (const QString& path : QCoreApplication::libraryPaths()) {
+            for (const QFileInfo& file : QDir(path + "/platforms").entryInfoList({"*qminimal*"})) {
+                const QString name = file.fileName().replace("minimal", "other");
+                QVERIFY(QFile::copy(file.filePath(), here.filePath("some/platforms/" + name)));
+            }
+        }
+        using platform::findsPlatformPlugin;
+        const QString program = here.filePath("program");
+        QVERIFY(findsPlatformPlugin("nowhere;minimal:x=1", program)); // Qt's own folder
+        QVERIFY(!findsPlatformPlugin("nowhere;other", program));
+        QVERIFY(findsPlatformPlugin("nowhere;other", here.filePath("some")));
+        {
+            const ScopedEnvironment chosen(
+                {{"QT_QPA_PLATFORM_PLUGIN_PATH", here.filePath("some/platforms").toLocal8Bit()}});
+            QVERIFY(findsPlatformPlugin("other", program));
+        }
+        QFile settings(here.filePath("program/qt.conf"));
+        QVERIFY(settings.open(QIODevice::WriteOnly));
+        settings.write("[Paths]\nPrefix = ..\nPlugins = some\n");
+        settings.close();
+        QVERIFY(findsPlatformPlugin("other", program));
     }
 
     // A host moves windows and goes on without returning to its loop. What the system reports of it

@@ -132,8 +132,12 @@ QApplication* obtainApplication()
         return nullptr;
     if (!existing) {
         QCoreApplication::setAttribute(Qt::AA_DisableHighDpiScaling, true);
-        g_ownsApp = true;
-        return platform::createApplication(g_argc, nullptr);
+        QApplication* const created = platform::createApplication(g_argc, nullptr);
+        g_ownsApp = created != nullptr;
+        if (!created)
+            refuse("Qt's platform plug-in is not found: it belongs into the folder \"platforms\" "
+                   "beside the library or the program");
+        return created;
     }
     // A process has one application object at most. That of a host which uses Qt itself will do,
     // provided that it can carry widgets and that this is its thread.

@@ -37,7 +37,8 @@ struct PriorityChange
 /// the environment says of scaling does not reach it. On X11 it runs on the xcb platform, or draws
 /// off screen when no display can be opened, unless the environment names another platform than
 /// Wayland, and on GLib's event loop. The environment is the same afterwards, and so is the locale
-/// but for its character set, which Qt needs. The calling thread becomes the GUI thread.
+/// but for its character set, which Qt needs. The calling thread becomes the GUI thread. Null when
+/// Qt's platform plug-in is not found, for which Qt would end the process.
 [[nodiscard]] QApplication* createApplication(int& argc, char** argv);
 
 /// Whether the program has widgets of Qt's without the module, and so is going to make an

@@ -1,5 +1,6 @@
 #include "platform.h"
 
+#include "platformplugin.h"
 #include "qtparent.h"
 #include "scopedenvironment.h"
 
@@ -81,12 +82,10 @@ private:
 /// Stands for the module's own library.
 const char kOwnAddress = 0;
 
-/// Folder of the module's own file; empty when the system does not tell.
-QString moduleFolder()
+/// Folder of the file of a library, or of the program for null; empty when the system does not
+/// tell.
+QString folderOf(HMODULE module)
 {
-    const HMODULE module = libraryOf(&kOwnAddress);
-    if (!module)
-        return {};
     std::wstring path(MAX_PATH, L'\0');
     while (true) {
         const DWORD capacity = static_cast<DWORD>(path.size());
@@ -109,9 +108,16 @@ QApplication* createApplication(int& argc, char** argv)
 {
     // Qt looks for its plugins beside the program and beside its own library. The host's folders
     // are the host's business: the plugins may also come along with the module.
-    if (const QString folder = moduleFolder(); !folder.isEmpty())
+    const HMODULE module = libraryOf(&kOwnAddress);
+    if (const QString folder = folderOf(module); module && !folder.isEmpty())
         QCoreApplication::addLibraryPath(folder);
+    // Qt ends the process when no platform works, so the last choice is the system's own.
+    QByteArray choice = qgetenv("QT_QPA_PLATFORM");
+    choice += choice.isEmpty() ? "windows" : ";windows";
+    if (!findsPlatformPlugin("windows", folderOf(nullptr)))
+        return nullptr;
     const ScopedEnvironment unscaled(withoutScaling());
+    const ScopedEnvironment own({{"QT_QPA_PLATFORM", choice}});
     return new QApplication(argc, argv);
 }
 

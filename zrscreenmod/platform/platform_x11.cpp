@@ -1,5 +1,6 @@
 #include "platform.h"
 
+#include "platformplugin.h"
 #include "qtparent.h"
 #include "scopedenvironment.h"
 
@@ -8,6 +9,7 @@
 #include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
+#include <QFileInfo>
 #include <QScreen>
 #include <QWidget>
 #include <QWindow>
@@ -269,24 +271,31 @@ private:
     std::vector<std::string> m_before;
 };
 
-/// What the environment says of the platform, but for Wayland, which people choose for all of their
-/// programs: a host's window is an X11 window.
-QByteArray withoutWayland(const QByteArray& platforms)
-{
-    QByteArrayList kept;
-    for (const QByteArray& platform : platforms.split(';')) {
-        if (!platform.startsWith("wayland"))
-            kept.append(platform);
-    }
-    return kept.join(';');
-}
-
 bool displayOpens()
 {
     xcb_connection_t* const c = xcb_connect(nullptr, nullptr);
     const bool opens = xcb_connection_has_error(c) == 0;
     xcb_disconnect(c);
     return opens;
+}
+
+/// What the environment says of the platform, but for Wayland, which people choose for all of their
+/// programs: a host's window is an X11 window. Qt ends the process when no platform works, so the
+/// last choice is one that always does, and X11 is none without a display.
+QByteArray platformChoice()
+{
+    QByteArrayList choice;
+    for (const QByteArray& platform : qgetenv("QT_QPA_PLATFORM").split(';')) {
+        if (!platform.isEmpty() && !platform.startsWith("wayland"))
+            choice.append(platform);
+    }
+    choice << "xcb"
+           << "offscreen";
+    if (!displayOpens()) {
+        const auto isX11 = [](const QByteArray& name) { return name.startsWith("xcb"); };
+        choice.erase(std::remove_if(choice.begin(), choice.end(), isX11), choice.end());
+    }
+    return choice.join(';');
 }
 
 // --- Loaded objects -------------------------------------------------------------------------
@@ -361,12 +370,9 @@ namespace platform {
 
 QApplication* createApplication(int& argc, char** argv)
 {
-    // Qt ends the process when no platform works, so the last choice is one that always does.
-    QByteArray choice = withoutWayland(qgetenv("QT_QPA_PLATFORM"));
-    if (!choice.isEmpty())
-        choice += ";offscreen";
-    else
-        choice = displayOpens() ? "xcb;offscreen" : "offscreen";
+    const QByteArray choice = platformChoice();
+    if (!findsPlatformPlugin(choice, QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath()))
+        return nullptr;
     const ScopedEnvironment unscaled(withoutScaling());
     // Without GLib nobody would run Qt's event loop: the host runs GLib's.
     const ScopedEnvironment own({{"QT_QPA_PLATFORM", choice}, {"QT_NO_GLIB", {}}});
