@@ -45,7 +45,7 @@ export LC_ALL=C.UTF-8 # names of files
 [ -z "$search" ] || export WINEPATH=$search
 # Wine keeps variables that begin with QT_ from its programs, as those of the desktop around it are
 # not for them; what has WINE in front of it gets through.
-for name in QT_FORCE_STDERR_LOGGING QT_LOGGING_RULES QT_FATAL_WARNINGS QT_SCALE_FACTOR QT_QPA_PLATFORM; do
+for name in QT_FORCE_STDERR_LOGGING QT_LOGGING_RULES QT_FATAL_WARNINGS QT_SCALE_FACTOR; do
   [ -z "${!name:-}" ] || export "WINE$name=${!name}"
 done
 [ -z "$plugins" ] || export WINEQT_QPA_PLATFORM_PLUGIN_PATH=Z:${plugins//\//\\}

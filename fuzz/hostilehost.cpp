@@ -190,13 +190,13 @@ HostileHost::Call HostileHost::anyCall()
         // Beforehand: the call may send messages, and its address may be given out again.
         if (argument.use == zr::Use::Ends)
             m_handles.end(argument.kind, value.handle);
-        if (m_handles.live(Kind::Screen).empty())
-            m_told = Told(); // the next screen begins anew
         if (argument.kind == Kind::Notify && call.row->answer.kind == Kind::Screen)
             m_isDeaf |= value.notify != notify;
         if (value.notify == notify && call.row->answer.kind == Kind::DatePicker)
             value.notify = notifyDate;
     }
+    if (m_handles.live(Kind::Screen).empty())
+        m_told = Told(); // the next screen begins anew
     return call;
 }
 

@@ -176,6 +176,16 @@ ZR_CASE(headless, worksWithoutADisplay)
     CHECK_EQUAL(std::string(std::setlocale(LC_CTYPE, nullptr)), "C.UTF-8");
 }
 
+/// Qt would end the process.
+ZR_CASE(no_platform, refusesCallsWithoutThePlugin)
+{
+    const HostWindow window(64, 64);
+    LogCapture log;
+    const Module module;
+    CHECK(module.exports.ZRScreen.Init(window.hwnd(), nullptr) == nullptr);
+    CHECK(log.take().find("Qt's platform plug-in is not found") != std::string::npos);
+}
+
 /// The process ends with a screen in use, while other threads still deliver frames: the test passes
 /// when it ends cleanly.
 ZR_CASE(exit_busy, endsWhileFramesArrive)

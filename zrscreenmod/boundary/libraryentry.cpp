@@ -135,8 +135,8 @@ QApplication* obtainApplication()
         QApplication* const created = platform::createApplication(g_argc, nullptr);
         g_ownsApp = created != nullptr;
         if (!created)
-            refuse("Qt's platform plug-in is not found: it belongs into the folder \"platforms\" "
-                   "beside the library or the program");
+            refuse("Qt's platform plug-in is not found; it belongs in a folder \"platforms\" "
+                   "beside the program, or on Windows beside the library");
         return created;
     }
     // A process has one application object at most. That of a host which uses Qt itself will do,

@@ -114,7 +114,7 @@ QApplication* createApplication(int& argc, char** argv)
     // Qt ends the process when no platform works, so the last choice is the system's own.
     QByteArray choice = qgetenv("QT_QPA_PLATFORM");
     choice += choice.isEmpty() ? "windows" : ";windows";
-    if (!findsPlatformPlugin("windows", folderOf(nullptr)))
+    if (!mayFindPlatformPlugin(choice, folderOf(nullptr)))
         return nullptr;
     const ScopedEnvironment unscaled(withoutScaling());
     const ScopedEnvironment own({{"QT_QPA_PLATFORM", choice}});

@@ -285,7 +285,7 @@ bool displayOpens()
 QByteArray platformChoice()
 {
     QByteArrayList choice;
-    for (const QByteArray& platform : qgetenv("QT_QPA_PLATFORM").split(';')) {
+    for (const QByteArray& platform : qgetenv("QT_QPA_PLATFORM").toLower().split(';')) {
         if (!platform.isEmpty() && !platform.startsWith("wayland"))
             choice.append(platform);
     }
@@ -370,13 +370,13 @@ namespace platform {
 
 QApplication* createApplication(int& argc, char** argv)
 {
+    const ScopedLocale locale;
     const QByteArray choice = platformChoice();
-    if (!findsPlatformPlugin(choice, QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath()))
+    if (!mayFindPlatformPlugin(choice, QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath()))
         return nullptr;
     const ScopedEnvironment unscaled(withoutScaling());
     // Without GLib nobody would run Qt's event loop: the host runs GLib's.
     const ScopedEnvironment own({{"QT_QPA_PLATFORM", choice}, {"QT_NO_GLIB", {}}});
-    const ScopedLocale locale;
     return new QApplication(argc, argv);
 }
 

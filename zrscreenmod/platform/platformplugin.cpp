@@ -2,64 +2,66 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
+#include <QJsonArray>
 #include <QJsonObject>
+#include <QLibrary>
 #include <QPluginLoader>
-#include <QSettings>
-#include <QStringList>
 
 #include <algorithm>
 
 namespace {
 
+bool isForPlatforms(const QJsonObject& description)
+{
+    return description.value(QLatin1String("IID"))
+        .toString()
+        .contains(QLatin1String("QPlatformIntegrationFactoryInterface"));
+}
+
+/// As Qt does, which goes by what a plug-in says of itself and not by its name.
+bool isForOneOf(const QJsonObject& description, const QByteArrayList& platforms)
+{
+    const QJsonObject own = description.value(QLatin1String("MetaData")).toObject();
+    const QJsonArray keys = own.value(QLatin1String("Keys")).toArray();
+    return isForPlatforms(description)
+           && std::any_of(keys.begin(), keys.end(), [&platforms](const QJsonValue& key) {
+                  return platforms.contains(key.toString().toLower().toUtf8());
+              });
+}
+
 /// Qt itself may have been built with its plug-in inside.
-bool isBuiltIn()
+bool hasBuiltInPlatform()
 {
     const QVector<QStaticPlugin> plugins = QPluginLoader::staticPlugins();
     return std::any_of(plugins.cbegin(), plugins.cend(), [](const QStaticPlugin& plugin) {
-        const QString iid = plugin.metaData().value(QLatin1String("IID")).toString();
-        return iid.contains(QLatin1String("QPlatformIntegrationFactoryInterface"));
+        return isForPlatforms(plugin.metaData());
     });
-}
-
-/// Where a program's qt.conf says that plug-ins are, or the default beside it; Qt reads it once
-/// there is an application object.
-QString configuredFolder(const QString& programFolder)
-{
-    const QSettings file(programFolder + QStringLiteral("/qt.conf"), QSettings::IniFormat);
-    const QDir prefix(QDir(programFolder).filePath(file.value("Paths/Prefix").toString()));
-    return prefix.filePath(file.value("Paths/Plugins", "plugins").toString());
-}
-
-QStringList foldersOf(const QString& programFolder)
-{
-    const QString chosen = QString::fromLocal8Bit(qgetenv("QT_QPA_PLATFORM_PLUGIN_PATH"));
-    QStringList plugins = QCoreApplication::libraryPaths();
-    plugins << programFolder << configuredFolder(programFolder);
-    QStringList folders;
-    if (!chosen.isEmpty()) {
-        plugins << chosen;
-        folders << chosen;
-    }
-    for (const QString& folder : plugins)
-        folders << folder + QStringLiteral("/platforms");
-    return folders;
 }
 
 } // namespace
 
-bool platform::findsPlatformPlugin(const QByteArray& names, const QString& programFolder)
+bool platform::hasPlatformPlugin(const QStringList& folders, const QByteArray& names)
 {
-    if (isBuiltIn())
-        return true;
-    const QStringList folders = foldersOf(programFolder);
-    for (const QByteArray& choice : names.split(';')) {
-        const QString name = QString::fromLocal8Bit(choice.split(':').front());
-        for (const QString& folder : folders) {
-            const QString file = folder + QStringLiteral("/q") + name;
-            // One of another version is not loaded, here as there; "d" is a debug build's.
-            if (QPluginLoader(file).load() || QPluginLoader(file + QLatin1Char('d')).load())
+    QByteArrayList platforms;
+    for (const QByteArray& choice : names.toLower().split(';'))
+        platforms << choice.split(':').front(); // behind the colon there are parameters
+    for (const QString& folder : folders) {
+        const QDir plugins(folder + QStringLiteral("/platforms"));
+        for (const QString& file : plugins.entryList(QDir::Files)) {
+            if (QLibrary::isLibrary(file)
+                && isForOneOf(QPluginLoader(plugins.absoluteFilePath(file)).metaData(), platforms))
                 return true;
         }
     }
     return false;
+}
+
+bool platform::mayFindPlatformPlugin(const QByteArray& names, const QString& programFolder)
+{
+    const bool isToldWhere = qEnvironmentVariableIsSet("QT_QPA_PLATFORM_PLUGIN_PATH")
+                             || QFile::exists(QStringLiteral(":/qt/etc/qt.conf"))
+                             || QFile::exists(programFolder + QStringLiteral("/qt.conf"));
+    return isToldWhere || programFolder.isEmpty() || hasBuiltInPlatform()
+           || hasPlatformPlugin(QCoreApplication::libraryPaths() << programFolder, names);
 }
