@@ -27,6 +27,8 @@ namespace {
 
 using zr::MessageValue;
 
+constexpr std::size_t kMostIdBytes = 1 << 20; ///< what the exports take
+
 void (*g_printMore)() = [] {};
 
 QZRScreenConfig& hub()
@@ -101,7 +103,8 @@ void checkFirstValue(const zr::MessageRow& row, const HostMessage& message)
     case MessageValue::Ext:
         return require(g_extScreens.contains(value), "a message names a screen that has gone");
     case MessageValue::UserId:
-        return require(std::strlen(static_cast<const char*>(value)) > 0, "a message without an id");
+        return require(value && std::strlen(static_cast<const char*>(value)) <= kMostIdBytes,
+                       "a message without an id"); // which may be empty
     case MessageValue::Date: {
         const auto& date = *static_cast<const ZRDateRecord*>(value);
         return require(date.month >= 1 && date.month <= 12 && date.second == 0, "no date");
