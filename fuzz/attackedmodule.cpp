@@ -3,6 +3,7 @@
 #include "controlhandle.h"
 #include "cplaywidget.h"
 #include "exthandle.h"
+#include "hostmemory.h"
 #include "meetingmode.h"
 #include "messagetable.h"
 #include "personorder.h"
@@ -26,8 +27,6 @@
 namespace {
 
 using zr::MessageValue;
-
-constexpr std::size_t kMostIdBytes = 1 << 20; ///< what the exports take
 
 void (*g_printMore)() = [] {};
 
@@ -103,8 +102,9 @@ void checkFirstValue(const zr::MessageRow& row, const HostMessage& message)
     case MessageValue::Ext:
         return require(g_extScreens.contains(value), "a message names a screen that has gone");
     case MessageValue::UserId:
-        return require(value && std::strlen(static_cast<const char*>(value)) <= kMostIdBytes,
-                       "a message without an id"); // which may be empty
+        return require(
+            value && std::strlen(static_cast<const char*>(value)) <= platform::kMaxTextBytes,
+            "a message without an id"); // which may be empty
     case MessageValue::Date: {
         const auto& date = *static_cast<const ZRDateRecord*>(value);
         return require(date.month >= 1 && date.month <= 12 && date.second == 0, "no date");

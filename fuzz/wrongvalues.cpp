@@ -1,5 +1,6 @@
 #include "wrongvalues.h"
 
+#include "hostmemory.h"
 #include "picture.h"
 
 #include <algorithm>
@@ -39,7 +40,7 @@ char* memoryEnd()
 
 char* tooLongText()
 {
-    static std::string text((1 << 20) + 1, 'n');
+    static std::string text(platform::kMaxTextBytes + 1, 'n');
     return text.data();
 }
 
