@@ -108,9 +108,8 @@ QApplication* createApplication(int& argc, char** argv)
 {
     // Qt looks for its plugins beside the program and beside its own library. The host's folders
     // are the host's business: the plugins may also come along with the module.
-    const HMODULE module = libraryOf(&kOwnAddress);
-    if (const QString folder = folderOf(module); module && !folder.isEmpty())
-        QCoreApplication::addLibraryPath(folder);
+    if (const HMODULE module = libraryOf(&kOwnAddress))
+        QCoreApplication::addLibraryPath(folderOf(module)); // Qt passes over an empty one
     // Qt ends the process when no platform works, so the last choice is the system's own.
     QByteArray choice = qgetenv("QT_QPA_PLATFORM");
     choice += choice.isEmpty() ? "windows" : ";windows";
